@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# Installs, with apt, whatever the build and the tests need and this Debian 12 machine lacks.
+# Works as root or with sudo, asks nothing, and does nothing when everything is there.
+set -euo pipefail
+
+packages=(
+  # compilers, build
+  g++ clang-14 clang cmake ninja-build ccache
+  # checks
+  clang-format-14 clang-tidy-14 libclang-rt-14-dev
+  # libraries of the command line, the headless host and the tests; the picture library's CMake
+  # files also name its tools
+  libopenimageio-dev openimageio-tools libcli11-dev nlohmann-json3-dev
+  libgtest-dev libgmock-dev libbenchmark-dev
+)
+
+missing=()
+for package in "${packages[@]}"; do
+  status="$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null || true)"
+  [[ "$status" == installed ]] || missing+=("$package")
+done
+
+if ((${#missing[@]} == 0)); then
+  echo "Set-up: all ${#packages[@]} packages are installed."
+  exit 0
+fi
+
+as_root=()
+if ((EUID != 0)); then
+  if ! command -v sudo >/dev/null; then
+    echo "Set-up: these packages are missing and neither root nor sudo is at hand:" >&2
+    echo "  ${missing[*]}" >&2
+    exit 1
+  fi
+  as_root=(sudo)
+  [[ -t 0 ]] || as_root=(sudo -n) # nobody is there to type a password
+fi
+
+apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300)
+echo "Set-up: installing ${missing[*]}"
+"${apt[@]}" update -qq </dev/null
+"${apt[@]}" install -y -qq --no-install-recommends "${missing[@]}" </dev/null
+echo "Set-up: done."
