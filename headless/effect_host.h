@@ -1,0 +1,124 @@
+// A host without a face: drives an effect through its entry point and judges what it does.
+#ifndef VITRELL_HEADLESS_EFFECT_HOST_H_
+#define VITRELL_HEADLESS_EFFECT_HOST_H_
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "headless/call_log.h"
+#include "headless/effect_module.h"
+#include "headless/faults.h"
+#include "headless/host_error.h"
+#include "headless/host_maths.h"
+#include "headless/parameters.h"
+#include "headless/render.h"
+#include "headless/world_buffer.h"
+#include "host/host_api.h"
+
+namespace vitrell::headless {
+
+class HostState;
+
+// One applied effect. Used by one thread at a time; several hosts may work on different threads at
+// once, also on the same module.
+class EffectHost {
+ public:
+  enum class Setup {
+    kRun,   // The constructor sends GLOBAL_SETUP, PARAMS_SETUP and SEQUENCE_SETUP.
+    kSkip,  // Nothing is sent by itself, neither set-up nor set-down; for use with Send().
+  };
+
+  // Throws HostError when a set-up command fails or the number of parameters does not add up.
+  explicit EffectHost(std::shared_ptr<const EffectModule> module, Setup setup = Setup::kRun);
+  // Loads the module too.
+  explicit EffectHost(const std::filesystem::path& modulePath, Setup setup = Setup::kRun);
+  // Sends SEQUENCE_SETDOWN and GLOBAL_SETDOWN when the set-up was run.
+  ~EffectHost();
+  EffectHost(const EffectHost&) = delete;
+  EffectHost& operator=(const EffectHost&) = delete;
+
+  // --- Parameters ---
+
+  // All parameters in panel order, the input layer first.
+  const std::vector<Parameter>& Parameters() const;
+  // The index of a control by its path, "fast-blur.amount". Throws HostError that offers the
+  // nearest paths.
+  int IndexOf(std::string_view path) const;
+  std::optional<int> Find(std::string_view path) const;
+
+  // Setters by index. They throw HostError for a wrong index or type, but take any value: a range
+  // is the business of whoever asks a user.
+  void SetFloat(int index, double value);
+  void SetPopup(int index, A_long choice);  // 1-based.
+  void SetCheckbox(int index, bool on);
+  void SetPointPixels(int index, double x, double y);
+  void SetPointPercent(int index, double x, double y);  // Of the input layer's size.
+  void SetAngleDegrees(int index, double degrees);
+  void SetColor(int index, PF_Pixel color);
+  // Back to the registered defaults. Panel flags stay.
+  void ResetParameters();
+
+  // Whether a point is told in percent (as all are by default), and its percentages.
+  struct PointPercent {
+    double x = 0, y = 0;
+  };
+  std::optional<PointPercent> PercentOf(int index) const;
+
+  // The host's own record; values are in the host's units. A point told in percent holds percent in
+  // 16.16 and is converted when a frame is rendered; writing another value here makes it pixels.
+  PF_ParamDef& Record(int index);
+  const PF_ParamDef& Record(int index) const;
+
+  // --- Rendering ---
+
+  // Sends FRAME_SETUP, RENDER and FRAME_SETDOWN. Input and output have the same depth; the effect
+  // gets copies of their records. The custom layer is what checking out a layer parameter gives;
+  // null stands for "no layer". Never throws for what the effect does.
+  RenderResult Render(const WorldBuffer& input, WorldBuffer& output,
+                      const WorldBuffer* customLayer = nullptr, const RenderOptions& options = {});
+
+  // --- Panel ---
+
+  // Sends UPDATE_PARAMS_UI. The effect gets copies of the records; what it hands to
+  // PF_UpdateParamUI changes uiFlags and the collapse bit in Parameters().
+  PF_Err UpdatePanel();
+  // Sends USER_CHANGED_PARAM for this index.
+  PF_Err UserChangedParam(int index);
+  // The record of the last panel command as the effect left it.
+  const PF_ParamDef& PanelRecord(int index) const;
+
+  // --- Other commands ---
+
+  // Sends ABOUT; the text the effect wrote. Throws HostError when the command fails.
+  std::string About();
+  // Sends any command. Without explicit records the effect gets copies of the parameters and a null
+  // output, or null for both in set-up and set-down commands.
+  PF_Err Send(PF_Cmd cmd, PF_ParamDef* params[] = nullptr, PF_LayerDef* output = nullptr,
+              void* extra = nullptr);
+
+  // The records of the last command. A test may change them before Send().
+  PF_InData& InData();
+  PF_OutData& OutData();
+
+  // --- Judgement ---
+
+  // Host calls since the last public function began to send commands.
+  const std::vector<HostCall>& Calls() const;
+  // Everything the effect did wrong so far, as whole sentences.
+  const std::vector<std::string>& Complaints() const;
+  void ClearComplaints();
+  Faults& GetFaults();
+
+ private:
+  std::unique_ptr<HostState> state_;
+  std::shared_ptr<const EffectModule> module_;
+  bool setUp_ = false;
+};
+
+}  // namespace vitrell::headless
+
+#endif  // VITRELL_HEADLESS_EFFECT_HOST_H_
