@@ -1,0 +1,28 @@
+// Runs one per-pixel pass through the host's iterate suites.
+#ifndef VITRELL_HOST_PIXEL_PASS_H_
+#define VITRELL_HOST_PIXEL_PASS_H_
+
+#include "host/host_api.h"
+#include "host/suite_handler.h"
+
+namespace vitrell {
+
+// The two depths of one per-pixel callback.
+struct PixelCallbacks {
+  PF_IteratePixel8Func pixel8;
+  PF_IteratePixel16Func pixel16;
+};
+
+// Iterates the callback of the destination's depth over the whole of both worlds, with progress
+// from 0 to progressFinal, and returns the host's result. The suite is acquired through suites
+// (and stays acquired); a missing one throws.
+//
+// Worlds of differing depths answer PF_Err_BAD_CALLBACK_PARAM: one of the two pixel pointers would
+// otherwise be read through the wrong type.
+[[nodiscard]] PF_Err RunPixelPass(AEGP_SuiteHandler& suites, PF_InData* inData, PF_LayerDef* src,
+                                  PF_LayerDef* dst, A_long progressFinal, PixelCallbacks callbacks,
+                                  void* refcon);
+
+}  // namespace vitrell
+
+#endif  // VITRELL_HOST_PIXEL_PASS_H_

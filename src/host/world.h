@@ -1,0 +1,52 @@
+// Worlds: the host's pictures, made, copied, filled and disposed of through its callbacks.
+#ifndef VITRELL_HOST_WORLD_H_
+#define VITRELL_HOST_WORLD_H_
+
+#include "host/host_api.h"
+
+namespace vitrell {
+
+// True for 16-bit worlds.
+inline bool IsDeep(const PF_LayerDef& world) {
+  return (world.world_flags & PF_WorldFlag_DEEP) != 0;
+}
+
+// Number of lines of the world's extent hint, the progress count of most passes.
+A_long ExtentLines(const PF_LayerDef& world);
+
+// Copies a whole world through the host; source and destination may be the same world.
+[[nodiscard]] PF_Err CopyWorld(const PF_InData* inData, PF_LayerDef* src, PF_LayerDef* dst);
+
+// Fills the world's extent hint with transparent black, by the world's depth.
+[[nodiscard]] PF_Err FillTransparent(const PF_InData* inData, PF_LayerDef* world);
+
+// Owns one world of the host's and disposes of it at the end of its life.
+class OwnedWorld {
+ public:
+  explicit OwnedWorld(const PF_InData* inData) : inData_(inData) {}
+  ~OwnedWorld() { Dispose(); }
+  OwnedWorld(const OwnedWorld&) = delete;
+  OwnedWorld& operator=(const OwnedWorld&) = delete;
+
+  // Asks the host for a world. A failing call leaves this object empty and returns the host's code.
+  [[nodiscard]] PF_Err Create(A_long width, A_long height, PF_NewWorldFlags flags);
+
+  // Asks for a world of the source's size that can hold a copy of it, passing the source's own
+  // world flags as creation flags. When the world that comes back has another depth than the
+  // source, it is disposed of and asked for once more with the creation flag of that depth; if
+  // that fails too the result is PF_Err_BAD_CALLBACK_PARAM. Copies no pixels.
+  [[nodiscard]] PF_Err CreateLike(const PF_LayerDef& source);
+
+  void Dispose();
+
+  bool HasData() const { return world_.data != nullptr; }
+  PF_LayerDef* get() { return &world_; }
+
+ private:
+  const PF_InData* inData_;
+  PF_LayerDef world_ = {};
+};
+
+}  // namespace vitrell
+
+#endif  // VITRELL_HOST_WORLD_H_
