@@ -1,0 +1,158 @@
+// Distances from which the lens shapes are drawn.
+#include "render/lens_shapes.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vitrell {
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+constexpr double kTwoPi = 6.283185307179586;
+constexpr double kHalfPi = 1.5707963267948966;
+constexpr double kPiOver6 = 0.5235987755982988;
+constexpr double kFivePiOver6 = 2.6179938779914944;
+constexpr double kThreePiOver2 = 4.71238898038469;
+constexpr double kElevenPiOver6 = 5.759586531581287;
+constexpr double kSevenPiOver6 = 3.665191429188092;
+
+constexpr double kShortSide = 0.35;  // Of the output's side.
+constexpr double kLongSide = 0.75;
+constexpr double kEdgePixels = 1.5;  // Least width of the soft band, for anti-aliasing.
+
+double LimitToOne(double distance) { return distance > 1 ? 1 : distance; }
+
+// Band width relative to the shape: the feather, and about 1.5 output pixels. The quotient is
+// formed in double precision and added in single.
+double RelativeBand(float feather, double scaledSize) {
+  return feather + static_cast<float>(kEdgePixels / scaledSize);
+}
+
+// Angle of (u, -v), measured the way the triangle's sectors are laid out.
+double TriangleAngle(double u, double v, const PF_ANSICallbacks& maths) {
+  if (u == 0) {
+    return v < 0 ? kHalfPi : kThreePiOver2;
+  }
+  double angle = maths.atan(-v / u);
+  if (u < 0) {
+    angle += kPi;
+  }
+  return angle < 0 ? angle + kTwoPi : angle;
+}
+
+}  // namespace
+
+double GetDistanceFromPtToSegLine(double px, double py, double ax, double ay, double bx, double by,
+                                  const PF_InData* inData) {
+  const auto length = [inData](double x, double y) {
+    return inData->utils->ansi.sqrt(x * x + y * y);
+  };
+  const double ex = bx - ax;
+  const double ey = by - ay;
+  if (ex > 0 || ey > 0) {
+    const double t = ((px - ax) * ex + (py - ay) * ey) / (ex * ex + ey * ey);
+    if (t >= 1) {
+      return length(px - bx, py - by);
+    }
+    if (t > 0) {
+      return length(px - (ax + t * ex), py - (ay + t * ey));
+    }
+  }
+  return length(px - ax, py - ay);
+}
+
+double GetDistanceKWithRectMode(double u, double v, double k, double a, double b,
+                                const PF_InData* inData) {
+  const double band = std::min(a, b) * k;
+  const double absU = std::fabs(u);
+  const double absV = std::fabs(v);
+  const bool wide = k > 2.0;
+  const double hx = wide ? b - band / k : std::max(b - band / 2, 0.0);
+  const double hy = wide ? a - band / k : std::max(a - band / 2, 0.0);
+  if (absU <= hx && absV <= hy) {
+    return 0;
+  }
+  double distance = absV - hy;
+  if (absU != 0) {
+    const bool aboveCornerDiagonal = hy / hx < absV / absU;
+    distance = aboveCornerDiagonal ? GetDistanceFromPtToSegLine(absU, absV, 0, hy, hx, hy, inData)
+                                   : GetDistanceFromPtToSegLine(absU, absV, hx, 0, hx, hy, inData);
+  }
+  return LimitToOne(distance / band);
+}
+
+LensShape::LensShape(const PF_InData* inData, const LX_Info& info, double width, double height)
+    : inData_(inData),
+      maths_(inData->utils->ansi),
+      info_(info),
+      sinRotation_(maths_.sin(info.rotation)),
+      cosRotation_(maths_.cos(info.rotation)) {
+  const double scaleWidth = info.scaleWidth;
+  switch (info.lensType) {
+    case kLensWideRectangle:
+      halfHeight_ = kShortSide * height;
+      halfWidth_ = kLongSide * width;
+      relativeBand_ = RelativeBand(info.feather, scaleWidth * kShortSide * height);
+      break;
+    case kLensTallRectangle:
+      halfHeight_ = kLongSide * height;
+      halfWidth_ = kShortSide * width;
+      relativeBand_ = RelativeBand(info.feather, scaleWidth * kShortSide * width);
+      break;
+    default:
+      radius_ = kShortSide * width;
+      relativeBand_ = RelativeBand(info.feather, scaleWidth * radius_);
+      rootOf3_ = maths_.sqrt(3);
+      break;
+  }
+}
+
+double LensShape::RawDistance(std::int32_t x, std::int32_t y) const {
+  const auto dx = static_cast<double>(std::int64_t{x} - info_.positionX);
+  const auto dy = static_cast<double>(std::int64_t{y} - info_.positionY);
+  const double u = (cosRotation_ * dx + sinRotation_ * dy) / info_.scaleWidth;
+  const double v = (sinRotation_ * dx - cosRotation_ * dy) / info_.scaleHeight;
+  switch (info_.lensType) {
+    case kLensCircle:
+      return Circle(u, v);
+    case kLensWideRectangle:
+    case kLensTallRectangle:
+      return GetDistanceKWithRectMode(u, v, relativeBand_, halfHeight_, halfWidth_, inData_);
+    case kLensTriangle:
+      return Triangle(u, v);
+    default:
+      return 0;
+  }
+}
+
+// The band is centred on the radius.
+double LensShape::Circle(double u, double v) const {
+  const double band = relativeBand_ * radius_;
+  const double distance = maths_.sqrt(u * u + v * v);
+  const double t = distance - (radius_ - 0.5 * band);
+  return t < 0 ? 0 : LimitToOne(t / band);
+}
+
+// Kept: unlike the other shapes' the band lies wholly outside the edge.
+double LensShape::Triangle(double u, double v) const {
+  const double distance = maths_.sqrt(u * u + v * v);
+  const double angle = TriangleAngle(u, v, maths_);
+  const double cornerX = rootOf3_ * radius_ / 2;
+  const double baseY = radius_ / 2;
+  double sectorOffset = angle - kHalfPi;
+  double ax = -cornerX, ay = baseY, bx = cornerX, by = baseY;
+  if (angle < kPiOver6 || angle >= kThreePiOver2) {
+    sectorOffset = (angle < kPiOver6 ? angle + kTwoPi : angle) - kElevenPiOver6;
+    ax = 0, ay = -radius_;
+  } else if (angle >= kFivePiOver6) {
+    sectorOffset = angle - kSevenPiOver6;
+    bx = 0, by = -radius_;
+  }
+  if (distance / (radius_ / (2 * maths_.cos(sectorOffset))) < 1) {
+    return 0;
+  }
+  return LimitToOne(GetDistanceFromPtToSegLine(u, -v, ax, ay, bx, by, inData_) /
+                    (radius_ * relativeBand_));
+}
+
+}  // namespace vitrell

@@ -1,0 +1,33 @@
+// The lens stage: the processed picture inside the lens, the untouched picture outside it.
+#ifndef VITRELL_RENDER_LENS_STAGE_H_
+#define VITRELL_RENDER_LENS_STAGE_H_
+
+#include <cstdint>
+
+#include "host/host_api.h"
+#include "host/suite_handler.h"
+#include "render/settings.h"
+
+namespace vitrell {
+
+struct LensRefcon {
+  const PF_LayerDef* inputLayer;
+  const IO_Params* io;
+  std::uint8_t useBlurMap;  // The mask is strengthened by blurMapAmount.
+  double blurMapAmount;
+  std::uint8_t deep;  // The input layer is 16-bit.
+};
+
+// Iterate callbacks; in is the processed pixel. Always return 0.
+PF_Err Lens8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out);
+PF_Err Lens16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out);
+
+// Composites io->src over inputLayer into io->dst, or copies where there is no lens to see (type
+// None, a scale of 0). Asks the host for the input's pixel format in either case and answers the
+// first failing call's code.
+[[nodiscard]] PF_Err RunLensStage(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info,
+                                  PF_LayerDef* inputLayer);
+
+}  // namespace vitrell
+
+#endif  // VITRELL_RENDER_LENS_STAGE_H_

@@ -1,0 +1,54 @@
+// Number conversions that every stage shares: float to integer, and integers that wrap.
+#ifndef VITRELL_RENDER_NUMERIC_H_
+#define VITRELL_RENDER_NUMERIC_H_
+
+#include <concepts>
+#include <cstdint>
+#include <limits>
+
+#if defined(__x86_64__)
+#include <emmintrin.h>
+#endif
+
+namespace vitrell {
+
+// Truncates toward zero. NaN and values outside int32 become INT32_MIN on every platform, which is
+// what the x86-64 conversion instruction answers. No other conversion of a float to an integer
+// stands anywhere in the effect.
+inline std::int32_t TruncateToInt32(double value) {
+#if defined(__x86_64__)
+  return _mm_cvttsd_si32(_mm_set_sd(value));
+#else
+  return value > -2147483649.0 && value < 2147483648.0 ? static_cast<std::int32_t>(value)
+                                                       : std::numeric_limits<std::int32_t>::min();
+#endif
+}
+
+inline std::int32_t TruncateToInt32(float value) {
+#if defined(__x86_64__)
+  return _mm_cvttss_si32(_mm_set_ss(value));
+#else
+  return TruncateToInt32(static_cast<double>(value));
+#endif
+}
+
+// Truncates and keeps the low 8 or 16 bits: no clamping anywhere. NaN becomes 0.
+template <typename Channel, std::floating_point Float>
+inline Channel TruncateToChannel(Float value) {
+  return static_cast<Channel>(static_cast<std::uint32_t>(TruncateToInt32(value)));
+}
+
+// 32-bit arithmetic that wraps in two's complement.
+inline std::int32_t WrappingAdd(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+inline std::int32_t WrappingSubtract(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+}
+inline std::int32_t WrappingMultiply(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
+}
+
+}  // namespace vitrell
+
+#endif  // VITRELL_RENDER_NUMERIC_H_

@@ -1,0 +1,25 @@
+// The render command: from the host's parameters to the finished output picture.
+#ifndef VITRELL_RENDER_RENDER_DRIVER_H_
+#define VITRELL_RENDER_RENDER_DRIVER_H_
+
+#include "host/host_api.h"
+#include "render/settings.h"
+
+namespace vitrell {
+
+// Renders one frame from params[0] (and the custom layer) into output. Renders of one process
+// exclude each other by a recursive mutex held from start to end. Answers the code of the first
+// stage that failed; a missing suite throws. Clean-up runs on every path: worlds disposed of, the
+// mask freed, suites released.
+//
+// Kept: the input layer's extent hint gets its left and top set to 0 in the host's own record.
+[[nodiscard]] PF_Err RenderFrame(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[],
+                                 PF_LayerDef* output);
+
+// Runs the final blend of io->src over inputLayer into io->dst. Always answers PF_Err_NONE; a
+// missing suite throws.
+[[nodiscard]] PF_Err RenderEffect(IO_Params* io, const LX_Info* info, PF_LayerDef* inputLayer);
+
+}  // namespace vitrell
+
+#endif  // VITRELL_RENDER_RENDER_DRIVER_H_
