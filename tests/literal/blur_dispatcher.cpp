@@ -32,7 +32,7 @@ void Optical(const Settings& s, const Maths& maths, const Mask& mask, const Worl
              World& dst) {
   const double diagonal = maths.sqrt(WrappingSquares(dst.width, dst.height));
   const bool ofLens = s.opticalCenterOfLens != 0;
-  const double amount = static_cast<double>(s.opticalAmount);
+  const auto amount = static_cast<double>(s.opticalAmount);
   const double focalLength = diagonal / maths.tan(((amount * kPi) / 180) * 0.5);
   OpticalPass(src, dst, mask, maths, ofLens ? s.positionX : s.opticalCenterX,
               ofLens ? s.positionY : s.opticalCenterY, focalLength);
@@ -43,7 +43,7 @@ void Trail(const Settings& s, const Maths& maths, const Mask& mask, World& src, 
   const std::int32_t radius = TruncateToInt(static_cast<double>(s.trailAmount) * 2.5 + 0.5);
   FillWithTransparentBlack(dst);
   TrailPass(src, dst, geometry.cx, geometry.cy, s.trailAmount, geometry.cornerDistance);
-  FastBlurRound(radius, radius, false, mask, dst, src);
+  FastBlurRound(radius, radius, false, mask, dst, src);  // NOLINT: back again, on purpose.
 }
 
 void UniformPass(const Settings& s, const Maths& maths, const Mask& mask, World& w1, World& w2) {
@@ -108,8 +108,10 @@ TrailGeometry MakeTrailGeometry(const Settings& s, const Maths& maths, const Rec
   if (cy >= extent.bottom - 1) {
     cy = extent.bottom - 2;
   }
-  const std::int32_t midX = TruncateToInt((extent.left + extent.right) / 2 - 0.5);
-  const std::int32_t midY = TruncateToInt((extent.top + extent.bottom) / 2 - 0.5);
+  const std::int32_t halfX = (extent.left + extent.right) / 2;
+  const std::int32_t halfY = (extent.top + extent.bottom) / 2;
+  const std::int32_t midX = TruncateToInt(halfX - 0.5);
+  const std::int32_t midY = TruncateToInt(halfY - 0.5);
   // The corner opposite the centre's quadrant.
   std::int32_t cornerX = extent.left;
   std::int32_t cornerY = extent.top;

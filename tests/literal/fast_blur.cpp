@@ -73,7 +73,7 @@ void FastBlurRound(std::int32_t horizontalRadius, std::int32_t verticalRadius, b
                    const Mask& mask, World& src, World& dst) {
   const World unblurred = src;
   BoxPass(horizontalRadius, lensMap, false, mask, src, unblurred, dst);
-  BoxPass(verticalRadius, lensMap, true, mask, dst, unblurred, src);
+  BoxPass(verticalRadius, lensMap, true, mask, dst, unblurred, src);  // NOLINT: back again.
   dst.pixels = src.pixels;
 }
 
@@ -86,7 +86,7 @@ void FastBlur(const Settings& s, const Mask& mask, World& src, World& dst) {
   const bool lensMap =
       s.fastBlurUseLensAsBlurMap != 0 && 2.0F * s.feather > s.fastBlurAmount / 100.0F;
   FastBlurRound(radius, radius, lensMap, mask, src, dst);
-  FastBlurRound(radius, radius, lensMap, mask, dst, src);
+  FastBlurRound(radius, radius, lensMap, mask, dst, src);  // NOLINT: back again.
   FastBlurRound(radius, radius, lensMap, mask, src, dst);
 }
 

@@ -21,7 +21,7 @@ struct Transcript {
   void Add(const std::string& line) { lines.push_back(line); }
   void Copy(const std::string& from, const std::string& to) { Add("copy " + from + " -> " + to); }
   std::string NewWorld(std::int32_t width, std::int32_t height, std::int32_t flags) {
-    const std::string name = "world" + std::to_string(++worlds);
+    std::string name = "world" + std::to_string(++worlds);
     Add("new_world " + name + " " + std::to_string(width) + "x" + std::to_string(height) +
         " flags " + std::to_string(flags));
     return name;

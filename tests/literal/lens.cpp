@@ -13,7 +13,7 @@ std::uint16_t UnprocessedChannel(std::uint16_t channel, bool inputDeep, bool dee
   if (inputDeep == deep) {
     return channel;
   }
-  const float value = static_cast<float>(channel);
+  const auto value = static_cast<float>(channel);
   const float converted = deep ? (value / 255.0F) * 32767.0F : (value / 32767.0F) * 255.0F;
   return ChannelFromReal(static_cast<double>(converted), deep);
 }

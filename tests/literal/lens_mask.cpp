@@ -31,7 +31,7 @@ double LimitToOne(double value) { return value > 1 ? 1 : value; }
 
 // The sum is single precision, its quotient double.
 double RelativeBand(float feather, double size) {
-  const float margin = static_cast<float>(1.5 / size);
+  const auto margin = static_cast<float>(1.5 / size);
   return static_cast<double>(feather + margin);
 }
 
@@ -119,8 +119,8 @@ double CustomDistance(std::int32_t x, std::int32_t y, const Context& context) {
   const double outerY = s.placement == 2 ? ratioY : 1;
   const double innerX = s.placement == 1 ? ratioX : 1;
   const double innerY = s.placement == 1 ? ratioY : 1;
-  const double scaleWidth = static_cast<double>(s.scaleWidth);
-  const double scaleHeight = static_cast<double>(s.scaleHeight);
+  const auto scaleWidth = static_cast<double>(s.scaleWidth);
+  const auto scaleHeight = static_cast<double>(s.scaleHeight);
   const double p = scaleWidth > 0.0001 ? WrapSubtract(x, s.positionX) / scaleWidth : 0;
   const double q = scaleHeight > 0.0001 ? WrapSubtract(s.positionY, y) / scaleHeight : 0;
   const double cosine = context.maths.cos(-s.rotation);

@@ -355,6 +355,7 @@ TEST(LiteralRenderTest, HostCopyConvertsWhiteToWhite) {
 TEST(LiteralSettingsTest, ConvertsPointsAnglesAndBoxes) {
   std::vector<PF_ParamDef> records(65);
   std::vector<const PF_ParamDef*> params;
+  params.reserve(records.size());
   for (const PF_ParamDef& record : records) {
     params.push_back(&record);
   }

@@ -28,7 +28,7 @@ void ColorPass(float opacity, const std::uint8_t (&color)[4], const World& src, 
   for (std::int32_t y = 0; y < dst.height; ++y) {
     for (std::int32_t x = 0; x < dst.width; ++x) {
       for (int i = 0; i < 4; ++i) {
-        const float in = static_cast<float>(src.At(y, x).channel[i]);
+        const auto in = static_cast<float>(src.At(y, x).channel[i]);
         const float target = static_cast<float>(color[i]) * widening;
         const float step = (target - in) * opacity;
         dst.At(y, x).channel[i] = ChannelFromReal(static_cast<double>(step + in), dst.deep);
