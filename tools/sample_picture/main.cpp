@@ -37,9 +37,9 @@ double Develop(double light) {
   return std::sqrt(Clamp01(exposed * (1 + exposed / 14) / (1 + exposed)));
 }
 
-// Straight alpha, red, green, blue, alpha in rows; half a step of noise hides the steps of 8 bits.
+// Red, green, blue and straight alpha, row by row; noise hides the steps of 8 bits.
 template <typename Channel>
-std::vector<Channel> Quantise(Canvas& canvas) {
+std::vector<Channel> Quantise(Canvas& canvas, bool opaque) {
   constexpr double kWhite = std::numeric_limits<Channel>::max();
   std::vector<Channel> rows;
   rows.reserve(static_cast<std::size_t>(canvas.Width()) *
@@ -52,24 +52,24 @@ std::vector<Channel> Quantise(Canvas& canvas) {
         const double dither = HashUnit(x, y, seed++);
         rows.push_back(static_cast<Channel>(std::min(kWhite, Develop(light) * kWhite + dither)));
       }
-      rows.push_back(static_cast<Channel>(Clamp01(pixel.alpha) * kWhite + 0.5));
+      if (!opaque) rows.push_back(static_cast<Channel>(Clamp01(pixel.alpha) * kWhite + 0.5));
     }
   }
   return rows;
 }
 
-bool Write(const std::string& path, Canvas& canvas, int depth) {
+bool Write(const std::string& path, Canvas& canvas, int depth, bool opaque) {
   const OIIO::TypeDesc type = depth == 16 ? OIIO::TypeDesc::UINT16 : OIIO::TypeDesc::UINT8;
-  OIIO::ImageSpec form(canvas.Width(), canvas.Height(), 4, type);
+  OIIO::ImageSpec form(canvas.Width(), canvas.Height(), opaque ? 3 : 4, type);
   form.attribute("oiio:UnassociatedAlpha", 1);
   const std::unique_ptr<OIIO::ImageOutput> output = OIIO::ImageOutput::create(path);
   if (!output || !output->open(path, form)) {
     std::cerr << path << ": " << (output ? output->geterror() : OIIO::geterror()) << '\n';
     return false;
   }
-  const bool written = depth == 16
-                           ? output->write_image(type, Quantise<std::uint16_t>(canvas).data())
-                           : output->write_image(type, Quantise<std::uint8_t>(canvas).data());
+  const bool written =
+      depth == 16 ? output->write_image(type, Quantise<std::uint16_t>(canvas, opaque).data())
+                  : output->write_image(type, Quantise<std::uint8_t>(canvas, opaque).data());
   if (!written || !output->close()) {
     std::cerr << path << ": " << output->geterror() << '\n';
     return false;
@@ -86,12 +86,14 @@ int main(int argc, char** argv) {
   int width = 1920;
   int height = 1080;
   int depth = 8;
+  bool opaque = false;
   app.add_option("OUTPUT", path, "The picture to write, for example street.png")->required();
   app.add_option("--width", width, "Width in pixels")->check(CLI::Range(1, 16384));
   app.add_option("--height", height, "Height in pixels")->check(CLI::Range(1, 16384));
   app.add_option("--depth", depth, "Bits per channel")->check(CLI::IsMember({8, 16}));
+  app.add_flag("--opaque", opaque, "Leave the alpha channel out");
   CLI11_PARSE(app, argc, argv);
   vitrell::sample::Canvas canvas(width, height);
   vitrell::sample::DrawScene(canvas);
-  return vitrell::sample::Write(path, canvas, depth) ? 0 : 1;
+  return vitrell::sample::Write(path, canvas, depth, opaque) ? 0 : 1;
 }

@@ -1,0 +1,23 @@
+// An effect that makes the host calls of a recorded render and does nothing in between: its passes
+// copy each pixel. Its time is what the host itself costs, the floor below which no effect with
+// the same passes can come.
+#ifndef VITRELL_BENCH_FLOOR_EFFECT_H_
+#define VITRELL_BENCH_FLOOR_EFFECT_H_
+
+#include <memory>
+#include <vector>
+
+#include "headless/call_log.h"
+#include "headless/effect_module.h"
+
+namespace vitrell::bench {
+
+// The floor of the effect whose render made these calls. Every command but RENDER goes to the real
+// module. One floor module exists at a time. Throws std::runtime_error for a call it cannot replay.
+std::shared_ptr<const headless::EffectModule> MakeFloorModule(
+    std::shared_ptr<const headless::EffectModule> real,
+    const std::vector<headless::HostCall>& calls);
+
+}  // namespace vitrell::bench
+
+#endif  // VITRELL_BENCH_FLOOR_EFFECT_H_
