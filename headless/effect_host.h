@@ -62,10 +62,7 @@ class EffectHost {
   // Back to the registered defaults. Panel flags stay.
   void ResetParameters();
 
-  // Whether a point is told in percent (as all are by default), and its percentages.
-  struct PointPercent {
-    double x = 0, y = 0;
-  };
+  // The percentages of a point that is told in percent, as all are by default.
   std::optional<PointPercent> PercentOf(int index) const;
 
   // The host's own record; values are in the host's units. A point told in percent holds percent in
@@ -114,8 +111,15 @@ class EffectHost {
   Faults& GetFaults();
 
  private:
+  void RunSetup();
+  // Starts a fresh log and sends one command.
+  PF_Err SendAlone(PF_Cmd cmd, PF_ParamDef* params[], PF_LayerDef* output, void* extra);
+  PF_Err SendPanelCommand(PF_Cmd cmd, void* extra);
+  // Null-terminated pointers to fresh copies of the records, for a layer of this size.
+  std::vector<PF_ParamDef*> MakeFrameRecords(A_long width, A_long height);
+
+  std::shared_ptr<const EffectModule> module_;  // Outlives the state.
   std::unique_ptr<HostState> state_;
-  std::shared_ptr<const EffectModule> module_;
   bool setUp_ = false;
 };
 

@@ -48,6 +48,11 @@ struct Parameter {
   const std::string& Title() const { return name.empty() ? label : name; }
 };
 
+// A point told in percent of the layer's width and height.
+struct PointPercent {
+  double x = 0, y = 0;
+};
+
 // 16.16 from a real number as the host does it: times 65536, rounded half away from zero. Numbers
 // outside the format become its nearest end, NaN becomes 0.
 PF_Fixed ToFixed(double value);

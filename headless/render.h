@@ -42,6 +42,9 @@ struct RenderOptions {
   NewWorldDepth newWorldDepth = NewWorldDepth::kRenderDepth;
   // Of the worlds that new_world makes. baseOffset is even for deep worlds whatever is asked.
   WorldLayout newWorldLayout;
+  // Set in the records of those worlds beside the depth. Beware: PF_WorldFlag_WRITEABLE has the
+  // value by which new_world is asked for a deep world.
+  PF_WorldFlags extraWorldFlags = 0;
 
   A_long currentTime = 0;
   A_long timeStep = 1;

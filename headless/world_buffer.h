@@ -53,11 +53,11 @@ class WorldBuffer {
   const WorldLayout& Layout() const { return layout_; }
 
   // The host's record of this world. extent_hint starts as (0, 0, width, height), the pixel aspect
-  // as 1/1, world_flags as writeable plus the deep bit where it applies. data, rowbytes, width and
-  // height must stay as they are.
+  // as 1/1, world_flags as the deep bit alone where it applies. Copies of the record may be
+  // changed, but name the same pixels only while data, rowbytes, width and height stay.
   const PF_LayerDef& Def() const { return def_; }
   void SetExtentHint(const PF_LRect& extent) { def_.extent_hint = extent; }
-  // Replaces all flags, the deep bit included: a test may make record and pixels disagree.
+  // Replaces all flags. The deep bit must go on telling the depth of the pixels.
   void SetWorldFlags(PF_WorldFlags flags) { def_.world_flags = flags; }
 
   std::byte* Row(std::int32_t y);
@@ -80,16 +80,21 @@ class WorldBuffer {
   std::uint64_t Checksum() const;
 
  private:
-  void Allocate();
+  void AllocateBetweenBands();
+  void AllocateBetweenPages();
   void FillGuards();
-  void Release() noexcept;
-  std::size_t SlackBefore() const;
+  // Calls function(begin, end) for each guarded range, as offsets into the watched piece, until it
+  // returns false.
+  template <typename Function>
+  void ForEachGuard(const Function& function) const;
+  std::string DescribeDamage(std::size_t watchedOffset) const;
+  void Swap(WorldBuffer& other) noexcept;
 
   WorldLayout layout_;
   bool deep_ = false;
   PF_LayerDef def_{};
   std::byte* pixels_ = nullptr;   // First pixel.
-  std::byte* watched_ = nullptr;  // Guard bands, padding and pixels in one piece.
+  std::byte* watched_ = nullptr;  // Guards, padding and pixels in one accessible piece.
   std::size_t watchedBytes_ = 0;
   void* allocation_ = nullptr;
   std::size_t allocationBytes_ = 0;

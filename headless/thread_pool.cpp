@@ -1,0 +1,74 @@
+// Rounds of work for threads that wait in between.
+#include "headless/thread_pool.h"
+
+namespace vitrell::headless {
+namespace {
+
+thread_local bool g_inRound = false;
+
+// Marks the running thread as busy with a round.
+class RoundScope {
+ public:
+  RoundScope() { g_inRound = true; }
+  ~RoundScope() { g_inRound = false; }
+  RoundScope(const RoundScope&) = delete;
+  RoundScope& operator=(const RoundScope&) = delete;
+};
+
+}  // namespace
+
+ThreadPool::~ThreadPool() {
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    stop_ = true;
+  }
+  start_.notify_all();
+  for (std::thread& worker : workers_) worker.join();
+}
+
+void ThreadPool::Run(int threads, const std::function<void(int)>& job) {
+  if (g_inRound) {
+    for (int worker = 0; worker < threads; ++worker) job(worker);
+    return;
+  }
+  const RoundScope scope;
+  if (threads > 1) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    while (static_cast<int>(workers_.size()) < threads - 1) {
+      const int worker = static_cast<int>(workers_.size()) + 1;
+      workers_.emplace_back([this, worker] { Work(worker); });
+    }
+    job_ = &job;
+    wanted_ = threads;
+    running_ = threads - 1;
+    ++round_;
+    start_.notify_all();
+  }
+  job(0);
+  if (threads > 1) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    done_.wait(lock, [this] { return running_ == 0; });
+    job_ = nullptr;
+  }
+}
+
+void ThreadPool::Work(int worker) {
+  std::uint64_t seen = 0;
+  std::unique_lock<std::mutex> lock(mutex_);
+  while (true) {
+    start_.wait(lock, [&] { return stop_ || (round_ != seen && job_ != nullptr); });
+    if (stop_) return;
+    seen = round_;
+    if (worker >= wanted_) continue;
+    const std::function<void(int)>* job = job_;
+    lock.unlock();
+    {
+      const RoundScope scope;
+      (*job)(worker);
+    }
+    lock.lock();
+    if (--running_ == 0) done_.notify_one();
+  }
+}
+
+}  // namespace vitrell::headless
