@@ -1,0 +1,49 @@
+// Colour: pulls every channel, alpha included, toward a chosen colour by an opacity.
+#include "colour/color_effect.h"
+
+#include "host/pixel_pass.h"
+#include "host/world.h"
+#include "render/depth_traits.h"
+#include "render/numeric.h"
+
+namespace vitrell {
+namespace {
+
+// Factor from an 8-bit target channel to the channels of the pixel's own depth.
+// Kept: 16-bit targets are widened by 256 and not to white at 32768, so that a full opacity writes
+// 65280 for 255, above white.
+template <typename Pixel>
+constexpr float kTargetScale = 1.0f;
+template <>
+constexpr float kTargetScale<PF_Pixel16> = 256.0f;
+
+template <typename Pixel>
+PF_Err PullTowardColor(const ColorRefcon& refcon, const Pixel& in, Pixel* out) {
+  using Channel = ChannelOf<Pixel>;
+  const auto pull = [opacity = refcon.opacity](std::uint8_t target, Channel value) {
+    const float distance = target * kTargetScale<Pixel> - value;
+    return TruncateToChannel<Channel>(distance * opacity + value);
+  };
+  const PF_Pixel& color = refcon.color;
+  *out = {pull(color.alpha, in.alpha), pull(color.red, in.red), pull(color.green, in.green),
+          pull(color.blue, in.blue)};
+  return PF_Err_NONE;
+}
+
+}  // namespace
+
+PF_Err ColorEffect8(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF_Pixel* out) {
+  return PullTowardColor(*static_cast<const ColorRefcon*>(refcon), *in, out);
+}
+
+PF_Err ColorEffect16(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel16* in, PF_Pixel16* out) {
+  return PullTowardColor(*static_cast<const ColorRefcon*>(refcon), *in, out);
+}
+
+PF_Err RunColorEffect(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info) {
+  ColorRefcon refcon = {info.colorOpacity, info.colorValue};
+  return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
+                      {ColorEffect8, ColorEffect16}, &refcon);
+}
+
+}  // namespace vitrell
