@@ -1,0 +1,17 @@
+// Realistic blur: a lens blur with an iris-shaped kernel in which bright pixels weigh more.
+#ifndef VITRELL_BLUR_REALISTIC_BLUR_H_
+#define VITRELL_BLUR_REALISTIC_BLUR_H_
+
+#include "host/host_api.h"
+#include "render/settings.h"
+
+namespace vitrell {
+
+// Blurs io->src into io->dst, uniformly on the calling thread or, with the lens as blur map, per
+// pixel through the host's iterate suite. Answers the host's code, or PF_Err_OUT_OF_MEMORY; a
+// missing suite throws. Everything it allocates is released on every path.
+[[nodiscard]] PF_Err RenderReleasticBlurEffect(IO_Params* io, LX_Info* info);
+
+}  // namespace vitrell
+
+#endif  // VITRELL_BLUR_REALISTIC_BLUR_H_

@@ -1,0 +1,127 @@
+// The realistic blur with the lens mask as blur map: every pixel picks its own kernel.
+#include "blur/realistic_mapped.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <new>
+
+#include "blur/highlight_map.h"
+#include "blur/tap_sums.h"
+#include "host/buffer.h"
+#include "host/pixel_pass.h"
+#include "host/world.h"
+#include "render/lens_mask.h"
+#include "render/numeric.h"
+
+namespace vitrell {
+namespace {
+
+// Below this total weight a pixel keeps its own colours.
+constexpr double kSmallestTotal = 0.0001;
+
+// Read-only while the host iterates.
+struct IrisBlurRefcon {
+  HighlightMap map;
+  std::unique_ptr<IrisKernel[]> kernels;
+  Buffer<std::uint16_t> kernelIndex;  // One per output pixel, row by row.
+  std::int64_t width;                 // Of the output.
+  std::int64_t height;
+  std::int64_t left;  // Origin of the input.
+  std::int64_t top;
+};
+static_assert(kMaxIrisRadius <= 65535);
+
+// Kernel radii by mask value, evaluated through the host; neighbouring pixels often share a value.
+class RadiusByMask {
+ public:
+  RadiusByMask(const PF_ANSICallbacks& maths, std::int32_t maxRadius)
+      : maths_(maths), maxRadius_(maxRadius), radius_(Evaluate(0.0)) {}
+
+  std::int32_t operator()(double mask) {
+    if (mask != mask_) {
+      mask_ = mask;
+      radius_ = Evaluate(mask);
+    }
+    return radius_;
+  }
+
+ private:
+  std::int32_t Evaluate(double mask) const {
+    const std::int32_t radius = TruncateToInt32(maths_.pow(mask, 1.5) * maxRadius_ + 0.5);
+    return std::clamp(radius, 0, maxRadius_);
+  }
+
+  const PF_ANSICallbacks& maths_;
+  std::int32_t maxRadius_;
+  double mask_ = 0.0;
+  std::int32_t radius_;
+};
+
+bool ChooseKernels(const PF_ANSICallbacks& maths, std::int32_t maxRadius, IrisBlurRefcon* pass,
+                   Buffer<std::uint8_t>* used) {
+  const auto pixels = static_cast<std::size_t>(pass->width * pass->height);
+  if (!pass->kernelIndex.Allocate(pixels) ||
+      !used->AllocateZeroed(static_cast<std::size_t>(maxRadius) + 1)) {
+    return false;
+  }
+  RadiusByMask radiusOf(maths, maxRadius);
+  for (std::size_t i = 0; i < pixels; ++i) {
+    const std::int32_t radius = radiusOf(i < g_LensMaskSize ? g_LensMask[i] : 0.0);
+    pass->kernelIndex[i] = static_cast<std::uint16_t>(radius);
+    (*used)[static_cast<std::size_t>(radius)] = 1;
+  }
+  return true;
+}
+
+bool BuildKernels(const IrisShape& shape, const KernelReach& reach,
+                  const Buffer<std::uint8_t>& used, IrisBlurRefcon* pass) {
+  pass->kernels.reset(new (std::nothrow) IrisKernel[used.size()]);
+  if (pass->kernels == nullptr) {
+    return false;
+  }
+  IrisKernelBuilder builder(shape, reach);
+  for (std::size_t radius = 0; radius < used.size(); ++radius) {
+    if (used[radius] != 0 &&
+        !builder.Build(static_cast<std::int32_t>(radius), TapChoice::kAboveThreshold,
+                       &pass->kernels[radius], nullptr)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+PF_Err IrisBlur(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
+  const auto& pass = *static_cast<const IrisBlurRefcon*>(refcon);
+  const auto index = static_cast<std::size_t>(y * pass.width + x);
+  const IrisKernel& kernel = pass.kernels[pass.kernelIndex[index]];
+  const TapSums sums = SumKernel(pass.map, kernel, y - pass.top, x - pass.left);
+  Pixel result = *in;
+  if (sums.weight >= kSmallestTotal) {
+    StoreColours(sums, &result);
+  }
+  *out = result;
+  return PF_Err_NONE;
+}
+
+}  // namespace
+
+PF_Err BlurByMask(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius) {
+  IrisBlurRefcon pass;
+  pass.width = std::max(io.dst->width, 0);
+  pass.height = std::max(io.dst->height, 0);
+  pass.left = io.src->extent_hint.left;
+  pass.top = io.src->extent_hint.top;
+  Buffer<std::uint8_t> used;
+  if (!ChooseKernels(io.in_data->utils->ansi, maxRadius, &pass, &used) ||
+      !BuildKernels(shape, ReachBetween(*io.src, *io.dst), used, &pass) ||
+      !pass.map.Build(io.in_data, *io.src, PlaneOrder::kColumnsContiguous, true)) {
+    return PF_Err_OUT_OF_MEMORY;
+  }
+  AEGP_SuiteHandler suites(io.in_data->pica_basicP);
+  return RunPixelPass(suites, io.in_data, io.src, io.dst, ExtentLines(*io.dst),
+                      {IrisBlur<PF_Pixel>, IrisBlur<PF_Pixel16>}, &pass);
+}
+
+}  // namespace vitrell
