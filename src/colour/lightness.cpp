@@ -2,6 +2,7 @@
 #include "colour/lightness.h"
 
 #include <cstddef>
+#include <cstdint>
 
 #include "host/buffer.h"
 #include "host/pixel_pass.h"
@@ -29,28 +30,20 @@ std::uint16_t BendChannel(PowFunc power, std::uint16_t value, double gain) {
   return TruncateToChannel<std::uint16_t>(power(value * kUnit16, gain) * kWhite16);
 }
 
-// The curve at every value a channel can hold. Filled before the pass, read-only during it.
+// Fills the curve at every value a channel can hold, before the pass that reads it.
 template <typename Channel>
-class CurveTable {
- public:
-  [[nodiscard]] PF_Err Fill(PowFunc power, double gain) {
-    constexpr std::size_t kValueCount = std::size_t{1} << (8 * sizeof(Channel));
-    if (!values_.Allocate(kValueCount)) {
-      return PF_Err_OUT_OF_MEMORY;
-    }
-    for (std::size_t value = 0; value < kValueCount; ++value) {
-      values_[value] = BendChannel(power, static_cast<Channel>(value), gain);
-    }
-    return PF_Err_NONE;
+[[nodiscard]] PF_Err FillCurve(PowFunc power, double gain, Buffer<Channel>* curve) {
+  constexpr std::size_t kValueCount = std::size_t{1} << (8 * sizeof(Channel));
+  if (!curve->Allocate(kValueCount)) {
+    return PF_Err_OUT_OF_MEMORY;
   }
+  for (std::size_t value = 0; value < kValueCount; ++value) {
+    (*curve)[value] = BendChannel(power, static_cast<Channel>(value), gain);
+  }
+  return PF_Err_NONE;
+}
 
-  Channel* data() { return values_.data(); }
-
- private:
-  Buffer<Channel> values_;
-};
-
-// The refcon is the curve's table.
+// The refcon is the curve.
 template <typename Pixel>
 PF_Err Lightness(void* refcon, A_long /*x*/, A_long /*y*/, Pixel* in, Pixel* out) {
   const auto* const curve = static_cast<const ChannelOf<Pixel>*>(refcon);
@@ -60,8 +53,8 @@ PF_Err Lightness(void* refcon, A_long /*x*/, A_long /*y*/, Pixel* in, Pixel* out
 
 template <typename Pixel>
 PF_Err RunPass(AEGP_SuiteHandler& suites, IO_Params* io, double gain) {
-  CurveTable<ChannelOf<Pixel>> curve;
-  RETURN_IF_ERROR(curve.Fill(io->in_data->utils->ansi.pow, gain));
+  Buffer<ChannelOf<Pixel>> curve;
+  RETURN_IF_ERROR(FillCurve(io->in_data->utils->ansi.pow, gain, &curve));
   return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
                       {Lightness<PF_Pixel>, Lightness<PF_Pixel16>}, curve.data());
 }
