@@ -136,7 +136,7 @@ class Caller {
 
   // A world's flags are not new_world's: the first try may give the other depth.
   std::string TemporaryWorld() {
-    const std::int32_t flags = kWriteableWorld | (deep_ ? kDeepWorld : 0);
+    const std::int32_t flags = in_.newWorldExtraFlags | (deep_ ? kDeepWorld : 0);
     std::string world = transcript_.NewWorld(in_.input.width, in_.input.height, flags);
     if (NewWorldIsDeep(flags, in_.newWorldDeep) != deep_) {
       transcript_.Dispose(world);

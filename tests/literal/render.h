@@ -8,11 +8,10 @@
 
 namespace vitrell::literal {
 
-// Flags of a world's record: deep is bit 0, writeable bit 1.
+// Flag of a deep world's record.
 inline constexpr std::int32_t kDeepWorld = 1;
-inline constexpr std::int32_t kWriteableWorld = 2;
 
-// Flags of the host's new_world: deep is bit 1.
+// Flag that asks the host's new_world for a deep world. Bit 1, which in a record means writeable.
 inline constexpr std::int32_t kNewDeepWorld = 2;
 
 // All that decides a render's outcome.
@@ -24,7 +23,8 @@ struct RenderInputs {
   Settings settings;              // customLayer is not read.
   Maths maths{};
   bool newWorldDeep = false;  // Depth of the worlds that new_world makes when not asked for deep.
-  Pixel fresh;                // What a new world holds.
+  std::int32_t newWorldExtraFlags = 0;  // Set in the records of new worlds beside the depth.
+  Pixel fresh;                          // What a new world holds.
 };
 
 struct RenderOutcome {

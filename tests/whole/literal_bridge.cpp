@@ -74,6 +74,7 @@ literal::RenderInputs MakeRenderInputs(const headless::EffectHost& host,
   inputs.maths = LiteralMaths();
   inputs.newWorldDeep =
       input.Deep() && options.newWorldDepth == headless::NewWorldDepth::kRenderDepth;
+  inputs.newWorldExtraFlags = options.extraWorldFlags & ~PF_WorldFlag_DEEP;
   return inputs;
 }
 

@@ -120,7 +120,7 @@ WorldBuffer RandomCustomLayer(Dice& dice, PictureSize size, bool deep) {
                     RandomLayout(dice));
   Paint(dice, layer);
   if (dice.Chance(30)) {
-    layer.SetWorldFlags(layer.Deep() ? PF_WorldFlag_DEEP : 0);  // Not writeable.
+    layer.SetWorldFlags(layer.Def().world_flags | PF_WorldFlag_WRITEABLE);
   }
   return layer;
 }
@@ -186,6 +186,7 @@ RandomCase MakeRandomCase(std::uint64_t seed, EffectHost& host, TrailUse trail) 
   result.options.newWorldDepth =
       dice.Chance(70) ? headless::NewWorldDepth::kRenderDepth : headless::NewWorldDepth::kEightBit;
   result.options.newWorldLayout = RandomLayout(dice);
+  result.options.extraWorldFlags = dice.Chance(50) ? PF_WorldFlag_WRITEABLE : 0;
   result.options.currentTime = dice.Below(50);
   result.options.timeStep = dice.Between(-1, 3);
   result.options.timeScale = dice.Pick<A_u_long>({24, 30, 60});
@@ -202,7 +203,7 @@ std::string Describe(const RandomCase& randomCase, const EffectHost& host) {
   text << "\n  new worlds "
        << (randomCase.options.newWorldDepth == headless::NewWorldDepth::kEightBit ? "8-bit"
                                                                                   : "as the render")
-       << "\n";
+       << ", flags beside the depth " << randomCase.options.extraWorldFlags << "\n";
   for (const headless::Parameter& parameter : host.Parameters()) {
     if (parameter.IsControl() && parameter.type != PF_Param_LAYER) {
       text << "  " << parameter.index << " " << parameter.path << " = "
