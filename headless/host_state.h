@@ -14,6 +14,7 @@
 #include "headless/render.h"
 #include "headless/thread_pool.h"
 #include "headless/world_registry.h"
+#include "headless/world_spares.h"
 #include "host/host_api.h"
 
 namespace vitrell::headless {
@@ -43,6 +44,7 @@ class HostState {
   PF_OutData out{};
   CallRecorder recorder;
   WorldRegistry worlds;
+  WorldSpares spares;
   SuiteLedger suites;
   CheckoutLedger checkouts;
   BlockLedger blocks;

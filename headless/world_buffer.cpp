@@ -18,7 +18,7 @@ constexpr std::int32_t kMaxSize = 30000;
 constexpr std::size_t kAlignment = 64;
 constexpr std::size_t kBandBytes = 256;
 // Not a legal 16-bit channel (0xCBCB is above 32768) and an unlikely 8-bit one.
-constexpr int kPoison = 0xCB;
+constexpr std::uint8_t kPoison = 0xCB;
 
 // Differs from byte to byte, so that no constant fill can pass for it.
 std::byte GuardByte(std::size_t offset) { return static_cast<std::byte>(0xA7U + 31U * offset); }
@@ -69,7 +69,7 @@ WorldBuffer::WorldBuffer(std::int32_t width, std::int32_t height, bool deep,
   }
   def_.data = pixels_;
   FillGuards();
-  FillBytes(layout.fresh == FreshPixels::kPoison ? kPoison : 0);
+  FillFresh();
 }
 
 WorldBuffer::~WorldBuffer() {
@@ -197,6 +197,11 @@ const PF_Pixel16& WorldBuffer::At16(std::int32_t x, std::int32_t y) const {
 void WorldBuffer::FillBytes(std::uint8_t value) {
   const std::size_t rowBytes = static_cast<std::size_t>(Width()) * PixelBytes();
   for (std::int32_t y = 0; y < Height(); ++y) std::memset(Row(y), value, rowBytes);
+}
+
+void WorldBuffer::FillFresh() {
+  if (layout_.fresh == FreshPixels::kPoison) FillBytes(kPoison);
+  if (layout_.fresh == FreshPixels::kZero) FillBytes(0);
 }
 
 void WorldBuffer::FillNoise(std::uint64_t seed) {

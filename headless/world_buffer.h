@@ -18,8 +18,9 @@ enum class GuardPages {
   kAtStart,  // The first pixel begins where a protected page ends.
 };
 
-// What fresh pixels hold. Poison makes every read of an unwritten pixel visible.
-enum class FreshPixels { kPoison, kZero };
+// What fresh pixels hold. Poison makes every read of an unwritten pixel visible; kUnset leaves
+// whatever the memory holds, for measurements.
+enum class FreshPixels { kPoison, kZero, kUnset };
 
 struct WorldLayout {
   // Bytes between the end of a row's pixels and the next row. Even for deep worlds.
@@ -29,6 +30,8 @@ struct WorldLayout {
   std::int32_t baseOffset = 0;
   GuardPages guardPages = GuardPages::kNone;
   FreshPixels fresh = FreshPixels::kPoison;
+
+  bool operator==(const WorldLayout&) const = default;
 };
 
 // A picture of straight ARGB pixels, 8-bit (0..255) or deep (0..32768), with guard bands before
@@ -71,6 +74,8 @@ class WorldBuffer {
 
   // Sets every byte of every pixel.
   void FillBytes(std::uint8_t value);
+  // As the layout has it for fresh pixels.
+  void FillFresh();
   // Seeded noise over the whole range of the depth: 0..255, or 0..32768.
   void FillNoise(std::uint64_t seed);
 

@@ -1,6 +1,7 @@
 // Making, disposing, copying and filling of worlds.
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "headless/host_error.h"
 #include "headless/host_state.h"
@@ -40,7 +41,7 @@ PF_Err MakeWorld(HostState& host, A_long width, A_long height, PF_NewWorldFlags 
                  PF_LayerDef& world, std::string& name) {
   try {
     const bool deep = WantsDeep(host, flags);
-    auto buffer = std::make_unique<WorldBuffer>(width, height, deep, LayoutFor(host, deep, flags));
+    auto buffer = host.spares.Make(width, height, deep, LayoutFor(host, deep, flags));
     const PF_WorldFlags extra = host.Options().extraWorldFlags & ~PF_WorldFlag_DEEP;
     buffer->SetWorldFlags(buffer->Def().world_flags | extra);
     const KnownWorld known = host.worlds.AddOwned(std::move(buffer));
@@ -158,6 +159,8 @@ PF_Err DisposeWorldCallback(PF_ProgPtr effectRef, PF_LayerDef* world) {
   }
   if (const auto damage = buffer->Damage()) {
     host->Complain("wrote outside " + name + ". " + *damage);
+  } else {
+    host->spares.Keep(std::move(buffer));
   }
   return call.Answer(text, call.Fault());
 }
