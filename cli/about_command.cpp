@@ -1,0 +1,26 @@
+// `vitrell about`, and the settings that commands share.
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+#include "cli/commands.h"
+#include "cli/effect_finder.h"
+#include "cli/preset.h"
+
+namespace vitrell::cli {
+
+void RunAbout(const EffectArguments& arguments) {
+  std::string text = OpenEffect(arguments.effect)->About();
+  // The effect separates its name from the text by a carriage return.
+  std::replace(text.begin(), text.end(), '\r', '\n');
+  std::printf("%s\n", text.c_str());
+}
+
+Settings MakeSettings(const Panel& panel, const EffectArguments& arguments) {
+  Settings settings(panel);
+  if (!arguments.preset.empty()) LoadPreset(arguments.preset, settings);
+  for (const std::string& assignment : arguments.assignments) settings.Set(assignment);
+  return settings;
+}
+
+}  // namespace vitrell::cli

@@ -1,0 +1,38 @@
+// What the user asked for, as read from the command line.
+#ifndef VITRELL_CLI_ARGUMENTS_H_
+#define VITRELL_CLI_ARGUMENTS_H_
+
+#include <string>
+#include <vector>
+
+namespace vitrell::cli {
+
+// Options that several commands share. Empty texts stand for options that were not given.
+struct EffectArguments {
+  std::string effect;
+  std::string preset;
+  std::vector<std::string> assignments;  // of --set, in order
+};
+
+struct RenderArguments {
+  EffectArguments effect;
+  std::string input;
+  std::string output;
+  std::string savePreset;
+  std::string customLayer;
+  std::string depth = "auto";  // "auto", "8" or "16"
+  int threads = 0;             // 0: all cores
+  bool force = false;
+  bool quiet = false;
+  bool verbose = false;
+};
+
+struct ParamsArguments {
+  EffectArguments effect;
+  bool json = false;
+  bool markdown = false;
+};
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_ARGUMENTS_H_

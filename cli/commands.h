@@ -1,0 +1,19 @@
+// The commands of `vitrell`. They print to standard output and throw Failure.
+#ifndef VITRELL_CLI_COMMANDS_H_
+#define VITRELL_CLI_COMMANDS_H_
+
+#include "cli/arguments.h"
+#include "cli/settings.h"
+
+namespace vitrell::cli {
+
+void RunRender(const RenderArguments& arguments);
+void RunParams(const ParamsArguments& arguments);
+void RunAbout(const EffectArguments& arguments);
+
+// Defaults, then the preset, then --set.
+Settings MakeSettings(const Panel& panel, const EffectArguments& arguments);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_COMMANDS_H_

@@ -1,0 +1,55 @@
+// Pixels on their way from a picture to the effect and back.
+#ifndef VITRELL_CLI_EXCHANGE_H_
+#define VITRELL_CLI_EXCHANGE_H_
+
+#include <cstdint>
+#include <vector>
+
+#include "cli/picture.h"
+#include "headless/world_buffer.h"
+
+namespace vitrell::cli {
+
+// What a picture became when it was given to the effect.
+struct Given {
+  headless::WorldBuffer world;
+  std::int64_t clippedPixels = 0;  // had a value outside black to white, or not a number
+};
+
+// The picture as the effect gets it: straight ARGB, 0..255 or (deep) 0..32768, rounded to the
+// nearest, values outside clipped. Grey fills all three colours; no alpha means opaque. Colours
+// that the file holds multiplied by alpha are divided; where alpha is 0 they stay as they are.
+Given GiveToEffect(const Picture& picture, bool deep);
+
+// What of the result cannot be stored in the channels of the input.
+struct ResultTraits {
+  bool grey = true;    // red, green and blue agree in every pixel
+  bool opaque = true;  // alpha is white in every pixel
+};
+ResultTraits Inspect(const headless::WorldBuffer& result);
+
+// How the samples of the output are to be stored.
+enum class SampleType { kByte, kWord, kFloat };
+
+enum class Role { kRed, kGreen, kBlue, kAlpha, kExtra };
+
+struct OutputChannel {
+  Role role = Role::kRed;
+  int source = -1;  // the channel of the input's file that it continues; -1: a new one
+};
+
+struct OutputForm {
+  SampleType type = SampleType::kByte;
+  bool straight = true;  // false: colours are multiplied by alpha
+  std::vector<OutputChannel> channels;
+};
+
+// The result as samples for a file. Where the effect left a channel as `given` it, the file's own
+// value is kept: 16-bit files hold 65536 values and the effect's depth only 32769, so a picture
+// that the effect did not change keeps every bit. Clipped values count as changed.
+Samples TakeFromEffect(const Picture& input, const headless::WorldBuffer& given,
+                       const headless::WorldBuffer& result, const OutputForm& form);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_EXCHANGE_H_

@@ -1,0 +1,76 @@
+// The file behind picture writers.
+#include "cli/file_sink.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "cli/output_file.h"
+
+namespace vitrell::cli {
+
+FileSink::FileSink(const std::filesystem::path& file)
+    : IOProxy(file.string(), Write), file_(::open(file.c_str(), O_RDWR | O_TRUNC | O_CLOEXEC)) {
+  if (file_ >= 0) return;
+  Remember();
+  m_mode = Closed;
+}
+
+FileSink::~FileSink() { FileSink::close(); }
+
+void FileSink::Remember() {
+  if (firstError_.empty()) firstError_ = LastSystemError();
+}
+
+void FileSink::close() {
+  if (file_ >= 0 && ::close(file_) != 0) Remember();
+  file_ = -1;
+  m_mode = Closed;
+}
+
+bool FileSink::seek(int64_t offset) {
+  m_pos = offset;
+  return offset >= 0;
+}
+
+size_t FileSink::read(void* buffer, size_t size) {
+  const size_t done = pread(buffer, size, m_pos);
+  m_pos += static_cast<int64_t>(done);
+  return done;
+}
+
+size_t FileSink::write(const void* buffer, size_t size) {
+  const size_t done = pwrite(buffer, size, m_pos);
+  m_pos += static_cast<int64_t>(done);
+  return done;
+}
+
+size_t FileSink::pread(void* buffer, size_t size, int64_t offset) {
+  const ssize_t done = ::pread(file_, buffer, size, offset);
+  return done > 0 ? static_cast<size_t>(done) : 0;
+}
+
+size_t FileSink::pwrite(const void* buffer, size_t size, int64_t offset) {
+  const char* bytes = static_cast<const char*>(buffer);
+  size_t done = 0;
+  while (done < size) {
+    const ssize_t now =
+        ::pwrite(file_, bytes + done, size - done, offset + static_cast<int64_t>(done));
+    if (now < 0 && errno == EINTR) continue;
+    if (now <= 0) {
+      Remember();
+      break;
+    }
+    done += static_cast<size_t>(now);
+  }
+  return done;
+}
+
+size_t FileSink::size() const {
+  struct stat status {};
+  return ::fstat(file_, &status) == 0 ? static_cast<size_t>(status.st_size) : 0;
+}
+
+}  // namespace vitrell::cli

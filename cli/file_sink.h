@@ -1,0 +1,41 @@
+// A file that picture writers write to, which remembers the first write that failed.
+#ifndef VITRELL_CLI_FILE_SINK_H_
+#define VITRELL_CLI_FILE_SINK_H_
+
+#include <OpenImageIO/filesystem.h>
+
+#include <filesystem>
+#include <string>
+
+namespace vitrell::cli {
+
+// Some writers do not look at the result of every write; without this a full disk would leave a
+// damaged picture that counts as written.
+class FileSink : public OIIO::Filesystem::IOProxy {
+ public:
+  // Opens an existing file for writing; opened() tells whether that worked.
+  explicit FileSink(const std::filesystem::path& file);
+  ~FileSink() override;
+
+  const char* proxytype() const override { return "file"; }
+  void close() override;
+  bool seek(int64_t offset) override;
+  size_t read(void* buffer, size_t size) override;
+  size_t write(const void* buffer, size_t size) override;
+  size_t pread(void* buffer, size_t size, int64_t offset) override;
+  size_t pwrite(const void* buffer, size_t size, int64_t offset) override;
+  size_t size() const override;
+
+  // The cause of the first failed write or of a failed close; empty if all went well.
+  const std::string& FirstError() const { return firstError_; }
+
+ private:
+  void Remember();
+
+  int file_ = -1;
+  std::string firstError_;
+};
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_FILE_SINK_H_

@@ -1,0 +1,30 @@
+// Ctrl-C and termination requests.
+//
+// The first signal asks the work to stop, which it does between rows or stages. A second one, or
+// two seconds without a stop (a long stage that cannot be interrupted), ends the process at once
+// with exit code 130. Either way no half-written file stays.
+#ifndef VITRELL_CLI_INTERRUPT_H_
+#define VITRELL_CLI_INTERRUPT_H_
+
+#include <atomic>
+#include <string>
+
+namespace vitrell::cli {
+
+// Handles SIGINT, SIGTERM and SIGHUP from now on, and ignores SIGXFSZ and SIGPIPE so that failing
+// writes are told as errors.
+void WatchSignals();
+
+// True once a signal came.
+const std::atomic<bool>& InterruptFlag();
+
+// Throws Failure (cancelled) once a signal came.
+void ThrowIfInterrupted();
+
+// The file that is removed if the process is ended at once; empty for none. Longer names than the
+// system allows are not watched.
+void RemoveWhenKilled(const std::string& file);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_INTERRUPT_H_

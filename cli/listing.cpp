@@ -1,0 +1,198 @@
+// Writing the panel down.
+#include "cli/listing.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "cli/value_text.h"
+
+namespace vitrell::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string Padded(std::string text, std::size_t width) {
+  if (text.size() < width) text.append(width - text.size(), ' ');
+  return text;
+}
+
+std::string ValueWithUnit(const Control& control, const Value& value) {
+  return FormatValue(control, value) + UnitSuffix(control);
+}
+
+bool IsDefault(const Control& control, const Value& value) { return value == control.defaultValue; }
+
+// "0 to 32768, slider 0 to 127".
+std::string RangeWithSlider(const Control& control) {
+  std::string range = DescribeRange(control);
+  if (control.kind == ControlKind::kNumber &&
+      (control.sliderMinimum != control.minimum || control.sliderMaximum != control.maximum)) {
+    range += ", slider " + FormatNumber(control.sliderMinimum) + " to " +
+             FormatNumber(control.sliderMaximum);
+  }
+  return range;
+}
+
+const char* KindName(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::kNumber:
+      return "number";
+    case ControlKind::kAngle:
+      return "angle";
+    case ControlKind::kSwitch:
+      return "switch";
+    case ControlKind::kChoice:
+      return "choice";
+    case ControlKind::kPoint:
+      return "point";
+    case ControlKind::kColour:
+      return "colour";
+    case ControlKind::kLayer:
+      return "layer";
+  }
+  return "";
+}
+
+Json JsonOfValue(const Control& control, const Value& value) {
+  if (const auto* number = std::get_if<double>(&value)) return *number;
+  if (const auto* on = std::get_if<bool>(&value)) return *on;
+  return FormatValue(control, value);
+}
+
+Json JsonOfControl(const Control& control, const Value& value) {
+  Json json = {{"name", control.name},
+               {"label", control.label},
+               {"kind", KindName(control.kind)},
+               {"value", JsonOfValue(control, value)},
+               {"default", JsonOfValue(control, control.defaultValue)}};
+  if (control.kind == ControlKind::kNumber) {
+    json["minimum"] = control.minimum;
+    json["maximum"] = control.maximum;
+    json["sliderMinimum"] = control.sliderMinimum;
+    json["sliderMaximum"] = control.sliderMaximum;
+  }
+  if (control.percent) json["unit"] = "percent";
+  if (control.kind == ControlKind::kAngle) json["unit"] = "degrees";
+  if (control.kind == ControlKind::kChoice) json["choices"] = control.choices;
+  json["greyedOut"] = control.disabled;
+  json["index"] = control.index;
+  json["diskId"] = control.diskId;
+  return json;
+}
+
+// The rows below `depth` from `row` on; `row` ends behind them.
+Json JsonOfRows(const Settings& settings, int depth, std::size_t& row) {
+  const Panel& panel = settings.GetPanel();
+  Json list = Json::array();
+  while (row < panel.rows.size() && panel.rows[row].depth >= depth) {
+    const PanelRow& current = panel.rows[row++];
+    if (current.isGroup) {
+      list.push_back({{"group", current.title}, {"startsCollapsed", current.collapsed}});
+      list.back()["controls"] = JsonOfRows(settings, depth + 1, row);
+    } else {
+      const Control& control = panel.controls[current.control];
+      list.push_back(JsonOfControl(control, settings.ValueOf(control)));
+    }
+  }
+  return list;
+}
+
+// A bar would end the table's cell.
+std::string MarkdownCell(const std::string& text) {
+  std::string cell;
+  for (const char c : text) {
+    if (c == '|') cell += '\\';
+    cell += c;
+  }
+  return cell;
+}
+
+std::string MarkdownRow(const Settings& settings, const Control& control) {
+  const Value& value = settings.ValueOf(control);
+  std::string row = "| " + MarkdownCell(control.label) + " | `" + control.name + "` | ";
+  row += MarkdownCell(ValueWithUnit(control, control.defaultValue)) + " | ";
+  row += MarkdownCell(RangeWithSlider(control)) + " | ";
+  if (!IsDefault(control, value)) row += MarkdownCell(ValueWithUnit(control, value));
+  return row + (control.disabled ? " | greyed out |\n" : " | |\n");
+}
+
+struct Widths {
+  std::size_t name = 0;
+  std::size_t value = 0;
+};
+
+Widths ColumnWidths(const Settings& settings) {
+  constexpr std::size_t kMaxValueWidth = 24;
+  Widths widths;
+  for (const PanelRow& row : settings.GetPanel().rows) {
+    if (row.isGroup) continue;
+    const Control& control = settings.GetPanel().controls[row.control];
+    const std::size_t indent = 2 * static_cast<std::size_t>(row.depth);
+    widths.name = std::max(widths.name, indent + control.name.size());
+    const std::size_t value = ValueWithUnit(control, settings.ValueOf(control)).size();
+    widths.value = std::max(widths.value, std::min(value, kMaxValueWidth));
+  }
+  return widths;
+}
+
+std::string TextOfControl(const Settings& settings, const PanelRow& row, const Widths& widths) {
+  const Control& control = settings.GetPanel().controls[row.control];
+  const Value& value = settings.ValueOf(control);
+  const std::string indent(2 * static_cast<std::size_t>(row.depth), ' ');
+  std::string line = control.disabled ? "- " : "  ";
+  line += Padded(indent + control.name, widths.name) + "  ";
+  line += Padded(ValueWithUnit(control, value), widths.value) + "  ";
+  line += RangeWithSlider(control);
+  if (!IsDefault(control, value)) {
+    line += "; default " + ValueWithUnit(control, control.defaultValue);
+  }
+  return line + (control.disabled ? "; greyed out\n" : "\n");
+}
+
+}  // namespace
+
+std::string ListAsText(const Settings& settings) {
+  const Widths widths = ColumnWidths(settings);
+  std::string text = "  " + Padded("NAME", widths.name) + "  " + Padded("VALUE", widths.value) +
+                     "  WHAT IT TAKES\n";
+  for (const PanelRow& row : settings.GetPanel().rows) {
+    if (row.isGroup) {
+      text += "  " + std::string(2 * static_cast<std::size_t>(row.depth), ' ') + row.title + "\n";
+    } else {
+      text += TextOfControl(settings, row, widths);
+    }
+  }
+  return text;
+}
+
+std::string ListAsJson(const Settings& settings) {
+  std::size_t row = 0;
+  const Json json = {{"controls", JsonOfRows(settings, 0, row)}};
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string ListAsMarkdown(const Settings& settings) {
+  std::string text;
+  std::string title = "Top level";
+  int level = 0;
+  bool inTable = false;
+  for (const PanelRow& row : settings.GetPanel().rows) {
+    if (row.isGroup || row.depth < level) {
+      title = row.isGroup ? row.title : "Top level";
+      level = row.depth + (row.isGroup ? 1 : 0);
+      text += (text.empty() ? "" : "\n") + std::string(row.depth == 0 ? "## " : "### ") + title;
+      text += "\n";
+      inTable = false;
+    }
+    if (row.isGroup) continue;
+    if (!inTable) {
+      text += "\n| Control | Name | Default | Takes | Set to | |\n|---|---|---|---|---|---|\n";
+    }
+    inTable = true;
+    text += MarkdownRow(settings, settings.GetPanel().controls[row.control]);
+  }
+  return text;
+}
+
+}  // namespace vitrell::cli

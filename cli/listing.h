@@ -1,0 +1,23 @@
+// The list of controls as text, JSON and Markdown.
+#ifndef VITRELL_CLI_LISTING_H_
+#define VITRELL_CLI_LISTING_H_
+
+#include <string>
+
+#include "cli/settings.h"
+
+namespace vitrell::cli {
+
+// The panel from top to bottom with the settings' values, for people. What is greyed out has "-"
+// in front and "greyed out" behind.
+std::string ListAsText(const Settings& settings);
+
+// {"controls": [...]} with groups nested under "controls" too.
+std::string ListAsJson(const Settings& settings);
+
+// One table for each group that holds controls.
+std::string ListAsMarkdown(const Settings& settings);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_LISTING_H_

@@ -1,0 +1,124 @@
+// Writing beside the target and renaming.
+#include "cli/output_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "cli/failure.h"
+#include "cli/interrupt.h"
+
+namespace vitrell::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMaxAttempts = 1000;
+constexpr mode_t kNewFileMode = 0666;  // less the user's umask
+
+[[noreturn]] void Fail(const fs::path& file, const std::string& cause) {
+  throw Failure(kFailed, file.string() + ": " + cause);
+}
+
+fs::path FolderOf(const fs::path& file) {
+  return file.has_parent_path() ? file.parent_path() : fs::path(".");
+}
+
+fs::path ResolveLinks(const fs::path& target) {
+  std::error_code error;
+  if (!fs::is_symlink(target, error)) return target;
+  const fs::path resolved = fs::weakly_canonical(target, error);
+  return error ? target : resolved;
+}
+
+void RefuseExisting(const fs::path& target) {
+  Fail(target, "already exists. Choose another name, or add --force to replace it.");
+}
+
+bool WriteAll(int file, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(file, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+}  // namespace
+
+std::string LastSystemError() { return std::generic_category().message(errno); }
+
+void CheckTarget(const fs::path& target, bool force) {
+  if (target.empty()) throw Failure(kWrongUsage, "the output's name is empty. Give a file name.");
+  std::error_code error;
+  const fs::file_status status = fs::status(target, error);
+  if (status.type() == fs::file_type::directory) {
+    Fail(target, "is a folder. Give the name of a file in it.");
+  }
+  if (fs::exists(status) && status.type() != fs::file_type::regular) {
+    Fail(target, "is not a regular file. Give a file name; the output is written as a whole.");
+  }
+  if (fs::exists(status) && !force) RefuseExisting(target);
+  const fs::path folder = FolderOf(ResolveLinks(target));
+  if (!fs::is_directory(folder, error)) {
+    Fail(target, "the folder " + folder.string() + " does not exist. Create it first.");
+  }
+  if (::access(folder.c_str(), W_OK | X_OK) != 0) {
+    Fail(target, "the folder " + folder.string() + " cannot be written to (" + LastSystemError() +
+                     "). Choose another folder, or change its permissions.");
+  }
+}
+
+OutputFile::OutputFile(const fs::path& target) : shown_(target), target_(ResolveLinks(target)) {
+  for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
+    const std::string name = ".vitrell-" + std::to_string(::getpid()) + "-" +
+                             std::to_string(attempt) + target_.extension().string();
+    temporary_ = FolderOf(target_) / name;
+    const int file =
+        ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
+    if (file >= 0) {
+      ::close(file);
+      RemoveWhenKilled(temporary_.string());
+      return;
+    }
+    if (errno != EEXIST) break;
+  }
+  Fail(shown_, "cannot be created in " + FolderOf(target_).string() + " (" + LastSystemError() +
+                   "). Choose another folder, or change its permissions.");
+}
+
+OutputFile::~OutputFile() {
+  if (!committed_) ::unlink(temporary_.c_str());
+  RemoveWhenKilled({});
+}
+
+void OutputFile::Commit(bool force) {
+  const int file = ::open(temporary_.c_str(), O_RDONLY | O_CLOEXEC);
+  const bool onDisk = file >= 0 && ::fsync(file) == 0;
+  const std::string cause = LastSystemError();
+  if (file >= 0) ::close(file);
+  if (!onDisk) Fail(shown_, "cannot be written (" + cause + "). Free some space and try again.");
+  std::error_code error;
+  if (!force && fs::exists(target_, error)) RefuseExisting(shown_);
+  if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
+    Fail(shown_, "cannot take its name (" + LastSystemError() + "). Choose another name.");
+  }
+  committed_ = true;
+}
+
+void WriteTextFile(const fs::path& target, std::string_view text) {
+  OutputFile output(target);
+  const int file = ::open(output.TemporaryPath().c_str(), O_WRONLY | O_CLOEXEC);
+  const bool written = file >= 0 && WriteAll(file, text);
+  const std::string cause = LastSystemError();
+  const bool closed = file < 0 || ::close(file) == 0;
+  if (!written || !closed) {
+    Fail(target, "cannot be written (" + cause + "). Free some space and try again.");
+  }
+  output.Commit(true);
+}
+
+}  // namespace vitrell::cli

@@ -1,0 +1,46 @@
+// Files that appear complete or not at all.
+#ifndef VITRELL_CLI_OUTPUT_FILE_H_
+#define VITRELL_CLI_OUTPUT_FILE_H_
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace vitrell::cli {
+
+// The text of errno: "No space left on device".
+std::string LastSystemError();
+
+// Refuses a target that cannot become the output: a folder, a device, a file that exists (unless
+// force), a folder that is missing or may not be written to. Throws Failure.
+void CheckTarget(const std::filesystem::path& target, bool force);
+
+// A hidden file in the target's folder with the target's extension. It takes the target's name
+// with Commit() and is removed otherwise, also when the process is interrupted. A target that is a
+// symbolic link stays one. At most one object exists at a time.
+class OutputFile {
+ public:
+  // Creates the empty temporary file. Throws Failure.
+  explicit OutputFile(const std::filesystem::path& target);
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  const std::filesystem::path& TemporaryPath() const { return temporary_; }
+  // Puts the contents on the disk and renames. Throws Failure. With force false the target is
+  // looked for once more, since rendering took its time.
+  void Commit(bool force);
+
+ private:
+  std::filesystem::path shown_;   // as the user named it
+  std::filesystem::path target_;  // links resolved
+  std::filesystem::path temporary_;
+  bool committed_ = false;
+};
+
+// Writes a whole text through an OutputFile, over an existing file too. Throws Failure.
+void WriteTextFile(const std::filesystem::path& target, std::string_view text);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_OUTPUT_FILE_H_

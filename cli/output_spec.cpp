@@ -1,0 +1,198 @@
+// Choosing channels and metadata of the output.
+#include "cli/output_spec.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+
+namespace vitrell::cli {
+namespace {
+
+// The other formats with alpha hold multiplied colours or, as TIFF, both.
+constexpr std::array<std::string_view, 7> kStraightOnly = {"png", "targa", "bmp", "gif",
+                                                           "ico", "heif",  "webp"};
+constexpr std::string_view kIcc = "ICCProfile";
+
+template <std::size_t N>
+bool Contains(const std::array<std::string_view, N>& list, std::string_view text) {
+  return std::find(list.begin(), list.end(), text) != list.end();
+}
+
+void AddColours(const Picture& input, bool grey, OutputForm& form) {
+  const ChannelLayout& layout = input.layout;
+  form.channels.push_back({Role::kRed, layout.red});
+  if (grey) return;
+  form.channels.push_back({Role::kGreen, layout.green});
+  form.channels.push_back({Role::kBlue, layout.blue});
+}
+
+void AddExtraChannels(const Picture& input, const FormatTraits& format, OutputForm& form,
+                      std::vector<std::string>& notices) {
+  const ChannelLayout& layout = input.layout;
+  bool dropped = false;
+  for (int channel = 0; channel < input.spec.nchannels; ++channel) {
+    if (channel == layout.red || channel == layout.green || channel == layout.blue ||
+        channel == layout.alpha) {
+      continue;
+    }
+    if (format.anyChannels) {
+      form.channels.push_back({Role::kExtra, channel});
+    } else {
+      dropped = true;
+    }
+  }
+  if (dropped) notices.push_back("channels beyond colour and alpha are left out.");
+}
+
+// The colour space that an ICC profile is made for: "RGB ", "GRAY", "CMYK"; empty if there is none.
+std::string ProfileSpace(const OIIO::ImageSpec& spec) {
+  constexpr std::size_t kSpaceOffset = 16;
+  constexpr std::size_t kSpaceSize = 4;
+  const OIIO::ParamValue* profile = spec.find_attribute(std::string(kIcc));
+  if (profile == nullptr || profile->type().size() < kSpaceOffset + kSpaceSize) return {};
+  return {static_cast<const char*>(profile->data()) + kSpaceOffset, kSpaceSize};
+}
+
+void DropWrongProfile(bool grey, OIIO::ImageSpec& spec, std::vector<std::string>& notices) {
+  const std::string space = ProfileSpace(spec);
+  if (space.empty() || space == (grey ? "GRAY" : "RGB ")) return;
+  if (grey && space == "RGB ") return;  // Common, and harmless.
+  spec.erase_attribute(std::string(kIcc));
+  notices.push_back("the ICC profile is left out; it does not fit the output's channels.");
+}
+
+// Compressions and bit counts are names within one format, and some would lose what was rendered.
+void DropEncoding(const Picture& input, const FormatTraits& format, Depth depth,
+                  OIIO::ImageSpec& spec) {
+  for (const char* name : {"oiio:UnassociatedAlpha", "oiio:dither", "oiio:ioproxy", "oiio:SHA-1",
+                           "tiff:PhotometricInterpretation", "tiff:ColorSpace"}) {
+    spec.erase_attribute(name);
+  }
+  const bool sameFormat = input.format == format.name;
+  const std::string compression(spec.get_string_attribute("compression"));
+  const bool lossy = format.name == "tiff" && (compression == "jpeg" || compression == "webp" ||
+                                               compression.starts_with("ccitt"));
+  if (!sameFormat || lossy) spec.erase_attribute("compression");
+  const int bits = spec.get_int_attribute("oiio:BitsPerSample", 0);
+  if (!sameFormat || depth != Depth::kAuto || bits < 8) {
+    spec.erase_attribute("oiio:BitsPerSample");
+  }
+}
+
+void NameChannels(const Picture& input, const OutputForm& form, bool keepTypes,
+                  OIIO::ImageSpec& spec) {
+  constexpr std::array<const char*, 4> kNames = {"R", "G", "B", "A"};
+  const std::vector<OIIO::TypeDesc> oldTypes = spec.channelformats;
+  spec.channelnames.clear();
+  spec.channelformats.clear();
+  spec.nchannels = static_cast<int>(form.channels.size());
+  spec.alpha_channel = -1;
+  spec.z_channel = -1;
+  const bool grey = form.channels.size() < 2 || form.channels[1].role != Role::kGreen;
+  for (std::size_t i = 0; i < form.channels.size(); ++i) {
+    const OutputChannel& channel = form.channels[i];
+    if (channel.role == Role::kAlpha) spec.alpha_channel = static_cast<int>(i);
+    const bool keepsName = channel.role == Role::kExtra || (grey && channel.role == Role::kRed);
+    spec.channelnames.push_back(keepsName ? input.spec.channel_name(channel.source)
+                                          : kNames.at(static_cast<std::size_t>(channel.role)));
+    if (!keepTypes || oldTypes.empty()) continue;
+    const int source = channel.source >= 0 ? channel.source : input.layout.red;
+    spec.channelformats.push_back(oldTypes.at(static_cast<std::size_t>(source)));
+  }
+}
+
+bool HasPrefix(const OIIO::ImageSpec& spec, std::string_view prefix) {
+  return std::any_of(spec.extra_attribs.begin(), spec.extra_attribs.end(),
+                     [&](const OIIO::ParamValue& attribute) {
+                       return std::string_view(attribute.name().c_str()).starts_with(prefix);
+                     });
+}
+
+bool SameBytes(const OIIO::ParamValue* a, const OIIO::ParamValue* b) {
+  return b != nullptr && a->type().size() == b->type().size() &&
+         std::memcmp(a->data(), b->data(), a->type().size()) == 0;
+}
+
+}  // namespace
+
+FormatTraits TraitsOf(const OIIO::ImageOutput& writer) {
+  FormatTraits traits;
+  traits.name = writer.format_name();
+  traits.alpha = writer.supports("alpha") != 0;
+  traits.anyChannels = writer.supports("nchannels") != 0;
+  traits.perChannel = writer.supports("channelformats") != 0;
+  traits.dataWindow = writer.supports("displaywindow") != 0;
+  traits.straightOnly = Contains(kStraightOnly, traits.name);
+  return traits;
+}
+
+OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const FormatTraits& format,
+                      std::vector<std::string>& notices) {
+  OutputForm form;
+  const bool grey = input.layout.IsGrey() && result.grey;
+  if (input.layout.IsGrey() && !grey) {
+    notices.push_back("the grey input came out coloured; the output is RGB.");
+  }
+  AddColours(input, grey, form);
+  const bool wantsAlpha = input.layout.HasAlpha() || !result.opaque;
+  if (wantsAlpha && format.alpha) {
+    if (!input.layout.HasAlpha()) {
+      notices.push_back("the effect made parts transparent; the output has an alpha channel.");
+    }
+    form.channels.push_back({Role::kAlpha, input.layout.alpha});
+  } else if (!result.opaque) {
+    notices.push_back("the format stores no transparency; the picture is laid over black.");
+  }
+  AddExtraChannels(input, format, form, notices);
+  if (!wantsAlpha || format.straightOnly) {
+    form.straight = true;
+  } else if (!format.alpha || format.name != "tiff") {
+    form.straight = false;
+  } else {
+    form.straight = input.straight;
+  }
+  return form;
+}
+
+OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form,
+                               const FormatTraits& format, Depth depth,
+                               std::vector<std::string>& notices) {
+  OIIO::ImageSpec spec = input.spec;
+  spec.tile_width = spec.tile_height = spec.tile_depth = 0;
+  const bool framed = spec.x != 0 || spec.y != 0 || spec.full_x != 0 || spec.full_y != 0 ||
+                      spec.full_width != spec.width || spec.full_height != spec.height;
+  if (framed && !format.dataWindow) {
+    spec.x = spec.y = spec.full_x = spec.full_y = 0;
+    spec.full_width = spec.width;
+    spec.full_height = spec.height;
+    notices.push_back("the format stores no frame around the picture; only the picture is kept.");
+  }
+  DropEncoding(input, format, depth, spec);
+  DropWrongProfile(form.channels.size() < 2 || form.channels[1].role != Role::kGreen, spec,
+                   notices);
+  NameChannels(input, form, format.perChannel && depth == Depth::kAuto, spec);
+  const bool deepFile = input.IsDeep();
+  if (depth == Depth::k8) spec.format = OIIO::TypeDesc::UINT8;
+  if (depth == Depth::k16 && !deepFile) spec.format = OIIO::TypeDesc::UINT16;
+  if (form.straight && spec.alpha_channel >= 0) spec.attribute("oiio:UnassociatedAlpha", 1);
+  return spec;
+}
+
+std::vector<std::string> LostMetadata(const OIIO::ImageSpec& input,
+                                      const OIIO::ImageSpec& written) {
+  std::vector<std::string> lost;
+  const OIIO::ParamValue* profile = input.find_attribute(std::string(kIcc));
+  if (profile != nullptr && !SameBytes(profile, written.find_attribute(std::string(kIcc)))) {
+    lost.emplace_back("ICC profile");
+  }
+  if (HasPrefix(input, "Exif:") && !HasPrefix(written, "Exif:")) lost.emplace_back("EXIF data");
+  const char* const kResolution = "XResolution";
+  if (input.find_attribute(kResolution) != nullptr &&
+      written.find_attribute(kResolution) == nullptr) {
+    lost.emplace_back("resolution");
+  }
+  return lost;
+}
+
+}  // namespace vitrell::cli

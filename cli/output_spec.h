@@ -1,0 +1,43 @@
+// The header of the output: the input's metadata as far as they stay true.
+#ifndef VITRELL_CLI_OUTPUT_SPEC_H_
+#define VITRELL_CLI_OUTPUT_SPEC_H_
+
+#include <OpenImageIO/imageio.h>
+
+#include <string>
+#include <vector>
+
+#include "cli/exchange.h"
+#include "cli/picture.h"
+#include "cli/picture_writer.h"
+
+namespace vitrell::cli {
+
+// What the output's format can do, as its writer tells.
+struct FormatTraits {
+  std::string name;           // "png"
+  bool alpha = true;          // stores alpha
+  bool anyChannels = false;   // stores any number of channels
+  bool perChannel = false;    // stores each channel with its own type
+  bool dataWindow = false;    // stores a picture that is placed in a larger frame
+  bool straightOnly = false;  // stores straight colours, never multiplied ones
+};
+FormatTraits TraitsOf(const OIIO::ImageOutput& writer);
+
+// Channels and alpha of the output. What the result holds and the format cannot is told in
+// `notices`; so is a grey input that comes out coloured.
+OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const FormatTraits& format,
+                      std::vector<std::string>& notices);
+
+// The header for the chosen form. Its sample type is what is wished for; the writer may change it.
+OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form,
+                               const FormatTraits& format, Depth depth,
+                               std::vector<std::string>& notices);
+
+// What metadata of the input are missing in a written file's header: "ICC profile", "EXIF data",
+// "resolution".
+std::vector<std::string> LostMetadata(const OIIO::ImageSpec& input, const OIIO::ImageSpec& written);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_OUTPUT_SPEC_H_

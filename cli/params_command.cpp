@@ -1,0 +1,39 @@
+// `vitrell params`.
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "cli/commands.h"
+#include "cli/effect_finder.h"
+#include "cli/failure.h"
+#include "cli/listing.h"
+
+namespace vitrell::cli {
+namespace {
+
+// Any size will do: the panel shows positions as they were given.
+constexpr int kNominalWidth = 1920;
+constexpr int kNominalHeight = 1080;
+
+}  // namespace
+
+void RunParams(const ParamsArguments& arguments) {
+  const std::unique_ptr<headless::EffectHost> host = OpenEffect(arguments.effect.effect);
+  Panel panel = MakePanel(host->Parameters());
+  const Settings settings = MakeSettings(panel, arguments.effect);
+  settings.Apply(*host, kNominalWidth, kNominalHeight);
+  const PF_Err error = host->UpdatePanel();
+  if (error != PF_Err_NONE) {
+    throw Failure(kFailed,
+                  "the effect could not update its panel: " + headless::DescribeError(error) + ".");
+  }
+  for (Control& control : panel.controls) {
+    control.disabled = host->Parameters().at(static_cast<std::size_t>(control.index)).Greyed();
+  }
+  const std::string text = arguments.json       ? ListAsJson(settings)
+                           : arguments.markdown ? ListAsMarkdown(settings)
+                                                : ListAsText(settings);
+  std::fputs(text.c_str(), stdout);
+}
+
+}  // namespace vitrell::cli

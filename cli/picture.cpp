@@ -1,0 +1,151 @@
+// Reading pictures.
+#include "cli/picture.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <string_view>
+
+#include "cli/failure.h"
+#include "cli/interrupt.h"
+
+namespace vitrell::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The largest layer that a host has.
+constexpr int kMaxSize = 30000;
+// Formats whose files hold straight colours although the library does not say so.
+constexpr std::array<std::string_view, 4> kSilentlyStraight = {"bmp", "gif", "heif", "ico"};
+
+[[noreturn]] void Fail(const fs::path& file, const std::string& cause) {
+  throw Failure(kFailed, file.string() + ": " + cause);
+}
+
+void CheckReadable(const fs::path& file) {
+  std::error_code error;
+  const fs::file_status status = fs::status(file, error);
+  if (!fs::exists(status)) {
+    Fail(file, status.type() == fs::file_type::not_found
+                   ? "there is no such file. Check the name and the folder."
+                   : "cannot be reached (" + error.message() + "). Check your right to read it.");
+  }
+  if (fs::is_directory(status)) Fail(file, "is a folder. Give the name of a picture in it.");
+  if (!fs::is_regular_file(status)) Fail(file, "is not a regular file. Copy it to a file first.");
+  if (fs::file_size(file, error) == 0) {
+    Fail(file, "is empty (0 bytes). Export or copy the picture again.");
+  }
+}
+
+std::unique_ptr<OIIO::ImageInput> OpenPicture(const fs::path& file) {
+  OIIO::ImageSpec wishes;
+  wishes.attribute("oiio:UnassociatedAlpha", 1);
+  std::unique_ptr<OIIO::ImageInput> input = OIIO::ImageInput::open(file.string(), &wishes);
+  if (input == nullptr) {
+    Fail(file, "cannot be read as a picture (" + OneLine(OIIO::geterror()) +
+                   "). Check that the file is complete and a PNG, TIFF, JPEG, EXR, DPX or other "
+                   "picture.");
+  }
+  return input;
+}
+
+void CheckSize(const fs::path& file, const OIIO::ImageSpec& spec) {
+  if (spec.deep || spec.depth > 1) {
+    Fail(file, "holds deep or three-dimensional data. Flatten it to a plain picture first.");
+  }
+  if (spec.width < 1 || spec.height < 1 || spec.nchannels < 1) Fail(file, "holds no pixels.");
+  if (spec.width > kMaxSize || spec.height > kMaxSize) {
+    Fail(file, "is " + std::to_string(spec.width) + " x " + std::to_string(spec.height) +
+                   " pixels; the largest layer is 30000 x 30000. Scale or crop it first.");
+  }
+}
+
+template <typename Sample>
+Samples ReadSamples(OIIO::ImageInput& input, const Picture& picture, OIIO::TypeDesc type,
+                    const FileProgress& progress) {
+  std::vector<Sample> samples(static_cast<std::size_t>(picture.Width()) *
+                              static_cast<std::size_t>(picture.Height()) * picture.Channels());
+  void* const context = const_cast<FileProgress*>(&progress);
+  const bool done =
+      input.read_image(0, 0, 0, picture.spec.nchannels, type, samples.data(), OIIO::AutoStride,
+                       OIIO::AutoStride, OIIO::AutoStride, &CallFileProgress, context);
+  ThrowIfInterrupted();
+  const std::string message = OneLine(input.geterror());
+  if (!done || !message.empty()) {
+    Fail(picture.file, "is damaged or incomplete (" +
+                           (message.empty() ? "its pixels cannot be read" : message) +
+                           "). Export or copy the picture again.");
+  }
+  return samples;
+}
+
+bool IsStraight(const Picture& picture) {
+  if (!picture.layout.HasAlpha()) return true;
+  const bool silently = std::find(kSilentlyStraight.begin(), kSilentlyStraight.end(),
+                                  picture.format) != kSilentlyStraight.end();
+  return silently || picture.spec.get_int_attribute("oiio:UnassociatedAlpha", 0) != 0;
+}
+
+}  // namespace
+
+bool CallFileProgress(void* progress, float done) {
+  return (*static_cast<const FileProgress*>(progress))(done);
+}
+
+std::string OneLine(std::string message) {
+  std::replace(message.begin(), message.end(), '\n', ' ');
+  while (!message.empty() && (message.back() == ' ' || message.back() == '.')) message.pop_back();
+  return message;
+}
+
+ChannelLayout FindChannels(const OIIO::ImageSpec& spec) {
+  const auto named = [&](const char* name) { return spec.channelindex(name); };
+  ChannelLayout layout;
+  if (named("R") >= 0 && named("G") >= 0 && named("B") >= 0) {
+    layout = {named("R"), named("G"), named("B"), -1};
+  } else if (spec.nchannels >= 3) {
+    layout = {0, 1, 2, -1};
+  }
+  const auto isColour = [&](int channel) {
+    return channel == layout.red || channel == layout.green || channel == layout.blue;
+  };
+  layout.alpha = spec.alpha_channel;
+  if (layout.alpha < 0 || layout.alpha >= spec.nchannels || isColour(layout.alpha)) {
+    layout.alpha = named("A");
+  }
+  if (layout.alpha >= 0 && isColour(layout.alpha)) layout.alpha = -1;
+  return layout;
+}
+
+Picture ReadPicture(const fs::path& file, const FileProgress& progress) {
+  CheckReadable(file);
+  const std::unique_ptr<OIIO::ImageInput> input = OpenPicture(file);
+  Picture picture;
+  picture.file = file;
+  picture.format = input->format_name();
+  picture.spec = input->spec();
+  CheckSize(file, picture.spec);
+  picture.layout = FindChannels(picture.spec);
+  picture.straight = IsStraight(picture);
+  if (picture.spec.format == OIIO::TypeDesc::UINT8) {
+    picture.samples = ReadSamples<uint8_t>(*input, picture, OIIO::TypeDesc::UINT8, progress);
+  } else if (picture.spec.format == OIIO::TypeDesc::UINT16) {
+    picture.samples = ReadSamples<uint16_t>(*input, picture, OIIO::TypeDesc::UINT16, progress);
+  } else {
+    picture.samples = ReadSamples<float>(*input, picture, OIIO::TypeDesc::FLOAT, progress);
+  }
+  if (picture.format == "webp" && picture.layout.HasAlpha()) {
+    picture.notices.push_back(file.string() +
+                              ": WebP's partly transparent pixels are read with small deviations. "
+                              "Use PNG to be exact.");
+  }
+  if (input->seek_subimage(1, 0)) {
+    picture.notices.push_back(file.string() +
+                              ": holds several pictures; only the first one is used.");
+  }
+  static_cast<void>(OIIO::geterror());
+  return picture;
+}
+
+}  // namespace vitrell::cli

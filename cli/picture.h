@@ -1,0 +1,66 @@
+// A picture as its file holds it, with all that the output must keep.
+#ifndef VITRELL_CLI_PICTURE_H_
+#define VITRELL_CLI_PICTURE_H_
+
+#include <OpenImageIO/imageio.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace vitrell::cli {
+
+// Samples of all channels, interleaved, rows from top to bottom without padding. 8-bit and 16-bit
+// integers stay what they are in the file; every other type is held as float.
+using Samples = std::variant<std::vector<uint8_t>, std::vector<uint16_t>, std::vector<float>>;
+
+// Which channel of the file is which. Channels beyond these are kept but not seen by the effect.
+struct ChannelLayout {
+  int red = 0;
+  int green = 0;
+  int blue = 0;
+  int alpha = -1;  // -1: none, everything is opaque
+
+  bool IsGrey() const { return red == green && green == blue; }
+  bool HasAlpha() const { return alpha >= 0; }
+};
+
+struct Picture {
+  std::filesystem::path file;
+  std::string format;    // "png", "tiff", ... as the library calls it
+  OIIO::ImageSpec spec;  // as in the file, with all metadata
+  ChannelLayout layout;
+  bool straight = true;  // colours are not multiplied by alpha; true without alpha
+  Samples samples;
+  std::vector<std::string> notices;
+
+  int Width() const { return spec.width; }
+  int Height() const { return spec.height; }
+  std::size_t Channels() const { return static_cast<std::size_t>(spec.nchannels); }
+  // 16-bit integers and everything held as float.
+  bool IsDeep() const { return !std::holds_alternative<std::vector<uint8_t>>(samples); }
+};
+
+// Told how much of a file is done, 0 to 1; a true answer stops the work.
+using FileProgress = std::function<bool(float done)>;
+
+// Reads the first picture of a file without colour management and without touching alpha. Throws
+// Failure naming file, cause and remedy, also when stopped.
+Picture ReadPicture(const std::filesystem::path& file, const FileProgress& progress);
+
+// For the callback arguments of the picture library.
+bool CallFileProgress(void* progress, float done);
+
+// The layout of channels told by a file's header.
+ChannelLayout FindChannels(const OIIO::ImageSpec& spec);
+
+// The library's last message on one line.
+std::string OneLine(std::string message);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_PICTURE_H_

@@ -1,0 +1,139 @@
+// Writing pictures beside their target.
+#include "cli/picture_writer.h"
+
+#include <memory>
+#include <variant>
+
+#include "cli/failure.h"
+#include "cli/file_sink.h"
+#include "cli/interrupt.h"
+#include "cli/output_file.h"
+#include "cli/output_spec.h"
+
+namespace vitrell::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void Fail(const fs::path& file, const std::string& cause) {
+  throw Failure(kFailed, file.string() + ": " + cause);
+}
+
+std::unique_ptr<OIIO::ImageOutput> MakeWriter(const fs::path& target) {
+  std::unique_ptr<OIIO::ImageOutput> writer;
+  if (target.has_extension()) writer = OIIO::ImageOutput::create(target.string());
+  static_cast<void>(OIIO::geterror());
+  if (writer == nullptr) {
+    Fail(target, "no picture format has this extension. Use .png, .tif, .jpg, .exr or .dpx.");
+  }
+  return writer;
+}
+
+SampleType SampleTypeOf(OIIO::TypeDesc type) {
+  if (type == OIIO::TypeDesc::UINT8) return SampleType::kByte;
+  return type == OIIO::TypeDesc::UINT16 ? SampleType::kWord : SampleType::kFloat;
+}
+
+std::string NameOf(OIIO::TypeDesc type) {
+  const std::string bits = std::to_string(8 * type.size());
+  return bits + (type.is_floating_point() ? "-bit float" : "-bit integers");
+}
+
+// The largest square picture the format's writer takes is unknown; its refusal is passed on.
+void Open(OIIO::ImageOutput& writer, FileSink& sink, const OutputFile& file,
+          const OIIO::ImageSpec& spec, const fs::path& target) {
+  if (writer.supports("ioproxy") != 0) writer.set_ioproxy(&sink);
+  if (writer.open(file.TemporaryPath().string(), spec)) return;
+  const std::string cause =
+      sink.FirstError().empty() ? OneLine(writer.geterror()) : sink.FirstError();
+  Fail(target, "the format refuses this picture (" + cause + "). Choose another format.");
+}
+
+void WriteSamples(OIIO::ImageOutput& writer, FileSink& sink, const Samples& samples,
+                  const fs::path& target, const FileProgress& progress) {
+  const bool written = std::visit(
+      [&](const auto& values) {
+        using Sample = typename std::decay_t<decltype(values)>::value_type;
+        void* const context = const_cast<FileProgress*>(&progress);
+        return writer.write_image(OIIO::BaseTypeFromC<Sample>::value, values.data(),
+                                  OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride,
+                                  &CallFileProgress, context);
+      },
+      samples);
+  const bool closed = writer.close();
+  sink.close();
+  ThrowIfInterrupted();
+  if (!sink.FirstError().empty()) {
+    Fail(target, "cannot be written (" + sink.FirstError() + "). Free some space and try again.");
+  }
+  const std::string message = OneLine(writer.geterror());
+  if (!written || !closed || !message.empty()) {
+    Fail(target, "cannot be written (" + (message.empty() ? "the writer failed" : message) +
+                     "). Check the space on the disk, or choose another format.");
+  }
+}
+
+// Not every writer tells a failure, so the header is read back in any case and the pixels where
+// the writer did not write through the sink.
+OIIO::ImageSpec ReadBack(const OutputFile& file, bool pixelsToo, const fs::path& target) {
+  OIIO::ImageSpec wishes;
+  wishes.attribute("oiio:UnassociatedAlpha", 1);
+  const auto input = OIIO::ImageInput::open(file.TemporaryPath().string(), &wishes);
+  bool good = input != nullptr;
+  if (good && pixelsToo) {
+    const OIIO::ImageSpec& spec = input->spec();
+    std::vector<uint8_t> pixels(spec.image_pixels() * static_cast<std::size_t>(spec.nchannels));
+    good = input->read_image(0, 0, 0, spec.nchannels, OIIO::TypeDesc::UINT8, pixels.data());
+  }
+  if (!good) {
+    static_cast<void>(OIIO::geterror());
+    Fail(target,
+         "was not written completely. Check the space on the disk, or choose another "
+         "format.");
+  }
+  return input->spec();
+}
+
+void TellLosses(const Picture& input, const OIIO::ImageSpec& wished, OIIO::TypeDesc actual,
+                const OIIO::ImageSpec& written, std::vector<std::string>& notices) {
+  if (actual.size() < wished.format.size()) {
+    notices.push_back("the format stores " + NameOf(actual) + ", the picture has " +
+                      NameOf(wished.format) + ".");
+  }
+  if (input.spec.format.is_floating_point() && !actual.is_floating_point()) {
+    notices.push_back(
+        "the float values are written as they are, without colour conversion; linear light looks "
+        "dark in this format.");
+  }
+  for (const std::string& lost : LostMetadata(wished, written)) {
+    notices.push_back("the format does not keep the " + lost + ".");
+  }
+}
+
+}  // namespace
+
+void CheckWritable(const fs::path& target) { MakeWriter(target); }
+
+std::vector<std::string> WritePicture(const Picture& input, const headless::WorldBuffer& given,
+                                      const headless::WorldBuffer& result, const WriteOrder& order,
+                                      const FileProgress& progress) {
+  std::vector<std::string> notices;
+  const std::unique_ptr<OIIO::ImageOutput> writer = MakeWriter(order.target);
+  const FormatTraits format = TraitsOf(*writer);
+  OutputForm form = ChooseForm(input, Inspect(result), format, notices);
+  const OIIO::ImageSpec spec = MakeOutputSpec(input, form, format, order.depth, notices);
+  OutputFile file(order.target);
+  FileSink sink(file.TemporaryPath());
+  Open(*writer, sink, file, spec, order.target);
+  const OIIO::TypeDesc actual = writer->spec().format;
+  form.type = SampleTypeOf(actual);
+  WriteSamples(*writer, sink, TakeFromEffect(input, given, result, form), order.target, progress);
+  const OIIO::ImageSpec written = ReadBack(file, writer->supports("ioproxy") == 0, order.target);
+  TellLosses(input, spec, actual, written, notices);
+  ThrowIfInterrupted();
+  file.Commit(order.force);
+  for (std::string& notice : notices) notice = order.target.string() + ": " + notice;
+  return notices;
+}
+
+}  // namespace vitrell::cli

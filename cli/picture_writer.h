@@ -1,0 +1,37 @@
+// Writing the result of the effect as a picture.
+#ifndef VITRELL_CLI_PICTURE_WRITER_H_
+#define VITRELL_CLI_PICTURE_WRITER_H_
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "cli/exchange.h"
+#include "cli/picture.h"
+#include "headless/world_buffer.h"
+
+namespace vitrell::cli {
+
+enum class Depth { kAuto, k8, k16 };
+
+struct WriteOrder {
+  std::filesystem::path target;
+  // kAuto keeps the type of the input's file; otherwise the file holds this many bits, if its
+  // format can.
+  Depth depth = Depth::kAuto;
+  bool force = false;  // replace an existing file
+};
+
+// Refuses an extension that no picture format has, before any work is done. Throws Failure.
+void CheckWritable(const std::filesystem::path& target);
+
+// Writes the result with the size, metadata and channels of the input, beside the target and then
+// renamed. What the format cannot hold is told in the returned sentences. Throws Failure, also
+// when stopped by `progress`, and then leaves no file.
+std::vector<std::string> WritePicture(const Picture& input, const headless::WorldBuffer& given,
+                                      const headless::WorldBuffer& result, const WriteOrder& order,
+                                      const FileProgress& progress);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_PICTURE_WRITER_H_

@@ -1,0 +1,144 @@
+// Reading and writing presets.
+#include "cli/preset.h"
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "cli/failure.h"
+#include "cli/output_file.h"
+#include "cli/value_text.h"
+
+namespace vitrell::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// A preset with every control is about 2 KiB.
+constexpr std::size_t kMaxPresetBytes = std::size_t{1} << 20;
+
+[[noreturn]] void Fail(const std::filesystem::path& file, const std::string& cause) {
+  throw Failure(kFailed, "preset " + file.string() + ": " + cause);
+}
+
+// Also reads pipes, so that a preset can come from another program.
+std::string ReadText(const std::filesystem::path& file) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(file, ignored)) Fail(file, "is a folder. Give a JSON file.");
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(file.c_str(), "rb"),
+                                                               &std::fclose);
+  if (stream == nullptr) {
+    Fail(file, LastSystemError() + ". Check the name and your right to read it.");
+  }
+  std::string text;
+  std::array<char, 4096> block{};
+  while (const std::size_t size = std::fread(block.data(), 1, block.size(), stream.get())) {
+    text.append(block.data(), size);
+    if (text.size() > kMaxPresetBytes) Fail(file, "is too large for a preset. Check the name.");
+  }
+  return text;
+}
+
+// "[json.exception.parse_error.101] parse error at line 2, column 3: ..." without the bracket.
+std::string WithoutPrefix(const std::string& message) {
+  const std::size_t end = message.find("] ");
+  return end == std::string::npos ? message : message.substr(end + 2);
+}
+
+Json ParseObject(const std::filesystem::path& file) {
+  Json json;
+  try {
+    json = Json::parse(ReadText(file));
+  } catch (const Json::exception& error) {
+    Fail(file, "is not valid JSON: " + WithoutPrefix(error.what()) +
+                   ". Correct the file, or write a fresh one with --save-preset.");
+  }
+  if (!json.is_object()) {
+    Fail(file,
+         "must be one JSON object of names and values, such as {\"fast-blur.amount\": 35}. Correct "
+         "the file, or write a fresh one with --save-preset.");
+  }
+  return json;
+}
+
+// [960, 540] or [255, 136, 0] as the text that --set takes.
+std::string JoinNumbers(const Json& array) {
+  std::string text;
+  for (const Json& element : array) {
+    if (!element.is_number()) throw ValueError("the list may only hold numbers.");
+    if (!text.empty()) text += ',';
+    text += FormatNumber(element.get<double>());
+  }
+  return text;
+}
+
+Value ValueFromJson(const Control& control, const Json& json) {
+  const bool isNumber = control.kind == ControlKind::kNumber || control.kind == ControlKind::kAngle;
+  if (json.is_number()) {
+    const double number = json.get<double>();
+    if (isNumber) return CheckedNumber(control, number);
+    if (control.kind == ControlKind::kChoice) return ParseValue(control, FormatNumber(number));
+  }
+  if (json.is_boolean() && control.kind == ControlKind::kSwitch) return json.get<bool>();
+  if (json.is_string()) return ParseValue(control, json.get<std::string>());
+  if (json.is_null() && control.kind == ControlKind::kLayer) return LayerValue{};
+  if (json.is_array() &&
+      (control.kind == ControlKind::kPoint || control.kind == ControlKind::kColour)) {
+    return ParseValue(control, JoinNumbers(json));
+  }
+  throw ValueError(json.dump() + " is of the wrong type. Give " + DescribeRange(control) + ".");
+}
+
+Json JsonFromValue(const Control& control, const Value& value) {
+  if (const auto* number = std::get_if<double>(&value)) return *number;
+  if (const auto* on = std::get_if<bool>(&value)) return *on;
+  const auto* layer = std::get_if<LayerValue>(&value);
+  if (layer != nullptr && layer->path.empty()) return nullptr;
+  return FormatValue(control, value);
+}
+
+// Layers are named relative to the folder of the preset, so that both can move together.
+Value RelativeLayer(const Value& value, const std::filesystem::path& folder) {
+  const auto* layer = std::get_if<LayerValue>(&value);
+  if (layer == nullptr || layer->path.empty()) return value;
+  std::error_code ignored;
+  const std::filesystem::path absolute = std::filesystem::absolute(layer->path, ignored);
+  return LayerValue{absolute.lexically_proximate(folder).string()};
+}
+
+}  // namespace
+
+void LoadPreset(const std::filesystem::path& file, Settings& settings) {
+  for (const auto& [key, json] : ParseObject(file).items()) {
+    const Control* control = settings.GetPanel().Find(key);
+    if (control == nullptr) {
+      Fail(file, UnknownNameMessage(settings.GetPanel(), key) + " Correct or remove this key.");
+    }
+    try {
+      Value value = ValueFromJson(*control, json);
+      auto* layer = std::get_if<LayerValue>(&value);
+      if (layer != nullptr && !layer->path.empty()) {
+        layer->path = (file.parent_path() / layer->path).lexically_normal().string();
+      }
+      settings.SetValue(*control, value);
+    } catch (const ValueError& error) {
+      Fail(file, "key \"" + key + "\": " + error.what());
+    }
+  }
+}
+
+void SavePreset(const std::filesystem::path& file, const Settings& settings) {
+  std::error_code ignored;
+  const std::filesystem::path folder = std::filesystem::absolute(file, ignored).parent_path();
+  Json json = Json::object();
+  for (const Control& control : settings.GetPanel().controls) {
+    const Value value = RelativeLayer(settings.ValueOf(control), folder);
+    json[control.name] = JsonFromValue(control, value);
+  }
+  // File names need not be UTF-8; what is not is replaced rather than refused.
+  WriteTextFile(file, json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+}
+
+}  // namespace vitrell::cli

@@ -1,0 +1,23 @@
+// Presets: JSON files with a value for each named control.
+#ifndef VITRELL_CLI_PRESET_H_
+#define VITRELL_CLI_PRESET_H_
+
+#include <filesystem>
+
+#include "cli/settings.h"
+
+namespace vitrell::cli {
+
+// Changes the settings that the preset names. The file is one JSON object; its keys are the names
+// that --set takes. Values are numbers, true or false, or the texts that --set takes; positions
+// may also be [x, y] in pixels and colours [red, green, blue]. A layer's file is relative to the
+// preset's folder. Throws Failure naming file and key, and then leaves the settings unspecified.
+void LoadPreset(const std::filesystem::path& file, Settings& settings);
+
+// Every control with its value, in the panel's order, as LoadPreset reads it back. Written beside
+// and renamed. Throws Failure.
+void SavePreset(const std::filesystem::path& file, const Settings& settings);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_PRESET_H_

@@ -1,0 +1,58 @@
+// Drawing the progress line.
+#include "cli/progress_bar.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+namespace vitrell::cli {
+namespace {
+
+constexpr int kBarWidth = 30;
+constexpr std::chrono::milliseconds kInterval{100};
+// Before this an estimate would only jump about.
+constexpr double kMinFraction = 0.1;
+constexpr double kMinSeconds = 1.0;
+
+}  // namespace
+
+std::string ProgressLine(int stage, int stages, double fraction, double elapsedSeconds) {
+  const double done = std::clamp(fraction, 0.0, 1.0);
+  const int marks = static_cast<int>(done * kBarWidth);
+  std::string line = "[" + std::string(static_cast<std::size_t>(marks), '#') +
+                     std::string(static_cast<std::size_t>(kBarWidth - marks), '-') + "] ";
+  const std::string percent = std::to_string(static_cast<int>(done * 100));
+  line += std::string(3 - std::min<std::size_t>(percent.size(), 3), ' ');
+  line += percent + " %  stage " + std::to_string(stage) + " of " + std::to_string(stages);
+  if (done >= kMinFraction && elapsedSeconds >= kMinSeconds) {
+    const double left = elapsedSeconds * (1 - done) / done;
+    line += "  about " + std::to_string(static_cast<long>(std::ceil(left))) + " s left";
+  }
+  return line;
+}
+
+ProgressBar::ProgressBar(bool on) : on_(on) {}
+
+ProgressBar::~ProgressBar() { Wipe(); }
+
+void ProgressBar::Show(int stage, double done) {
+  const Clock::time_point now = Clock::now();
+  if (!on_ || now - lastDrawn_ < kInterval) return;
+  lastDrawn_ = now;
+  drawn_ = true;
+  const int shownStages = std::max(stage, stages_);
+  const double elapsed = std::chrono::duration<double>(now - start_).count();
+  const std::string line =
+      ProgressLine(stage, shownStages, (stage - 1 + done) / shownStages, elapsed);
+  std::fprintf(stderr, "\r%s\033[K", line.c_str());
+  std::fflush(stderr);
+}
+
+void ProgressBar::Wipe() {
+  if (!drawn_) return;
+  std::fputs("\r\033[K", stderr);
+  std::fflush(stderr);
+  drawn_ = false;
+}
+
+}  // namespace vitrell::cli

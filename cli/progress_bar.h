@@ -1,0 +1,41 @@
+// One line on a terminal that shows how far a render is.
+#ifndef VITRELL_CLI_PROGRESS_BAR_H_
+#define VITRELL_CLI_PROGRESS_BAR_H_
+
+#include <chrono>
+#include <string>
+
+namespace vitrell::cli {
+
+// "[#######-----------------]  30 %  stage 4 of 13  about 6 s left": what ProgressBar shows.
+// `fraction` is 0 to 1. Time left is told once a tenth is done and a second has passed.
+std::string ProgressLine(int stage, int stages, double fraction, double elapsedSeconds);
+
+// Draws at most ten times a second. Does nothing when it is off. Used by one thread at a time.
+class ProgressBar {
+ public:
+  explicit ProgressBar(bool on);
+  // Wipes the line.
+  ~ProgressBar();
+  ProgressBar(const ProgressBar&) = delete;
+  ProgressBar& operator=(const ProgressBar&) = delete;
+
+  bool IsOn() const { return on_; }
+  void SetStages(int stages) { stages_ = stages; }
+  // stage counts from 1; `done` is the part of this stage, 0 to 1.
+  void Show(int stage, double done);
+  void Wipe();
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  bool on_;
+  bool drawn_ = false;
+  int stages_ = 1;
+  Clock::time_point start_ = Clock::now();
+  Clock::time_point lastDrawn_{};
+};
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_PROGRESS_BAR_H_

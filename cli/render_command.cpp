@@ -1,0 +1,209 @@
+// `vitrell render`.
+#include <unistd.h>
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include "cli/call_report.h"
+#include "cli/commands.h"
+#include "cli/effect_finder.h"
+#include "cli/exchange.h"
+#include "cli/failure.h"
+#include "cli/interrupt.h"
+#include "cli/output_file.h"
+#include "cli/picture.h"
+#include "cli/picture_writer.h"
+#include "cli/preset.h"
+#include "cli/progress_bar.h"
+#include "cli/value_text.h"
+
+namespace vitrell::cli {
+namespace {
+
+// The lens type that shows a layer, as its choice reads.
+constexpr const char* kLensType = "lens.type";
+constexpr const char* kCustomChoice = "Custom";
+
+// The steps of one render, in the order of the functions.
+class RenderJob {
+ public:
+  explicit RenderJob(const RenderArguments& arguments)
+      : arguments_(arguments),
+        host_(OpenEffect(arguments.effect.effect)),
+        panel_(MakePanel(host_->Parameters())),
+        settings_(MakeSettings(panel_, arguments.effect)),
+        bar_(!arguments.quiet && !arguments.verbose && ::isatty(STDERR_FILENO) == 1) {}
+
+  void Run() {
+    PrepareLayer();
+    CheckTargets();
+    const Picture input = ReadPicture(arguments_.input, FileStage(1));
+    TellAll(input.notices);
+    const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
+    const Given given = GiveToEffect(input, deep);
+    TellClipping(input, given);
+    const std::optional<Given> layer = ReadLayer(deep);
+    headless::WorldBuffer result(input.Width(), input.Height(), deep);
+    const double seconds = RenderEffect(given, layer ? &layer->world : nullptr, result);
+    Write(input, given, result);
+    bar_.Wipe();
+    if (!arguments_.savePreset.empty()) SavePreset(arguments_.savePreset, settings_);
+    if (arguments_.quiet) return;
+    std::printf("%s: %d x %d, %d bits, effect %.3f s\n", arguments_.output.c_str(), input.Width(),
+                input.Height(), deep ? 16 : 8, seconds);
+  }
+
+ private:
+  void Tell(const std::string& note) {
+    if (arguments_.quiet) return;
+    bar_.Wipe();
+    std::fprintf(stderr, "vitrell: note: %s\n", note.c_str());
+  }
+
+  void TellAll(const std::vector<std::string>& notes) {
+    for (const std::string& note : notes) Tell(note);
+  }
+
+  const Control* LayerControl() const {
+    for (const Control& control : panel_.controls) {
+      if (control.kind == ControlKind::kLayer) return &control;
+    }
+    return nullptr;
+  }
+
+  std::string LayerPath() const {
+    const Control* control = LayerControl();
+    return control == nullptr ? "" : std::get<LayerValue>(settings_.ValueOf(*control)).path;
+  }
+
+  // --custom-layer is a short form of the layer control's --set, and stronger.
+  void PrepareLayer() {
+    const Control* layer = LayerControl();
+    if (!arguments_.customLayer.empty()) {
+      if (layer == nullptr) {
+        throw Failure(kWrongUsage,
+                      "--custom-layer: this effect takes no layer. Leave the option out.");
+      }
+      settings_.SetValue(*layer, LayerValue{arguments_.customLayer});
+    }
+    const Control* type = panel_.Find(kLensType);
+    if (layer == nullptr || type == nullptr) return;
+    const bool custom = FormatValue(*type, settings_.ValueOf(*type)) == kCustomChoice;
+    if (custom && LayerPath().empty()) {
+      Tell(
+          "lens.type is custom, but there is no custom layer, so the lens is empty. Give the "
+          "layer with --custom-layer IMAGE.");
+    }
+    if (!custom && !LayerPath().empty()) {
+      Tell(LayerPath() + ": the custom layer is not used. It shows with --set lens.type=custom.");
+    }
+  }
+
+  // Before any long work.
+  void CheckTargets() {
+    CheckTarget(arguments_.output, arguments_.force);
+    CheckWritable(arguments_.output);
+    if (!arguments_.savePreset.empty()) CheckTarget(arguments_.savePreset, arguments_.force);
+  }
+
+  FileProgress FileStage(int stage) {
+    return [this, stage](float done) {
+      bar_.Show(stage, static_cast<double>(done));
+      return InterruptFlag().load();
+    };
+  }
+
+  void TellClipping(const Picture& picture, const Given& given) {
+    if (given.clippedPixels == 0) return;
+    Tell(picture.file.string() + ": " + std::to_string(given.clippedPixels) +
+         " pixels had values outside black to white and were clipped.");
+  }
+
+  std::optional<Given> ReadLayer(bool deep) {
+    const std::string path = LayerPath();
+    if (path.empty()) return std::nullopt;
+    const Picture picture = ReadPicture(path, FileStage(1));
+    TellAll(picture.notices);
+    Given given = GiveToEffect(picture, deep);
+    TellClipping(picture, given);
+    return given;
+  }
+
+  // A picture of one pixel goes through the same passes in no time.
+  int ForeseePasses(const headless::WorldBuffer* layer, bool deep) {
+    headless::WorldBuffer pixel(1, 1, deep);
+    pixel.FillBytes(0);
+    headless::WorldBuffer result(1, 1, deep);
+    headless::RenderOptions options;
+    options.cancel = &InterruptFlag();
+    return CountPasses(host_->Render(pixel, result, layer, options));
+  }
+
+  double RenderEffect(const Given& given, const headless::WorldBuffer* layer,
+                      headless::WorldBuffer& result) {
+    settings_.Apply(*host_, given.world.Width(), given.world.Height());
+    headless::RenderOptions options;
+    options.threads = arguments_.threads;
+    options.cancel = &InterruptFlag();
+    if (bar_.IsOn()) {
+      // Reading is the first stage and writing the last.
+      stages_ = ForeseePasses(layer, given.world.Deep()) + 2;
+      bar_.SetStages(stages_);
+      options.progress = [this](const headless::RenderProgress& progress) {
+        bar_.Show(progress.pass + 1,
+                  progress.rowsTotal > 0
+                      ? static_cast<double>(progress.rowsDone) / progress.rowsTotal
+                      : 0.0);
+      };
+    }
+    const headless::RenderResult rendered = host_->Render(given.world, result, layer, options);
+    // The effect does not pass every interruption on.
+    ThrowIfInterrupted();
+    if (arguments_.verbose) std::fputs(ReportCalls(rendered).c_str(), stderr);
+    if (!rendered.Ok()) ThrowEffectFailure(rendered);
+    for (const std::string& complaint : rendered.complaints) {
+      Tell("the effect misbehaved: " + complaint);
+    }
+    return rendered.seconds;
+  }
+
+  [[noreturn]] void ThrowEffectFailure(const headless::RenderResult& rendered) const {
+    std::string message =
+        arguments_.input + ": the effect could not render it: " + rendered.description + ". ";
+    if (!rendered.message.empty()) message += "It says: " + rendered.message + " ";
+    message += rendered.error == PF_Err_OUT_OF_MEMORY ? "Use a smaller picture or smaller amounts."
+                                                      : "--verbose shows how far it came.";
+    throw Failure(kFailed, message);
+  }
+
+  void Write(const Picture& input, const Given& given, const headless::WorldBuffer& result) {
+    WriteOrder order;
+    order.target = arguments_.output;
+    order.force = arguments_.force;
+    order.depth = arguments_.depth == "8"    ? Depth::k8
+                  : arguments_.depth == "16" ? Depth::k16
+                                             : Depth::kAuto;
+    TellAll(WritePicture(input, given.world, result, order, FileStage(stages_)));
+  }
+
+  const RenderArguments& arguments_;
+  std::unique_ptr<headless::EffectHost> host_;
+  Panel panel_;
+  Settings settings_;
+  ProgressBar bar_;
+  int stages_ = 2;
+};
+
+}  // namespace
+
+void RunRender(const RenderArguments& arguments) {
+  const int threads = arguments.threads > 0 ? arguments.threads
+                                            : static_cast<int>(std::thread::hardware_concurrency());
+  OIIO::attribute("threads", threads);
+  RenderJob(arguments).Run();
+}
+
+}  // namespace vitrell::cli

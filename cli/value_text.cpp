@@ -1,0 +1,242 @@
+// Reading and writing the values of controls as text.
+#include "cli/value_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <optional>
+
+#include "cli/failure.h"
+
+namespace vitrell::cli {
+namespace {
+
+// The host's angles and positions are signed 16.16 numbers.
+constexpr double kFixedLimit = 32767.0;
+
+std::string_view Trim(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(" \t");
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+std::string Lowered(std::string_view text) {
+  std::string lowered(text);
+  std::transform(lowered.begin(), lowered.end(), lowered.begin(),
+                 [](char c) { return static_cast<char>(std::tolower(c & 0xff)); });
+  return lowered;
+}
+
+std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
+// The whole text must be a finite number.
+std::optional<double> ReadNumber(std::string_view text) {
+  text = Trim(text);
+  if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) {
+    return std::nullopt;
+  }
+  return number;
+}
+
+std::string ExampleFor(const Control& control) {
+  return "Give " + DescribeRange(control) + ", for example " + control.name + "=" +
+         FormatValue(control, control.defaultValue) + ".";
+}
+
+double ParseNumber(const Control& control, std::string_view text) {
+  std::string_view digits = Trim(text);
+  if (control.percent && digits.ends_with('%')) digits.remove_suffix(1);
+  const std::optional<double> number = ReadNumber(digits);
+  if (!number) throw ValueError(Quoted(text) + " is not a number. " + ExampleFor(control));
+  return CheckedNumber(control, *number);
+}
+
+bool ParseSwitch(const Control& control, std::string_view text) {
+  const std::string word = Lowered(Trim(text));
+  if (word == "on" || word == "true" || word == "yes" || word == "1") return true;
+  if (word == "off" || word == "false" || word == "no" || word == "0") return false;
+  throw ValueError(Quoted(text) + " is neither on nor off. Give " + control.name + "=on or " +
+                   control.name + "=off.");
+}
+
+ChoiceValue ParseChoice(const Control& control, std::string_view text) {
+  const std::string wanted = Lowered(CollapseBlanks(text));
+  for (std::size_t i = 0; i < control.choices.size(); ++i) {
+    if (Lowered(control.choices[i]) == wanted) return {static_cast<int>(i) + 1};
+  }
+  const std::optional<double> number = ReadNumber(text);
+  if (number && *number >= 1 && *number <= static_cast<double>(control.choices.size()) &&
+      *number == std::floor(*number)) {
+    return {static_cast<int>(*number)};
+  }
+  throw ValueError(Quoted(text) + " is none of the choices. Give one of " + DescribeRange(control) +
+                   ", or its number from 1 to " + std::to_string(control.choices.size()) + ".");
+}
+
+Coordinate ParseCoordinate(std::string_view text) {
+  Coordinate coordinate;
+  text = Trim(text);
+  coordinate.percent = text.ends_with('%');
+  if (coordinate.percent) text.remove_suffix(1);
+  const std::optional<double> number = ReadNumber(text);
+  if (!number) {
+    throw ValueError(Quoted(text) +
+                     " is not a number. Give pixels such as 960,540 or percent such as 50%,50%.");
+  }
+  if (std::abs(*number) > kFixedLimit) {
+    throw ValueError(Quoted(text) + " is too far away. Give a position from -32767 to 32767.");
+  }
+  coordinate.value = *number;
+  return coordinate;
+}
+
+PointValue ParsePoint(std::string_view text) {
+  const std::size_t comma = text.find(',');
+  if (comma == std::string_view::npos || text.find(',', comma + 1) != std::string_view::npos) {
+    throw ValueError(Quoted(text) +
+                     " is not a position. Give pixels such as 960,540 or percent such as 50%,50%.");
+  }
+  return {ParseCoordinate(text.substr(0, comma)), ParseCoordinate(text.substr(comma + 1))};
+}
+
+std::optional<ColourValue> ReadHexColour(std::string_view text) {
+  unsigned rgb = 0;
+  if (text.size() != 7 || text[0] != '#') return std::nullopt;
+  const auto [end, error] = std::from_chars(text.data() + 1, text.data() + 7, rgb, 16);
+  if (error != std::errc() || end != text.data() + 7) return std::nullopt;
+  return ColourValue{static_cast<uint8_t>(rgb >> 16), static_cast<uint8_t>(rgb >> 8 & 0xff),
+                     static_cast<uint8_t>(rgb & 0xff)};
+}
+
+std::optional<ColourValue> ReadDecimalColour(std::string_view text) {
+  std::array<uint8_t, 3> channels{};
+  for (std::size_t i = 0; i < channels.size(); ++i) {
+    const std::size_t comma = text.find(',');
+    if ((comma == std::string_view::npos) != (i == 2)) return std::nullopt;
+    const std::optional<double> number = ReadNumber(text.substr(0, comma));
+    if (!number || *number < 0 || *number > 255 || *number != std::floor(*number)) {
+      return std::nullopt;
+    }
+    channels[i] = static_cast<uint8_t>(*number);
+    if (i < 2) text.remove_prefix(comma + 1);
+  }
+  return ColourValue{channels[0], channels[1], channels[2]};
+}
+
+ColourValue ParseColour(std::string_view text) {
+  const std::string_view trimmed = Trim(text);
+  std::optional<ColourValue> colour = ReadHexColour(trimmed);
+  if (!colour) colour = ReadDecimalColour(trimmed);
+  if (colour) return *colour;
+  throw ValueError(Quoted(text) +
+                   " is not a colour. Give it as #ff8800, or as red, green and blue from 0 to 255 "
+                   "such as 255,136,0.");
+}
+
+std::string FormatCoordinate(const Coordinate& coordinate) {
+  return FormatNumber(coordinate.value) + (coordinate.percent ? "%" : "");
+}
+
+std::string FormatColour(const ColourValue& colour) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string text = "#";
+  for (const uint8_t channel : {colour.red, colour.green, colour.blue}) {
+    text += kDigits[channel >> 4];
+    text += kDigits[channel & 15];
+  }
+  return text;
+}
+
+}  // namespace
+
+double CheckedNumber(const Control& control, double number) {
+  if (control.kind == ControlKind::kAngle) {
+    if (std::abs(number) <= kFixedLimit) return number;
+  } else if (number >= control.minimum && number <= control.maximum) {
+    return number;
+  }
+  throw ValueError((std::isnan(number) ? "not a number" : FormatNumber(number)) +
+                   std::string(" is out of range. Give ") + DescribeRange(control) + ".");
+}
+
+Value ParseValue(const Control& control, std::string_view text) {
+  switch (control.kind) {
+    case ControlKind::kNumber:
+    case ControlKind::kAngle:
+      return ParseNumber(control, text);
+    case ControlKind::kSwitch:
+      return ParseSwitch(control, text);
+    case ControlKind::kChoice:
+      return ParseChoice(control, text);
+    case ControlKind::kPoint:
+      return ParsePoint(text);
+    case ControlKind::kColour:
+      return ParseColour(text);
+    case ControlKind::kLayer:
+      return LayerValue{text == "none" ? std::string() : std::string(text)};
+  }
+  throw ValueError("this control takes no value.");
+}
+
+std::string FormatNumber(double number) {
+  if (number == 0) return "0";
+  // Doubles in fixed notation have at most 309 digits before and 324 + 17 behind the point.
+  std::array<char, 700> buffer{};
+  const auto [end, error] =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::fixed);
+  return error == std::errc() ? std::string(buffer.data(), end) : std::to_string(number);
+}
+
+std::string FormatValue(const Control& control, const Value& value) {
+  if (const auto* number = std::get_if<double>(&value)) return FormatNumber(*number);
+  if (const auto* on = std::get_if<bool>(&value)) return *on ? "on" : "off";
+  if (const auto* choice = std::get_if<ChoiceValue>(&value)) {
+    const std::size_t position = static_cast<std::size_t>(choice->number) - 1;
+    return position < control.choices.size() ? control.choices[position]
+                                             : std::to_string(choice->number);
+  }
+  if (const auto* point = std::get_if<PointValue>(&value)) {
+    return FormatCoordinate(point->x) + "," + FormatCoordinate(point->y);
+  }
+  if (const auto* colour = std::get_if<ColourValue>(&value)) return FormatColour(*colour);
+  const std::string& path = std::get<LayerValue>(value).path;
+  return path.empty() ? "none" : path;
+}
+
+std::string UnitSuffix(const Control& control) {
+  if (control.kind == ControlKind::kAngle) return " degrees";
+  return control.percent ? " %" : "";
+}
+
+std::string DescribeRange(const Control& control) {
+  std::string text;
+  switch (control.kind) {
+    case ControlKind::kNumber:
+      return FormatNumber(control.minimum) + " to " + FormatNumber(control.maximum) +
+             UnitSuffix(control);
+    case ControlKind::kAngle:
+      return "-32767 to 32767 degrees";
+    case ControlKind::kSwitch:
+      return "on | off";
+    case ControlKind::kChoice:
+      for (const std::string& choice : control.choices) {
+        if (!text.empty()) text += " | ";
+        text += choice;
+      }
+      return text;
+    case ControlKind::kPoint:
+      return "x,y in pixels or percent";
+    case ControlKind::kColour:
+      return "#rrggbb or red,green,blue";
+    case ControlKind::kLayer:
+      return "a picture file or none";
+  }
+  return text;
+}
+
+}  // namespace vitrell::cli
