@@ -171,10 +171,10 @@ void Setter::Stages(TrailUse trail) {
 
 void Setter::Blurs() {
   const bool large = dice_.Chance(15);
-  const double radius = Affordable(large ? 400 : 12, 6e4);
+  const double radius = Affordable(large ? 1500 : 16, large ? 3e5 : 6e4);
   host_.SetFloat(kFastAmount, dice_.Chance(7) ? Amount(0, 1.5) : Amount(0, radius));
   Box(kFastBlurMap, dice_.Chance(45));
-  const double side = std::sqrt(Affordable(large ? 6400 : 200, large ? 6e6 : 1.5e6));
+  const double side = std::sqrt(Affordable(large ? 40000 : 400, large ? 2e7 : 1.5e6));
   host_.SetFloat(kRealisticAmount, dice_.Chance(10) ? Amount(0, 2) : Amount(0, side / 2));
   host_.SetPopup(kIrisSides, dice_.Between(1, 8));
   host_.SetFloat(kIrisRoundness, Percent());
