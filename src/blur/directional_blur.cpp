@@ -4,9 +4,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <numbers>
 
+#include "host/buffer.h"
 #include "host/pixel_pass.h"
 #include "host/result.h"
 #include "host/world.h"
@@ -18,44 +17,6 @@
 namespace vitrell {
 namespace {
 
-// Longest line that is rasterised: a hundred times what the panel lets the user type, in 256 MB.
-constexpr std::int64_t kMaxTaps = std::int64_t{1} << 24;
-
-struct LineEnd {
-  std::int64_t x;
-  std::int64_t y;
-};
-
-// Calls record(x, y) for each point of the line from (-end.x, -end.y) to end, both ends included.
-template <typename Record>
-void WalkLine(LineEnd end, Record record) {
-  const std::int64_t stepX = end.x > 0 ? 1 : -1;
-  const std::int64_t stepY = end.y > 0 ? 1 : -1;
-  const std::int64_t spanX = std::abs(2 * end.x);
-  const std::int64_t spanY = std::abs(2 * end.y);
-  std::int64_t error = (spanY < spanX ? spanX : -spanY) / 2;
-  std::int64_t x = -end.x;
-  std::int64_t y = -end.y;
-  record(x, y);
-  while (x != end.x || y != end.y) {
-    const std::int64_t before = error;
-    if (before > -spanX) {
-      error -= spanY;
-      x += stepX;
-    }
-    if (before < spanY) {
-      error += spanX;
-      y += stepY;
-    }
-    record(x, y);
-  }
-}
-
-// Squares and sum wrap in 32 bits, so that lengths from 32768 on have no true weights any more.
-std::int32_t SquaredLength(std::int32_t x, std::int32_t y) {
-  return WrappingAdd(WrappingMultiply(x, x), WrappingMultiply(y, y));
-}
-
 // One tap as the pass reads it.
 struct PassTap {
   std::ptrdiff_t offset;  // In bytes, from the pixel's own address in the source.
@@ -64,15 +25,47 @@ struct PassTap {
   std::int32_t y;
 };
 
+// The positions, in one direction, at which every tap stays inside the source, and the offsets in
+// bytes of all that taps can reach from inside, with the mirroring folded in.
+struct Direction {
+  std::int64_t origin = 0;  // The source's own, subtracted once.
+  std::int64_t size = 0;
+  std::int64_t minTap = 0;
+  std::int64_t maxTap = 0;
+  Buffer<std::ptrdiff_t> offsets;
+
+  void Include(std::int32_t tap) {
+    minTap = std::min<std::int64_t>(minTap, tap);
+    maxTap = std::max<std::int64_t>(maxTap, tap);
+  }
+
+  [[nodiscard]] PF_Err Fill(std::ptrdiff_t stride) {
+    if (!offsets.Allocate(static_cast<std::size_t>(maxTap - minTap + size))) {
+      return PF_Err_OUT_OF_MEMORY;
+    }
+    for (std::int64_t position = minTap; position < maxTap + size; ++position) {
+      offsets[static_cast<std::size_t>(position - minTap)] =
+          static_cast<std::ptrdiff_t>(FoldCoordinate(position, size)) * stride;
+    }
+    return PF_Err_NONE;
+  }
+
+  bool Contains(std::int64_t position) const { return position >= 0 && position < size; }
+  bool KeepsTapsInside(std::int64_t position) const {
+    return Contains(position + minTap) && Contains(position + maxTap);
+  }
+  // Indexed by a tap's own offset.
+  const std::ptrdiff_t* OffsetsAt(std::int64_t position) const {
+    return offsets.data() + (position - minTap);
+  }
+};
+
 struct DirBlurRefcon {
-  const IO_Params* io;
-  const PassTap* taps;
-  std::size_t tapCount;
-  // The part of the source, relative to its memory, from which every tap stays inside.
-  std::int64_t innerLeft;
-  std::int64_t innerTop;
-  std::int64_t innerRight;
-  std::int64_t innerBottom;
+  const IO_Params* io = nullptr;
+  Buffer<PassTap> taps;
+  std::size_t tapCount = 0;
+  Direction columns;
+  Direction rows;
 };
 
 // Weighted sums of one pixel: colours in single precision, weights in double.
@@ -106,6 +99,36 @@ class LineSum {
   double weight_ = 0;
 };
 
+// Sums the line about (column, row), both relative to the source's origin.
+template <typename Pixel>
+LineSum<Pixel> SumLine(const DirBlurRefcon& refcon, std::int64_t column, std::int64_t row) {
+  const PF_LayerDef* const src = refcon.io->src;
+  const char* const base = static_cast<const char*>(src->data);
+  LineSum<Pixel> sum;
+  const auto addAll = [&](auto addressOf) {
+    for (std::size_t i = 0; i < refcon.tapCount; ++i) {
+      const PassTap& tap = refcon.taps[i];
+      sum.Add(*reinterpret_cast<const Pixel*>(addressOf(tap)), tap.weight);
+    }
+  };
+  if (refcon.columns.KeepsTapsInside(column) && refcon.rows.KeepsTapsInside(row)) {
+    const char* const center =
+        base + row * src->rowbytes + column * static_cast<std::int64_t>(sizeof(Pixel));
+    addAll([center](const PassTap& tap) { return center + tap.offset; });
+  } else if (refcon.columns.Contains(column) && refcon.rows.Contains(row)) {
+    const std::ptrdiff_t* const columns = refcon.columns.OffsetsAt(column);
+    const std::ptrdiff_t* const rows = refcon.rows.OffsetsAt(row);
+    addAll([=](const PassTap& tap) { return base + rows[tap.y] + columns[tap.x]; });
+  } else if (refcon.columns.size > 0 && refcon.rows.size > 0) {
+    addAll([&](const PassTap& tap) {
+      return base + FoldCoordinate(row + tap.y, refcon.rows.size) * src->rowbytes +
+             FoldCoordinate(column + tap.x, refcon.columns.size) *
+                 static_cast<std::int64_t>(sizeof(Pixel));
+    });
+  }
+  return sum;
+}
+
 // The mask gates the blur only; its strength does not follow the mask.
 template <typename Pixel>
 PF_Err DirectionalBlur(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
@@ -114,90 +137,44 @@ PF_Err DirectionalBlur(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* ou
     *out = *in;
     return PF_Err_NONE;
   }
-  const PF_LayerDef* const src = refcon.io->src;
-  const std::int64_t column = std::int64_t{x} - src->extent_hint.left;
-  const std::int64_t row = std::int64_t{y} - src->extent_hint.top;
-  LineSum<Pixel> sum;
-  if (column >= refcon.innerLeft && column < refcon.innerRight && row >= refcon.innerTop &&
-      row < refcon.innerBottom) {
-    const char* const center = reinterpret_cast<const char*>(StoredPixel<Pixel>(src, row, column));
-    for (std::size_t i = 0; i < refcon.tapCount; ++i) {
-      const PassTap& tap = refcon.taps[i];
-      sum.Add(*reinterpret_cast<const Pixel*>(center + tap.offset), tap.weight);
-    }
-  } else {
-    for (std::size_t i = 0; i < refcon.tapCount; ++i) {
-      const PassTap& tap = refcon.taps[i];
-      const Pixel* const pixel =
-          GetPointerFromDataP<Pixel>(src, WrappingAdd(y, tap.y), WrappingAdd(x, tap.x), 1);
-      if (pixel != nullptr) {
-        sum.Add(*pixel, tap.weight);
-      }
-    }
-  }
-  *out = sum.Average(*in);
+  *out = SumLine<Pixel>(refcon, x - refcon.columns.origin, y - refcon.rows.origin).Average(*in);
   return PF_Err_NONE;
 }
 
 // Prepares the taps for one source and leaves out those of weight 0, which add +0 to sums that
-// are never -0. taps must hold all of them.
-DirBlurRefcon PreparePass(const IO_Params* io, const LineTaps& line, PassTap* taps) {
-  const PF_LayerDef& src = *io->src;
-  const auto pixelBytes =
-      static_cast<std::ptrdiff_t>(IsDeep(*io->dst) ? sizeof(PF_Pixel16) : sizeof(PF_Pixel));
-  DirBlurRefcon refcon = {io, taps, 0, 0, 0, src.width, src.height};
-  if (src.data == nullptr) {
-    refcon.innerRight = 0;
+// are never -0. A source without pixels gets no taps.
+[[nodiscard]] PF_Err PreparePass(const LineTaps& line, DirBlurRefcon* refcon) {
+  const PF_LayerDef& src = *refcon->io->src;
+  if (src.data == nullptr || src.width <= 0 || src.height <= 0) {
+    return PF_Err_NONE;
   }
+  if (!refcon->taps.Allocate(static_cast<std::size_t>(line.count()))) {
+    return PF_Err_OUT_OF_MEMORY;
+  }
+  const std::ptrdiff_t pixelBytes = IsDeep(src) ? sizeof(PF_Pixel16) : sizeof(PF_Pixel);
   for (std::int32_t i = 0; i < line.count(); ++i) {
     const LineTap& tap = line.data()[i];
-    if (tap.weight == 0.0) {
-      continue;
+    if (tap.weight != 0.0) {
+      refcon->taps[refcon->tapCount++] = {std::ptrdiff_t{tap.y} * src.rowbytes + tap.x * pixelBytes,
+                                          tap.weight, tap.x, tap.y};
+      refcon->columns.Include(tap.x);
+      refcon->rows.Include(tap.y);
     }
-    taps[refcon.tapCount++] = {std::ptrdiff_t{tap.y} * src.rowbytes + tap.x * pixelBytes,
-                               tap.weight, tap.x, tap.y};
-    refcon.innerLeft = std::max(refcon.innerLeft, -std::int64_t{tap.x});
-    refcon.innerTop = std::max(refcon.innerTop, -std::int64_t{tap.y});
-    refcon.innerRight = std::min(refcon.innerRight, std::int64_t{src.width} - tap.x);
-    refcon.innerBottom = std::min(refcon.innerBottom, std::int64_t{src.height} - tap.y);
   }
-  return refcon;
+  refcon->columns.origin = src.extent_hint.left;
+  refcon->columns.size = src.width;
+  refcon->rows.origin = src.extent_hint.top;
+  refcon->rows.size = src.height;
+  RETURN_IF_ERROR(refcon->columns.Fill(pixelBytes));
+  return refcon->rows.Fill(src.rowbytes);
 }
 
 }  // namespace
 
-PF_Err LineTaps::Build(const PF_InData* inData, const LX_Info& info) {
-  const PF_ANSICallbacks& maths = inData->utils->ansi;
-  const double length = TruncateToInt32(info.directionalAmount);
-  const double angleRad = info.directionalAngle + std::numbers::pi / 2;
-  const std::int32_t endX = TruncateToInt32(length * maths.cos(angleRad));
-  const std::int32_t endY = TruncateToInt32(length * maths.sin(angleRad));
-  const double total = maths.sqrt(SquaredLength(endX, endY));
-  const std::int64_t longerSide =
-      std::max(std::abs(std::int64_t{endX}), std::abs(std::int64_t{endY}));
-  const std::int64_t tapCount = 2 * longerSide + 1;
-  weightSum_ = 0;
-  count_ = 0;
-  if (tapCount > kMaxTaps || !taps_.Allocate(static_cast<std::size_t>(tapCount))) {
-    // The line of a stage that is off is nobody's loss.
-    return info.directionalVisible == 1 ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
-  }
-  WalkLine({endX, endY}, [&](std::int64_t x, std::int64_t y) {
-    const auto tapX = static_cast<std::int32_t>(x);
-    const auto tapY = static_cast<std::int32_t>(y);
-    const double weight = 1 - maths.sqrt(SquaredLength(tapX, tapY)) / total;
-    taps_[static_cast<std::size_t>(count_++)] = {tapX, tapY, weight};
-    weightSum_ += weight;
-  });
-  return PF_Err_NONE;
-}
-
 PF_Err RunDirectionalBlur(AEGP_SuiteHandler& suites, IO_Params* io, const LineTaps& taps) {
-  Buffer<PassTap> passTaps;
-  if (!passTaps.Allocate(static_cast<std::size_t>(taps.count()))) {
-    return PF_Err_OUT_OF_MEMORY;
-  }
-  DirBlurRefcon refcon = PreparePass(io, taps, passTaps.data());
+  DirBlurRefcon refcon;
+  refcon.io = io;
+  RETURN_IF_ERROR(PreparePass(taps, &refcon));
   return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
                       {DirectionalBlur<PF_Pixel>, DirectionalBlur<PF_Pixel16>}, &refcon);
 }
