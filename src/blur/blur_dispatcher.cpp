@@ -80,6 +80,12 @@ PF_Err Distortion(const BlurPass& pass, AEGP_SuiteHandler& suites) {
   return err;
 }
 
+template <typename Pixel>
+PF_Err Smooth(IO_Params* io, std::int32_t radiusPx) {
+  BoxBlurScratch<Pixel> scratch;
+  return FastBlurA<Pixel>(io, radiusPx, radiusPx, 0, 0, &scratch);
+}
+
 // W2 -> W1, smoothed, when the trail is on; the result is then in both worlds. Either way both hold
 // the same picture at the end, and the context is set from W1 into W2.
 PF_Err TrailStage(const BlurPass& pass, AEGP_SuiteHandler& suites) {
@@ -93,10 +99,8 @@ PF_Err TrailStage(const BlurPass& pass, AEGP_SuiteHandler& suites) {
   RETURN_IF_ERROR(RunTrail(suites, pass.io, info));
   pass.Point(pass.w1, pass.w2);
   const std::int32_t radiusPx = TruncateToInt32(static_cast<double>(info.trailAmount) * 2.5 + 0.5);
-  bool outOfMemory = false;
-  const PF_Err err = IsDeep(*pass.w2)
-                         ? FastBlurA<PF_Pixel16>(pass.io, radiusPx, radiusPx, 0, 0, &outOfMemory)
-                         : FastBlurA<PF_Pixel>(pass.io, radiusPx, radiusPx, 0, 0, &outOfMemory);
+  const PF_Err err = IsDeep(*pass.w2) ? Smooth<PF_Pixel16>(pass.io, radiusPx)
+                                      : Smooth<PF_Pixel>(pass.io, radiusPx);
   suites.ReleaseAllSuites();
   RETURN_IF_ERROR(err);
   return pass.Copy(pass.w1, pass.w2);

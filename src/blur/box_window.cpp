@@ -32,28 +32,15 @@ RunningSum SumBefore(std::int64_t end, std::int64_t n) {
 BoxWindow MakeBoxWindow(std::int64_t n, std::int64_t center, std::int64_t radius) {
   const RunningSum high = SumBefore(center + radius + 1, n);
   const RunningSum low = SumBefore(center - radius, n);
-  return {.wholeFactor = static_cast<std::uint64_t>(high.wholeFactor - low.wholeFactor),
-          .firstFactor = static_cast<std::uint64_t>(high.firstFactor - low.firstFactor),
+  const std::int64_t wholeFactor = high.wholeFactor - low.wholeFactor;
+  const std::int64_t firstFactor = high.firstFactor - low.firstFactor;
+  return {.wholeFactor = static_cast<std::uint64_t>(wholeFactor),
+          .firstFactor = static_cast<std::uint64_t>(firstFactor),
           .highSign = static_cast<std::uint64_t>(high.sign),
           .lowSign = static_cast<std::uint64_t>(-low.sign),
           .high = static_cast<std::uint32_t>(high.index),
           .low = static_cast<std::uint32_t>(low.index),
-          .inside = center - radius >= 0 && center + radius < n};
-}
-
-bool BoxWindows::Build(std::int64_t n, std::int64_t origin, std::int64_t radius,
-                       std::int32_t count) {
-  n_ = n;
-  origin_ = origin;
-  radius_ = radius;
-  count_ = count > 0 ? count : 0;
-  if (!windows_.Allocate(static_cast<std::size_t>(count_))) {
-    return false;
-  }
-  for (std::int32_t position = 0; position < count_; ++position) {
-    windows_[static_cast<std::size_t>(position)] = MakeBoxWindow(n, position - origin, radius);
-  }
-  return true;
+          .inside = wholeFactor == 0 && firstFactor == 0 && high.sign == 1 && low.sign == 1};
 }
 
 }  // namespace vitrell

@@ -9,10 +9,7 @@
 #ifndef VITRELL_BLUR_BOX_WINDOW_H_
 #define VITRELL_BLUR_BOX_WINDOW_H_
 
-#include <cstddef>
 #include <cstdint>
-
-#include "host/buffer.h"
 
 namespace vitrell {
 
@@ -26,34 +23,11 @@ struct BoxWindow {
   std::uint64_t lowSign;
   std::uint32_t high;
   std::uint32_t low;
-  bool inside;  // The window does not reach over either end of the line.
+  bool inside;  // S[high] - S[low] is all of it.
 };
 
 // The window from center - radius to center + radius of a line of n > 0 pixels; radius >= 0.
 BoxWindow MakeBoxWindow(std::int64_t n, std::int64_t center, std::int64_t radius);
-
-// The windows of every position of a line, worked out once per pass and then only read.
-class BoxWindows {
- public:
-  // Positions 0 to count - 1 stand for centers -origin to count - 1 - origin. False when there is
-  // no memory.
-  [[nodiscard]] bool Build(std::int64_t n, std::int64_t origin, std::int64_t radius,
-                           std::int32_t count);
-
-  // The window of any position; positions outside the table are worked out anew.
-  BoxWindow At(std::int32_t position) const {
-    return static_cast<std::uint32_t>(position) < static_cast<std::uint32_t>(count_)
-               ? windows_[static_cast<std::size_t>(position)]
-               : MakeBoxWindow(n_, std::int64_t{position} - origin_, radius_);
-  }
-
- private:
-  std::int64_t n_ = 1;
-  std::int64_t origin_ = 0;
-  std::int64_t radius_ = 0;
-  std::int32_t count_ = 0;
-  Buffer<BoxWindow> windows_;
-};
 
 }  // namespace vitrell
 

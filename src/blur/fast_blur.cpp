@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "blur/box_sums.h"
 #include "host/pixel_pass.h"
 #include "host/suite_handler.h"
 #include "host/world.h"
@@ -14,14 +13,20 @@
 namespace vitrell {
 namespace {
 
+// Unrounded colour means.
+struct ColourMeans {
+  double red;
+  double green;
+  double blue;
+};
+
 // Means of the taps from -reach to reach around (x, y), each weighted by the lens mask, summed in
 // tap order. Taps outside the mask's rectangle weigh 0 and are left out: adding 0 changes no sum.
 template <BoxAxis kAxis, typename Pixel>
 ColourMeans WeightedMeans(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y,
                           std::int64_t reach) {
   constexpr bool kRows = kAxis == BoxAxis::kRows;
-  const PF_LayerDef* const world = box.io->dst;
-  const PF_LRect& rect = world->extent_hint;
+  const PF_LRect& rect = box.io->dst->extent_hint;
   const std::int64_t center = kRows ? x : y;
   const std::int64_t begin = std::max(center - reach, std::int64_t{kRows ? rect.left : rect.top});
   const std::int64_t end =
@@ -30,7 +35,7 @@ ColourMeans WeightedMeans(const BoxBlurRefcon& box, std::int32_t x, std::int32_t
   for (std::int64_t position = begin; position < end; ++position) {
     const std::int32_t column = kRows ? static_cast<std::int32_t>(position) : x;
     const std::int32_t row = kRows ? y : static_cast<std::int32_t>(position);
-    const double w = GetLensMask(column, row, world);
+    const double w = box.mask.At(column, row);
     if (const Pixel* const tap = GetPointerFromDataP<Pixel>(
             box.io->src, row, column, static_cast<unsigned char>(box.mirror))) {
       red += w * tap->red;
@@ -62,13 +67,57 @@ ColourMeans BlendWithUnblurred(const BoxBlurRefcon& box, std::int32_t x, std::in
           unblurred.blue * (1 - t) + means.blue * t};
 }
 
+// The plain box around one pixel, tap by tap, for the rare pixel whose row cannot be had: outside
+// the source, or while another thread works the row out.
 template <BoxAxis kAxis, typename Pixel>
-PF_Err BoxPass(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, const Pixel& in,
-               Pixel* out) {
-  const double m = box.lensMap != 0 ? GetLensMask(x, y, box.io->dst) : 1.0;
+[[gnu::noinline]] void StorePlainBox(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y,
+                                     const Pixel& in, Pixel* out) {
+  double red = 0, green = 0, blue = 0, taps = 0;
+  for (std::int64_t i = -std::int64_t{box.radiusPx}; i <= box.radiusPx; ++i) {
+    const auto shift = static_cast<std::int32_t>(i);
+    const std::int32_t row = kAxis == BoxAxis::kRows ? y : WrappingAdd(y, shift);
+    const std::int32_t column = kAxis == BoxAxis::kRows ? WrappingAdd(x, shift) : x;
+    if (const Pixel* const tap = GetPointerFromDataP<Pixel>(
+            box.io->src, row, column, static_cast<unsigned char>(box.mirror))) {
+      red += tap->red;
+      green += tap->green;
+      blue += tap->blue;
+    }
+    taps += 1;
+  }
+  StoreMeans(in, {red / taps, green / taps, blue / taps}, out);
+}
+
+// The slow ways are functions of their own that the pass ends in, so that the quick way saves no
+// registers.
+template <BoxAxis kAxis, typename Pixel>
+[[gnu::noinline]] PF_Err PlainBoxOfNewRow(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y,
+                                          const Pixel& in, Pixel* out) {
+  if (const Pixel* const blurred = static_cast<BoxRows<Pixel>*>(box.boxRows)->At(x, y)) {
+    *out = *blurred;
+  } else {
+    StorePlainBox<kAxis>(box, x, y, in, out);
+  }
+  return PF_Err_NONE;
+}
+
+template <BoxAxis kAxis, typename Pixel>
+inline PF_Err PlainBox(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, const Pixel& in,
+                       Pixel* out) {
+  const Pixel* const blurred = static_cast<const BoxRows<Pixel>*>(box.boxRows)->ReadyAt(x, y);
+  if (blurred == nullptr) [[unlikely]] {
+    return PlainBoxOfNewRow<kAxis>(box, x, y, in, out);
+  }
+  *out = *blurred;
+  return PF_Err_NONE;
+}
+
+template <BoxAxis kAxis, typename Pixel>
+[[gnu::noinline]] PF_Err MappedBox(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y,
+                                   const Pixel& in, Pixel* out) {
+  const double m = box.mask.At(x, y);
   if (m == 1.0) {
-    StoreMeans(in, box.boxSums->At(x, y), out);
-    return PF_Err_NONE;
+    return PlainBox<kAxis>(box, x, y, in, out);
   }
   if (!(m > 0.0)) {
     *out = in;
@@ -83,16 +132,25 @@ PF_Err BoxPass(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, const P
   return PF_Err_NONE;
 }
 
-// Forms the window sums of the world to be read and iterates one pass.
+template <BoxAxis kAxis, typename Pixel>
+PF_Err BoxPass(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, const Pixel& in,
+               Pixel* out) {
+  return box.lensMap == 0 ? PlainBox<kAxis>(box, x, y, in, out)
+                          : MappedBox<kAxis>(box, x, y, in, out);
+}
+
+// Prepares the rows of the world to be read and iterates one pass.
 template <BoxAxis kAxis, typename Pixel>
 PF_Err RunBoxPass(AEGP_SuiteHandler& suites, IO_Params* io, std::int32_t radiusPx, A_long lines,
-                  BoxBlurRefcon* box, bool* outOfMemory) {
-  BoxSums sums;
-  if (!sums.Build<Pixel>(kAxis, *io->src, *io->dst, radiusPx)) {
-    *outOfMemory = true;
+                  BoxBlurRefcon* box, BoxBlurScratch<Pixel>* scratch) {
+  // An unrepresentable amount has a negative radius: windows without taps, which have no rows.
+  const PF_LayerDef noSource = {};
+  if (!scratch->rows.Prepare(kAxis, radiusPx < 0 ? noSource : *io->src, std::max(radiusPx, 0))) {
+    scratch->outOfMemory = true;
     return PF_Err_OUT_OF_MEMORY;
   }
-  box->boxSums = &sums;
+  box->boxRows = &scratch->rows;
+  box->mask = LensMaskView(*io->dst);
   box->radiusPx = radiusPx;
   box->span = 2.0 * radiusPx + 1;
   constexpr PixelCallbacks kCallbacks =
@@ -127,7 +185,7 @@ PF_Err FastBlurV(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
 
 template <typename Pixel, typename Channel>
 PF_Err FastBlurA(IO_Params* io, std::int32_t horizontalRadiusPx, std::int32_t verticalRadiusPx,
-                 std::uint8_t lensMap, std::uint8_t /*unused*/, bool* outOfMemory) {
+                 std::uint8_t lensMap, std::uint8_t /*unused*/, BoxBlurScratch<Pixel>* scratch) {
   PF_LayerDef* const source = io->src;
   PF_LayerDef* const destination = io->dst;
   AEGP_SuiteHandler suites(io->in_data->pica_basicP);
@@ -144,15 +202,16 @@ PF_Err FastBlurA(IO_Params* io, std::int32_t horizontalRadiusPx, std::int32_t ve
                        .span = 0,
                        .lensMap = lensMap,
                        .unblurred = *unblurred.get(),
-                       .boxSums = nullptr};
+                       .boxRows = nullptr,
+                       .mask = LensMaskView(*destination)};
   static_cast<void>(
-      RunBoxPass<BoxAxis::kRows, Pixel>(suites, io, horizontalRadiusPx, lines, &box, outOfMemory));
-  if (*outOfMemory) {
+      RunBoxPass<BoxAxis::kRows, Pixel>(suites, io, horizontalRadiusPx, lines, &box, scratch));
+  if (scratch->outOfMemory) {
     return PF_Err_OUT_OF_MEMORY;
   }
   const WorldsSwap swap(io);
   PF_Err err =
-      RunBoxPass<BoxAxis::kColumns, Pixel>(suites, io, verticalRadiusPx, lines, &box, outOfMemory);
+      RunBoxPass<BoxAxis::kColumns, Pixel>(suites, io, verticalRadiusPx, lines, &box, scratch);
   if (err == 0) {
     err = CopyWorld(io->in_data, source, destination);
   }
@@ -161,20 +220,18 @@ PF_Err FastBlurA(IO_Params* io, std::int32_t horizontalRadiusPx, std::int32_t ve
 
 template <typename Pixel, typename Channel>
 PF_Err FastBlur(IO_Params* io, std::int32_t radiusPx, std::uint8_t lensMap) {
-  bool outOfMemory = false;
-  const auto round = [&] {
-    return FastBlurA<Pixel>(io, radiusPx, radiusPx, lensMap, 0, &outOfMemory);
-  };
+  BoxBlurScratch<Pixel> scratch;
+  const auto round = [&] { return FastBlurA<Pixel>(io, radiusPx, radiusPx, lensMap, 0, &scratch); };
   // Kept: the first two rounds' failures are ignored; only shortage of own memory ends the blur.
   static_cast<void>(round());
-  if (outOfMemory) {
+  if (scratch.outOfMemory) {
     return PF_Err_OUT_OF_MEMORY;
   }
   {
     const WorldsSwap swap(io);
     static_cast<void>(round());
   }
-  return outOfMemory ? PF_Err_OUT_OF_MEMORY : round();
+  return scratch.outOfMemory ? PF_Err_OUT_OF_MEMORY : round();
 }
 
 PF_Err RenderFastBlurEffect(IO_Params* io, const LX_Info* info) {
@@ -196,9 +253,9 @@ template PF_Err FastBlurH<PF_Pixel16>(void*, A_long, A_long, PF_Pixel16*, PF_Pix
 template PF_Err FastBlurV<PF_Pixel>(void*, A_long, A_long, PF_Pixel*, PF_Pixel*);
 template PF_Err FastBlurV<PF_Pixel16>(void*, A_long, A_long, PF_Pixel16*, PF_Pixel16*);
 template PF_Err FastBlurA<PF_Pixel>(IO_Params*, std::int32_t, std::int32_t, std::uint8_t,
-                                    std::uint8_t, bool*);
+                                    std::uint8_t, BoxBlurScratch<PF_Pixel>*);
 template PF_Err FastBlurA<PF_Pixel16>(IO_Params*, std::int32_t, std::int32_t, std::uint8_t,
-                                      std::uint8_t, bool*);
+                                      std::uint8_t, BoxBlurScratch<PF_Pixel16>*);
 template PF_Err FastBlur<PF_Pixel>(IO_Params*, std::int32_t, std::uint8_t);
 template PF_Err FastBlur<PF_Pixel16>(IO_Params*, std::int32_t, std::uint8_t);
 

@@ -4,23 +4,31 @@
 
 #include <cstdint>
 
+#include "blur/box_rows.h"
 #include "host/host_api.h"
 #include "render/depth_traits.h"
+#include "render/lens_mask.h"
 #include "render/settings.h"
 
 namespace vitrell {
-
-class BoxSums;
 
 // Refcon of both per-pixel passes.
 struct BoxBlurRefcon {
   const IO_Params* io;
   std::int32_t mirror;  // Always 1.
   std::int32_t radiusPx;
-  double span;             // 2 x radius + 1, the number of taps.
-  std::uint8_t lensMap;    // 1: weigh the taps by the lens mask.
-  PF_LayerDef unblurred;   // The source as it was before the two passes.
-  const BoxSums* boxSums;  // Window sums of the world being read, formed once per pass.
+  double span;            // 2 x radius + 1, the number of taps.
+  std::uint8_t lensMap;   // 1: weigh the taps by the lens mask.
+  PF_LayerDef unblurred;  // The source as it was before the two passes.
+  void* boxRows;          // The BoxRows of the depth: uniformly blurred rows of this pass.
+  LensMaskView mask;      // The mask as the world being written sees it.
+};
+
+// Memory that the rounds of one blur share, and whether any was ever not to be had.
+template <typename Pixel>
+struct BoxBlurScratch {
+  BoxRows<Pixel> rows;
+  bool outOfMemory = false;
 };
 
 // Blurs io->src into io->dst; io->src serves as scratch. Copies where the lens has no extent, the
@@ -33,11 +41,11 @@ template <typename Pixel, typename Channel = ChannelOf<Pixel>>
 [[nodiscard]] PF_Err FastBlur(IO_Params* io, std::int32_t radiusPx, std::uint8_t lensMap);
 
 // One horizontal and one vertical box pass; the result is in both of the context's worlds. The last
-// byte is not used. Own shortage of memory is told in *outOfMemory as well as in the result.
+// byte is not used. Own shortage of memory is told in scratch as well as in the result.
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
 [[nodiscard]] PF_Err FastBlurA(IO_Params* io, std::int32_t horizontalRadiusPx,
                                std::int32_t verticalRadiusPx, std::uint8_t lensMap,
-                               std::uint8_t unused, bool* outOfMemory);
+                               std::uint8_t unused, BoxBlurScratch<Pixel>* scratch);
 
 // Iterate callbacks of the two passes; refcon is a BoxBlurRefcon. Always return 0. Alpha is never
 // blurred.

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "render/lens_mask.h"
 #include "render/numeric.h"
 #include "render/pixel_access.h"
 
@@ -100,8 +99,9 @@ std::int32_t Blend16(std::int32_t f, std::int32_t b, std::uint16_t current, doub
 
 PF_Err OpacityWithMode8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out) {
   const BlendRefcon& blend = *static_cast<const BlendRefcon*>(refcon);
-  const double m = GetLensMask(x, y, blend.io->dst);
-  if (m < kMaskThreshold) {
+  const double m = blend.mask.At(x, y);
+  // Normal at full opacity is f x 1 + b x 0, which is f.
+  if (m < kMaskThreshold || (blend.mode == kNormal && blend.intensity == 1.0F)) {
     *out = *in;
     return PF_Err_NONE;
   }
@@ -119,8 +119,9 @@ PF_Err OpacityWithMode8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel
 
 PF_Err OpacityWithMode16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out) {
   const BlendRefcon& blend = *static_cast<const BlendRefcon*>(refcon);
-  const double m = GetLensMask(x, y, blend.io->dst);
-  if (m <= kMaskThreshold) {
+  const double m = blend.mask.At(x, y);
+  // Normal at full opacity is f, and b x 0 + f x 1 where the mask is 1.
+  if (m <= kMaskThreshold || (m == 1 && blend.mode == kNormal && blend.intensity == 1.0F)) {
     *out = *in;
     return PF_Err_NONE;
   }

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "host/host_api.h"
+#include "render/lens_mask.h"
 #include "render/settings.h"
 
 namespace vitrell {
@@ -15,6 +16,7 @@ struct BlendRefcon {
   std::int32_t mode;              // BlendMode; any other value leaves the destination's colour.
   const IO_Params* io;            // Its dst is the world of the mask look-up.
   std::uint8_t deep;              // The background is 16-bit.
+  LensMaskView mask;              // The mask as io->dst sees it.
 };
 
 // Iterate callbacks; in is the processed pixel. Alpha goes through the same formula as the colours.

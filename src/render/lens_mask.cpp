@@ -1,6 +1,7 @@
 // The lens mask: how much each pixel of the output lies inside the lens.
 #include "render/lens_mask.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 
@@ -101,16 +102,51 @@ double FallOff(double rawDistance, const PF_ANSICallbacks& maths) {
   return (maths.cos(rawDistance * kPi) + 1) * 0.5;
 }
 
-// Stores value(x, y) for every position of the rectangle, inverted where the settings say so.
-template <typename ValueAt>
-void Fill(const PF_LRect& rect, bool invert, ValueAt valueAt) {
-  double* value = g_LensMask;
-  for (std::int32_t y = rect.top; y < rect.bottom; ++y) {
-    for (std::int32_t x = rect.left; x < rect.right; ++x) {
-      const double inside = valueAt(x, y);
-      *value++ = invert ? 1 - inside : inside;
+// Layer column of the i-th value of a mask row.
+std::int32_t Column(const PF_LRect& rect, std::size_t i) {
+  return static_cast<std::int32_t>(rect.left + static_cast<std::int64_t>(i));
+}
+
+// Calls fill(y, row, width) for every row of the mask, then inverts it where the settings say so.
+template <typename FillRow>
+void FillRows(const PF_LRect& rect, bool invert, const FillRow& fillRow) {
+  const auto width = static_cast<std::size_t>(std::int64_t{rect.right} - rect.left);
+  double* row = g_LensMask;
+  for (std::int32_t y = rect.top; y < rect.bottom; ++y, row += width) {
+    fillRow(y, row, width);
+    if (invert) {
+      std::transform(row, row + width, row, [](double inside) { return 1 - inside; });
     }
   }
+}
+
+void FillConstant(const PF_LRect& rect, bool invert, double value) {
+  FillRows(rect, invert, [value](std::int32_t, double* row, std::size_t width) {
+    std::fill(row, row + width, value);
+  });
+}
+
+void FillCustom(const LensMaskInput& input, const LX_Info& info, const PF_LRect& rect,
+                bool invert) {
+  const CustomLens lens(input, info);
+  FillRows(rect, invert, [&](std::int32_t y, double* row, std::size_t width) {
+    for (std::size_t i = 0; i < width; ++i) {
+      row[i] = lens.Value(Column(rect, i), y);
+    }
+  });
+}
+
+void FillShape(const LensMaskInput& input, const LX_Info& info, const PF_LRect& rect, bool invert) {
+  const LensShape shape(input.inData, info, input.output->width, input.output->height);
+  const PF_ANSICallbacks& maths = input.inData->utils->ansi;
+  FillRows(rect, invert, [&](std::int32_t y, double* row, std::size_t width) {
+    shape.Classify(y, rect.left, width, row);
+    for (std::size_t i = 0; i < width; ++i) {
+      if (row[i] == LensShape::kUndecided) {
+        row[i] = FallOff(shape.RawDistance(Column(rect, i), y), maths);
+      }
+    }
+  });
 }
 
 [[nodiscard]] PF_Err AllocateMask(const PF_LRect& rect) {
@@ -143,15 +179,13 @@ PF_Err BuildLensMask(const LensMaskInput& input, const LX_Info& info) {
   }
   const bool invert = info.invertAlpha == 1;
   if (!(info.scaleWidth > 0 && info.scaleHeight > 0)) {
-    Fill(rect, invert, [](std::int32_t, std::int32_t) { return 0.0; });
+    FillConstant(rect, invert, 0);
   } else if (info.lensType == kLensCustom) {
-    const CustomLens lens(input, info);
-    Fill(rect, invert, [&](std::int32_t x, std::int32_t y) { return lens.Value(x, y); });
+    FillCustom(input, info, rect, invert);
+  } else if (info.lensType >= kLensCircle && info.lensType <= kLensTriangle) {
+    FillShape(input, info, rect, invert);
   } else {
-    const LensShape shape(input.inData, info, input.output->width, input.output->height);
-    const PF_ANSICallbacks& maths = input.inData->utils->ansi;
-    Fill(rect, invert,
-         [&](std::int32_t x, std::int32_t y) { return FallOff(shape.RawDistance(x, y), maths); });
+    FillConstant(rect, invert, 1);
   }
   return PF_Err_NONE;
 }

@@ -35,19 +35,41 @@ struct LensMaskInput {
 // paths before the first stage leave it; it is never read or freed again.
 void FreeLensMask(bool keepAddress);
 
-// The mask at layer position (x, y), indexed by the given world's extent hint; 0.0 outside that
-// rectangle and wherever the index would leave the buffer.
-inline double GetLensMask(int x, int y, const PF_LayerDef* world) {
-  const PF_LRect& rect = world->extent_hint;
-  if (x < rect.left || x >= rect.right || y < rect.top || y >= rect.bottom) {
-    return 0.0;
+// The mask as one world sees it: indexed by that world's extent hint, 0.0 outside that rectangle
+// and wherever the index would leave the buffer. For use during one pass.
+class LensMaskView {
+ public:
+  explicit LensMaskView(const PF_LayerDef& world)
+      : values_(g_LensMask),
+        size_(g_LensMaskSize),
+        left_(static_cast<std::uint32_t>(world.extent_hint.left)),
+        top_(static_cast<std::uint32_t>(world.extent_hint.top)),
+        width_(Extent(world.extent_hint.left, world.extent_hint.right)),
+        height_(Extent(world.extent_hint.top, world.extent_hint.bottom)) {}
+
+  double At(std::int32_t x, std::int32_t y) const {
+    const std::uint32_t column = static_cast<std::uint32_t>(x) - left_;
+    const std::uint32_t row = static_cast<std::uint32_t>(y) - top_;
+    const std::uint64_t index = std::uint64_t{row} * width_ + column;
+    return column < width_ && row < height_ && index < size_ ? values_[index] : 0.0;
   }
-  const auto distance = [](std::int32_t from, std::int32_t to) {
-    return static_cast<std::uint64_t>(std::int64_t{to} - from);
-  };
-  const std::uint64_t index =
-      distance(rect.left, x) + distance(rect.left, rect.right) * distance(rect.top, y);
-  return index < g_LensMaskSize ? g_LensMask[index] : 0.0;
+
+ private:
+  static std::uint32_t Extent(std::int32_t from, std::int32_t to) {
+    return to > from ? static_cast<std::uint32_t>(to) - static_cast<std::uint32_t>(from) : 0;
+  }
+
+  const double* values_;
+  std::uint64_t size_;
+  std::uint32_t left_;
+  std::uint32_t top_;
+  std::uint32_t width_;
+  std::uint32_t height_;
+};
+
+// The mask at layer position (x, y) as the given world sees it.
+inline double GetLensMask(int x, int y, const PF_LayerDef* world) {
+  return LensMaskView(*world).At(x, y);
 }
 
 }  // namespace vitrell

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace vitrell {
 namespace {
@@ -26,6 +27,16 @@ double LimitToOne(double distance) { return distance > 1 ? 1 : distance; }
 // formed in double precision and added in single.
 double RelativeBand(float feather, double scaledSize) {
   return feather + static_cast<float>(kEdgePixels / scaledSize);
+}
+
+// Farther than any position.
+constexpr double kNeverOutside = std::numeric_limits<double>::infinity();
+
+// Relative margin of the quick decisions. Rounding errors are some 1e-16.
+constexpr double kMargin = 1e-9;
+
+double ClassOf(bool inside, bool outside) {
+  return inside ? 1.0 : (outside ? 0.0 : LensShape::kUndecided);
 }
 
 // Angle of (u, -v), measured the way the triangle's sectors are laid out.
@@ -122,6 +133,62 @@ double LensShape::RawDistance(std::int32_t x, std::int32_t y) const {
       return Triangle(u, v);
     default:
       return 0;
+  }
+}
+
+void LensShape::Classify(std::int32_t y, std::int32_t left, std::size_t count, double* row) const {
+  const double band = relativeBand_ * radius_;
+  if (info_.lensType == kLensCircle) {
+    const double inner = std::max(radius_ - 0.5 * band, 0.0) * (1 - kMargin);
+    const double outer = (radius_ + 0.5 * band) * (1 + kMargin);
+    const double innerSquare = inner * inner;
+    const double outerSquare = band > 0 ? outer * outer : kNeverOutside;
+    ClassifyEach(y, left, count, row, [=](double u, double v) {
+      const double square = u * u + v * v;
+      return ClassOf(square<innerSquare, square> outerSquare);
+    });
+  } else if (info_.lensType == kLensTriangle) {
+    // The distance to the facing side's line is the largest of the three: its normals are
+    // (0, 1) and (+-sqrt(3) / 2, -1 / 2) in the point (u, -v), the inradius is half the radius.
+    const double sideX = rootOf3_ / 2;
+    const double inner = radius_ / 2 * (1 - kMargin);
+    const double outer = band > 0 ? (radius_ / 2 + band) * (1 + kMargin) : kNeverOutside;
+    ClassifyEach(y, left, count, row, [=](double u, double v) {
+      const double toSide = std::max(std::fabs(u) * sideX + 0.5 * v, -v);
+      return ClassOf(toSide<inner, toSide> outer);
+    });
+  } else {
+    const double rectBand = std::min(halfHeight_, halfWidth_) * relativeBand_;
+    const bool wide = relativeBand_ > 2.0;
+    const double inset = wide ? rectBand / relativeBand_ : rectBand / 2;
+    const double hx = std::max(halfWidth_ - inset, 0.0);
+    const double hy = std::max(halfHeight_ - inset, 0.0);
+    const double beyond = rectBand > 0 ? rectBand : kNeverOutside;
+    ClassifyEach(y, left, count, row, [=](double u, double v) {
+      const double absU = std::fabs(u);
+      const double absV = std::fabs(v);
+      return ClassOf(
+          (absU < hx * (1 - kMargin)) & (absV < hy * (1 - kMargin)),
+          (absU > (hx + beyond) * (1 + kMargin)) | (absV > (hy + beyond) * (1 + kMargin)));
+    });
+  }
+}
+
+// Works in the scaled coordinates of RawDistance, but for reciprocals instead of divisions.
+template <typename ClassOfPoint>
+void LensShape::ClassifyEach(std::int32_t y, std::int32_t left, std::size_t count, double* row,
+                             ClassOfPoint classOf) const {
+  const double dy = static_cast<double>(y) - info_.positionY;
+  const double inverseWidth = 1 / static_cast<double>(info_.scaleWidth);
+  const double inverseHeight = 1 / static_cast<double>(info_.scaleHeight);
+  const double stepU = cosRotation_;
+  const double stepV = sinRotation_;
+  const double offsetU = sinRotation_ * dy;
+  const double offsetV = cosRotation_ * dy;
+  const double originX = static_cast<double>(left) - info_.positionX;
+  for (std::size_t i = 0; i < count; ++i) {
+    const double dx = originX + static_cast<double>(static_cast<std::int32_t>(i));
+    row[i] = classOf((stepU * dx + offsetU) * inverseWidth, (stepV * dx - offsetV) * inverseHeight);
   }
 }
 

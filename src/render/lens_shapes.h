@@ -2,6 +2,9 @@
 #ifndef VITRELL_RENDER_LENS_SHAPES_H_
 #define VITRELL_RENDER_LENS_SHAPES_H_
 
+#include <cstddef>
+#include <cstdint>
+
 #include "host/host_api.h"
 #include "render/settings.h"
 
@@ -27,7 +30,17 @@ class LensShape {
   // Raw distance at layer position (x, y): 0 inside, 1 outside, in between in the soft band.
   double RawDistance(std::int32_t x, std::int32_t y) const;
 
+  // Writes 1 for positions of row y, from column left on, that are certainly inside, 0 for those
+  // certainly outside and kUndecided for the rest, among them the soft band. Decided ones have the
+  // raw distance 0 or 1: squares are compared with a margin far beyond any rounding error, and what
+  // is near a limit, or NaN, stays undecided.
+  void Classify(std::int32_t y, std::int32_t left, std::size_t count, double* row) const;
+  static constexpr double kUndecided = -1;
+
  private:
+  template <typename ClassOf>
+  void ClassifyEach(std::int32_t y, std::int32_t left, std::size_t count, double* row,
+                    ClassOf classOf) const;
   double Circle(double u, double v) const;
   double Triangle(double u, double v) const;
 

@@ -48,14 +48,18 @@ PF_Pixel16 ReadUnprocessed<PF_Pixel16>(const LensRefcon& lens, int x, int y) {
 
 template <typename Pixel>
 PF_Err Lens(const LensRefcon& lens, int x, int y, const Pixel& in, Pixel* out) {
-  const Pixel unprocessed = ReadUnprocessed<Pixel>(lens, x, y);
-  double m = GetLensMask(x, y, lens.io->dst);
+  double m = lens.mask.At(x, y);
   if (lens.useBlurMap != 0) {
     m = m + m * lens.blurMapAmount;
     if (m > 1) {
       m = 1;
     }
   }
+  if (m == 1) {  // The mix below would give exactly this.
+    *out = in;
+    return PF_Err_NONE;
+  }
+  const Pixel unprocessed = ReadUnprocessed<Pixel>(lens, x, y);
   if (m <= kMaskThreshold) {
     *out = unprocessed;
     return PF_Err_NONE;
@@ -97,8 +101,12 @@ PF_Err Lens16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out)
 
 PF_Err RunLensStage(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info,
                     PF_LayerDef* inputLayer) {
-  LensRefcon lens = {
-      .inputLayer = inputLayer, .io = io, .useBlurMap = 0, .blurMapAmount = 0, .deep = 0};
+  LensRefcon lens = {.inputLayer = inputLayer,
+                     .io = io,
+                     .useBlurMap = 0,
+                     .blurMapAmount = 0,
+                     .deep = 0,
+                     .mask = LensMaskView(*io->dst)};
   SetBlurMap(info, &lens);
   PF_PixelFormat format = PF_PixelFormat_ARGB32;
   RETURN_IF_ERROR(suites.WorldSuite2()->PF_GetPixelFormat(inputLayer, &format));

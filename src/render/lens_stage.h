@@ -6,6 +6,7 @@
 
 #include "host/host_api.h"
 #include "host/suite_handler.h"
+#include "render/lens_mask.h"
 #include "render/settings.h"
 
 namespace vitrell {
@@ -16,6 +17,7 @@ struct LensRefcon {
   std::uint8_t useBlurMap;  // The mask is strengthened by blurMapAmount.
   double blurMapAmount;
   std::uint8_t deep;  // The input layer is 16-bit.
+  LensMaskView mask;  // The mask as io->dst sees it.
 };
 
 // Iterate callbacks; in is the processed pixel. Always return 0.

@@ -159,7 +159,8 @@ PF_Err RenderEffect(IO_Params* io, const LX_Info* info, PF_LayerDef* inputLayer)
                        .intensity = info->intensity,
                        .mode = info->mode,
                        .io = io,
-                       .deep = static_cast<std::uint8_t>(format == PF_PixelFormat_ARGB64 ? 1 : 0)};
+                       .deep = static_cast<std::uint8_t>(format == PF_PixelFormat_ARGB64 ? 1 : 0),
+                       .mask = LensMaskView(*io->dst)};
   static_cast<void>(RunPixelPass(suites, io->in_data, io->src, io->dst, io->src->height,
                                  {OpacityWithMode8, OpacityWithMode16}, &blend));
   return PF_Err_NONE;
