@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "blur/iris_kernel.h"
+#include "blur/lane_sums.h"
 #include "blur/realistic_mapped.h"
 #include "blur/realistic_uniform.h"
 #include "host/world.h"
@@ -47,8 +48,9 @@ PF_Err RenderReleasticBlurEffect(IO_Params* io, LX_Info* info) {
     return PF_Err_OUT_OF_MEMORY;
   }
   const IrisShape shape = MakeIrisShape(*info, io->in_data->utils->ansi);
-  const PF_Err err = info->realisticUseLensAsBlurMap == 0 ? BlurUniformly(*io, shape, maxRadius)
-                                                          : BlurByMask(*io, shape, maxRadius);
+  const PF_Err err = info->realisticUseLensAsBlurMap == 0
+                         ? BlurUniformly(*io, shape, maxRadius, BestLaneEngines())
+                         : BlurByMask(*io, shape, maxRadius, BestLaneEngines());
   // An error of the pass does not keep the edges from being mended.
   if (IsDeep(*io->dst)) {
     MendEdges<PF_Pixel16>(*io->dst);

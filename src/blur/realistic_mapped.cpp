@@ -2,11 +2,13 @@
 #include "blur/realistic_mapped.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <new>
 
 #include "blur/highlight_map.h"
+#include "blur/lane_sums.h"
 #include "blur/tap_sums.h"
 #include "host/buffer.h"
 #include "host/pixel_pass.h"
@@ -20,8 +22,13 @@ namespace {
 // Below this total weight a pixel keeps its own colours.
 constexpr double kSmallestTotal = 0.0001;
 
+// Counts the passes of the process, so that no two of them have the same number.
+std::atomic<std::uint64_t> g_passCount = 0;
+
 // Read-only while the host iterates.
 struct IrisBlurRefcon {
+  std::uint64_t passNumber;
+  LaneEngines engines;
   HighlightMap map;
   std::unique_ptr<IrisKernel[]> kernels;
   Buffer<std::uint16_t> kernelIndex;  // One per output pixel, row by row.
@@ -91,12 +98,75 @@ bool BuildKernels(const IrisShape& shape, const KernelReach& reach,
   return true;
 }
 
+// Sums of a few pixels ahead of the one that the host has asked for, private to the calling thread.
+// They are kept by pass number and position, so that they can be mistaken in no order of calls.
+struct LookAhead {
+  std::uint64_t passNumber;  // 0 as long as there is nothing.
+  std::int64_t x;            // Position of lane 0.
+  std::int64_t y;
+  const LaneEngine* engine;
+  std::uint32_t done;  // One bit for each lane.
+  LaneSums sums;
+};
+static_assert(kMaxLanes <= 32);
+thread_local constinit LookAhead g_lookAhead = {};
+
+// Begins a block of lanes at (x, y): a wide one where a long run of pixels has the same kernel.
+void BeginBlock(const IrisBlurRefcon& pass, std::int64_t x, std::int64_t y, LookAhead* ahead) {
+  const std::uint16_t* const index = &pass.kernelIndex[static_cast<std::size_t>(y * pass.width)];
+  const std::int64_t end = std::min<std::int64_t>(x + pass.engines.wide.lanes, pass.width);
+  std::int64_t endOfRun = x + 1;
+  while (endOfRun < end && index[endOfRun] == index[x]) {
+    ++endOfRun;
+  }
+  ahead->passNumber = pass.passNumber;
+  ahead->x = x;
+  ahead->y = y;
+  ahead->engine =
+      endOfRun - x > pass.engines.narrow.lanes ? &pass.engines.wide : &pass.engines.narrow;
+  ahead->done = 0;
+}
+
+// Sums one kernel in all lanes of the block and keeps the sums of the pixels whose kernel it is.
+void SumBlock(const IrisBlurRefcon& pass, std::uint16_t radius, LookAhead* ahead) {
+  const HighlightMap& map = pass.map;
+  const int lanes = ahead->engine->lanes;
+  const std::int64_t row = ahead->y - pass.top;
+  const std::int64_t column = ahead->x - pass.left;
+  const LaneView view = {map.origin(), row * map.rowStride() + column, map.planeStride(), 1,
+                         map.rowStride()};
+  const LaneWindow window = {1 - lanes - column, map.width() - 1 - column, -row,
+                             map.height() - 1 - row};
+  LaneSums sums;
+  ahead->engine->sumKernel(view, window, pass.kernels[radius], &sums);
+  const std::uint16_t* const index =
+      &pass.kernelIndex[static_cast<std::size_t>(ahead->y * pass.width)];
+  const auto lanesInside = static_cast<int>(std::min<std::int64_t>(lanes, pass.width - ahead->x));
+  for (int lane = 0; lane < lanesInside; ++lane) {
+    if (index[ahead->x + lane] == radius) {
+      ahead->sums.SetLane(lane, sums);
+      ahead->done |= std::uint32_t{1} << lane;
+    }
+  }
+}
+
+TapSums SumsAt(const IrisBlurRefcon& pass, std::int64_t x, std::int64_t y) {
+  LookAhead& ahead = g_lookAhead;
+  if (ahead.passNumber != pass.passNumber || ahead.y != y || x < ahead.x ||
+      x >= ahead.x + ahead.engine->lanes) {
+    BeginBlock(pass, x, y, &ahead);
+  }
+  const auto lane = static_cast<int>(x - ahead.x);
+  if ((ahead.done >> lane & 1u) == 0) {
+    SumBlock(pass, pass.kernelIndex[static_cast<std::size_t>(y * pass.width + x)], &ahead);
+  }
+  return ahead.sums.Lane(lane);
+}
+
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
 PF_Err IrisBlur(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
   const auto& pass = *static_cast<const IrisBlurRefcon*>(refcon);
-  const auto index = static_cast<std::size_t>(y * pass.width + x);
-  const IrisKernel& kernel = pass.kernels[pass.kernelIndex[index]];
-  const TapSums sums = SumKernel(pass.map, kernel, y - pass.top, x - pass.left);
+  const TapSums sums = SumsAt(pass, x, y);
   Pixel result = *in;
   if (sums.weight >= kSmallestTotal) {
     StoreColours(sums, &result);
@@ -107,8 +177,11 @@ PF_Err IrisBlur(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
 
 }  // namespace
 
-PF_Err BlurByMask(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius) {
+PF_Err BlurByMask(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius,
+                  const LaneEngines& engines) {
   IrisBlurRefcon pass;
+  pass.passNumber = ++g_passCount;
+  pass.engines = engines;
   pass.width = std::max(io.dst->width, 0);
   pass.height = std::max(io.dst->height, 0);
   pass.left = io.src->extent_hint.left;

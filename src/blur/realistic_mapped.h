@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "blur/iris_kernel.h"
+#include "blur/lane_sums.h"
 #include "host/host_api.h"
 #include "render/settings.h"
 
@@ -14,8 +15,8 @@ namespace vitrell {
 // lens mask asks for: 0 where the mask is 0, maxRadius (0..kMaxIrisRadius) where it is 1 or more.
 // Both worlds have the same depth. Answers the host's code, or PF_Err_OUT_OF_MEMORY without having
 // called the host; a missing suite throws.
-[[nodiscard]] PF_Err BlurByMask(const IO_Params& io, const IrisShape& shape,
-                                std::int32_t maxRadius);
+[[nodiscard]] PF_Err BlurByMask(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius,
+                                const LaneEngines& engines);
 
 }  // namespace vitrell
 

@@ -1,23 +1,18 @@
 // The realistic blur with one kernel for all pixels, as a window that slides along each row.
 #include "blur/realistic_uniform.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "blur/highlight_map.h"
 #include "blur/tap_sums.h"
-#include "host/buffer.h"
+#include "blur/uniform_strips.h"
 #include "host/result.h"
 #include "host/world.h"
 #include "render/pixel_access.h"
 
 namespace vitrell {
 namespace {
-
-struct UniformPass {
-  const PF_LayerDef* input;
-  const PF_LayerDef* output;
-  HighlightMap map;
-  IrisKernel kernel;
-  Buffer<Weight_Pt> points;
-};
 
 // Moves the window of one pixel to the next pixel, at (row, column) of the map.
 void Slide(const UniformPass& pass, std::int64_t row, std::int64_t column, TapSums* sums) {
@@ -40,6 +35,9 @@ bool IsAllZero(const Pixel& pixel) {
 
 // Kept: the sums are carried from pixel to pixel in single precision and start afresh only after a
 // pixel of zeros. What rounding leaves in them shows on black beside bright areas.
+//
+// This is the definition. It also serves the kernels with weights that are not numbers, which a
+// squeeze to nothing gives: lanes must not see those where their pixel has no tap.
 template <typename Pixel>
 void BlurRow(const UniformPass& pass, std::int32_t y) {
   const std::int64_t row = std::int64_t{y} - pass.input->extent_hint.top;
@@ -59,25 +57,43 @@ void BlurRow(const UniformPass& pass, std::int32_t y) {
   }
 }
 
+void BlurRows(const UniformPass& pass) {
+  for (std::int32_t y = 0; y < pass.output->height; ++y) {
+    if (IsDeep(*pass.output)) {
+      BlurRow<PF_Pixel16>(pass, y);
+    } else {
+      BlurRow<PF_Pixel>(pass, y);
+    }
+  }
+}
+
+bool HasFiniteWeights(const UniformPass& pass) {
+  const auto isFinite = [](const auto& tap) { return std::isfinite(tap.weight); };
+  return std::all_of(pass.kernel.spans.begin(), pass.kernel.spans.end(), isFinite) &&
+         std::all_of(pass.points.begin(), pass.points.end(), isFinite);
+}
+
 }  // namespace
 
-PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape, std::int32_t radius) {
+PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape, std::int32_t radius,
+                     const LaneEngines& engines) {
   UniformPass pass;
   pass.input = io.src;
   pass.output = io.dst;
+  pass.radius = radius;
   IrisKernelBuilder builder(shape, ReachBetween(*io.src, *io.dst));
   if (!builder.Build(radius, TapChoice::kNonZero, &pass.kernel, &pass.points) ||
       !pass.map.Build(io.in_data, *io.src, PlaneOrder::kRowsContiguous, false)) {
     return PF_Err_OUT_OF_MEMORY;
   }
   RETURN_IF_ERROR(FillTransparent(io.in_data, io.dst));
-  for (std::int32_t y = 0; io.dst->data != nullptr && y < io.dst->height; ++y) {
-    if (IsDeep(*io.dst)) {
-      BlurRow<PF_Pixel16>(pass, y);
-    } else {
-      BlurRow<PF_Pixel>(pass, y);
-    }
+  if (io.dst->data == nullptr) {
+    return PF_Err_NONE;
   }
+  if (HasFiniteWeights(pass)) {
+    return BlurStrips(pass, engines.wide);
+  }
+  BlurRows(pass);
   return PF_Err_NONE;
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "blur/iris_kernel.h"
+#include "blur/lane_sums.h"
 #include "host/host_api.h"
 #include "render/settings.h"
 
@@ -13,8 +14,8 @@ namespace vitrell {
 // Clears io.dst through the host and blurs io.src into it on the calling thread. Both worlds have
 // the same depth; radius is 0..kMaxIrisRadius. Answers the code of a failing fill, with nothing
 // blurred, or PF_Err_OUT_OF_MEMORY, with nothing written.
-[[nodiscard]] PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape,
-                                   std::int32_t radius);
+[[nodiscard]] PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape, std::int32_t radius,
+                                   const LaneEngines& engines);
 
 }  // namespace vitrell
 
