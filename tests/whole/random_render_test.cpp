@@ -16,7 +16,7 @@ namespace vitrell::whole {
 namespace {
 
 constexpr int kShards = 8;
-constexpr int kDefaultCases = 2000;
+constexpr int kDefaultCases = 12000;
 constexpr std::uint64_t kDefaultSeed = 20260000;
 constexpr int kReportedCases = 3;  // A shard ends when so many of its cases have failed.
 

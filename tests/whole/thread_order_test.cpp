@@ -10,7 +10,7 @@
 namespace vitrell::whole {
 namespace {
 
-constexpr int kDefaultCases = 120;
+constexpr int kDefaultCases = 400;
 constexpr std::uint64_t kDefaultSeed = 77000;
 
 struct Way {
