@@ -135,7 +135,10 @@ PF_Err EffectHost::SendPanelCommand(PF_Cmd cmd, void* extra) {
     const bool same =
         std::memcmp(&before[i].u, &state_->frameRecords[i].u, sizeof(before[i].u)) == 0;
     const bool told = (state_->frameRecords[i].uu.change_flags & PF_ChangeFlag_CHANGED_VALUE) != 0;
-    if (!same && !told) {
+    if (same) continue;
+    if (told) {
+      state_->parameters.Record(static_cast<int>(i)).u = state_->frameRecords[i].u;
+    } else {
       state_->Complain("changed the value of parameter " + std::to_string(i) +
                        " without saying so in its change flags");
     }

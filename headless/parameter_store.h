@@ -35,7 +35,7 @@ class ParameterStore {
   void UpdateUI(int index, const PF_ParamDef& wanted);
 
   // Copies of all records with points in pixels of a layer of this size; a size of 0 leaves
-  // percent. Layer parameters are empty.
+  // percent. Layer parameters are empty, change flags clear.
   std::vector<PF_ParamDef> RecordsForSize(A_long width, A_long height) const;
 
  private:
