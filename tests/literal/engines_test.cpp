@@ -34,7 +34,7 @@ World MakeWorld(int width, int height, Pixel fill = Pixel{}) {
   world.width = width;
   world.height = height;
   world.extent = {0, 0, width, height};
-  world.pixels.assign(static_cast<std::size_t>(width * height), fill);
+  world.pixels.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), fill);
   return world;
 }
 
@@ -77,7 +77,8 @@ Settings DiscSettings(float amount) {
 }
 
 float GridAt(const std::vector<float>& grid, int radius, int x, int y) {
-  return grid.at(static_cast<std::size_t>((y + radius) * (2 * radius + 1) + x + radius));
+  const int index = (y + radius) * (2 * radius + 1) + x + radius;
+  return grid.at(static_cast<std::size_t>(index));
 }
 
 World RunRealistic(const Settings& settings, const World& src, double mask = 1.0) {
@@ -312,6 +313,7 @@ TEST(LiteralRealisticBlurTest, OutlandishMaskValuesStayWithinTheKernels) {
 
 std::vector<std::string> PointTexts(const std::vector<LinePoint>& points) {
   std::vector<std::string> texts;
+  texts.reserve(points.size());
   for (const LinePoint& p : points)
     texts.push_back(std::to_string(p.x) + "," + std::to_string(p.y));
   return texts;
@@ -411,6 +413,7 @@ TEST(LiteralTrailTest, CentreOutsideASinglePixelIsFolded) {
 
 std::vector<std::string> TapTexts(const std::vector<LineTap>& taps) {
   std::vector<std::string> texts;
+  texts.reserve(taps.size());
   for (const LineTap& tap : taps) {
     texts.push_back(std::to_string(tap.x) + "," + std::to_string(tap.y));
   }

@@ -58,11 +58,10 @@ float KernelWeight(std::int32_t x, std::int32_t y, std::int32_t radiusPx, const 
   const double sides = (PolarAngle(u, v, maths) + kPi / 2) / iris.sideAngle;
   const double f = sides - TruncateToInt(sides);
 
-  float boundary;
-  if (f < iris.halfRound || f > 1 - iris.halfRound) {
-    boundary = static_cast<float>(radiusPx);
-  } else {
-    const float apothemPx = static_cast<float>(iris.apothem * radiusPx);
+  auto boundary = static_cast<float>(radiusPx);
+  const bool round = f < iris.halfRound || f > 1 - iris.halfRound;
+  if (!round) {
+    const auto apothemPx = static_cast<float>(iris.apothem * radiusPx);
     boundary = static_cast<float>(apothemPx / maths.cos((0.5 - f) * iris.sideAngle));
   }
 
@@ -209,9 +208,10 @@ std::vector<float> KernelGrid(std::int32_t radiusPx, const Settings& settings, c
   std::vector<float> grid(side * side);
   for (std::int32_t y = -radiusPx; y <= radiusPx; ++y) {
     for (std::int32_t x = -radiusPx; x <= radiusPx; ++x) {
-      const std::size_t row = static_cast<std::size_t>(y + radiusPx);
-      const std::size_t column = static_cast<std::size_t>(-x + radiusPx);
-      grid.at(row * side + column) = KernelWeight(x, y, radiusPx, iris, maths);
+      const std::int32_t row = y + radiusPx;
+      const std::int32_t column = -x + radiusPx;
+      grid.at(static_cast<std::size_t>(row) * side + static_cast<std::size_t>(column)) =
+          KernelWeight(x, y, radiusPx, iris, maths);
     }
   }
   return grid;
@@ -220,8 +220,9 @@ std::vector<float> KernelGrid(std::int32_t radiusPx, const Settings& settings, c
 std::vector<WeightPoint> DifferencePoints(const std::vector<float>& grid, std::int32_t radiusPx) {
   const std::size_t side = 2 * static_cast<std::size_t>(radiusPx) + 1;
   const auto gridAt = [&](std::int32_t y, std::int32_t x) {
-    return grid.at(static_cast<std::size_t>(y + radiusPx) * side +
-                   static_cast<std::size_t>(x + radiusPx));
+    const std::int32_t row = y + radiusPx;
+    const std::int32_t column = x + radiusPx;
+    return grid.at(static_cast<std::size_t>(row) * side + static_cast<std::size_t>(column));
   };
   std::vector<WeightPoint> points;
   for (std::int32_t y = -radiusPx; y <= radiusPx; ++y) {
