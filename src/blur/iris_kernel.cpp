@@ -137,7 +137,13 @@ bool IrisKernelBuilder::AppendSpans(const Row& row, TapChoice choice) {
       return false;
     }
   }
-  return true;
+  KernelSpan ones = {};
+  for (std::size_t i = rowStart; i < spans_.size(); ++i) {
+    if (spans_[i].weight == 1.0f && spans_[i].count > ones.count) {
+      ones = spans_[i];
+    }
+  }
+  return ones_.Append(ones);
 }
 
 bool IrisKernelBuilder::AppendPoints(const Row& row) {
@@ -172,6 +178,7 @@ bool IrisKernelBuilder::Build(std::int32_t radius, TapChoice choice, IrisKernel*
   const std::int64_t lastDy = std::min<std::int64_t>(radius, reach_.lastDy);
   rowStart_.Clear();
   spans_.Clear();
+  ones_.Clear();
   points_.Clear();
   const bool empty = firstDx > lastDx || firstDy > lastDy;
   if (!empty && !weights_.Allocate(static_cast<std::size_t>(lastDx - firstDx + 1))) {
@@ -192,7 +199,8 @@ bool IrisKernelBuilder::Build(std::int32_t radius, TapChoice choice, IrisKernel*
     }
   }
   return rowStart_.Append(spans_.size()) && CopyExactly(rowStart_, &kernel->rowStart) &&
-         CopyExactly(spans_, &kernel->spans) && (points == nullptr || CopyExactly(points_, points));
+         CopyExactly(spans_, &kernel->spans) && CopyExactly(ones_, &kernel->ones) &&
+         (points == nullptr || CopyExactly(points_, points));
 }
 
 }  // namespace vitrell

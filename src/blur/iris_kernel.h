@@ -59,11 +59,13 @@ struct Weight_Pt {
 
 // The taps of one radius in the order of the weight grid: rows from the top, in them columns from
 // the left. Row i holds the offset firstDy + i and the spans rowStart[i] to rowStart[i + 1] - 1.
+// ones holds the longest span of weight 1 of each row, an empty one (count 0) where there is none.
 struct IrisKernel {
   std::int64_t firstDy = 0;
   std::int64_t rowCount = 0;
   Buffer<std::size_t> rowStart;
   Buffer<KernelSpan> spans;
+  Buffer<KernelSpan> ones;
 };
 
 // Which weights become taps.
@@ -91,6 +93,7 @@ class IrisKernelBuilder {
   Buffer<float> weights_;
   GrowingBuffer<std::size_t> rowStart_;
   GrowingBuffer<KernelSpan> spans_;
+  GrowingBuffer<KernelSpan> ones_;
   GrowingBuffer<Weight_Pt> points_;
 };
 

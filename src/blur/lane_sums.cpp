@@ -2,48 +2,51 @@
 #include "blur/lane_sums.h"
 
 #include <cstddef>
+#include <cstdint>
+
+#include "blur/kernel_rows.h"
 
 #define VITRELL_LANES_NAMESPACE baseline
 #define VITRELL_LANES_BYTES 16
 #define VITRELL_LANES_TARGET
-#include "blur/lane_sums-inl.h"
+#include "blur/lane_sums.inc"
 
 #if defined(__x86_64__)
 #define VITRELL_LANES_NAMESPACE avx2
 #define VITRELL_LANES_BYTES 32
 #define VITRELL_LANES_TARGET __attribute__((target("avx2")))
-#include "blur/lane_sums-inl.h"
+#include "blur/lane_sums.inc"
 
 #define VITRELL_LANES_NAMESPACE avx512
 #define VITRELL_LANES_BYTES 64
 #define VITRELL_LANES_TARGET __attribute__((target("avx512f")))
-#include "blur/lane_sums-inl.h"
+#include "blur/lane_sums.inc"
 #endif
 
 namespace vitrell {
 
-const LaneEngines* LaneEnginesFor(LaneTarget target) {
+const LaneEngine* LaneEngineFor(LaneTarget target) {
   switch (target) {
     case LaneTarget::kBaseline:
-      return &baseline::kEngines;
+      return &baseline::kEngine;
 #if defined(__x86_64__)
     case LaneTarget::kAvx2:
-      return __builtin_cpu_supports("avx2") ? &avx2::kEngines : nullptr;
+      return __builtin_cpu_supports("avx2") ? &avx2::kEngine : nullptr;
     case LaneTarget::kAvx512:
-      return __builtin_cpu_supports("avx512f") ? &avx512::kEngines : nullptr;
+      return __builtin_cpu_supports("avx512f") ? &avx512::kEngine : nullptr;
 #endif
     default:
       return nullptr;
   }
 }
 
-const LaneEngines& BestLaneEngines() {
+const LaneEngine& BestLaneEngine() {
   for (const LaneTarget target : {LaneTarget::kAvx512, LaneTarget::kAvx2}) {
-    if (const LaneEngines* const engines = LaneEnginesFor(target); engines != nullptr) {
-      return *engines;
+    if (const LaneEngine* const engine = LaneEngineFor(target); engine != nullptr) {
+      return *engine;
     }
   }
-  return baseline::kEngines;
+  return baseline::kEngine;
 }
 
 }  // namespace vitrell

@@ -59,6 +59,13 @@ struct LaneTap {
   float weight;
 };
 
+// Neighbouring lanes that share a kernel.
+struct LaneGroup {
+  const IrisKernel* kernel;
+  int firstLane;
+  int endLane;
+};
+
 // Weights must be finite: a tap that is outside the map for some lanes only reads zeros there.
 struct LaneEngine {
   int lanes;
@@ -67,6 +74,11 @@ struct LaneEngine {
   void (*sumKernel)(const LaneView& view, const LaneWindow& window, const IrisKernel& kernel,
                     LaneSums* sums);
 
+  // The same with a kernel for each group of lanes; groups come from the left and do not overlap.
+  // No weight may be negative. The sums of lanes without a group mean nothing.
+  void (*sumMixed)(const LaneView& view, const LaneWindow& window, const LaneGroup* groups,
+                   int groupCount, LaneSums* sums);
+
   // Adds the taps from begin up to end whose dx lies within the window; its rows are not consulted.
   void (*addTaps)(const LaneView& view, const LaneWindow& window, const LaneTap* begin,
                   const LaneTap* end, LaneSums* sums);
@@ -74,17 +86,11 @@ struct LaneEngine {
 
 enum class LaneTarget { kBaseline, kAvx2, kAvx512 };
 
-// One vector a sum, and two: the one has the shorter wait, the other the higher throughput.
-struct LaneEngines {
-  LaneEngine narrow;
-  LaneEngine wide;
-};
+// The engine compiled for a target; null where this processor cannot run it.
+const LaneEngine* LaneEngineFor(LaneTarget target);
 
-// The engines compiled for a target; null where this processor cannot run them.
-const LaneEngines* LaneEnginesFor(LaneTarget target);
-
-// The widest ones that this processor runs.
-const LaneEngines& BestLaneEngines();
+// The widest one that this processor runs.
+const LaneEngine& BestLaneEngine();
 
 }  // namespace vitrell
 

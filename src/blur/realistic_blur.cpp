@@ -49,8 +49,8 @@ PF_Err RenderReleasticBlurEffect(IO_Params* io, LX_Info* info) {
   }
   const IrisShape shape = MakeIrisShape(*info, io->in_data->utils->ansi);
   const PF_Err err = info->realisticUseLensAsBlurMap == 0
-                         ? BlurUniformly(*io, shape, maxRadius, BestLaneEngines())
-                         : BlurByMask(*io, shape, maxRadius, BestLaneEngines());
+                         ? BlurUniformly(*io, shape, maxRadius, BestLaneEngine())
+                         : BlurByMask(*io, shape, maxRadius, BestLaneEngine());
   // An error of the pass does not keep the edges from being mended.
   if (IsDeep(*io->dst)) {
     MendEdges<PF_Pixel16>(*io->dst);

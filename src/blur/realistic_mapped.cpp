@@ -28,7 +28,7 @@ std::atomic<std::uint64_t> g_passCount = 0;
 // Read-only while the host iterates.
 struct IrisBlurRefcon {
   std::uint64_t passNumber;
-  LaneEngines engines;
+  const LaneEngine* engine;
   HighlightMap map;
   std::unique_ptr<IrisKernel[]> kernels;
   Buffer<std::uint16_t> kernelIndex;  // One per output pixel, row by row.
@@ -98,69 +98,58 @@ bool BuildKernels(const IrisShape& shape, const KernelReach& reach,
   return true;
 }
 
-// Sums of a few pixels ahead of the one that the host has asked for, private to the calling thread.
-// They are kept by pass number and position, so that they can be mistaken in no order of calls.
+// Sums of the pixels from the one that the host has asked for onward, private to the calling
+// thread. They are kept by pass number and position, so that no order of calls mistakes them.
 struct LookAhead {
   std::uint64_t passNumber;  // 0 as long as there is nothing.
   std::int64_t x;            // Position of lane 0.
   std::int64_t y;
-  const LaneEngine* engine;
-  std::uint32_t done;  // One bit for each lane.
   LaneSums sums;
 };
-static_assert(kMaxLanes <= 32);
 thread_local constinit LookAhead g_lookAhead = {};
 
-// Begins a block of lanes at (x, y): a wide one where a long run of pixels has the same kernel.
-void BeginBlock(const IrisBlurRefcon& pass, std::int64_t x, std::int64_t y, LookAhead* ahead) {
-  const std::uint16_t* const index = &pass.kernelIndex[static_cast<std::size_t>(y * pass.width)];
-  const std::int64_t end = std::min<std::int64_t>(x + pass.engines.wide.lanes, pass.width);
-  std::int64_t endOfRun = x + 1;
-  while (endOfRun < end && index[endOfRun] == index[x]) {
-    ++endOfRun;
+// Runs of equal kernels among the pixels from (x, y) to the end of the block or of the row.
+int GroupLanes(const IrisBlurRefcon& pass, std::int64_t x, std::int64_t y, LaneGroup* groups) {
+  const std::uint16_t* const index =
+      pass.kernelIndex.data() + static_cast<std::size_t>(y * pass.width + x);
+  const auto lanes = static_cast<int>(std::min<std::int64_t>(pass.engine->lanes, pass.width - x));
+  int count = 0;
+  for (int lane = 0; lane < lanes; ++lane) {
+    if (lane == 0 || index[lane] != index[lane - 1]) {
+      groups[count++] = {&pass.kernels[index[lane]], lane, lane};
+    }
+    groups[count - 1].endLane = lane + 1;
+  }
+  return count;
+}
+
+void SumAhead(const IrisBlurRefcon& pass, std::int64_t x, std::int64_t y, LookAhead* ahead) {
+  const HighlightMap& map = pass.map;
+  const std::int64_t row = y - pass.top;
+  const std::int64_t column = x - pass.left;
+  const LaneView view = {map.origin(), row * map.rowStride() + column, map.planeStride(), 1,
+                         map.rowStride()};
+  const LaneWindow window = {1 - pass.engine->lanes - column, map.width() - 1 - column, -row,
+                             map.height() - 1 - row};
+  LaneGroup groups[kMaxLanes];
+  const int groupCount = GroupLanes(pass, x, y, groups);
+  if (groupCount == 1) {
+    pass.engine->sumKernel(view, window, *groups[0].kernel, &ahead->sums);
+  } else {
+    pass.engine->sumMixed(view, window, groups, groupCount, &ahead->sums);
   }
   ahead->passNumber = pass.passNumber;
   ahead->x = x;
   ahead->y = y;
-  ahead->engine =
-      endOfRun - x > pass.engines.narrow.lanes ? &pass.engines.wide : &pass.engines.narrow;
-  ahead->done = 0;
-}
-
-// Sums one kernel in all lanes of the block and keeps the sums of the pixels whose kernel it is.
-void SumBlock(const IrisBlurRefcon& pass, std::uint16_t radius, LookAhead* ahead) {
-  const HighlightMap& map = pass.map;
-  const int lanes = ahead->engine->lanes;
-  const std::int64_t row = ahead->y - pass.top;
-  const std::int64_t column = ahead->x - pass.left;
-  const LaneView view = {map.origin(), row * map.rowStride() + column, map.planeStride(), 1,
-                         map.rowStride()};
-  const LaneWindow window = {1 - lanes - column, map.width() - 1 - column, -row,
-                             map.height() - 1 - row};
-  LaneSums sums;
-  ahead->engine->sumKernel(view, window, pass.kernels[radius], &sums);
-  const std::uint16_t* const index =
-      &pass.kernelIndex[static_cast<std::size_t>(ahead->y * pass.width)];
-  const auto lanesInside = static_cast<int>(std::min<std::int64_t>(lanes, pass.width - ahead->x));
-  for (int lane = 0; lane < lanesInside; ++lane) {
-    if (index[ahead->x + lane] == radius) {
-      ahead->sums.SetLane(lane, sums);
-      ahead->done |= std::uint32_t{1} << lane;
-    }
-  }
 }
 
 TapSums SumsAt(const IrisBlurRefcon& pass, std::int64_t x, std::int64_t y) {
   LookAhead& ahead = g_lookAhead;
   if (ahead.passNumber != pass.passNumber || ahead.y != y || x < ahead.x ||
-      x >= ahead.x + ahead.engine->lanes) {
-    BeginBlock(pass, x, y, &ahead);
+      x >= ahead.x + pass.engine->lanes) {
+    SumAhead(pass, x, y, &ahead);
   }
-  const auto lane = static_cast<int>(x - ahead.x);
-  if ((ahead.done >> lane & 1u) == 0) {
-    SumBlock(pass, pass.kernelIndex[static_cast<std::size_t>(y * pass.width + x)], &ahead);
-  }
-  return ahead.sums.Lane(lane);
+  return ahead.sums.Lane(static_cast<int>(x - ahead.x));
 }
 
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
@@ -178,10 +167,10 @@ PF_Err IrisBlur(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
 }  // namespace
 
 PF_Err BlurByMask(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius,
-                  const LaneEngines& engines) {
+                  const LaneEngine& engine) {
   IrisBlurRefcon pass;
   pass.passNumber = ++g_passCount;
-  pass.engines = engines;
+  pass.engine = &engine;
   pass.width = std::max(io.dst->width, 0);
   pass.height = std::max(io.dst->height, 0);
   pass.left = io.src->extent_hint.left;

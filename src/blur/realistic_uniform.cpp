@@ -76,7 +76,7 @@ bool HasFiniteWeights(const UniformPass& pass) {
 }  // namespace
 
 PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape, std::int32_t radius,
-                     const LaneEngines& engines) {
+                     const LaneEngine& engine) {
   UniformPass pass;
   pass.input = io.src;
   pass.output = io.dst;
@@ -91,7 +91,7 @@ PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape, std::int32_t r
     return PF_Err_NONE;
   }
   if (HasFiniteWeights(pass)) {
-    return BlurStrips(pass, engines.wide);
+    return BlurStrips(pass, engine);
   }
   BlurRows(pass);
   return PF_Err_NONE;
