@@ -85,10 +85,10 @@ class Setter {
     if (dice_.Chance(30)) {
       x = size_.width * 0.5;
       y = size_.height * 0.5;
-    } else if (dice_.Chance(20)) {
+    } else if (dice_.Chance(15)) {
       x = dice_.Real(-40, size_.width + 40);
       y = dice_.Real(-40, size_.height + 40);
-    } else if (dice_.Chance(4)) {
+    } else if (dice_.Chance(3)) {
       x = dice_.Real(-9000, 9000);
       y = dice_.Real(-9000, 9000);
     }
@@ -130,6 +130,8 @@ void Setter::Lens(bool hasCustomLayer) {
     feather = 0;
   } else if (dice_.Chance(10)) {
     feather = Amount(0, 1000);
+  } else if (dice_.Chance(15)) {
+    feather = dice_.Real(0, 4);
   }
   host_.SetFloat(kFeather, feather);
   Point(kPosition);
@@ -183,6 +185,12 @@ void Setter::Blurs() {
     Angle(kIrisRotation);
   }
   Box(kRealisticBlurMap, dice_.Chance(45));
+  if (dice_.Chance(10)) {
+    // Where blur maps are told apart: twice the feather equals the amount's hundredth part.
+    const double share = dice_.Chance(50) ? host_.Record(kFastAmount).u.fs_d.value
+                                          : host_.Record(kRealisticAmount).u.fs_d.value / 100;
+    host_.SetFloat(kFeather, share * 0.5);
+  }
   host_.SetFloat(kOpticalAmount,
                  dice_.Chance(10) ? dice_.Pick<double>({0, 0.1, 179.9, 180}) : Amount(0, 180));
   Box(kOpticalLensCenter, dice_.Chance(60));
@@ -206,7 +214,7 @@ void Setter::Tones() {
     if (dice_.Chance(30)) {
       value = 0;
     } else if (dice_.Chance(4)) {
-      value = dice_.Pick<double>({199.98, 200, 300});  // Scale 0.0001, 0 and -0.5.
+      value = dice_.Pick<double>({199.96, 199.99, 200, 300});  // Scale 0.0002, 0.00005, 0, -0.5.
     }
     host_.SetFloat(index, value);
   }

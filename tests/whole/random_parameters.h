@@ -5,12 +5,9 @@
 #include "headless/effect_host.h"
 #include "whole/dice.h"
 #include "whole/random_case.h"
+#include "whole/random_pictures.h"
 
 namespace vitrell::whole {
-
-struct PictureSize {
-  std::int32_t width, height;
-};
 
 // Sets every parameter. Stages are often on alone and often together; amounts are none, small or as
 // large as the picture's size affords.

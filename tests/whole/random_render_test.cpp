@@ -96,6 +96,20 @@ TEST_P(RandomRenderTest, MatchesTheLiteralRender) {
   }
 }
 
+TEST(WholeRenderTest, NullBasicSuiteEndsBeforeAnyHostCall) {
+  headless::EffectHost host{std::filesystem::path(VITRELL_MODULE_PATH)};
+  RandomCase testCase = MakeRandomCase(kDefaultSeed, host);
+  const headless::WorldBuffer untouched = testCase.output;
+  host.GetFaults().SetNullBasicSuite(true);
+  const headless::RenderResult refused =
+      host.Render(testCase.input, testCase.output, nullptr, testCase.options);
+  EXPECT_EQ(refused.error, PF_Err_BAD_CALLBACK_PARAM);
+  EXPECT_EQ(headless::CallTexts(refused.calls), std::vector<std::string>());
+  EXPECT_TRUE(headless::SamePixels(untouched, testCase.output));
+  host.GetFaults().Clear();
+  CheckCase(kDefaultSeed, host);
+}
+
 INSTANTIATE_TEST_SUITE_P(Shards, RandomRenderTest, testing::Range(0, kShards));
 
 }  // namespace
