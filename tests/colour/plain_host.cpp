@@ -9,14 +9,8 @@
 namespace vitrell {
 namespace {
 
-struct HostState {
-  IterateCall lastCall;
-  int suitesHeld = 0;
-  PF_Err iterateResult = PF_Err_NONE;
-  bool isShuffled = false;
-  unsigned seed = 0;
-};
-HostState g_state;
+// The living host's state, or null.
+PlainHostState* g_state = nullptr;
 
 double Sine(double x) { return std::sin(x); }
 double Cosine(double x) { return std::cos(x); }
@@ -26,21 +20,23 @@ double Power(double x, double y) { return std::pow(x, y); }
 
 template <typename Pixel>
 Pixel* PixelAt(const PF_LayerDef* world, A_long x, A_long y) {
-  return reinterpret_cast<Pixel*>(static_cast<char*>(world->data) + y * world->rowbytes) + x;
+  return reinterpret_cast<Pixel*>(static_cast<char*>(world->data) +
+                                  std::ptrdiff_t{y} * world->rowbytes) +
+         x;
 }
 
 template <typename Pixel, typename Callback>
 PF_Err Iterate(PF_InData* /*inData*/, A_long progressBase, A_long progressFinal, PF_LayerDef* src,
                const PF_LRect* area, void* refcon, Callback callback, PF_LayerDef* dst) {
   const bool isDeep = sizeof(Pixel) == sizeof(PF_Pixel16);
-  g_state.lastCall = {
-      g_state.lastCall.count + 1, isDeep, progressBase, progressFinal, src, dst, area};
+  g_state->lastCall = {
+      g_state->lastCall.count + 1, isDeep, progressBase, progressFinal, src, dst, area};
   const A_long width = std::min(src->width, dst->width);
   const A_long height = std::min(src->height, dst->height);
-  std::vector<A_long> order(static_cast<std::size_t>(width * height));
+  std::vector<A_long> order(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
   std::iota(order.begin(), order.end(), 0);
-  if (g_state.isShuffled) {
-    std::shuffle(order.begin(), order.end(), std::mt19937(g_state.seed));
+  if (g_state->isShuffled) {
+    std::shuffle(order.begin(), order.end(), std::mt19937(g_state->seed));
   }
   for (const A_long i : order) {
     const A_long x = i % width;
@@ -51,7 +47,7 @@ PF_Err Iterate(PF_InData* /*inData*/, A_long progressBase, A_long progressFinal,
       return err;
     }
   }
-  return g_state.iterateResult;
+  return g_state->iterateResult;
 }
 
 const PF_Iterate8Suite1 kIterate8 = {Iterate<PF_Pixel, PF_IteratePixel8Func>, nullptr, nullptr,
@@ -70,12 +66,12 @@ SPErr AcquireSuite(const char* name, std::int32_t version, const void** suite) {
   } else {
     return kSPSuiteNotFoundError;
   }
-  ++g_state.suitesHeld;
+  ++g_state->suitesHeld;
   return 0;
 }
 
 SPErr ReleaseSuite(const char* /*name*/, std::int32_t /*version*/) {
-  --g_state.suitesHeld;
+  --g_state->suitesHeld;
   return 0;
 }
 
@@ -84,7 +80,8 @@ SPErr ReleaseSuite(const char* /*name*/, std::int32_t /*version*/) {
 template <typename Pixel>
 TestWorld<Pixel>::TestWorld(A_long width, A_long height, A_long paddingBytes) {
   world_.rowbytes = width * kPixelBytes + paddingBytes;
-  memory_.assign(static_cast<std::size_t>(world_.rowbytes * height), kPaddingByte);
+  memory_.assign(static_cast<std::size_t>(world_.rowbytes) * static_cast<std::size_t>(height),
+                 kPaddingByte);
   world_.data = memory_.data();
   world_.width = width;
   world_.height = height;
@@ -106,8 +103,8 @@ void TestWorld<Pixel>::Randomize(std::mt19937& random) {
 template <typename Pixel>
 bool TestWorld<Pixel>::IsPaddingIntact() const {
   for (A_long y = 0; y < world_.height; ++y) {
-    const char* const row = memory_.data() + y * world_.rowbytes;
-    if (!std::all_of(row + world_.width * kPixelBytes, row + world_.rowbytes,
+    const char* const row = memory_.data() + std::ptrdiff_t{y} * world_.rowbytes;
+    if (!std::all_of(row + std::ptrdiff_t{world_.width} * kPixelBytes, row + world_.rowbytes,
                      [](char byte) { return byte == kPaddingByte; })) {
       return false;
     }
@@ -119,7 +116,7 @@ template class TestWorld<PF_Pixel>;
 template class TestWorld<PF_Pixel16>;
 
 PlainHost::PlainHost() {
-  g_state = {};
+  g_state = &state_;
   utils_.ansi.sin = Sine;
   utils_.ansi.cos = Cosine;
   utils_.ansi.tan = Tangent;
@@ -131,15 +128,7 @@ PlainHost::PlainHost() {
   inData_.pica_basicP = &basic_;
 }
 
-PlainHost::~PlainHost() { g_state = {}; }
-
-const IterateCall& PlainHost::lastCall() const { return g_state.lastCall; }
-int PlainHost::suitesHeld() const { return g_state.suitesHeld; }
-void PlainHost::SetIterateResult(PF_Err result) { g_state.iterateResult = result; }
-void PlainHost::ShuffleOrder(unsigned seed) {
-  g_state.isShuffled = true;
-  g_state.seed = seed;
-}
+PlainHost::~PlainHost() { g_state = nullptr; }
 
 TestMask::TestMask(A_long width, A_long height, double value)
     : width_(static_cast<std::size_t>(width)),

@@ -21,7 +21,8 @@ class TestWorld {
 
   PF_LayerDef* get() { return &world_; }
   Pixel& At(A_long x, A_long y) {
-    return *reinterpret_cast<Pixel*>(memory_.data() + y * world_.rowbytes + x * kPixelBytes);
+    return *reinterpret_cast<Pixel*>(memory_.data() + std::ptrdiff_t{y} * world_.rowbytes +
+                                     std::ptrdiff_t{x} * kPixelBytes);
   }
   // Fills all channels of all pixels from the generator.
   void Randomize(std::mt19937& random);
@@ -47,6 +48,15 @@ struct IterateCall {
   const PF_LRect* area = nullptr;
 };
 
+// What a host is told to do and has seen.
+struct PlainHostState {
+  IterateCall lastCall;
+  int suitesHeld = 0;
+  PF_Err iterateResult = PF_Err_NONE;
+  bool isShuffled = false;
+  unsigned seed = 0;
+};
+
 // One at a time: the callbacks have no other way to their host than process-wide data.
 class PlainHost {
  public:
@@ -56,14 +66,18 @@ class PlainHost {
   PlainHost& operator=(const PlainHost&) = delete;
 
   PF_InData* inData() { return &inData_; }
-  const IterateCall& lastCall() const;
-  int suitesHeld() const;
+  const IterateCall& lastCall() const { return state_.lastCall; }
+  int suitesHeld() const { return state_.suitesHeld; }
   // What iterate answers, after visiting every pixel.
-  void SetIterateResult(PF_Err result);
+  void SetIterateResult(PF_Err result) { state_.iterateResult = result; }
   // Visits the pixels in an order drawn from the seed instead of row by row.
-  void ShuffleOrder(unsigned seed);
+  void ShuffleOrder(unsigned seed) {
+    state_.isShuffled = true;
+    state_.seed = seed;
+  }
 
  private:
+  PlainHostState state_;
   PF_UtilCallbacks utils_ = {};
   SPBasicSuite basic_ = {};
   PF_InData inData_ = {};
