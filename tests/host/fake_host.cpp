@@ -141,11 +141,18 @@ PF_Err Copy(PF_ProgPtr /*effectRef*/, PF_LayerDef* src, PF_LayerDef* dst, PF_LRe
 
 template <typename Pixel>
 PF_Err Fill(PF_ProgPtr /*effectRef*/, const Pixel* color, const PF_LRect* rect,
-            PF_LayerDef* /*world*/) {
+            PF_LayerDef* world) {
   const char* const name = sizeof(Pixel) == 8 ? "fill16 " : "fill ";
   g_host->log.push_back(name + Numbers({color->alpha, color->red, color->green, color->blue}) +
                         " in " + Numbers({rect->left, rect->top, rect->right, rect->bottom}));
-  return g_host->Answer("fill");
+  if (const PF_Err err = g_host->Answer("fill"); err != 0) {
+    return err;
+  }
+  for (A_long y = std::max(rect->top, 0); y < std::min(rect->bottom, world->height); ++y) {
+    auto* const row = reinterpret_cast<Pixel*>(RowOf(world, y));
+    std::fill(row + std::max(rect->left, 0), row + std::min(rect->right, world->width), *color);
+  }
+  return PF_Err_NONE;
 }
 
 }  // namespace
