@@ -2,10 +2,10 @@
 #include "headless/effect_host.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "headless/host_state.h"
+#include "headless/record_bytes.h"
 
 namespace vitrell::headless {
 namespace {
@@ -132,8 +132,7 @@ PF_Err EffectHost::SendPanelCommand(PF_Cmd cmd, void* extra) {
   const std::vector<PF_ParamDef> before = state_->frameRecords;
   const PF_Err error = SendAlone(cmd, params.data(), nullptr, extra);
   for (std::size_t i = 0; i < before.size(); ++i) {
-    const bool same =
-        std::memcmp(&before[i].u, &state_->frameRecords[i].u, sizeof(before[i].u)) == 0;
+    const bool same = SameBytes(before[i].u, state_->frameRecords[i].u);
     const bool told = (state_->frameRecords[i].uu.change_flags & PF_ChangeFlag_CHANGED_VALUE) != 0;
     if (same) continue;
     if (told) {

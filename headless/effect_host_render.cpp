@@ -1,10 +1,10 @@
 // The three commands of a frame, and what they may not touch.
 #include <algorithm>
 #include <chrono>
-#include <cstring>
 
 #include "headless/effect_host.h"
 #include "headless/host_state.h"
+#include "headless/record_bytes.h"
 
 namespace vitrell::headless {
 namespace {
@@ -74,10 +74,6 @@ class PictureWatch {
   };
   std::vector<Picture> pictures_;
 };
-
-bool SameBytes(const PF_ParamDef& a, const PF_ParamDef& b) {
-  return std::memcmp(&a, &b, sizeof(a)) == 0;
-}
 
 // The extent hint of the input world is the effect's to change, as long as the world stays.
 void JudgeRecords(HostState& state, const std::vector<PF_ParamDef>& before) {
@@ -174,7 +170,7 @@ RenderResult EffectHost::Render(const WorldBuffer& input, WorldBuffer& output,
     result.seconds = SecondsSince(start);
     result.message = state.out.return_msg;
     result.inputRecord = inputRecord;
-    if (std::memcmp(&outputBefore, &outputRecord, sizeof(outputRecord)) != 0) {
+    if (!SameBytes(outputBefore, outputRecord)) {
       state.Complain("changed the record of the output world");
     }
     JudgeRecords(state, before);

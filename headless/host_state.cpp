@@ -8,6 +8,7 @@
 
 #include "headless/current_host.h"
 #include "headless/host_tables.h"
+#include "headless/record_bytes.h"
 
 namespace vitrell::headless {
 namespace {
@@ -114,7 +115,7 @@ PF_Err HostState::Command(PF_Cmd cmd, PF_ParamDef* params[], PF_LayerDef* output
   std::memcpy(&outBefore, &out, sizeof(out));
   command = cmd;
   const PF_Err error = CallEntryPoint(cmd, params, output, extra);
-  if (std::memcmp(&inBefore, &in, sizeof(in)) != 0) {
+  if (!SameBytes(inBefore, in)) {
     Complain("wrote into the input record, which is the host's");
     std::memcpy(&in, &inBefore, sizeof(in));
   }
