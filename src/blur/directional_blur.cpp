@@ -61,7 +61,10 @@ struct Direction {
 };
 
 struct DirBlurRefcon {
-  const IO_Params* io = nullptr;
+  explicit DirBlurRefcon(const IO_Params* context) : io(context), mask(*context->dst) {}
+
+  const IO_Params* io;
+  LensMaskView mask;
   Buffer<PassTap> taps;
   std::size_t tapCount = 0;
   Direction columns;
@@ -133,7 +136,7 @@ LineSum<Pixel> SumLine(const DirBlurRefcon& refcon, std::int64_t column, std::in
 template <typename Pixel>
 PF_Err DirectionalBlur(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
   const auto& refcon = *static_cast<const DirBlurRefcon*>(refconPtr);
-  if (!(GetLensMask(x, y, refcon.io->dst) > kMaskThreshold)) {
+  if (!(refcon.mask.At(x, y) > kMaskThreshold)) {
     *out = *in;
     return PF_Err_NONE;
   }
@@ -172,8 +175,7 @@ PF_Err DirectionalBlur(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* ou
 }  // namespace
 
 PF_Err RunDirectionalBlur(AEGP_SuiteHandler& suites, IO_Params* io, const LineTaps& taps) {
-  DirBlurRefcon refcon;
-  refcon.io = io;
+  DirBlurRefcon refcon(io);
   RETURN_IF_ERROR(PreparePass(taps, &refcon));
   return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
                       {DirectionalBlur<PF_Pixel>, DirectionalBlur<PF_Pixel16>}, &refcon);

@@ -2,7 +2,6 @@
 #ifndef VITRELL_BLUR_LAZY_ROWS_H_
 #define VITRELL_BLUR_LAZY_ROWS_H_
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 
@@ -23,60 +22,55 @@ class LazyRows {
     const std::size_t rows = height_;
     const std::size_t pixels = rows * width_;
     if ((pixels_.size() < pixels && !pixels_.Allocate(pixels)) ||
-        (states_.size() < rows && !states_.Allocate(rows))) {
+        (finished_.size() < rows && !finished_.Allocate(rows)) ||
+        (claimed_.size() < rows && !claimed_.Allocate(rows))) {
       return false;
     }
     for (std::size_t row = 0; row < rows; ++row) {
-      states_[row] = kEmpty;
+      finished_[row] = nullptr;
+      claimed_[row] = 0;
     }
     return true;
   }
 
   // The pixel at (column, row) when its row has been worked out already; null otherwise.
   const Pixel* ReadyPixel(std::int32_t column, std::int32_t row) const {
-    if (static_cast<std::uint32_t>(row) >= height_ ||
-        static_cast<std::uint32_t>(column) >= width_ ||
-        State(row).load(std::memory_order_acquire) != kReady) {
+    if (!Contains(column, row)) {
       return nullptr;
     }
-    return pixels_.data() + static_cast<std::size_t>(row) * width_ + column;
+    const Pixel* const pixels = __atomic_load_n(finished_.data() + row, __ATOMIC_ACQUIRE);
+    return pixels != nullptr ? pixels + column : nullptr;
   }
 
   // The pixel at (column, row), after fill(row, pixels) has worked its row out if nobody had; null
   // while another thread is at it, and outside the picture.
   template <typename FillRow>
   const Pixel* PixelOrFill(std::int32_t column, std::int32_t row, const FillRow& fill) {
-    if (static_cast<std::uint32_t>(row) >= height_ ||
-        static_cast<std::uint32_t>(column) >= width_) {
+    if (!Contains(column, row)) {
       return nullptr;
     }
-    std::uint8_t expected = kEmpty;
-    if (State(row).compare_exchange_strong(expected, kBusy, std::memory_order_acquire)) {
-      fill(row, RowPixels(row));
-      State(row).store(kReady, std::memory_order_release);
-    } else if (expected != kReady) {
-      return nullptr;
+    if (__atomic_exchange_n(claimed_.data() + row, std::uint8_t{1}, __ATOMIC_RELAXED) != 0) {
+      return ReadyPixel(column, row);
     }
-    return RowPixels(row) + column;
+    Pixel* const pixels = pixels_.data() + static_cast<std::size_t>(row) * width_;
+    fill(row, pixels);
+    __atomic_store_n(finished_.data() + row, pixels, __ATOMIC_RELEASE);
+    return pixels + column;
   }
 
  private:
-  static constexpr std::uint8_t kEmpty = 0;
-  static constexpr std::uint8_t kBusy = 1;
-  static constexpr std::uint8_t kReady = 2;
-
-  std::atomic_ref<std::uint8_t> State(std::int32_t row) const {
-    return std::atomic_ref<std::uint8_t>(
-        const_cast<std::uint8_t&>(states_[static_cast<std::size_t>(row)]));
-  }
-  Pixel* RowPixels(std::int32_t row) {
-    return pixels_.data() + static_cast<std::size_t>(row) * width_;
+  bool Contains(std::int32_t column, std::int32_t row) const {
+    return static_cast<std::uint32_t>(row) < height_ && static_cast<std::uint32_t>(column) < width_;
   }
 
   std::uint32_t width_ = 0;
   std::uint32_t height_ = 0;
   Buffer<Pixel> pixels_;
-  Buffer<std::uint8_t> states_;
+  // Per row: its pixels once they are worked out, and whether a thread has taken it on. The
+  // compilers' atomic builtins stand in for std::atomic_ref, which older standard libraries of
+  // macOS do not have.
+  Buffer<const Pixel*> finished_;
+  Buffer<std::uint8_t> claimed_;
 };
 
 }  // namespace vitrell

@@ -23,13 +23,14 @@ struct DistortRefcon {
   double focalLengthPx;
   const IO_Params* io;
   A_FpLong (*squareRoot)(A_FpLong);
+  LensMaskView mask;
 };
 
 // The mask and the distance gate the effect only; its strength does not follow the mask.
 template <typename Pixel>
 PF_Err OpticalDistortion(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
   const auto& refcon = *static_cast<const DistortRefcon*>(refconPtr);
-  if (!(GetLensMask(x, y, refcon.io->dst) > kMaskThreshold)) {
+  if (!(refcon.mask.At(x, y) > kMaskThreshold)) {
     *out = *in;
     return PF_Err_NONE;
   }
@@ -67,7 +68,10 @@ PF_Err RunOpticalDistortion(AEGP_SuiteHandler& suites, IO_Params* io, const LX_I
   const bool useLensCenter = info.opticalCenterOfLens != 0;
   DistortRefcon refcon = {useLensCenter ? info.positionX : info.opticalCenterX,
                           useLensCenter ? info.positionY : info.opticalCenterY,
-                          diagonalPx / maths.tan(halfFieldOfView), io, maths.sqrt};
+                          diagonalPx / maths.tan(halfFieldOfView),
+                          io,
+                          maths.sqrt,
+                          LensMaskView(dst)};
   return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(dst),
                       {OpticalDistortion<PF_Pixel>, OpticalDistortion<PF_Pixel16>}, &refcon);
 }

@@ -99,9 +99,13 @@ std::int32_t Blend16(std::int32_t f, std::int32_t b, std::uint16_t current, doub
 
 PF_Err OpacityWithMode8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out) {
   const BlendRefcon& blend = *static_cast<const BlendRefcon*>(refcon);
+  // Normal at full opacity is f x 1 + b x 0, which is f wherever it is blended and where it is not.
+  if (blend.mode == kNormal && blend.intensity == 1.0F) {
+    *out = *in;
+    return PF_Err_NONE;
+  }
   const double m = blend.mask.At(x, y);
-  // Normal at full opacity is f x 1 + b x 0, which is f.
-  if (m < kMaskThreshold || (blend.mode == kNormal && blend.intensity == 1.0F)) {
+  if (m < kMaskThreshold) {
     *out = *in;
     return PF_Err_NONE;
   }

@@ -67,6 +67,7 @@ struct ChromaticRefcon {
   std::int32_t centerX;
   std::int32_t centerY;
   const IO_Params* io;
+  LensMaskView mask;
   OffsetTable rows;
   OffsetTable columns;
 };
@@ -90,7 +91,7 @@ template <typename Pixel>
 PF_Err ChromaticAberration(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
   const auto& refcon = *static_cast<const ChromaticRefcon*>(refconPtr);
   out->alpha = in->alpha;
-  if (GetLensMask(x, y, refcon.io->dst) <= kMaskThreshold) {
+  if (refcon.mask.At(x, y) <= kMaskThreshold) {
     out->red = in->red;
     out->green = in->green;
     out->blue = in->blue;
@@ -135,6 +136,7 @@ PF_Err RunChromaticAberration(AEGP_SuiteHandler& suites, IO_Params* io, const LX
       info.positionX,
       info.positionY,
       io,
+      LensMaskView(*io->dst),
       {},
       {}};
   RETURN_IF_ERROR(IsDeep(*io->dst) ? FillTables<PF_Pixel16>(&refcon)

@@ -2,9 +2,9 @@
 #ifndef VITRELL_RENDER_NUMERIC_H_
 #define VITRELL_RENDER_NUMERIC_H_
 
-#include <concepts>
 #include <cstdint>
 #include <limits>
+#include <type_traits>
 
 #if defined(__x86_64__)
 #include <emmintrin.h>
@@ -33,8 +33,9 @@ inline std::int32_t TruncateToInt32(float value) {
 }
 
 // Truncates and keeps the low 8 or 16 bits: no clamping anywhere. NaN becomes 0.
-template <typename Channel, std::floating_point Float>
+template <typename Channel, typename Float>
 inline Channel TruncateToChannel(Float value) {
+  static_assert(std::is_floating_point_v<Float>);
   return static_cast<Channel>(static_cast<std::uint32_t>(TruncateToInt32(value)));
 }
 
