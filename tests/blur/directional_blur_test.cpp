@@ -108,6 +108,25 @@ TEST(DirectionalBlurTest, MaskGatesWithoutScaling) {
   }
 }
 
+TEST(DirectionalBlurTest, FaintMaskIsGatedBeforeTheLensStrengthensIt) {
+  // The lens stage raises masks by a twentieth here, so that those just below 0.0001 show what this
+  // stage has left alone, in steps of a 16-bit channel.
+  World lens = MakePicture(Pattern::kBlack, 16, 8, true);
+  for (int y = 0; y < 8; ++y) {
+    for (int x = 0; x < 16; ++x) {
+      const int grey = 318 + x;
+      lens.At(y, x) = MakePixel(grey, grey, grey, grey);
+    }
+  }
+  const World input = MakePicture(Pattern::kNoise, 16, 8, true);
+  RenderCase c = MakeCase(4, 60);
+  c.Set("realistic-blur.visible", 1)
+      .Set("realistic-blur.amount", 500)
+      .Set("realistic-blur.use-lens-as-blur-map", 1);
+  c.SetCustomLens(lens).SetPoint("lens.position", 8, 4);
+  c.ExpectExact(input);
+}
+
 TEST(DirectionalBlurTest, EverySizeAndDepth) {
   for (const auto& [width, height] : kSizes) {
     for (const bool deep : {false, true}) {

@@ -69,6 +69,25 @@ TEST(OpticalDistortionTest, MaskGatesWithoutScaling) {
   }
 }
 
+TEST(OpticalDistortionTest, FaintMaskIsGatedBeforeTheLensStrengthensIt) {
+  // The lens stage raises masks by a twentieth here, so that those just below 0.0001 show what this
+  // stage has left alone, in steps of a 16-bit channel.
+  World lens = MakePicture(Pattern::kBlack, 16, 8, true);
+  for (int y = 0; y < 8; ++y) {
+    for (int x = 0; x < 16; ++x) {
+      const int grey = 318 + x;
+      lens.At(y, x) = MakePixel(grey, grey, grey, grey);
+    }
+  }
+  const World input = MakePicture(Pattern::kNoise, 16, 8, true);
+  RenderCase c = MakeCase(160, 8, 4);
+  c.Set("realistic-blur.visible", 1)
+      .Set("realistic-blur.amount", 500)
+      .Set("realistic-blur.use-lens-as-blur-map", 1);
+  c.SetCustomLens(lens).SetPoint("lens.position", 8, 4);
+  c.ExpectExact(input);
+}
+
 TEST(OpticalDistortionTest, FullHalfCircleShowsTheCentrePixel) {
   for (const bool deep : {false, true}) {
     World input = MakePicture(Pattern::kNoise, 13, 9, deep);
@@ -81,6 +100,25 @@ TEST(OpticalDistortionTest, FullHalfCircleShowsTheCentrePixel) {
     for (const literal::Pixel& pixel : MakeCase(180, -2, 12).Actual(input).pixels) {
       EXPECT_EQ(Text(pixel), "66 5 6 7");
     }
+    MakeCase(180, -2, 12).ExpectExact(input);
+  }
+}
+
+TEST(OpticalDistortionTest, SamplesOutsideAreMirrored) {
+  // Seen from 60 pixels beyond the right edge, most samples of a picture 9 pixels wide lie outside
+  // it and are folded back in.
+  for (const bool deep : {false, true}) {
+    const World input = MakePicture(Pattern::kNoise, 9, 9, deep);
+    MakeCase(150, 69, 4).ExpectExact(input);
+    World changed = input;
+    for (int y = 0; y < 9; ++y) changed.At(y, 7) = MakePixel(1, 2, 3, 4);
+    EXPECT_TRUE(Differ(MakeCase(150, 69, 4).Actual(input), MakeCase(150, 69, 4).Actual(changed)));
+    int untouched = 0;
+    const World result = MakeCase(150, 69, 4).Actual(input);
+    for (std::size_t i = 0; i < 81; ++i) {
+      untouched += result.pixels[i].channel[1] == input.pixels[i].channel[1] ? 1 : 0;
+    }
+    EXPECT_LT(untouched, 20);
   }
 }
 

@@ -204,6 +204,22 @@ TEST(RealisticBlurTest, TransparentBlackResultStartsTheSumAnew) {
   EXPECT_THAT(Reds(DiscCase(1).Actual(input)), ElementsAre(77, 77, 43, 0, 5, 5, 5, 5));
   input.pixels[3] = literal::Pixel{};
   EXPECT_THAT(Reds(DiscCase(1).Actual(input)), ElementsAre(77, 77, 43, 0, 6, 6, 6, 6));
+  DiscCase(1).ExpectExact(input);
+}
+
+TEST(RealisticBlurTest, IslandsInTransparentBlack) {
+  // Bright islands further apart than the kernel is wide: every gap starts the sum anew.
+  for (const bool deep : {false, true}) {
+    for (const std::uint64_t seed : {1U, 2U, 3U, 4U}) {
+      World input = MakePicture(Pattern::kNoise, 97, 13, deep, seed);
+      for (int y = 0; y < 13; ++y) {
+        for (int x = 0; x < 97; ++x) {
+          if ((x / 9 + y / 5) % 2 == 0) input.At(y, x) = literal::Pixel{};
+        }
+      }
+      for (const double amount : {1.0, 2.0, 3.0}) MakeCase(amount).ExpectExact(input);
+    }
+  }
 }
 
 TEST(RealisticBlurTest, ResidueOnBlackInWholePictures) {

@@ -56,6 +56,13 @@ TEST(TrailTest, KeepsColoursRoundedDownWithoutSmoothing) {
   MakeCase(19, 60, 1).ExpectExact(input);
 }
 
+TEST(TrailTest, KeepsSinglePrecisionReach) {
+  // 100 x 0.7 x 0.7 is 49 in single precision but 48.9999983 in double.
+  for (const bool deep : {false, true}) {
+    MakeCase(70, 100, 1).ExpectExact(MakePicture(Pattern::kNoise, 103, 3, deep));
+  }
+}
+
 TEST(TrailTest, TransparentTapsAreSkipped) {
   World input = MakePicture(Pattern::kBlack, 62, 3, false);
   for (int x = 0; x < 62; ++x) {
@@ -66,6 +73,14 @@ TEST(TrailTest, TransparentTapsAreSkipped) {
   EXPECT_EQ(result.At(1, 1).channel[1], 200);
   EXPECT_EQ(result.At(1, 1).channel[0], 0);
   MakeCase(19, 60, 1).ExpectExact(input);
+}
+
+TEST(TrailTest, RayFromTheCentreItselfIsOnePoint) {
+  // In a 2 x 2 picture every centre is pulled to (0, 0), which is a border pixel; its ray is itself
+  // alone and keeps its colours at any amount short of smoothing.
+  const World input = MakePicture(Pattern::kNearWhite, 2, 2, false);
+  EXPECT_EQ(MakeCase(19, 1, 1).Actual(input).At(0, 0).channel[1], input.At(0, 0).channel[1]);
+  MakeCase(100, 1, 1).ExpectExact(input);
 }
 
 TEST(TrailTest, EverySizeAndDepth) {
