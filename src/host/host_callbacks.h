@@ -123,7 +123,7 @@ struct SPBasicSuite {
   SPErr (*AllocateBlock)(std::size_t size, void** block);
   SPErr (*FreeBlock)(void* block);
   SPErr (*ReallocateBlock)(void* block, std::size_t newSize, void** newblock);
-  SPErr (*Undefined)(void);
+  SPErr (*Undefined)();
 };
 
 // Suites are matched by exact name and exact version; the letters' case differs between the iterate
