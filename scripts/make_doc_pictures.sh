@@ -32,8 +32,9 @@ render() {
   "$build/cli/vitrell" render "$street" "$work/$name.png" --quiet "${arguments[@]}"
 }
 
+# Without metadata, so that the same pixels are always the same file.
 to_jpeg() {
-  oiiotool "$1" --quality 85 -o "$images/$2.jpg"
+  oiiotool --nosoftwareattrib "$1" --eraseattrib '.*' --quality 85 -o "$images/$2.jpg"
 }
 
 picture() {
