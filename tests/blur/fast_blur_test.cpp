@@ -171,7 +171,7 @@ TYPED_TEST(FastBlurTest, SixtyFiveThousandTapsOverTwoPixels) {
 TYPED_TEST(FastBlurTest, RoundsMeansNextToAHalf) {
   for (const int radius : {1, 50, 300, 2000, 4096, 4097, 16383, 16384}) {
     const int taps = 2 * radius + 1;
-    for (const A_long base : {0, 1, 127, 253, this->kMax - 1}) {
+    for (A_long base = 0; base < this->kMax; base += this->kMax / (radius == 4096 ? 255 : 5)) {
       for (const int higher : {taps / 2, taps / 2 + 1}) {
         Picture<TypeParam> row(taps, 1, 0);
         Picture<TypeParam> column(1, taps, 0);
