@@ -196,10 +196,10 @@ void BoxRows<Pixel>::FillDownColumns(std::int32_t row, Pixel* out) const {
   };
   std::int64_t column = 0;
   if constexpr (std::is_same_v<Sums, U32Lanes>) {
-    for (; column + LaneGroup::kPixels <= src_.width; column += LaneGroup::kPixels) {
-      const LaneGroup group =
+    for (; column + PixelGroup::kPixels <= src_.width; column += PixelGroup::kPixels) {
+      const PixelGroup group =
           SumRowGroups(terms.added, terms.addedCount, terms.taken, terms.takenCount, column);
-      for (int i = 0; i < LaneGroup::kPixels; ++i) {
+      for (int i = 0; i < PixelGroup::kPixels; ++i) {
         store(column + i, group.lanes[i]);
       }
     }

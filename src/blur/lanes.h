@@ -44,22 +44,23 @@ inline U32Lanes LoadLanes(const PF_Pixel16* pixel) {
 
 // Four neighbouring pixels, summed over several rows: (row of added) - (rows of taken), modulo
 // 2^32.
-struct LaneGroup {
+struct PixelGroup {
   static constexpr int kPixels = 4;
   U32Lanes lanes[kPixels];
 };
 
 // At most 8 rows of each kind.
-inline LaneGroup SumRowGroups(const PF_Pixel16* const* added, int addedCount,
-                              const PF_Pixel16* const* taken, int takenCount, std::int64_t column) {
-  LaneGroup sums = {};
+inline PixelGroup SumRowGroups(const PF_Pixel16* const* added, int addedCount,
+                               const PF_Pixel16* const* taken, int takenCount,
+                               std::int64_t column) {
+  PixelGroup sums = {};
   for (int i = 0; i < addedCount; ++i) {
-    for (int pixel = 0; pixel < LaneGroup::kPixels; ++pixel) {
+    for (int pixel = 0; pixel < PixelGroup::kPixels; ++pixel) {
       sums.lanes[pixel] += LoadLanes(added[i] + column + pixel);
     }
   }
   for (int i = 0; i < takenCount; ++i) {
-    for (int pixel = 0; pixel < LaneGroup::kPixels; ++pixel) {
+    for (int pixel = 0; pixel < PixelGroup::kPixels; ++pixel) {
       sums.lanes[pixel] -= LoadLanes(taken[i] + column + pixel);
     }
   }
@@ -68,8 +69,8 @@ inline LaneGroup SumRowGroups(const PF_Pixel16* const* added, int addedCount,
 
 // At most 8 rows of each kind: their 8-bit sums stay within 16 bits, so that four pixels are added
 // up in two vectors and widened once.
-inline LaneGroup SumRowGroups(const PF_Pixel* const* added, int addedCount,
-                              const PF_Pixel* const* taken, int takenCount, std::int64_t column) {
+inline PixelGroup SumRowGroups(const PF_Pixel* const* added, int addedCount,
+                               const PF_Pixel* const* taken, int takenCount, std::int64_t column) {
 #if defined(__x86_64__)
   const __m128i zero = _mm_setzero_si128();
   __m128i low = zero;
@@ -90,14 +91,14 @@ inline LaneGroup SumRowGroups(const PF_Pixel* const* added, int addedCount,
   return {{widen(_mm_unpacklo_epi16(low, low)), widen(_mm_unpackhi_epi16(low, low)),
            widen(_mm_unpacklo_epi16(high, high)), widen(_mm_unpackhi_epi16(high, high))}};
 #else
-  LaneGroup sums = {};
+  PixelGroup sums = {};
   for (int i = 0; i < addedCount; ++i) {
-    for (int pixel = 0; pixel < LaneGroup::kPixels; ++pixel) {
+    for (int pixel = 0; pixel < PixelGroup::kPixels; ++pixel) {
       sums.lanes[pixel] += LoadLanes(added[i] + column + pixel);
     }
   }
   for (int i = 0; i < takenCount; ++i) {
-    for (int pixel = 0; pixel < LaneGroup::kPixels; ++pixel) {
+    for (int pixel = 0; pixel < PixelGroup::kPixels; ++pixel) {
       sums.lanes[pixel] -= LoadLanes(taken[i] + column + pixel);
     }
   }
