@@ -68,6 +68,11 @@ size_t FileSink::pwrite(const void* buffer, size_t size, int64_t offset) {
   return done;
 }
 
+void FileSink::Restart() {
+  m_pos = 0;
+  if (::ftruncate(file_, 0) != 0) Remember();
+}
+
 size_t FileSink::size() const {
   struct stat status {};
   return ::fstat(file_, &status) == 0 ? static_cast<size_t>(status.st_size) : 0;

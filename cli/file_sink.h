@@ -17,7 +17,8 @@ class FileSink : public OIIO::Filesystem::IOProxy {
   explicit FileSink(const std::filesystem::path& file);
   ~FileSink() override;
 
-  const char* proxytype() const override { return "file"; }
+  // Not "file": some writers would take the object for the library's own file class.
+  const char* proxytype() const override { return "sink"; }
   void close() override;
   bool seek(int64_t offset) override;
   size_t read(void* buffer, size_t size) override;
@@ -25,6 +26,9 @@ class FileSink : public OIIO::Filesystem::IOProxy {
   size_t pread(void* buffer, size_t size, int64_t offset) override;
   size_t pwrite(const void* buffer, size_t size, int64_t offset) override;
   size_t size() const override;
+
+  // Forgets everything written.
+  void Restart();
 
   // The cause of the first failed write or of a failed close; empty if all went well.
   const std::string& FirstError() const { return firstError_; }

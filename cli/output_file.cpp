@@ -16,6 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kMaxAttempts = 1000;
+constexpr int kMaxLinks = 40;          // as the system follows
 constexpr mode_t kNewFileMode = 0666;  // less the user's umask
 
 [[noreturn]] void Fail(const fs::path& file, const std::string& cause) {
@@ -26,11 +27,15 @@ fs::path FolderOf(const fs::path& file) {
   return file.has_parent_path() ? file.parent_path() : fs::path(".");
 }
 
-fs::path ResolveLinks(const fs::path& target) {
+// The file behind a symbolic link, whether it exists already or not.
+fs::path ResolveLinks(fs::path target) {
   std::error_code error;
-  if (!fs::is_symlink(target, error)) return target;
-  const fs::path resolved = fs::weakly_canonical(target, error);
-  return error ? target : resolved;
+  for (int links = 0; links < kMaxLinks && fs::is_symlink(target, error); ++links) {
+    const fs::path next = fs::read_symlink(target, error);
+    if (error) break;
+    target = FolderOf(target) / next;  // An absolute path replaces the folder.
+  }
+  return target;
 }
 
 void RefuseExisting(const fs::path& target) {

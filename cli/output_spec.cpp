@@ -12,6 +12,8 @@ namespace {
 // The other formats with alpha hold multiplied colours or, as TIFF, both.
 constexpr std::array<std::string_view, 7> kStraightOnly = {"png", "targa", "bmp", "gif",
                                                            "ico", "heif",  "webp"};
+constexpr std::array<std::string_view, 6> kFloatFormats = {"openexr", "tiff", "hdr",
+                                                           "fits",    "rla",  "dpx"};
 constexpr std::string_view kIcc = "ICCProfile";
 
 template <std::size_t N>
@@ -62,6 +64,13 @@ void DropWrongProfile(bool grey, OIIO::ImageSpec& spec, std::vector<std::string>
   notices.push_back("the ICC profile is left out; it does not fit the output's channels.");
 }
 
+// The library's TIFF writer fails on every EXIF directory (OpenImageIO 2.4 with libtiff 4.5) and
+// damages the file; a colour space becomes an EXIF entry too.
+void DropExif(OIIO::ImageSpec& spec) {
+  spec.erase_attribute("^(Exif:|GPS:).*");
+  spec.erase_attribute("oiio:ColorSpace");
+}
+
 // Compressions and bit counts are names within one format, and some would lose what was rendered.
 void DropEncoding(const Picture& input, const FormatTraits& format, Depth depth,
                   OIIO::ImageSpec& spec) {
@@ -69,6 +78,7 @@ void DropEncoding(const Picture& input, const FormatTraits& format, Depth depth,
                            "tiff:PhotometricInterpretation", "tiff:ColorSpace"}) {
     spec.erase_attribute(name);
   }
+  if (format.name == "tiff") DropExif(spec);
   const bool sameFormat = input.format == format.name;
   const std::string compression(spec.get_string_attribute("compression"));
   const bool lossy = format.name == "tiff" && (compression == "jpeg" || compression == "webp" ||
@@ -173,8 +183,11 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form,
                    notices);
   NameChannels(input, form, format.perChannel && depth == Depth::kAuto, spec);
   const bool deepFile = input.IsDeep();
+  const bool holdsFloats = Contains(kFloatFormats, format.name);
   if (depth == Depth::k8) spec.format = OIIO::TypeDesc::UINT8;
   if (depth == Depth::k16 && !deepFile) spec.format = OIIO::TypeDesc::UINT16;
+  // Left to themselves, writers without floats would take 8 bits.
+  if (spec.format.is_floating_point() && !holdsFloats) spec.format = OIIO::TypeDesc::UINT16;
   if (form.straight && spec.alpha_channel >= 0) spec.attribute("oiio:UnassociatedAlpha", 1);
   return spec;
 }

@@ -8,6 +8,7 @@
 
 #include "cli/failure.h"
 #include "cli/interrupt.h"
+#include "cli/quiet_libraries.h"
 
 namespace vitrell::cli {
 namespace {
@@ -120,6 +121,7 @@ ChannelLayout FindChannels(const OIIO::ImageSpec& spec) {
 
 Picture ReadPicture(const fs::path& file, const FileProgress& progress) {
   CheckReadable(file);
+  const QuietLibraries quiet;
   const std::unique_ptr<OIIO::ImageInput> input = OpenPicture(file);
   Picture picture;
   picture.file = file;

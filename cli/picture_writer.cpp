@@ -9,6 +9,7 @@
 #include "cli/interrupt.h"
 #include "cli/output_file.h"
 #include "cli/output_spec.h"
+#include "cli/quiet_libraries.h"
 
 namespace vitrell::cli {
 namespace {
@@ -39,17 +40,28 @@ std::string NameOf(OIIO::TypeDesc type) {
   return bits + (type.is_floating_point() ? "-bit float" : "-bit integers");
 }
 
-// The largest square picture the format's writer takes is unknown; its refusal is passed on.
-void Open(OIIO::ImageOutput& writer, FileSink& sink, const OutputFile& file,
-          const OIIO::ImageSpec& spec, const fs::path& target) {
-  if (writer.supports("ioproxy") != 0) writer.set_ioproxy(&sink);
-  if (writer.open(file.TemporaryPath().string(), spec)) return;
-  const std::string cause =
-      sink.FirstError().empty() ? OneLine(writer.geterror()) : sink.FirstError();
-  Fail(target, "the format refuses this picture (" + cause + "). Choose another format.");
+// Opens the file for the picture. An ICC profile that the format's library finds fault with is
+// left out, which shows when the header is read back.
+std::unique_ptr<OIIO::ImageOutput> OpenWriter(FileSink& sink, const OutputFile& file,
+                                              OIIO::ImageSpec spec, const fs::path& target) {
+  for (;;) {
+    std::unique_ptr<OIIO::ImageOutput> writer = MakeWriter(target);
+    if (writer->supports("ioproxy") != 0) writer->set_ioproxy(&sink);
+    if (writer->open(file.TemporaryPath().string(), spec)) return writer;
+    const std::string cause = OneLine(writer->geterror());
+    if (!sink.FirstError().empty()) {
+      Fail(target, "cannot be written (" + sink.FirstError() + "). Free some space and try again.");
+    }
+    if (spec.find_attribute("ICCProfile") == nullptr) {
+      Fail(target, "the format refuses this picture (" + cause + "). Choose another format.");
+    }
+    spec.erase_attribute("ICCProfile");
+    sink.Restart();
+  }
 }
 
-void WriteSamples(OIIO::ImageOutput& writer, FileSink& sink, const Samples& samples,
+// Returns whether the writer is sure of its success.
+bool WriteSamples(OIIO::ImageOutput& writer, FileSink& sink, const Samples& samples,
                   const fs::path& target, const FileProgress& progress) {
   const bool written = std::visit(
       [&](const auto& values) {
@@ -67,14 +79,17 @@ void WriteSamples(OIIO::ImageOutput& writer, FileSink& sink, const Samples& samp
     Fail(target, "cannot be written (" + sink.FirstError() + "). Free some space and try again.");
   }
   const std::string message = OneLine(writer.geterror());
-  if (!written || !closed || !message.empty()) {
+  if (!written || !closed) {
     Fail(target, "cannot be written (" + (message.empty() ? "the writer failed" : message) +
                      "). Check the space on the disk, or choose another format.");
   }
+  // A message alone proves nothing: the TIFF writer of OpenImageIO 2.4 complains about the EXIF
+  // data of every file with libtiff 4.5.
+  return message.empty() && writer.supports("ioproxy") != 0;
 }
 
 // Not every writer tells a failure, so the header is read back in any case and the pixels where
-// the writer did not write through the sink.
+// the writer is not sure.
 OIIO::ImageSpec ReadBack(const OutputFile& file, bool pixelsToo, const fs::path& target) {
   OIIO::ImageSpec wishes;
   wishes.attribute("oiio:UnassociatedAlpha", 1);
@@ -86,10 +101,9 @@ OIIO::ImageSpec ReadBack(const OutputFile& file, bool pixelsToo, const fs::path&
     good = input->read_image(0, 0, 0, spec.nchannels, OIIO::TypeDesc::UINT8, pixels.data());
   }
   if (!good) {
-    static_cast<void>(OIIO::geterror());
-    Fail(target,
-         "was not written completely. Check the space on the disk, or choose another "
-         "format.");
+    Fail(target, "was not written completely (" +
+                     OneLine(input == nullptr ? OIIO::geterror() : input->geterror()) +
+                     "). Check the space on the disk, or choose another format.");
   }
   return input->spec();
 }
@@ -118,17 +132,18 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
                                       const headless::WorldBuffer& result, const WriteOrder& order,
                                       const FileProgress& progress) {
   std::vector<std::string> notices;
-  const std::unique_ptr<OIIO::ImageOutput> writer = MakeWriter(order.target);
-  const FormatTraits format = TraitsOf(*writer);
+  const FormatTraits format = TraitsOf(*MakeWriter(order.target));
   OutputForm form = ChooseForm(input, Inspect(result), format, notices);
   const OIIO::ImageSpec spec = MakeOutputSpec(input, form, format, order.depth, notices);
   OutputFile file(order.target);
   FileSink sink(file.TemporaryPath());
-  Open(*writer, sink, file, spec, order.target);
+  const QuietLibraries quiet;
+  const std::unique_ptr<OIIO::ImageOutput> writer = OpenWriter(sink, file, spec, order.target);
   const OIIO::TypeDesc actual = writer->spec().format;
   form.type = SampleTypeOf(actual);
-  WriteSamples(*writer, sink, TakeFromEffect(input, given, result, form), order.target, progress);
-  const OIIO::ImageSpec written = ReadBack(file, writer->supports("ioproxy") == 0, order.target);
+  const bool sure = WriteSamples(*writer, sink, TakeFromEffect(input, given, result, form),
+                                 order.target, progress);
+  const OIIO::ImageSpec written = ReadBack(file, !sure, order.target);
   TellLosses(input, spec, actual, written, notices);
   ThrowIfInterrupted();
   file.Commit(order.force);

@@ -111,7 +111,8 @@ Value RelativeLayer(const Value& value, const std::filesystem::path& folder) {
 }  // namespace
 
 void LoadPreset(const std::filesystem::path& file, Settings& settings) {
-  for (const auto& [key, json] : ParseObject(file).items()) {
+  const Json object = ParseObject(file);
+  for (const auto& [key, json] : object.items()) {
     const Control* control = settings.GetPanel().Find(key);
     if (control == nullptr) {
       Fail(file, UnknownNameMessage(settings.GetPanel(), key) + " Correct or remove this key.");

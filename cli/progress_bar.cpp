@@ -1,9 +1,10 @@
 // Drawing the progress line.
 #include "cli/progress_bar.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 namespace vitrell::cli {
 namespace {
@@ -31,27 +32,33 @@ std::string ProgressLine(int stage, int stages, double fraction, double elapsedS
   return line;
 }
 
-ProgressBar::ProgressBar(bool on) : on_(on) {}
+ProgressBar::ProgressBar(bool on) {
+  const int terminal = on ? ::dup(STDERR_FILENO) : -1;
+  if (terminal >= 0) terminal_ = ::fdopen(terminal, "w");
+}
 
-ProgressBar::~ProgressBar() { Wipe(); }
+ProgressBar::~ProgressBar() {
+  Wipe();
+  if (terminal_ != nullptr) std::fclose(terminal_);
+}
 
 void ProgressBar::Show(int stage, double done) {
   const Clock::time_point now = Clock::now();
-  if (!on_ || now - lastDrawn_ < kInterval) return;
+  if (!IsOn() || now - lastDrawn_ < kInterval) return;
   lastDrawn_ = now;
   drawn_ = true;
   const int shownStages = std::max(stage, stages_);
   const double elapsed = std::chrono::duration<double>(now - start_).count();
   const std::string line =
       ProgressLine(stage, shownStages, (stage - 1 + done) / shownStages, elapsed);
-  std::fprintf(stderr, "\r%s\033[K", line.c_str());
-  std::fflush(stderr);
+  std::fprintf(terminal_, "\r%s\033[K", line.c_str());
+  std::fflush(terminal_);
 }
 
 void ProgressBar::Wipe() {
   if (!drawn_) return;
-  std::fputs("\r\033[K", stderr);
-  std::fflush(stderr);
+  std::fputs("\r\033[K", terminal_);
+  std::fflush(terminal_);
   drawn_ = false;
 }
 

@@ -3,6 +3,7 @@
 #define VITRELL_CLI_PROGRESS_BAR_H_
 
 #include <chrono>
+#include <cstdio>
 #include <string>
 
 namespace vitrell::cli {
@@ -20,7 +21,7 @@ class ProgressBar {
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
-  bool IsOn() const { return on_; }
+  bool IsOn() const { return terminal_ != nullptr; }
   void SetStages(int stages) { stages_ = stages; }
   // stage counts from 1; `done` is the part of this stage, 0 to 1.
   void Show(int stage, double done);
@@ -29,7 +30,8 @@ class ProgressBar {
  private:
   using Clock = std::chrono::steady_clock;
 
-  bool on_;
+  // Standard error of its own, since that of the picture libraries is silenced.
+  std::FILE* terminal_ = nullptr;
   bool drawn_ = false;
   int stages_ = 1;
   Clock::time_point start_ = Clock::now();

@@ -1,0 +1,211 @@
+// Pixels on their way to the effect and back.
+#include "cli/exchange.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+namespace vitrell::cli {
+namespace {
+
+using headless::WorldBuffer;
+
+template <typename Sample>
+Picture MakePicture(int width, int channels, std::vector<Sample> samples, bool straight = true) {
+  Picture picture;
+  const int height = static_cast<int>(samples.size()) / (width * channels);
+  picture.spec = OIIO::ImageSpec(width, height, channels, OIIO::BaseTypeFromC<Sample>::value);
+  picture.spec.alpha_channel = channels == 4 ? 3 : channels == 2 ? 1 : -1;
+  picture.layout = FindChannels(picture.spec);
+  picture.straight = straight;
+  picture.samples = std::move(samples);
+  return picture;
+}
+
+OutputForm FormOf(const Picture& picture, SampleType type, bool straight = true) {
+  OutputForm form;
+  form.type = type;
+  form.straight = straight;
+  form.channels.push_back({Role::kRed, picture.layout.red});
+  if (!picture.layout.IsGrey()) {
+    form.channels.push_back({Role::kGreen, picture.layout.green});
+    form.channels.push_back({Role::kBlue, picture.layout.blue});
+  }
+  if (picture.layout.HasAlpha()) form.channels.push_back({Role::kAlpha, picture.layout.alpha});
+  return form;
+}
+
+template <typename Sample>
+std::vector<Sample> Unchanged(const Picture& picture, bool deep, const OutputForm& form) {
+  const Given given = GiveToEffect(picture, deep);
+  const WorldBuffer result = given.world;
+  return std::get<std::vector<Sample>>(TakeFromEffect(picture, given.world, result, form));
+}
+
+// All 16-bit values, as a picture of 256 x 256.
+std::vector<uint16_t> AllWords() {
+  std::vector<uint16_t> words(65536);
+  std::iota(words.begin(), words.end(), uint16_t{0});
+  return words;
+}
+
+TEST(ExchangeTest, EightBitsArriveAsTheyAre) {
+  const Given given = GiveToEffect(MakePicture<uint8_t>(1, 4, {10, 20, 30, 40}), false);
+  const PF_Pixel pixel = given.world.At8(0, 0);
+  EXPECT_EQ(pixel.red, 10);
+  EXPECT_EQ(pixel.green, 20);
+  EXPECT_EQ(pixel.blue, 30);
+  EXPECT_EQ(pixel.alpha, 40);
+}
+
+TEST(ExchangeTest, SixteenBitsAreRoundedToTheNearest) {
+  const Given given = GiveToEffect(MakePicture<uint16_t>(256, 1, AllWords()), true);
+  for (int value = 0; value < 65536; ++value) {
+    // Without ties, since 65535 is odd.
+    const long nearest = std::lround(static_cast<double>(value) * 32768 / 65535);
+    ASSERT_EQ(given.world.At16(value % 256, value / 256).green, nearest) << value;
+    ASSERT_EQ(given.world.At16(value % 256, value / 256).alpha, 32768);
+  }
+}
+
+TEST(ExchangeTest, UntouchedSixteenBitValuesComeBackAllDifferent) {
+  const Picture picture = MakePicture<uint16_t>(256, 1, AllWords());
+  EXPECT_EQ(Unchanged<uint16_t>(picture, true, FormOf(picture, SampleType::kWord)), AllWords());
+}
+
+TEST(ExchangeTest, ChangedSixteenBitValuesAreScaled) {
+  const Picture picture = MakePicture<uint16_t>(3, 1, {1000, 1000, 1000});
+  const Given given = GiveToEffect(picture, true);
+  WorldBuffer result = given.world;
+  result.At16(0, 0) = {32768, 32768, 32768, 32768};
+  result.At16(1, 0) = {32768, 16384, 16384, 16384};
+  const OutputForm form = FormOf(picture, SampleType::kWord);
+  // 16384 / 32768 * 65535 = 32767.5, rounded up.
+  EXPECT_EQ(std::get<std::vector<uint16_t>>(TakeFromEffect(picture, given.world, result, form)),
+            (std::vector<uint16_t>{65535, 32768, 1000}));
+}
+
+TEST(ExchangeTest, OnlyTheChangedChannelIsRounded) {
+  const Picture picture = MakePicture<uint16_t>(1, 3, {1001, 1003, 1005});
+  const Given given = GiveToEffect(picture, true);
+  WorldBuffer result = given.world;
+  result.At16(0, 0).green = 32768;
+  const OutputForm form = FormOf(picture, SampleType::kWord);
+  EXPECT_EQ(std::get<std::vector<uint16_t>>(TakeFromEffect(picture, given.world, result, form)),
+            (std::vector<uint16_t>{1001, 65535, 1005}));
+}
+
+TEST(ExchangeTest, ValuesAboveWhiteBecomeWhite) {
+  const Picture picture = MakePicture<uint16_t>(1, 1, {5});
+  const Given given = GiveToEffect(picture, true);
+  WorldBuffer result = given.world;
+  result.At16(0, 0) = {65535, 65535, 65535, 65535};
+  EXPECT_EQ(std::get<std::vector<uint16_t>>(
+                TakeFromEffect(picture, given.world, result, FormOf(picture, SampleType::kWord))),
+            std::vector<uint16_t>{65535});
+}
+
+TEST(ExchangeTest, MultipliedColoursAreDividedAndMultiplied) {
+  const Picture picture = MakePicture<uint8_t>(1, 4, {60, 30, 0, 120}, false);
+  const Given given = GiveToEffect(picture, false);
+  // 60 / 120 * 255 = 127.5, 30 / 120 * 255 = 63.75.
+  EXPECT_EQ(given.world.At8(0, 0).red, 128);
+  EXPECT_EQ(given.world.At8(0, 0).green, 64);
+  EXPECT_EQ(given.world.At8(0, 0).alpha, 120);
+  WorldBuffer result = given.world;
+  result.At8(0, 0).green = 255;
+  const OutputForm form = FormOf(picture, SampleType::kByte, false);
+  EXPECT_EQ(std::get<std::vector<uint8_t>>(TakeFromEffect(picture, given.world, result, form)),
+            (std::vector<uint8_t>{60, 120, 0, 120}));
+}
+
+TEST(ExchangeTest, ChangedAlphaMultipliesAllColours) {
+  const Picture picture = MakePicture<uint8_t>(1, 4, {120, 60, 0, 120}, false);
+  const Given given = GiveToEffect(picture, false);
+  WorldBuffer result = given.world;
+  result.At8(0, 0).alpha = 60;
+  const OutputForm form = FormOf(picture, SampleType::kByte, false);
+  EXPECT_EQ(std::get<std::vector<uint8_t>>(TakeFromEffect(picture, given.world, result, form)),
+            (std::vector<uint8_t>{60, 30, 0, 60}));
+}
+
+TEST(ExchangeTest, EveryMultipliedPairComesBackUntouched) {
+  std::vector<uint8_t> samples;
+  for (int alpha = 0; alpha < 256; ++alpha) {
+    for (int colour = 0; colour < 256; ++colour) {
+      samples.push_back(static_cast<uint8_t>(std::min(colour, alpha)));
+      samples.push_back(static_cast<uint8_t>(alpha));
+    }
+  }
+  const Picture picture = MakePicture<uint8_t>(256, 2, samples, false);
+  EXPECT_EQ(Unchanged<uint8_t>(picture, false, FormOf(picture, SampleType::kByte, false)), samples);
+}
+
+TEST(ExchangeTest, ColoursUnderZeroAlphaStay) {
+  const Picture picture = MakePicture<uint8_t>(1, 4, {9, 8, 7, 0});
+  EXPECT_EQ(Unchanged<uint8_t>(picture, false, FormOf(picture, SampleType::kByte)),
+            (std::vector<uint8_t>{9, 8, 7, 0}));
+}
+
+TEST(ExchangeTest, FloatsAreClippedAndCounted) {
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  const Picture picture = MakePicture<float>(5, 1, {0.25F, 3.0F, -1.0F, nan, 1.0F});
+  const Given given = GiveToEffect(picture, true);
+  EXPECT_EQ(given.clippedPixels, 3);
+  EXPECT_EQ(given.world.At16(0, 0).red, 8192);
+  EXPECT_EQ(given.world.At16(1, 0).red, 32768);
+  EXPECT_EQ(given.world.At16(2, 0).red, 0);
+  EXPECT_EQ(given.world.At16(3, 0).red, 0);
+  EXPECT_EQ(Unchanged<float>(picture, true, FormOf(picture, SampleType::kFloat)),
+            (std::vector<float>{0.25F, 1.0F, 0.0F, 0.0F, 1.0F}));
+}
+
+TEST(ExchangeTest, UntouchedFloatsKeepTheirPrecision) {
+  const Picture picture = MakePicture<float>(2, 1, {0.1234567F, 1e-9F});
+  EXPECT_EQ(Unchanged<float>(picture, true, FormOf(picture, SampleType::kFloat)),
+            (std::vector<float>{0.1234567F, 1e-9F}));
+}
+
+TEST(ExchangeTest, EightBitsBecomeSixteenExactly) {
+  std::vector<uint8_t> bytes(256);
+  std::iota(bytes.begin(), bytes.end(), uint8_t{0});
+  const Picture picture = MakePicture<uint8_t>(256, 1, bytes);
+  const auto words = Unchanged<uint16_t>(picture, true, FormOf(picture, SampleType::kWord));
+  for (std::size_t i = 0; i < 256; ++i) EXPECT_EQ(words[i], i * 257);
+}
+
+TEST(ExchangeTest, InspectFindsColourAndTransparency) {
+  for (const bool deep : {false, true}) {
+    const Picture picture = MakePicture<uint8_t>(2, 1, {7, 9});
+    WorldBuffer world = GiveToEffect(picture, deep).world;
+    EXPECT_TRUE(Inspect(world).grey);
+    EXPECT_TRUE(Inspect(world).opaque);
+    if (deep) {
+      ++world.At16(1, 0).blue;
+      --world.At16(0, 0).alpha;
+    } else {
+      ++world.At8(1, 0).blue;
+      --world.At8(0, 0).alpha;
+    }
+    EXPECT_FALSE(Inspect(world).grey);
+    EXPECT_FALSE(Inspect(world).opaque);
+  }
+}
+
+TEST(ExchangeTest, FindChannelsKnowsNamesAndOrder) {
+  OIIO::ImageSpec spec(1, 1, 5, OIIO::TypeDesc::FLOAT);
+  spec.channelnames = {"A", "B", "G", "R", "Z"};
+  spec.alpha_channel = 0;
+  const ChannelLayout layout = FindChannels(spec);
+  EXPECT_EQ(layout.red, 3);
+  EXPECT_EQ(layout.green, 2);
+  EXPECT_EQ(layout.blue, 1);
+  EXPECT_EQ(layout.alpha, 0);
+  EXPECT_FALSE(FindChannels(OIIO::ImageSpec(1, 1, 3, OIIO::TypeDesc::UINT8)).HasAlpha());
+  EXPECT_TRUE(FindChannels(OIIO::ImageSpec(1, 1, 1, OIIO::TypeDesc::UINT8)).IsGrey());
+}
+
+}  // namespace
+}  // namespace vitrell::cli

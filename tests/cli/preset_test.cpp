@@ -1,0 +1,124 @@
+// Presets as files.
+#include "cli/preset.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "cli/failure.h"
+#include "headless/effect_host.h"
+
+namespace vitrell::cli {
+namespace {
+
+class PresetTest : public testing::Test {
+ protected:
+  ~PresetTest() override { std::filesystem::remove_all(folder_); }
+
+  PresetTest() { std::filesystem::create_directories(folder_); }
+
+  std::string LoadMessage(const std::string& text) {
+    std::ofstream(file_) << text;
+    Settings settings(panel_);
+    try {
+      LoadPreset(file_, settings);
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.code(), kFailed);
+      EXPECT_NE(std::string(failure.what()).find(file_.string()), std::string::npos);
+      return failure.what();
+    }
+    return "nothing";
+  }
+
+  Value Loaded(const std::string& text, const char* name) {
+    std::ofstream(file_) << text;
+    Settings settings(panel_);
+    LoadPreset(file_, settings);
+    return settings.ValueOf(*panel_.Find(name));
+  }
+
+  headless::EffectHost host_{std::filesystem::path(VITRELL_MODULE_PATH)};
+  Panel panel_ = MakePanel(host_.Parameters());
+  std::filesystem::path folder_ =
+      std::filesystem::temp_directory_path() / ("vitrell-preset-" + std::to_string(::getpid()));
+  std::filesystem::path file_ = folder_ / "look.json";
+};
+
+TEST_F(PresetTest, EveryKindOfValueIsRead) {
+  EXPECT_EQ(Loaded(R"({"fast-blur.amount": 35})", "fast-blur.amount"), Value(35.0));
+  EXPECT_EQ(Loaded(R"({"fast-blur.amount": "35.5"})", "fast-blur.amount"), Value(35.5));
+  EXPECT_EQ(Loaded(R"({"trail.visible": false})", "trail.visible"), Value(false));
+  EXPECT_EQ(Loaded(R"({"trail.visible": "off"})", "trail.visible"), Value(false));
+  EXPECT_EQ(Loaded(R"({"lens.type": "triangle"})", "lens.type"), Value(ChoiceValue{5}));
+  EXPECT_EQ(Loaded(R"({"lens.type": 6})", "lens.type"), Value(ChoiceValue{6}));
+  EXPECT_EQ(Loaded(R"({"lens.position": [960, 540]})", "lens.position"),
+            Value(PointValue{{960, false}, {540, false}}));
+  EXPECT_EQ(Loaded(R"({"lens.position": "25%,75%"})", "lens.position"),
+            Value(PointValue{{25, true}, {75, true}}));
+  EXPECT_EQ(Loaded(R"({"color.color": [255, 136, 0]})", "color.color"),
+            Value(ColourValue{255, 136, 0}));
+  EXPECT_EQ(Loaded(R"({"lens.rotation": -45.5})", "lens.rotation"), Value(-45.5));
+}
+
+TEST_F(PresetTest, LayersAreRelativeToThePreset) {
+  EXPECT_EQ(Loaded(R"({"lens.custom-layer": "mask.png"})", "lens.custom-layer"),
+            Value(LayerValue{(folder_ / "mask.png").string()}));
+  EXPECT_EQ(Loaded(R"({"lens.custom-layer": null})", "lens.custom-layer"), Value(LayerValue{}));
+}
+
+TEST_F(PresetTest, SavedSettingsLoadTheSame) {
+  Settings settings(panel_);
+  for (const char* assignment :
+       {"lens.type=rectangle --", "lens.feather=33.3", "lens.position=10.5,25%",
+        "color.color=1,2,3", "lens.rotation=-725.25", "trail.visible=off", "mode=screen"}) {
+    settings.Set(assignment);
+  }
+  settings.SetValue(*panel_.Find("lens.custom-layer"), LayerValue{(folder_ / "m.png").string()});
+  SavePreset(file_, settings);
+  Settings loaded(panel_);
+  LoadPreset(file_, loaded);
+  EXPECT_EQ(loaded.Values(), settings.Values());
+  EXPECT_NE(loaded.Values(), Settings(panel_).Values());
+}
+
+TEST_F(PresetTest, SavedPresetsNameEveryControl) {
+  SavePreset(file_, Settings(panel_));
+  std::ifstream stream(file_);
+  const std::string text{std::istreambuf_iterator<char>(stream), {}};
+  for (const Control& control : panel_.controls) {
+    EXPECT_NE(text.find("\"" + control.name + "\": "), std::string::npos) << control.name;
+  }
+}
+
+TEST_F(PresetTest, MistakesAreToldWithTheirPlace) {
+  EXPECT_NE(LoadMessage("{\n\"mode\": \n}").find("not valid JSON: parse error at line 3"),
+            std::string::npos);
+  for (const char* text : {"", "{", "[1,2]", "3", "null", "{\"mode\": NaN}", "{\"mode\": 1e999}"}) {
+    EXPECT_NE(LoadMessage(text).find("--save-preset"), std::string::npos) << text;
+  }
+  EXPECT_NE(LoadMessage(R"({"lens.tipe": 1})").find("Did you mean lens.type"), std::string::npos);
+  EXPECT_NE(LoadMessage(R"({"lens.feather": 2000})").find("key \"lens.feather\": 2000 is out of"),
+            std::string::npos);
+}
+
+TEST_F(PresetTest, WrongTypesAreToldWithTheKey) {
+  for (const char* text :
+       {R"({"lens.feather": true})", R"({"lens.feather": null})", R"({"lens.feather": [1]})",
+        R"({"lens.feather": {}})", R"({"lens.feather": "abc"})", R"({"trail.visible": 1.0})",
+        R"({"trail.visible": "maybe"})", R"({"lens.type": 2.5})", R"({"lens.type": false})",
+        R"({"lens.position": 5})", R"({"lens.position": [1]})", R"({"lens.position": [1, "x"]})",
+        R"({"color.color": [1, 2, 300]})", R"({"color.color": 5})", R"({"mode": ["screen"]})"}) {
+    EXPECT_NE(LoadMessage(text).find("key \""), std::string::npos) << text;
+  }
+}
+
+TEST_F(PresetTest, UnreadablePresetsAreRefused) {
+  Settings settings(panel_);
+  EXPECT_THROW(LoadPreset(folder_ / "missing.json", settings), Failure);
+  EXPECT_THROW(LoadPreset(folder_, settings), Failure);
+  EXPECT_THROW(LoadPreset("/dev/zero", settings), Failure);
+}
+
+}  // namespace
+}  // namespace vitrell::cli

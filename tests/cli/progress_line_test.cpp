@@ -1,0 +1,26 @@
+// What the progress line says.
+#include <gtest/gtest.h>
+
+#include "cli/progress_bar.h"
+
+namespace vitrell::cli {
+namespace {
+
+TEST(ProgressLineTest, ShowsPartStageAndTimeLeft) {
+  EXPECT_EQ(ProgressLine(4, 13, 0.25, 3.0),
+            "[#######-----------------------]  25 %  stage 4 of 13  about 9 s left");
+}
+
+TEST(ProgressLineTest, TellsNoTimeBeforeItCanKnow) {
+  EXPECT_EQ(ProgressLine(1, 10, 0.05, 3.0),
+            "[#-----------------------------]   5 %  stage 1 of 10");
+  EXPECT_EQ(ProgressLine(5, 10, 0.5, 0.5), "[###############---------------]  50 %  stage 5 of 10");
+}
+
+TEST(ProgressLineTest, NeverLeavesTheBar) {
+  EXPECT_EQ(ProgressLine(9, 9, 1.7, 0.1), "[##############################] 100 %  stage 9 of 9");
+  EXPECT_EQ(ProgressLine(1, 9, -0.2, 0.1), "[------------------------------]   0 %  stage 1 of 9");
+}
+
+}  // namespace
+}  // namespace vitrell::cli

@@ -1,0 +1,160 @@
+// Values as users type them.
+#include "cli/value_text.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <string>
+
+#include "cli/failure.h"
+
+namespace vitrell::cli {
+namespace {
+
+Control Slider() {
+  Control control;
+  control.kind = ControlKind::kNumber;
+  control.name = "lens.feather";
+  control.defaultValue = 0.0;
+  control.minimum = 0;
+  control.maximum = 1000;
+  control.percent = true;
+  return control;
+}
+
+Control Of(ControlKind kind, Value defaultValue) {
+  Control control;
+  control.kind = kind;
+  control.name = "group.control";
+  control.defaultValue = std::move(defaultValue);
+  return control;
+}
+
+Control LensType() {
+  Control control = Of(ControlKind::kChoice, ChoiceValue{2});
+  control.choices = {"None", "Circle", "Rectangle --", "Rectangle l"};
+  return control;
+}
+
+std::string Complaint(const Control& control, const std::string& text) {
+  try {
+    ParseValue(control, text);
+  } catch (const ValueError& error) {
+    return error.what();
+  }
+  return "nothing";
+}
+
+bool Holds(const std::string& text, const std::string& piece) {
+  return text.find(piece) != std::string::npos;
+}
+
+TEST(ValueTextTest, NumbersAreInTheControlsUnit) {
+  EXPECT_EQ(ParseValue(Slider(), "12.5"), Value(12.5));
+  EXPECT_EQ(ParseValue(Slider(), "12.5%"), Value(12.5));
+  EXPECT_EQ(ParseValue(Slider(), " +7 "), Value(7.0));
+  EXPECT_EQ(ParseValue(Slider(), "1e2"), Value(100.0));
+}
+
+TEST(ValueTextTest, PercentSignIsRefusedWhereTheUnitIsAnother) {
+  Control control = Slider();
+  control.percent = false;
+  EXPECT_TRUE(Holds(Complaint(control, "12%"), "is not a number"));
+}
+
+TEST(ValueTextTest, WhatIsNoFiniteNumberIsRefused) {
+  for (const char* text : {"nan", "NaN", "-nan", "inf", "-inf", "infinity", "1e999", "abc", "", " ",
+                           "12x", "1,5", "0x10", "--5", "+-5", "++5"}) {
+    EXPECT_TRUE(Holds(Complaint(Slider(), text), "is not a number")) << text;
+    EXPECT_TRUE(Holds(Complaint(Slider(), text), "0 to 1000 %")) << text;
+  }
+}
+
+TEST(ValueTextTest, RangeIsToldAndItsEndsAreIn) {
+  EXPECT_EQ(ParseValue(Slider(), "0"), Value(0.0));
+  EXPECT_EQ(ParseValue(Slider(), "1000"), Value(1000.0));
+  EXPECT_EQ(Complaint(Slider(), "1000.5"), "1000.5 is out of range. Give 0 to 1000 %.");
+  EXPECT_EQ(Complaint(Slider(), "-1"), "-1 is out of range. Give 0 to 1000 %.");
+}
+
+TEST(ValueTextTest, NumbersDoNotDependOnTheLocale) {
+  const std::string before = std::setlocale(LC_ALL, nullptr);
+  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) GTEST_SKIP() << "no such locale here";
+  EXPECT_EQ(ParseValue(Slider(), "12.5"), Value(12.5));
+  EXPECT_EQ(FormatNumber(12.5), "12.5");
+  std::setlocale(LC_ALL, before.c_str());
+}
+
+TEST(ValueTextTest, SwitchesAreOnOrOff) {
+  const Control control = Of(ControlKind::kSwitch, false);
+  EXPECT_EQ(ParseValue(control, "ON"), Value(true));
+  EXPECT_EQ(ParseValue(control, "off"), Value(false));
+  EXPECT_TRUE(Holds(Complaint(control, "2"), "neither on nor off"));
+  EXPECT_TRUE(Holds(Complaint(control, ""), "neither on nor off"));
+}
+
+TEST(ValueTextTest, ChoicesAreGivenByTextOrNumber) {
+  EXPECT_EQ(ParseValue(LensType(), "circle"), Value(ChoiceValue{2}));
+  EXPECT_EQ(ParseValue(LensType(), "rectangle --"), Value(ChoiceValue{3}));
+  EXPECT_EQ(ParseValue(LensType(), "Rectangle  L"), Value(ChoiceValue{4}));
+  EXPECT_EQ(ParseValue(LensType(), "1"), Value(ChoiceValue{1}));
+  for (const char* text : {"0", "5", "1.5", "rectangle", "", "nan", "-1", "99999999999"}) {
+    EXPECT_TRUE(Holds(Complaint(LensType(), text), "None | Circle | Rectangle -- | Rectangle l"))
+        << text;
+  }
+}
+
+TEST(ValueTextTest, PointsArePixelsOrPercent) {
+  const Control control = Of(ControlKind::kPoint, PointValue{});
+  EXPECT_EQ(ParseValue(control, "960,540"), Value(PointValue{{960, false}, {540, false}}));
+  EXPECT_EQ(ParseValue(control, "50%, 25.5%"), Value(PointValue{{50, true}, {25.5, true}}));
+  EXPECT_EQ(ParseValue(control, "-3.5,100%"), Value(PointValue{{-3.5, false}, {100, true}}));
+  for (const char* text : {"960", "1,2,3", ",", "a,b", "1,", "nan,1", "1,inf", "40000,1", ""}) {
+    EXPECT_NE(Complaint(control, text), "nothing") << text;
+  }
+}
+
+TEST(ValueTextTest, AnglesAreDegreesOfAnyNumberOfTurns) {
+  const Control control = Of(ControlKind::kAngle, 0.0);
+  EXPECT_EQ(ParseValue(control, "-725.5"), Value(-725.5));
+  EXPECT_TRUE(Holds(Complaint(control, "32768"), "-32767 to 32767 degrees"));
+  EXPECT_TRUE(Holds(Complaint(control, "nan"), "is not a number"));
+}
+
+TEST(ValueTextTest, ColoursAreHexOrThreeNumbers) {
+  const Control control = Of(ControlKind::kColour, ColourValue{});
+  EXPECT_EQ(ParseValue(control, "#ff8800"), Value(ColourValue{255, 136, 0}));
+  EXPECT_EQ(ParseValue(control, "#FF8800"), Value(ColourValue{255, 136, 0}));
+  EXPECT_EQ(ParseValue(control, "255, 136, 0"), Value(ColourValue{255, 136, 0}));
+  for (const char* text : {"ff8800", "#ff880", "#ff88000", "#gg0000", "#-f8800", "256,0,0", "1,2",
+                           "1,2,3,4", "1.5,2,3", "-1,0,0", "red", ""}) {
+    EXPECT_TRUE(Holds(Complaint(control, text), "is not a colour")) << text;
+  }
+}
+
+TEST(ValueTextTest, FormattedValuesReadBackTheSame) {
+  const auto survives = [](const Control& control, const Value& value) {
+    return ParseValue(control, FormatValue(control, value)) == value;
+  };
+  for (const double number : {0.0, 0.1, 1.0 / 3, 20.0, 999.999, 1000.0, 5e-324, 1e-7}) {
+    EXPECT_TRUE(survives(Slider(), number)) << number;
+  }
+  EXPECT_TRUE(survives(LensType(), ChoiceValue{3}));
+  EXPECT_TRUE(survives(Of(ControlKind::kSwitch, false), true));
+  EXPECT_TRUE(survives(Of(ControlKind::kAngle, 0.0), -0.125));
+  EXPECT_TRUE(survives(Of(ControlKind::kPoint, PointValue{}),
+                       PointValue{{12.25, false}, {100.0 / 3, true}}));
+  EXPECT_TRUE(survives(Of(ControlKind::kColour, ColourValue{}), ColourValue{1, 2, 171}));
+  EXPECT_TRUE(survives(Of(ControlKind::kLayer, LayerValue{}), LayerValue{"a b.png"}));
+  EXPECT_TRUE(survives(Of(ControlKind::kLayer, LayerValue{}), LayerValue{}));
+}
+
+TEST(ValueTextTest, NumbersAreNeverScientific) {
+  EXPECT_EQ(FormatNumber(65536), "65536");
+  EXPECT_EQ(FormatNumber(100000), "100000");
+  EXPECT_EQ(FormatNumber(-0.05), "-0.05");
+  EXPECT_EQ(FormatNumber(-0.0), "0");
+}
+
+}  // namespace
+}  // namespace vitrell::cli
