@@ -119,7 +119,7 @@ std::string BenchFrame::CheckFull() {
   headless::RenderResult result = host_.Render(input_, output_, nullptr, Options());
   if (!result.Ok()) return "full render: " + result.description;
   headless::RenderOptions other = Options();
-  if (!case_.threadDependent) other.threads = case_.threads == 1 ? 3 : 1;
+  if (!case_.oneThreadOnly) other.threads = case_.threads == 1 ? 3 : 1;
   other.newWorldLayout.rowPadding = 24;
   headless::WorldBuffer again(case_.width, case_.height, case_.deep);
   result = host_.Render(input_, again, nullptr, other);
