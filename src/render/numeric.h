@@ -17,19 +17,22 @@ namespace vitrell {
 // stands anywhere in the effect.
 inline std::int32_t TruncateToInt32(double value) {
 #if defined(__x86_64__)
-  return _mm_cvttsd_si32(_mm_set_sd(value));
-#else
+  // A compiler that knows the value would fold the instruction to its own idea of the result.
+  if (!__builtin_constant_p(value)) {
+    return _mm_cvttsd_si32(_mm_set_sd(value));
+  }
+#endif
   return value > -2147483649.0 && value < 2147483648.0 ? static_cast<std::int32_t>(value)
                                                        : std::numeric_limits<std::int32_t>::min();
-#endif
 }
 
 inline std::int32_t TruncateToInt32(float value) {
 #if defined(__x86_64__)
-  return _mm_cvttss_si32(_mm_set_ss(value));
-#else
-  return TruncateToInt32(static_cast<double>(value));
+  if (!__builtin_constant_p(value)) {
+    return _mm_cvttss_si32(_mm_set_ss(value));
+  }
 #endif
+  return TruncateToInt32(static_cast<double>(value));
 }
 
 // Truncates and keeps the low 8 or 16 bits: no clamping anywhere. NaN becomes 0.
