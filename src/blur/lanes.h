@@ -23,7 +23,7 @@ using F64Pair = double __attribute__((vector_size(16)));
 
 inline U32Lanes LoadLanes(const PF_Pixel* pixel) {
 #if defined(__x86_64__)
-  std::int32_t bytes;
+  std::int32_t bytes = 0;
   std::memcpy(&bytes, pixel, sizeof(bytes));
   const __m128i zero = _mm_setzero_si128();
   const __m128i words = _mm_unpacklo_epi8(_mm_cvtsi32_si128(bytes), zero);

@@ -51,16 +51,19 @@ class Buffer {
   const T& operator[](std::size_t index) const { return data_[index]; }
 
  private:
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): the values may well be pointers.
+  static constexpr std::size_t kValueBytes = sizeof(T);
+
   bool Take(std::size_t count, bool zeroed) {
     Free();
     if (count == 0) {
       return true;
     }
     // No object may be larger than PTRDIFF_MAX bytes; this also keeps the product from wrapping.
-    if (count > static_cast<std::size_t>(PTRDIFF_MAX) / sizeof(T)) {
+    if (count > static_cast<std::size_t>(PTRDIFF_MAX) / kValueBytes) {
       return false;
     }
-    void* const block = zeroed ? std::calloc(count, sizeof(T)) : std::malloc(count * sizeof(T));
+    void* const block = zeroed ? std::calloc(count, kValueBytes) : std::malloc(count * kValueBytes);
     data_ = static_cast<T*>(block);
     size_ = data_ != nullptr ? count : 0;
     return data_ != nullptr;
@@ -105,12 +108,15 @@ class GrowingBuffer {
   const T& operator[](std::size_t index) const { return data_[index]; }
 
  private:
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): the values may well be pointers.
+  static constexpr std::size_t kValueBytes = sizeof(T);
+
   bool Grow() {
     const std::size_t wanted = capacity_ == 0 ? 64 : capacity_ + capacity_ / 2;
-    if (wanted > static_cast<std::size_t>(PTRDIFF_MAX) / sizeof(T)) {
+    if (wanted > static_cast<std::size_t>(PTRDIFF_MAX) / kValueBytes) {
       return false;
     }
-    void* const block = std::realloc(data_, wanted * sizeof(T));
+    void* const block = std::realloc(data_, wanted * kValueBytes);
     if (block == nullptr) {
       return false;
     }
