@@ -167,9 +167,9 @@ void LensShape::Classify(std::int32_t y, std::int32_t left, std::size_t count, d
     ClassifyEach(y, left, count, row, [=](double u, double v) {
       const double absU = std::fabs(u);
       const double absV = std::fabs(v);
-      return ClassOf(
-          (absU < hx * (1 - kMargin)) & (absV < hy * (1 - kMargin)),
-          (absU > (hx + beyond) * (1 + kMargin)) | (absV > (hy + beyond) * (1 + kMargin)));
+      return ClassOf(absU < hx * (1 - kMargin) &&
+                         absV<hy*(1 - kMargin), absU>(hx + beyond) * (1 + kMargin) ||
+                     absV > (hy + beyond) * (1 + kMargin));
     });
   }
 }
