@@ -164,12 +164,16 @@ void LensShape::Classify(std::int32_t y, std::int32_t left, std::size_t count, d
     const double hx = std::max(halfWidth_ - inset, 0.0);
     const double hy = std::max(halfHeight_ - inset, 0.0);
     const double beyond = rectBand > 0 ? rectBand : kNeverOutside;
+    const double innerX = hx * (1 - kMargin);
+    const double innerY = hy * (1 - kMargin);
+    const double outerX = (hx + beyond) * (1 + kMargin);
+    const double outerY = (hy + beyond) * (1 + kMargin);
     ClassifyEach(y, left, count, row, [=](double u, double v) {
       const double absU = std::fabs(u);
       const double absV = std::fabs(v);
-      return ClassOf(absU < hx * (1 - kMargin) &&
-                         absV<hy*(1 - kMargin), absU>(hx + beyond) * (1 + kMargin) ||
-                     absV > (hy + beyond) * (1 + kMargin));
+      const bool inside = absU < innerX && absV < innerY;
+      const bool outside = absU > outerX || absV > outerY;
+      return ClassOf(inside, outside);
     });
   }
 }
