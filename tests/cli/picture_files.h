@@ -21,7 +21,7 @@ struct FilePicture {
 FilePicture NoisePicture(int width, int height, int channels, OIIO::TypeDesc type, uint32_t seed,
                          bool associated = false);
 
-// As the spec tells: straight where it has oiio:UnassociatedAlpha.
+// As its attributes tell: straight where it has oiio:UnassociatedAlpha.
 void WritePictureFile(const std::filesystem::path& file, const FilePicture& picture);
 
 // The stored samples, alpha left as it is.
