@@ -1,17 +1,20 @@
-// The C library's maths behind the host's tables.
+// Pinned maths behind the host's tables.
 #include "headless/host_maths.h"
 
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 
+#include "headless/pinned_maths.h"
+
 namespace vitrell::headless {
 
+// IEEE 754 defines the results of the five functions that come from the C library to the bit.
 const PF_ANSICallbacksSuite1& HostMaths() {
   static constexpr PF_ANSICallbacksSuite1 kSuite = {
-      std::atan, std::atan2,   std::ceil,   std::cos,   std::exp, std::fabs, std::floor,
-      std::fmod, std::hypot,   std::log,    std::log10, std::pow, std::sin,  std::sqrt,
-      std::tan,  std::sprintf, std::strcpy, std::asin,  std::acos};
+      pinned::Atan, pinned::Atan2, std::ceil,   pinned::Cos,   pinned::Exp, std::fabs,   std::floor,
+      std::fmod,    pinned::Hypot, pinned::Log, pinned::Log10, pinned::Pow, pinned::Sin, std::sqrt,
+      pinned::Tan,  std::sprintf,  std::strcpy, pinned::Asin,  pinned::Acos};
   return kSuite;
 }
 

@@ -6,8 +6,9 @@
 
 namespace vitrell::headless {
 
-// One pinned implementation, the C library's. The callbacks of the input record and the suite hold
-// these very pointers, so a reference computation that uses them sees the effect's own numbers.
+// The same bits on every platform, see headless/pinned_maths.h. The callbacks of the input record
+// and the suite hold these very pointers, so a reference computation that uses them sees the
+// effect's own numbers.
 const PF_ANSICallbacksSuite1& HostMaths();
 
 }  // namespace vitrell::headless
