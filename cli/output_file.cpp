@@ -100,6 +100,17 @@ OutputFile::~OutputFile() {
   RemoveWhenKilled({});
 }
 
+void OutputFile::CheckRoom() const {
+  std::error_code error;
+  const auto size = static_cast<off_t>(fs::file_size(temporary_, error));
+  const int file = ::open(temporary_.c_str(), O_WRONLY | O_CLOEXEC);
+  const bool grows = file >= 0 && ::pwrite(file, "", 1, size) == 1;
+  const std::string cause = LastSystemError();
+  const bool restored = grows && ::ftruncate(file, size) == 0;
+  if (file >= 0) ::close(file);
+  if (!restored) Fail(shown_, "cannot be written (" + cause + "). Free some space and try again.");
+}
+
 void OutputFile::Commit(bool force) {
   const int file = ::open(temporary_.c_str(), O_RDONLY | O_CLOEXEC);
   const bool onDisk = file >= 0 && ::fsync(file) == 0;

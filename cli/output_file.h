@@ -27,6 +27,9 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
 
   const std::filesystem::path& TemporaryPath() const { return temporary_; }
+  // Throws Failure with the cause when the file cannot grow by a byte: its writer did not tell that
+  // the disk became full.
+  void CheckRoom() const;
   // Puts the contents on the disk and renames. Throws Failure. With force false the target is
   // looked for once more, since rendering took its time.
   void Commit(bool force);

@@ -64,13 +64,6 @@ void DropWrongProfile(bool grey, OIIO::ImageSpec& spec, std::vector<std::string>
   notices.push_back("the ICC profile is left out; it does not fit the output's channels.");
 }
 
-// The library's TIFF writer fails on every EXIF directory (OpenImageIO 2.4 with libtiff 4.5) and
-// damages the file; a colour space becomes an EXIF entry too.
-void DropExif(OIIO::ImageSpec& spec) {
-  spec.erase_attribute("^(Exif:|GPS:).*");
-  spec.erase_attribute("oiio:ColorSpace");
-}
-
 // Compressions and bit counts are names within one format, and some would lose what was rendered.
 void DropEncoding(const Picture& input, const FormatTraits& format, Depth depth,
                   OIIO::ImageSpec& spec) {
@@ -78,7 +71,6 @@ void DropEncoding(const Picture& input, const FormatTraits& format, Depth depth,
                            "tiff:PhotometricInterpretation", "tiff:ColorSpace"}) {
     spec.erase_attribute(name);
   }
-  if (format.name == "tiff") DropExif(spec);
   const bool sameFormat = input.format == format.name;
   const std::string compression(spec.get_string_attribute("compression"));
   const bool lossy = format.name == "tiff" && (compression == "jpeg" || compression == "webp" ||
@@ -112,10 +104,13 @@ void NameChannels(const Picture& input, const OutputForm& form, bool keepTypes,
   }
 }
 
-bool HasPrefix(const OIIO::ImageSpec& spec, std::string_view prefix) {
+// The colour space is no sign: the library makes it up.
+bool HasExif(const OIIO::ImageSpec& spec) {
   return std::any_of(spec.extra_attribs.begin(), spec.extra_attribs.end(),
-                     [&](const OIIO::ParamValue& attribute) {
-                       return std::string_view(attribute.name().c_str()).starts_with(prefix);
+                     [](const OIIO::ParamValue& attribute) {
+                       const std::string_view name = attribute.name().c_str();
+                       return name == "FNumber" || name == "ExposureTime" ||
+                              (name.starts_with("Exif:") && name != "Exif:ColorSpace");
                      });
 }
 
@@ -199,7 +194,7 @@ std::vector<std::string> LostMetadata(const OIIO::ImageSpec& input,
   if (profile != nullptr && !SameBytes(profile, written.find_attribute(std::string(kIcc)))) {
     lost.emplace_back("ICC profile");
   }
-  if (HasPrefix(input, "Exif:") && !HasPrefix(written, "Exif:")) lost.emplace_back("EXIF data");
+  if (HasExif(input) && !HasExif(written)) lost.emplace_back("EXIF data");
   const char* const kResolution = "XResolution";
   if (input.find_attribute(kResolution) != nullptr &&
       written.find_attribute(kResolution) == nullptr) {

@@ -2,6 +2,7 @@
 #include "cli/picture_writer.h"
 
 #include <memory>
+#include <string_view>
 #include <variant>
 
 #include "cli/failure.h"
@@ -40,13 +41,19 @@ std::string NameOf(OIIO::TypeDesc type) {
   return bits + (type.is_floating_point() ? "-bit float" : "-bit integers");
 }
 
+// The TIFF writer of OpenImageIO 2.4 has to read what it wrote when there are EXIF data, which it
+// cannot do through a sink; the file would be damaged.
+bool TakesSink(const OIIO::ImageOutput& writer) {
+  return writer.supports("ioproxy") != 0 && std::string_view(writer.format_name()) != "tiff";
+}
+
 // Opens the file for the picture. An ICC profile that the format's library finds fault with is
 // left out, which shows when the header is read back.
 std::unique_ptr<OIIO::ImageOutput> OpenWriter(FileSink& sink, const OutputFile& file,
                                               OIIO::ImageSpec spec, const fs::path& target) {
   for (;;) {
     std::unique_ptr<OIIO::ImageOutput> writer = MakeWriter(target);
-    if (writer->supports("ioproxy") != 0) writer->set_ioproxy(&sink);
+    if (TakesSink(*writer)) writer->set_ioproxy(&sink);
     if (writer->open(file.TemporaryPath().string(), spec)) return writer;
     const std::string cause = OneLine(writer->geterror());
     if (!sink.FirstError().empty()) {
@@ -83,9 +90,8 @@ bool WriteSamples(OIIO::ImageOutput& writer, FileSink& sink, const Samples& samp
     Fail(target, "cannot be written (" + (message.empty() ? "the writer failed" : message) +
                      "). Check the space on the disk, or choose another format.");
   }
-  // A message alone proves nothing: the TIFF writer of OpenImageIO 2.4 complains about the EXIF
-  // data of every file with libtiff 4.5.
-  return message.empty() && writer.supports("ioproxy") != 0;
+  // A message alone proves nothing: the TIFF writer complains about an empty EXIF list.
+  return message.empty() && TakesSink(writer);
 }
 
 // Not every writer tells a failure, so the header is read back in any case and the pixels where
@@ -143,6 +149,7 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   form.type = SampleTypeOf(actual);
   const bool sure = WriteSamples(*writer, sink, TakeFromEffect(input, given, result, form),
                                  order.target, progress);
+  if (!sure) file.CheckRoom();
   const OIIO::ImageSpec written = ReadBack(file, !sure, order.target);
   TellLosses(input, spec, actual, written, notices);
   ThrowIfInterrupted();

@@ -1,6 +1,4 @@
 // What comes with a picture stays with it.
-#include <algorithm>
-#include <array>
 #include <cstring>
 #include <string>
 
@@ -10,18 +8,39 @@
 namespace vitrell::cli {
 namespace {
 
-// The shortest that libraries take for a profile: a header of 128 bytes and an empty table.
+void PutNumber(std::vector<uint8_t>& bytes, std::size_t offset, std::size_t number) {
+  for (std::size_t i = 0; i < 4; ++i) {
+    bytes[offset + i] = static_cast<uint8_t>(number >> (24 - 8 * i));
+  }
+}
+
+void PutText(std::vector<uint8_t>& bytes, std::size_t offset, const char* text) {
+  std::memcpy(bytes.data() + offset, text, 4);
+}
+
+// A header of 128 bytes and nine empty tags of 12 bytes; libpng drops shorter profiles.
 std::vector<uint8_t> Profile(const char* space) {
-  std::vector<uint8_t> profile(132, 0);
-  profile[3] = 132;
-  profile[8] = 2;
-  profile[9] = 0x40;
-  std::memcpy(profile.data() + 12, "mntr", 4);
-  std::memcpy(profile.data() + 16, space, 4);
-  std::memcpy(profile.data() + 20, "XYZ ", 4);
-  std::memcpy(profile.data() + 36, "acsp", 4);
-  constexpr std::array<uint8_t, 12> kD50 = {0, 0, 0xF6, 0xD6, 0, 1, 0, 0, 0, 0, 0xD3, 0x2D};
-  std::copy(kD50.begin(), kD50.end(), profile.begin() + 68);
+  constexpr std::size_t kTags = 9;
+  constexpr std::size_t kTable = 132;
+  constexpr std::size_t kData = kTable + 12 * kTags;
+  std::vector<uint8_t> profile(kData + 12 * kTags, 0);
+  PutNumber(profile, 0, profile.size());
+  PutNumber(profile, 8, 0x02400000);
+  PutText(profile, 12, "mntr");
+  PutText(profile, 16, space);
+  PutText(profile, 20, "XYZ ");
+  PutText(profile, 36, "acsp");
+  // The white point of every profile, D50.
+  PutNumber(profile, 68, 0xF6D6);
+  PutNumber(profile, 72, 0x10000);
+  PutNumber(profile, 76, 0xD32D);
+  PutNumber(profile, 128, kTags);
+  for (std::size_t tag = 0; tag < kTags; ++tag) {
+    PutText(profile, kTable + 12 * tag, "desc");
+    PutNumber(profile, kTable + 12 * tag + 4, kData + 12 * tag);
+    PutNumber(profile, kTable + 12 * tag + 8, 12);
+    PutText(profile, kData + 12 * tag, "desc");
+  }
   return profile;
 }
 
@@ -34,7 +53,8 @@ FilePicture Photo(int channels, const char* profileSpace) {
   picture.spec.attribute("XResolution", 300.0F);
   picture.spec.attribute("YResolution", 300.0F);
   picture.spec.attribute("ResolutionUnit", "in");
-  picture.spec.attribute("Exif:FNumber", 2.8F);
+  picture.spec.attribute("FNumber", 2.8F);
+  picture.spec.attribute("Exif:FocalLength", 50.0F);
   picture.spec.attribute("Make", "Lens maker");
   return picture;
 }
@@ -62,7 +82,8 @@ TEST_F(MetadataRunTest, ProfileExifAndResolutionAreKept) {
     EXPECT_EQ(ProfileOf(written), Profile("RGB "));
     EXPECT_EQ(written.spec.get_float_attribute("XResolution"), 300.0F);
     EXPECT_EQ(written.spec.get_float_attribute("YResolution"), 300.0F);
-    EXPECT_NEAR(written.spec.get_float_attribute("Exif:FNumber"), 2.8F, 1e-3);
+    EXPECT_NEAR(written.spec.get_float_attribute("FNumber"), 2.8F, 1e-3);
+    EXPECT_EQ(written.spec.get_float_attribute("Exif:FocalLength"), 50.0F);
     EXPECT_EQ(written.spec.get_string_attribute("Make"), "Lens maker");
   }
 }
@@ -78,6 +99,21 @@ TEST_F(MetadataRunTest, PngKeepsProfileAndResolution) {
   EXPECT_EQ(ProfileOf(written), Profile("RGB "));
   EXPECT_EQ(written.spec.get_float_attribute("XResolution"),
             before.spec.get_float_attribute("XResolution"));
+}
+
+// A damaged profile must not cost the picture.
+TEST_F(MetadataRunTest, ProfileThatAFormatRefusesIsLeftOut) {
+  FilePicture picture = Photo(3, "RGB ");
+  std::vector<uint8_t> profile = Profile("RGB ");
+  PutNumber(profile, 68, 1);
+  picture.spec.attribute("ICCProfile",
+                         OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(profile.size())),
+                         profile.data());
+  WritePictureFile(InFolder("in.tif"), picture);
+  const ToolResult result = Run({"render", "in.tif", "out.png"});
+  ASSERT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_NE(result.err.find("does not keep the ICC profile"), std::string::npos) << result.err;
+  EXPECT_EQ(ReadPictureFile(InFolder("out.png")).spec.width, 40);
 }
 
 TEST_F(MetadataRunTest, WhatAFormatCannotKeepIsTold) {
