@@ -102,7 +102,7 @@ std::string BenchFrame::CheckSmall() {
   // A render turns points told in percent into pixels, which the literal version needs to see.
   for (const headless::Parameter& parameter : host_.Parameters()) {
     if (parameter.type == PF_Param_POINT) {
-      host_.SetPointPixels(parameter.index, kSmallWidth / 2, kSmallHeight / 2);
+      host_.SetPointPixels(parameter.index, 30, 18);
     }
   }
   const literal::RenderOutcome expected =

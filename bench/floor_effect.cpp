@@ -127,7 +127,7 @@ class Player {
     PF_UtilCallbacks& utils = *in_->utils;
     PF_LayerDef* first = &worlds_[step.first];
     PF_LayerDef* second = &worlds_[step.second];
-    const PF_ProgPtr effect = in_->effect_ref;
+    PF_ProgPtr effect = in_->effect_ref;
     switch (step.kind) {
       case CallKind::kNewWorld:
         return utils.new_world(effect, step.numbers[0], step.numbers[1], step.numbers[2], first);

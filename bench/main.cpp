@@ -113,7 +113,7 @@ void Run(benchmark::State& state, const FrameCase& frameCase, Kind kind) {
   state.counters["stage_ms"] = 0;
   const std::pair<bool, int> key{frameCase.deep, frameCase.threads};
   if (kind == Kind::kAllOff) g_allOffSeconds[key] = best;
-  if (kind == Kind::kStage && g_allOffSeconds.count(key) != 0) {
+  if (kind == Kind::kStage && g_allOffSeconds.contains(key)) {
     state.counters["stage_ms"] = (best - g_allOffSeconds[key]) * 1e3;
   }
 }
