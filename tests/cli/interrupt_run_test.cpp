@@ -78,7 +78,7 @@ TEST_F(InterruptRunTest, TheRealEffectStopsWithinAPass) {
   options.terminal = true;
   RunningTool tool(
       {"render", "in.png", "out.png", "--force", "--set", "fast-blur.amount=0", "--set",
-       "directional-blur.amount=20000", "--set", "directional-blur.direction=30"},
+       "directional-blur.amount=3000", "--set", "directional-blur.direction=30"},
       Folder(), options);
   // Reading is the first stage, the long blur the second.
   ASSERT_TRUE(tool.WaitForError("stage 2"));
