@@ -1,0 +1,49 @@
+// The same random renders on every platform, by one hash that the literal render yields.
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <optional>
+
+#include "headless/effect_host.h"
+#include "whole/literal_bridge.h"
+#include "whole/picture_hash.h"
+#include "whole/random_case.h"
+
+namespace vitrell::whole {
+namespace {
+
+constexpr std::uint64_t kFirstSeed = 20260000;
+constexpr int kCases = 200;
+// Of the literal renders, whatever processor, compiler, optimisation and C library made them.
+constexpr std::uint64_t kRandomRenders = 0xF77236830F19380FULL;
+
+TEST(PlatformHashTest, RandomRendersAreTheSameEverywhere) {
+  headless::EffectHost host{std::filesystem::path(VITRELL_MODULE_PATH)};
+  PictureHash expected;
+  PictureHash actual;
+  for (int i = 0; i < kCases; ++i) {
+    RandomCase testCase = MakeRandomCase(kFirstSeed + static_cast<std::uint64_t>(i), host);
+    std::optional<literal::World> custom;
+    if (testCase.custom.has_value()) {
+      custom = ToLiteral(*testCase.custom);
+    }
+    const literal::RenderOutcome outcome = literal::Render(MakeRenderInputs(
+        host, testCase.input, testCase.output, custom.has_value() ? &*custom : nullptr,
+        testCase.custom.has_value() ? testCase.custom->Def().world_flags : 0, testCase.options));
+    expected.Add(static_cast<std::uint32_t>(outcome.error));
+    expected.Add(outcome.output);
+    const headless::RenderResult result =
+        host.Render(testCase.input, testCase.output,
+                    testCase.custom.has_value() ? &*testCase.custom : nullptr, testCase.options);
+    actual.Add(static_cast<std::uint32_t>(result.error));
+    actual.Add(ToLiteral(testCase.output));
+  }
+  std::cout << "hash of " << kCases << " random renders from seed " << kFirstSeed << ": literal "
+            << std::hex << expected.Value() << ", effect " << actual.Value() << std::dec
+            << std::endl;
+  EXPECT_EQ(expected.Value(), kRandomRenders);
+  EXPECT_EQ(actual.Value(), kRandomRenders);
+}
+
+}  // namespace
+}  // namespace vitrell::whole
