@@ -15,7 +15,7 @@ sanitizer_random_renders="${VITRELL_SANITIZER_RANDOM_RENDERS:-60}"
 
 # The tests that start the built command line. Most of what they run is the picture library, which is
 # not built with the sanitizers; the two release suites run them.
-tool_runs='RunTest\.'
+tool_runs='RunTest\.|PictureTest\.|GoldenSetTest'
 
 usage() {
   sed -n '2,/^source/{/^source/d;s/^# \{0,1\}//;p}' "${BASH_SOURCE[0]}"
