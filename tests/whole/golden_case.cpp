@@ -5,7 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
+#include <memory>
 #include <optional>
+#include <utility>
 
 #include "cli/preset.h"
 #include "cli/settings.h"
