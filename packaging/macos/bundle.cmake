@@ -2,8 +2,11 @@
 configure_file(${CMAKE_CURRENT_LIST_DIR}/Info.plist.in ${CMAKE_CURRENT_BINARY_DIR}/Info.plist @ONLY)
 set_target_properties(Vitrell PROPERTIES
   MACOSX_BUNDLE_INFO_PLIST ${CMAKE_CURRENT_BINARY_DIR}/Info.plist)
-target_link_options(Vitrell PRIVATE
-  "LINKER:-exported_symbol,_EntryPointFunc" "LINKER:-dead_strip")
+target_link_options(Vitrell PRIVATE "LINKER:-exported_symbol,_EntryPointFunc")
+
+if(CMAKE_CROSSCOMPILING AND VITRELL_CROSS_ARCH STREQUAL "x86_64")
+  target_sources(Vitrell PRIVATE ${CMAKE_CURRENT_LIST_DIR}/cpu_model.cpp)
+endif()
 
 # The signature covers the resource, so that it comes last.
 set(contents "$<TARGET_BUNDLE_CONTENT_DIR:Vitrell>")

@@ -1,0 +1,23 @@
+# Toolchain file: macOS modules built on Linux, one architecture at a time.
+#   -DVITRELL_CROSS_ARCH=x86_64|arm64  -DVITRELL_ZIG=<folder of the zig package>
+# Compiled by zig, which brings the system's headers; linked by LLVM's linker for Mach-O against the
+# lists of the system libraries' symbols. zig's own linker exports a static C++ runtime.
+set(CMAKE_SYSTEM_NAME Darwin)
+set(CMAKE_SYSTEM_VERSION 20)
+set(CMAKE_SYSTEM_PROCESSOR ${VITRELL_CROSS_ARCH})
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VITRELL_CROSS_ARCH VITRELL_ZIG)
+set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
+
+set(target_x86_64 x86_64-macos.11.0)
+set(target_arm64 aarch64-macos.11.0)
+set(CMAKE_CXX_COMPILER ${VITRELL_ZIG}/zig c++ -target ${target_${VITRELL_CROSS_ARCH}})
+set(CMAKE_AR llvm-ar-14 CACHE STRING "")
+set(CMAKE_RANLIB llvm-ranlib-14 CACHE STRING "")
+set(CMAKE_INSTALL_NAME_TOOL true CACHE STRING "")
+set(CMAKE_OSX_DEPLOYMENT_TARGET "" CACHE STRING "Told by the compiler's target")
+
+# Without a frame pointer a function has no entry in the compact unwind table of arm64, and an
+# exception that passes through it ends the process.
+set(CMAKE_CXX_FLAGS_INIT "-fno-omit-frame-pointer")
+# The linker is called by itself and understands no compiler's options.
+set(CMAKE_USER_MAKE_RULES_OVERRIDE ${CMAKE_CURRENT_LIST_DIR}/cross_link.cmake)
