@@ -58,7 +58,7 @@ fs::path FindEffect(const fs::path& named) {
   const fs::path folder = ExecutableFolder();
   std::string tried;
   for (const char* place : kPlaces) {
-    const fs::path candidate = (folder / place / kModuleName).lexically_normal();
+    fs::path candidate = (folder / place / kModuleName).lexically_normal();
     std::error_code error;
     if (fs::is_regular_file(candidate, error)) return candidate;
     tried += (tried.empty() ? "" : ", ") + candidate.string();

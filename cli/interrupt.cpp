@@ -1,11 +1,11 @@
 // Signal handlers; everything they call is safe inside a handler.
 #include "cli/interrupt.h"
 
-#include <signal.h>
 #include <unistd.h>
 
 #include <array>
 #include <climits>
+#include <csignal>
 
 #include "cli/failure.h"
 

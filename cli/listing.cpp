@@ -81,21 +81,24 @@ Json JsonOfControl(const Control& control, const Value& value) {
   return json;
 }
 
-// The rows below `depth` from `row` on; `row` ends behind them.
-Json JsonOfRows(const Settings& settings, int depth, std::size_t& row) {
+// The panel's rows as lists within lists: a group's controls are its member "controls".
+Json JsonOfRows(const Settings& settings) {
   const Panel& panel = settings.GetPanel();
-  Json list = Json::array();
-  while (row < panel.rows.size() && panel.rows[row].depth >= depth) {
-    const PanelRow& current = panel.rows[row++];
-    if (current.isGroup) {
-      list.push_back({{"group", current.title}, {"startsCollapsed", current.collapsed}});
-      list.back()["controls"] = JsonOfRows(settings, depth + 1, row);
+  Json rows = Json::array();
+  std::vector<Json*> lists = {&rows};  // The list of each depth that is still open.
+  for (const PanelRow& row : panel.rows) {
+    lists.resize(static_cast<std::size_t>(row.depth) + 1);
+    Json& list = *lists.back();
+    if (row.isGroup) {
+      list.push_back({{"group", row.title}, {"startsCollapsed", row.collapsed}});
+      Json& controls = list.back()["controls"] = Json::array();
+      lists.push_back(&controls);
     } else {
-      const Control& control = panel.controls[current.control];
+      const Control& control = panel.controls[row.control];
       list.push_back(JsonOfControl(control, settings.ValueOf(control)));
     }
   }
-  return list;
+  return rows;
 }
 
 // A bar would end the table's cell.
@@ -167,8 +170,7 @@ std::string ListAsText(const Settings& settings) {
 }
 
 std::string ListAsJson(const Settings& settings) {
-  std::size_t row = 0;
-  const Json json = {{"controls", JsonOfRows(settings, 0, row)}};
+  const Json json = {{"controls", JsonOfRows(settings)}};
   return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 

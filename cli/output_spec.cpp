@@ -16,8 +16,8 @@ constexpr std::array<std::string_view, 6> kFloatFormats = {"openexr", "tiff", "h
                                                            "fits",    "rla",  "dpx"};
 constexpr std::string_view kIcc = "ICCProfile";
 
-template <std::size_t N>
-bool Contains(const std::array<std::string_view, N>& list, std::string_view text) {
+template <std::size_t kSize>
+bool Contains(const std::array<std::string_view, kSize>& list, std::string_view text) {
   return std::find(list.begin(), list.end(), text) != list.end();
 }
 
@@ -44,7 +44,7 @@ void AddExtraChannels(const Picture& input, const FormatTraits& format, OutputFo
       dropped = true;
     }
   }
-  if (dropped) notices.push_back("channels beyond colour and alpha are left out.");
+  if (dropped) notices.emplace_back("channels beyond colour and alpha are left out.");
 }
 
 // The colour space that an ICC profile is made for: "RGB ", "GRAY", "CMYK"; empty if there is none.
@@ -61,7 +61,7 @@ void DropWrongProfile(bool grey, OIIO::ImageSpec& spec, std::vector<std::string>
   if (space.empty() || space == (grey ? "GRAY" : "RGB ")) return;
   if (grey && space == "RGB ") return;  // Common, and harmless.
   spec.erase_attribute(std::string(kIcc));
-  notices.push_back("the ICC profile is left out; it does not fit the output's channels.");
+  notices.emplace_back("the ICC profile is left out; it does not fit the output's channels.");
 }
 
 // Compressions and bit counts are names within one format, and some would lose what was rendered.
@@ -137,17 +137,17 @@ OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Fo
   OutputForm form;
   const bool grey = input.layout.IsGrey() && result.grey;
   if (input.layout.IsGrey() && !grey) {
-    notices.push_back("the grey input came out coloured; the output is RGB.");
+    notices.emplace_back("the grey input came out coloured; the output is RGB.");
   }
   AddColours(input, grey, form);
   const bool wantsAlpha = input.layout.HasAlpha() || !result.opaque;
   if (wantsAlpha && format.alpha) {
     if (!input.layout.HasAlpha()) {
-      notices.push_back("the effect made parts transparent; the output has an alpha channel.");
+      notices.emplace_back("the effect made parts transparent; the output has an alpha channel.");
     }
     form.channels.push_back({Role::kAlpha, input.layout.alpha});
   } else if (!result.opaque) {
-    notices.push_back("the format stores no transparency; the picture is laid over black.");
+    notices.emplace_back("the format stores no transparency; the picture is laid over black.");
   }
   AddExtraChannels(input, format, form, notices);
   if (!wantsAlpha || format.straightOnly) {
@@ -171,7 +171,8 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form,
     spec.x = spec.y = spec.full_x = spec.full_y = 0;
     spec.full_width = spec.width;
     spec.full_height = spec.height;
-    notices.push_back("the format stores no frame around the picture; only the picture is kept.");
+    notices.emplace_back(
+        "the format stores no frame around the picture; only the picture is kept.");
   }
   DropEncoding(input, format, depth, spec);
   DropWrongProfile(form.channels.size() < 2 || form.channels[1].role != Role::kGreen, spec,

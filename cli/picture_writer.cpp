@@ -31,12 +31,12 @@ std::unique_ptr<OIIO::ImageOutput> MakeWriter(const fs::path& target) {
   return writer;
 }
 
-SampleType SampleTypeOf(OIIO::TypeDesc type) {
+SampleType SampleTypeOf(const OIIO::TypeDesc& type) {
   if (type == OIIO::TypeDesc::UINT8) return SampleType::kByte;
   return type == OIIO::TypeDesc::UINT16 ? SampleType::kWord : SampleType::kFloat;
 }
 
-std::string NameOf(OIIO::TypeDesc type) {
+std::string NameOf(const OIIO::TypeDesc& type) {
   const std::string bits = std::to_string(8 * type.size());
   return bits + (type.is_floating_point() ? "-bit float" : "-bit integers");
 }
@@ -114,14 +114,14 @@ OIIO::ImageSpec ReadBack(const OutputFile& file, bool pixelsToo, const fs::path&
   return input->spec();
 }
 
-void TellLosses(const Picture& input, const OIIO::ImageSpec& wished, OIIO::TypeDesc actual,
+void TellLosses(const Picture& input, const OIIO::ImageSpec& wished, const OIIO::TypeDesc& actual,
                 const OIIO::ImageSpec& written, std::vector<std::string>& notices) {
   if (actual.size() < wished.format.size()) {
     notices.push_back("the format stores " + NameOf(actual) + ", the picture has " +
                       NameOf(wished.format) + ".");
   }
   if (input.spec.format.is_floating_point() && !actual.is_floating_point()) {
-    notices.push_back(
+    notices.emplace_back(
         "the float values are written as they are, without colour conversion; linear light looks "
         "dark in this format.");
   }
@@ -154,7 +154,8 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   TellLosses(input, spec, actual, written, notices);
   ThrowIfInterrupted();
   file.Commit(order.force);
-  for (std::string& notice : notices) notice = order.target.string() + ": " + notice;
+  const std::string prefix = order.target.string() + ": ";
+  for (std::string& notice : notices) notice.insert(0, prefix);
   return notices;
 }
 
