@@ -56,8 +56,9 @@ CallList Deep(CallList calls) {
       }
     };
     replace("PF Iterate8 Suite", "PF iterate16 Suite");
+    if (call.rfind("fill ", 0) == 0) call.replace(0, 4, "fill16");
     replace("iterate8 ", "iterate16 ");
-    for (const char* const temporary : {"world3", "world4", "world5"}) {
+    for (const char* const temporary : {"world3", "world4", "world5", "world6"}) {
       const std::string made = std::string("new_world ") + temporary + " 6x4 flags ";
       replace(made + "0", made + "1");
     }
@@ -253,6 +254,73 @@ TEST(CallSequenceTest, DistortionAndDirectionalBlurIterate) {
                              "release_suite PF Iterate8 Suite 1",
                              "copy world2 -> world2"};
   EXPECT_EQ(CallList(calls.begin() + 6, calls.begin() + 16), passZero);
+}
+
+// Both blurs by the lens: pass 1 runs both engines, the realistic one from world1 into world2.
+TEST(CallSequenceTest, BothMapsOn) {
+  DriverCase test;
+  test.Set("fast-blur.amount", 10).Set("fast-blur.use-lens-as-blur-map", 1).Set("lens.feather", 10);
+  test.Set("realistic-blur.visible", 1).Set("realistic-blur.amount", 3);
+  test.Set("realistic-blur.use-lens-as-blur-map", 1);
+  const CallList expected =
+      Join({Opening(),
+            PassZeroWithFastBlur(),
+            DefaultTones(),
+            LensStage("iterate8 world2 -> world1 rows 0..4"),
+            {"acquire_suite PF Iterate8 Suite 1", "iterate8 world1 -> world2 rows 0..4",
+             "release_suite PF Iterate8 Suite 1"},
+            FastRound("world2", "world1", "world6"),
+            FastRound("world1", "world2", "world7"),
+            FastRound("world2", "world1", "world8"),
+            {"copy world1 -> world2"},
+            FinalBlend("world2", "world1"),
+            Closing(),
+            DriverSuites()});
+  EXPECT_EQ(test.Calls(), expected);
+}
+
+CallList CallsWithEverythingOn(bool deep) {
+  DriverCase test(deep);
+  for (const char* const group : {"realistic-blur", "optical-distortion", "trail",
+                                  "directional-blur", "color", "chromatic-aberration"}) {
+    test.Set(std::string(group) + ".visible", 1);
+  }
+  test.Set("realistic-blur.amount", 3).Set("optical-distortion.amount", 60);
+  test.Set("trail.amount", 50).Set("directional-blur.amount", 2).Set("color.opacity", 50);
+  test.Set("chromatic-aberration.red-cyan", 50);
+  return test.Calls();
+}
+
+// Every stage that does not follow the lens, from the first to the last.
+CallList EverythingOnCalls() {
+  const CallList passZero =
+      Join({{"fill world2 0,0,0,0 in 0,0,6,4"},  // Realistic blur, on the render thread.
+            FastRound("world2", "world1", "world3"),
+            FastRound("world1", "world2", "world4"),
+            FastRound("world2", "world1", "world5"),
+            {"acquire_suite PF Iterate8 Suite 1", "iterate8 world1 -> world2 rows 0..4",
+             "release_suite PF Iterate8 Suite 1"},  // Distortion.
+            {"fill world1 0,0,0,0 in 0,0,6,4", "acquire_suite PF Iterate8 Suite 1",
+             "iterate8 world2 -> world1 rows 0..4"},  // Trail.
+            FastRound("world1", "world2", "world6"),
+            {"release_suite PF Iterate8 Suite 1", "copy world1 -> world2"},
+            {"acquire_suite PF Iterate8 Suite 1", "iterate8 world1 -> world2 rows 0..4",
+             "release_suite PF Iterate8 Suite 1"},  // Directional blur.
+            {"copy world2 -> world2"}});
+  const CallList tones = {"acquire_suite PF Iterate8 Suite 1",
+                          "iterate8 world2 -> world1 rows 0..4",   // Lightness.
+                          "iterate8 world1 -> world2 rows 0..4",   // Colour.
+                          "iterate8 world2 -> world1 rows 0..4"};  // Chromatic aberration.
+  return Join({Opening(), passZero, tones, FinalBlend("world1", "world2"),
+               LensStage("iterate8 world2 -> world1 rows 0..4"), Closing(), DriverSuites()});
+}
+
+TEST(CallSequenceTest, EverythingOn) {
+  EXPECT_EQ(CallsWithEverythingOn(false), EverythingOnCalls());
+}
+
+TEST(CallSequenceTest, EverythingOnIn16Bit) {
+  EXPECT_EQ(CallsWithEverythingOn(true), Deep(EverythingOnCalls()));
 }
 
 // 8-bit working worlds in a 16-bit project: the copies convert, every pass is an 8-bit one.
