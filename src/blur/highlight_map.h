@@ -22,7 +22,7 @@ enum class PlaneOrder { kRowsContiguous, kColumnsContiguous };
 // Read-only once built; safe on any number of threads.
 class HighlightMap {
  public:
-  static constexpr std::int64_t kLinePadding = 32;
+  static constexpr std::int64_t kLinePadding = 64;
 
   // False when the memory is not to be had. A world without pixels gives an empty map. The weight
   // of a pixel with alpha 0 is 0 by its definition; with transparentWeighsNothing also where the

@@ -13,7 +13,7 @@
 
 namespace vitrell {
 
-inline constexpr int kMaxLanes = 32;
+inline constexpr int kMaxLanes = 64;
 static_assert(kMaxLanes <= HighlightMap::kLinePadding);
 
 // The running sums of neighbouring pixels. Lanes beyond an engine's number are not touched.
