@@ -1,36 +1,15 @@
-// The iris of the realistic blur: its shape, and its weights as compact tap lists.
+// The weights of the iris as compact tap lists.
 #ifndef VITRELL_BLUR_IRIS_KERNEL_H_
 #define VITRELL_BLUR_IRIS_KERNEL_H_
 
 #include <cstddef>
 #include <cstdint>
 
+#include "blur/iris_shape.h"
 #include "host/buffer.h"
 #include "host/host_api.h"
-#include "render/settings.h"
 
 namespace vitrell {
-
-// Radii beyond this count as memory that is not to be had: four times what the slider offers.
-inline constexpr std::int32_t kMaxIrisRadius = 2000;
-
-// What all radii of one render have in common. Angles in radians.
-struct IrisShape {
-  const PF_ANSICallbacks* maths;
-  double sideAngle;  // Angle that one side of the polygon spans.
-  double halfRound;  // Half of the share of each side that is round.
-  double apothem;    // Of the polygon inside the unit circle, where its straight part begins.
-  double aspect;     // Squeeze along the rotated axis; above 1 it shrinks the other axis too.
-  double cosRotation;
-  double sinRotation;
-};
-
-IrisShape MakeIrisShape(const LX_Info& info, const PF_ANSICallbacks& maths);
-
-// The kernel radius in pixels that the settings ask for. INT32_MIN when it is not representable.
-// Kept: the amount is a single-precision hundredth, so that a few whole amounts (53, 59, 105, ...)
-// come out one pixel lower.
-std::int32_t MaxIrisRadius(const LX_Info& info);
 
 // Offsets from an output pixel at which there can be an input pixel at all. What lies beyond is
 // neither computed nor stored.
@@ -39,6 +18,9 @@ struct KernelReach {
   std::int64_t lastDx;
   std::int64_t firstDy;
   std::int64_t lastDy;
+
+  bool IsEmpty() const { return firstDx > lastDx || firstDy > lastDy; }
+  std::int64_t Columns() const { return lastDx - firstDx + 1; }
 };
 
 KernelReach ReachBetween(const PF_LayerDef& input, const PF_LayerDef& output);
@@ -77,6 +59,11 @@ class IrisKernelBuilder {
   IrisKernelBuilder(const IrisShape& shape, const KernelReach& reach)
       : shape_(shape), reach_(reach) {}
 
+  // Works out once what the kernels up to this radius share; larger ones must not follow. Takes 16
+  // bytes for each place of the largest, and does nothing for radii above 512. False when the
+  // memory is not to be had.
+  [[nodiscard]] bool ShareTo(std::int32_t maxRadius);
+
   // radius is 0..kMaxIrisRadius. With points not null these are filled with the difference points:
   // their weighted samples at one column added to the window sum of the column before give the
   // window sum. False when the memory is not to be had.
@@ -85,11 +72,16 @@ class IrisKernelBuilder {
 
  private:
   struct Row;
+  KernelReach ReachOf(std::int64_t radius) const;
+  IrisPoint PointOf(std::int64_t dx, std::int64_t dy) const;
+  void FillWeights(std::int32_t radius, std::int64_t dy, std::int64_t firstDx, std::int64_t lastDx);
   [[nodiscard]] bool AppendSpans(const Row& row, TapChoice choice);
   [[nodiscard]] bool AppendPoints(const Row& row);
 
   IrisShape shape_;
   KernelReach reach_;
+  Buffer<IrisPoint> shared_;  // Row by row; empty if nothing is shared.
+  KernelReach sharedReach_ = {};
   Buffer<float> weights_;
   GrowingBuffer<std::size_t> rowStart_;
   GrowingBuffer<KernelSpan> spans_;

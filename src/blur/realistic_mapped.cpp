@@ -88,6 +88,13 @@ bool BuildKernels(const IrisShape& shape, const KernelReach& reach,
     return false;
   }
   IrisKernelBuilder builder(shape, reach);
+  auto largest = static_cast<std::int32_t>(used.size()) - 1;
+  while (used[static_cast<std::size_t>(largest)] == 0 && largest > 0) {
+    --largest;
+  }
+  if (!builder.ShareTo(largest)) {
+    return false;
+  }
   for (std::size_t radius = 0; radius < used.size(); ++radius) {
     if (used[radius] != 0 &&
         !builder.Build(static_cast<std::int32_t>(radius), TapChoice::kAboveThreshold,
