@@ -26,7 +26,8 @@ class LineTaps {
   // answers PF_Err_OUT_OF_MEMORY when the stage is on.
   [[nodiscard]] PF_Err Build(const PF_InData* inData, const LX_Info& info);
 
-  const LineTap* data() const { return taps_.data(); }
+  const LineTap* begin() const { return taps_.data(); }
+  const LineTap* end() const { return taps_.data() + count_; }
   std::int32_t count() const { return count_; }
   double weightSum() const { return weightSum_; }
 

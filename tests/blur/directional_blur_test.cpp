@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "blur/render_case.h"
 
 namespace vitrell {
@@ -194,6 +196,31 @@ TEST(DirectionalBlurTest, KeepsWrappedLengths) {
   c.SetCircle(10, 6, 1.5, 21);
   const World result = c.Actual(MakePicture(Pattern::kNearWhite, 21, 13, false));
   EXPECT_EQ(result.At(6, 10).channel[1], 0);
+}
+
+TEST(DirectionalBlurTest, RandomLinesAndPictures) {
+  constexpr std::uint32_t kSeed = 20261122;
+  std::mt19937 random(kSeed);
+  const auto below = [&random](int end) {
+    return static_cast<int>(random() % static_cast<unsigned>(end));
+  };
+  for (int i = 0; i < 250; ++i) {
+    const int width = 1 + below(97);
+    const int height = 1 + below(61);
+    // A few lines are as long as the panel lets them be.
+    const double length = i % 60 == 0 ? below(65537) : below(90);
+    RenderCase c = MakeCase(length, below(3600) / 10.0);
+    if (length > 90) {
+      c.SetCircle(below(width), below(height), 0.6, width);
+    } else if (i % 3 == 0) {
+      c.SetCircle(below(width), below(height), 1 + below(40), width).Set("lens.feather", below(60));
+    }
+    c.ExpectExact(MakePicture(kAllPatterns[below(9)], width, height, i % 2 == 1,
+                              static_cast<std::uint64_t>(i)));
+    if (HasFailure()) {
+      FAIL() << "seed " << kSeed << ", case " << i << ", length " << length;
+    }
+  }
 }
 
 TEST(DirectionalBlurTest, PaddedRowsAndGuardPages) {
