@@ -2,6 +2,19 @@
 #include "host/suite_handler.h"
 
 namespace vitrell {
+namespace {
+
+// A suite without the one function of it that the effect calls is as good as none.
+template <typename Suite, typename Function>
+const Suite* WithFunction(const void* acquired, Function Suite::*function) {
+  const auto* const suite = static_cast<const Suite*>(acquired);
+  if (suite->*function == nullptr) {
+    AEGP_SuiteHandler::MissingSuiteError();
+  }
+  return suite;
+}
+
+}  // namespace
 
 AEGP_SuiteHandler::AEGP_SuiteHandler(const SPBasicSuite* basic) : basic_(basic) {
   if (basic_ == nullptr) {
@@ -10,25 +23,28 @@ AEGP_SuiteHandler::AEGP_SuiteHandler(const SPBasicSuite* basic) : basic_(basic) 
 }
 
 const PF_ANSICallbacksSuite1* AEGP_SuiteHandler::ANSICallbacksSuite1() {
-  return static_cast<const PF_ANSICallbacksSuite1*>(Acquire(kPFAnsiSuite, kPFAnsiSuiteVersion1));
+  return WithFunction(Acquire(kPFAnsiSuite, kPFAnsiSuiteVersion1),
+                      &PF_ANSICallbacksSuite1::sprintf);
 }
 
 const PF_ParamUtilsSuite3* AEGP_SuiteHandler::ParamUtilsSuite3() {
-  return static_cast<const PF_ParamUtilsSuite3*>(
-      Acquire(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3));
+  return WithFunction(Acquire(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3),
+                      &PF_ParamUtilsSuite3::PF_UpdateParamUI);
 }
 
 const PF_Iterate8Suite1* AEGP_SuiteHandler::Iterate8Suite1() {
-  return static_cast<const PF_Iterate8Suite1*>(Acquire(kPFIterate8Suite, kPFIterate8SuiteVersion1));
+  return WithFunction(Acquire(kPFIterate8Suite, kPFIterate8SuiteVersion1),
+                      &PF_Iterate8Suite1::iterate);
 }
 
 const PF_iterate16Suite1* AEGP_SuiteHandler::Iterate16Suite1() {
-  return static_cast<const PF_iterate16Suite1*>(
-      Acquire(kPFIterate16Suite, kPFIterate16SuiteVersion1));
+  return WithFunction(Acquire(kPFIterate16Suite, kPFIterate16SuiteVersion1),
+                      &PF_iterate16Suite1::iterate);
 }
 
 const PF_WorldSuite2* AEGP_SuiteHandler::WorldSuite2() {
-  return static_cast<const PF_WorldSuite2*>(Acquire(kPFWorldSuite, kPFWorldSuiteVersion2));
+  return WithFunction(Acquire(kPFWorldSuite, kPFWorldSuiteVersion2),
+                      &PF_WorldSuite2::PF_GetPixelFormat);
 }
 
 void AEGP_SuiteHandler::ReleaseAllSuites() noexcept {
@@ -48,7 +64,8 @@ const void* AEGP_SuiteHandler::Acquire(const char* name, std::int32_t version) {
     }
   }
   const void* suite = nullptr;
-  if (basic_->AcquireSuite(name, version, &suite) != 0 || suite == nullptr) {
+  if (basic_->AcquireSuite == nullptr || basic_->ReleaseSuite == nullptr ||
+      basic_->AcquireSuite(name, version, &suite) != 0 || suite == nullptr) {
     MissingSuiteError();
   }
   acquired_[count_++] = {name, version, suite};

@@ -21,7 +21,8 @@ class AEGP_SuiteHandler {
   AEGP_SuiteHandler(const AEGP_SuiteHandler&) = delete;
   AEGP_SuiteHandler& operator=(const AEGP_SuiteHandler&) = delete;
 
-  // Each accessor throws (MissingSuiteError) when the host refuses the suite; never null.
+  // Each accessor throws (MissingSuiteError) when the host refuses the suite or the suite lacks the
+  // function that the effect calls; never null.
   const PF_ANSICallbacksSuite1* ANSICallbacksSuite1();
   const PF_ParamUtilsSuite3* ParamUtilsSuite3();
   const PF_Iterate8Suite1* Iterate8Suite1();

@@ -2,12 +2,26 @@
 #include "host/world.h"
 
 #include <cstdint>
+#include <cstdlib>
+
+#include "render/numeric.h"
 
 namespace vitrell {
 
+bool HoldsPixels(const PF_LayerDef& world, bool deep) {
+  if (world.data == nullptr || world.width <= 0 || world.height <= 0) {
+    return true;
+  }
+  const auto pixelBytes = static_cast<std::int64_t>(deep ? sizeof(PF_Pixel16) : sizeof(PF_Pixel));
+  const std::uintptr_t alignment = deep ? alignof(PF_Pixel16) : alignof(PF_Pixel);
+  const std::int64_t rowBytes = world.rowbytes;
+  return std::abs(rowBytes) >= world.width * pixelBytes &&
+         reinterpret_cast<std::uintptr_t>(world.data) % alignment == 0 &&
+         rowBytes % static_cast<std::int64_t>(alignment) == 0;
+}
+
 A_long ExtentLines(const PF_LayerDef& world) {
-  return static_cast<A_long>(static_cast<std::uint32_t>(world.extent_hint.bottom) -
-                             static_cast<std::uint32_t>(world.extent_hint.top));
+  return WrappingSubtract(world.extent_hint.bottom, world.extent_hint.top);
 }
 
 PF_Err CopyWorld(const PF_InData* inData, PF_LayerDef* src, PF_LayerDef* dst) {
@@ -16,12 +30,16 @@ PF_Err CopyWorld(const PF_InData* inData, PF_LayerDef* src, PF_LayerDef* dst) {
 
 PF_Err FillTransparent(const PF_InData* inData, PF_LayerDef* world) {
   const PF_LRect rect = world->extent_hint;
+  const PF_UtilCallbacks& utils = *inData->utils;
+  if (IsDeep(*world) ? utils.fill16 == nullptr : utils.fill == nullptr) {
+    return PF_Err_BAD_CALLBACK_PARAM;
+  }
   if (IsDeep(*world)) {
     const PF_Pixel16 transparent = {};
-    return inData->utils->fill16(inData->effect_ref, &transparent, &rect, world);
+    return utils.fill16(inData->effect_ref, &transparent, &rect, world);
   }
   const PF_Pixel transparent = {};
-  return inData->utils->fill(inData->effect_ref, &transparent, &rect, world);
+  return utils.fill(inData->effect_ref, &transparent, &rect, world);
 }
 
 PF_Err OwnedWorld::Create(A_long width, A_long height, PF_NewWorldFlags flags) {
@@ -29,8 +47,13 @@ PF_Err OwnedWorld::Create(A_long width, A_long height, PF_NewWorldFlags flags) {
   const PF_Err err = inData_->utils->new_world(inData_->effect_ref, width, height, flags, &world_);
   if (err != 0) {
     world_ = {};
+    return err;
   }
-  return err;
+  if (!HoldsPixels(world_, IsDeep(world_))) {
+    Dispose();
+    return PF_Err_BAD_CALLBACK_PARAM;
+  }
+  return PF_Err_NONE;
 }
 
 PF_Err OwnedWorld::CreateLike(const PF_LayerDef& source) {

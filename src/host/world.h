@@ -11,6 +11,11 @@ inline bool IsDeep(const PF_LayerDef& world) {
   return (world.world_flags & PF_WorldFlag_DEEP) != 0;
 }
 
+// Whether every pixel of the world can be read as one of this depth without leaving its row: rows
+// long enough and, for 16-bit pixels, at even addresses. Rows may run backwards. A world without
+// pixels passes.
+bool HoldsPixels(const PF_LayerDef& world, bool deep);
+
 // Number of lines of the world's extent hint, the progress count of most passes.
 A_long ExtentLines(const PF_LayerDef& world);
 
@@ -28,7 +33,8 @@ class OwnedWorld {
   OwnedWorld(const OwnedWorld&) = delete;
   OwnedWorld& operator=(const OwnedWorld&) = delete;
 
-  // Asks the host for a world. A failing call leaves this object empty and returns the host's code.
+  // Asks the host for a world. A failing call leaves this object empty and returns the host's code;
+  // a world whose rows do not hold its own pixels is given back: PF_Err_BAD_CALLBACK_PARAM.
   [[nodiscard]] PF_Err Create(A_long width, A_long height, PF_NewWorldFlags flags);
 
   // Asks for a world of the source's size that can hold a copy of it, passing the source's own

@@ -108,15 +108,19 @@ std::int32_t Column(const PF_LRect& rect, std::size_t i) {
 }
 
 // Calls fill(y, row, width) for every row of the mask, then inverts it where the settings say so.
+// The last row may be cut.
 template <typename FillRow>
 void FillRows(const PF_LRect& rect, bool invert, const FillRow& fillRow) {
-  const auto width = static_cast<std::size_t>(std::int64_t{rect.right} - rect.left);
+  const auto fullWidth = static_cast<std::size_t>(std::int64_t{rect.right} - rect.left);
   double* row = g_LensMask;
-  for (std::int32_t y = rect.top; y < rect.bottom; ++y, row += width) {
+  double* const end = g_LensMask + g_LensMaskSize;
+  for (std::int32_t y = rect.top; row != end; ++y) {
+    const std::size_t width = std::min(fullWidth, static_cast<std::size_t>(end - row));
     fillRow(y, row, width);
     if (invert) {
       std::transform(row, row + width, row, [](double inside) { return 1 - inside; });
     }
+    row += width;
   }
 }
 
@@ -149,16 +153,29 @@ void FillShape(const LensMaskInput& input, const LX_Info& info, const PF_LRect& 
   });
 }
 
-[[nodiscard]] PF_Err AllocateMask(const PF_LRect& rect) {
+// More values than the worlds of the render can ask for. Their rectangles are those of their pixels
+// or reach a fifth beyond on every side.
+std::uint64_t MostValues(const LensMaskInput& input) {
+  constexpr std::int64_t kTwiceInEachDirection = 4;
+  const PF_LayerDef& output = *input.output;
+  const std::int64_t outputPixels =
+      std::int64_t{std::max(output.width, 0)} * std::max(output.height, 0);
+  const std::int64_t pixels = std::max({outputPixels, input.inputPixels, std::int64_t{1}});
+  return static_cast<std::uint64_t>(pixels) * kTwiceInEachDirection;
+}
+
+[[nodiscard]] PF_Err AllocateMask(const LensMaskInput& input) {
+  const PF_LRect& rect = input.output->extent_hint;
   FreeLensMask(false);
   const std::int64_t width = std::int64_t{rect.right} - rect.left;
   const std::int64_t height = std::int64_t{rect.bottom} - rect.top;
   if (width <= 0 || height <= 0) {
     return PF_Err_NONE;
   }
+  const std::uint64_t count = std::min(
+      static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height), MostValues(input));
   constexpr auto kMaxValues =
       static_cast<std::uint64_t>(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(double);
-  const auto count = static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
   if (count > kMaxValues) {
     return PF_Err_OUT_OF_MEMORY;
   }
@@ -174,7 +191,7 @@ void FillShape(const LensMaskInput& input, const LX_Info& info, const PF_LRect& 
 
 PF_Err BuildLensMask(const LensMaskInput& input, const LX_Info& info) {
   const PF_LRect& rect = input.output->extent_hint;
-  if (const PF_Err err = AllocateMask(rect); err != PF_Err_NONE || g_LensMaskSize == 0) {
+  if (const PF_Err err = AllocateMask(input); err != PF_Err_NONE || g_LensMaskSize == 0) {
     return err;
   }
   const bool invert = info.invertAlpha == 1;

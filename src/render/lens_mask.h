@@ -10,8 +10,10 @@
 
 namespace vitrell {
 
-// One double per pixel of the output's extent rectangle, row by row; 1 inside, 0 outside. Built by
-// the render thread, then only read, by any number of host threads, until the render ends.
+// One double per pixel of the output's extent rectangle, row by row; 1 inside, 0 outside. Of a
+// rectangle that is many times larger than the worlds it has the beginning only, which is more than
+// they can ask for. Built by the render thread, then only read, by any number of host threads,
+// until the render ends.
 extern double* g_LensMask;
 
 // Number of doubles behind g_LensMask; 0 whenever there is no memory behind it.
@@ -22,9 +24,10 @@ inline constexpr double kMaskThreshold = 0.0001;
 
 // What the mask is built from besides the settings.
 struct LensMaskInput {
-  const PF_InData* inData;    // For the host's maths callbacks.
-  const PF_LayerDef* output;  // Its extent hint is the rectangle, its width and height the size.
-  PF_LRect inputExtent;       // The input layer's extent hint as the host gave it.
+  const PF_InData* inData;       // For the host's maths callbacks.
+  const PF_LayerDef* output;     // Its extent hint is the rectangle, its width and height the size.
+  PF_LRect inputExtent;          // The input layer's extent hint as the host gave it.
+  std::int64_t inputPixels = 0;  // Width times height of the input, and so of the working worlds.
 };
 
 // Frees a mask left by an earlier render, allocates W x H values and fills them. Answers

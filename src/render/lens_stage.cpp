@@ -114,6 +114,9 @@ PF_Err RunLensStage(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& inf
   if (info.lensType == kLensNone || info.scaleWidth <= 0 || info.scaleHeight <= 0) {
     return CopyWorld(io->in_data, io->src, io->dst);
   }
+  if (!HoldsPixels(*inputLayer, lens.deep != 0)) {
+    return PF_Err_BAD_CALLBACK_PARAM;
+  }
   return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst), {Lens8, Lens16},
                       &lens);
 }

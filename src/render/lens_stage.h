@@ -26,7 +26,8 @@ PF_Err Lens16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out)
 
 // Composites io->src over inputLayer into io->dst, or copies where there is no lens to see (type
 // None, a scale of 0). Asks the host for the input's pixel format in either case and answers the
-// first failing call's code.
+// first failing call's code, or PF_Err_BAD_CALLBACK_PARAM when the input's rows do not hold pixels
+// of that format.
 [[nodiscard]] PF_Err RunLensStage(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info,
                                   PF_LayerDef* inputLayer);
 

@@ -42,15 +42,22 @@ inline Channel TruncateToChannel(Float value) {
   return static_cast<Channel>(static_cast<std::uint32_t>(TruncateToInt32(value)));
 }
 
-// 32-bit arithmetic that wraps in two's complement.
+// 32-bit arithmetic that wraps in two's complement, which is what these builtins store whether it
+// overflows or not.
 inline std::int32_t WrappingAdd(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+  std::int32_t sum = 0;
+  static_cast<void>(__builtin_add_overflow(a, b, &sum));
+  return sum;
 }
 inline std::int32_t WrappingSubtract(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+  std::int32_t difference = 0;
+  static_cast<void>(__builtin_sub_overflow(a, b, &difference));
+  return difference;
 }
 inline std::int32_t WrappingMultiply(std::int32_t a, std::int32_t b) {
-  return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) * static_cast<std::uint32_t>(b));
+  std::int32_t product = 0;
+  static_cast<void>(__builtin_mul_overflow(a, b, &product));
+  return product;
 }
 
 }  // namespace vitrell

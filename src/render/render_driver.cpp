@@ -1,6 +1,8 @@
 // The render command: from the host's parameters to the finished output picture.
 #include "render/render_driver.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <mutex>
 
 #include "blur/blur_dispatcher.h"
@@ -70,6 +72,17 @@ bool IsRealisticMapped(const LX_Info& info) {
          info.realisticAmount > 0;
 }
 
+// The host's maths that not every render needs.
+bool HasMaths(const PF_ANSICallbacks& maths, const LX_Info& info) {
+  const bool realistic = info.realisticVisible == 1 && info.realisticAmount > 0;
+  const bool needsPow =
+      info.lightnessVisible == 1 || (realistic && info.realisticUseLensAsBlurMap != 0);
+  const bool needsTan = info.opticalVisible == 1 && info.opticalAmount > 0;
+  const bool needsAtan = realistic || info.lensType == kLensTriangle;
+  return (maths.pow != nullptr || !needsPow) && (maths.tan != nullptr || !needsTan) &&
+         (maths.atan != nullptr || !needsAtan);
+}
+
 // One stage reads src and writes dst, or copies when it is off.
 struct StageRunner {
   AEGP_SuiteHandler& suites;
@@ -133,10 +146,17 @@ PF_Err RenderFrame(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[]
   info.customLayer = customLayer.get();
   RETURN_IF_ERROR(CopyCustomLayer(inData, &customLayer));
   RETURN_IF_ERROR(SetInfoFromParam(inData, &info, params));
+  if (!HasMaths(inData->utils->ansi, info)) {
+    return PF_Err_BAD_CALLBACK_PARAM;
+  }
 
   PF_LayerDef* const input = &params[PARAM_INPUT]->u.ld;
-  RETURN_IF_ERROR(
-      BuildLensMask({.inData = inData, .output = output, .inputExtent = input->extent_hint}, info));
+  RETURN_IF_ERROR(BuildLensMask(
+      {.inData = inData,
+       .output = output,
+       .inputExtent = input->extent_hint,
+       .inputPixels = std::int64_t{std::max(input->width, 0)} * std::max(input->height, 0)},
+      info));
   RETURN_IF_ERROR(a.Create(input->width, input->height, PF_NewWorldFlag_NONE));
   RETURN_IF_ERROR(b.Create(input->width, input->height, PF_NewWorldFlag_NONE));
   input->extent_hint.left = 0;
@@ -155,11 +175,15 @@ PF_Err RenderEffect(IO_Params* io, const LX_Info* info, PF_LayerDef* inputLayer)
   // Kept: a failing query leaves the preset format, and a failing blend is not told to anybody.
   static_cast<void>(suites.WorldSuite2()->PF_GetPixelFormat(inputLayer, &format));
   suites.ReleaseAllSuites();
+  const bool deep = format == PF_PixelFormat_ARGB64;
+  if (!HoldsPixels(*inputLayer, deep)) {
+    return PF_Err_BAD_CALLBACK_PARAM;
+  }
   BlendRefcon blend = {.inputLayer = inputLayer,
                        .intensity = info->intensity,
                        .mode = info->mode,
                        .io = io,
-                       .deep = static_cast<std::uint8_t>(format == PF_PixelFormat_ARGB64 ? 1 : 0),
+                       .deep = static_cast<std::uint8_t>(deep ? 1 : 0),
                        .mask = LensMaskView(*io->dst)};
   static_cast<void>(RunPixelPass(suites, io->in_data, io->src, io->dst, io->src->height,
                                  {OpacityWithMode8, OpacityWithMode16}, &blend));

@@ -16,8 +16,9 @@ namespace vitrell {
 [[nodiscard]] PF_Err RenderFrame(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[],
                                  PF_LayerDef* output);
 
-// Runs the final blend of io->src over inputLayer into io->dst. Always answers PF_Err_NONE; a
-// missing suite throws.
+// Runs the final blend of io->src over inputLayer into io->dst. Answers PF_Err_NONE whatever the
+// host makes of it, but PF_Err_BAD_CALLBACK_PARAM when inputLayer's rows do not hold pixels of the
+// format that the host tells; a missing suite throws.
 [[nodiscard]] PF_Err RenderEffect(IO_Params* io, const LX_Info* info, PF_LayerDef* inputLayer);
 
 }  // namespace vitrell

@@ -4,6 +4,7 @@
 #include "host/result.h"
 #include "host/suite_handler.h"
 #include "render/render_driver.h"
+#include "shell/command_records.h"
 #include "shell/panel.h"
 #include "shell/parameters.h"
 #include "shell/strings.h"
@@ -56,6 +57,9 @@ PF_Err Dispatch(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, PF_ParamDef*
 
 PF_Err DispatchCommand(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[],
                        PF_LayerDef* output) {
+  if (!HasRecords(cmd, inData, outData, params, output)) {
+    return PF_Err_BAD_CALLBACK_PARAM;
+  }
   try {
     return Dispatch(cmd, inData, outData, params, output);
   } catch (const PF_Err& thrown) {

@@ -18,7 +18,8 @@ static_assert(kEffectOutFlags == 0x2000400);
 static_assert(kEffectOutFlags2 == 0x8000008);
 
 // Answers one host command and returns its error code. An error code thrown below (a missing suite)
-// becomes the result. Reentrant; renders exclude each other.
+// becomes the result; so does PF_Err_BAD_CALLBACK_PARAM when a record or callback that the command
+// needs is null. Reentrant; renders exclude each other.
 PF_Err DispatchCommand(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[],
                        PF_LayerDef* output);
 

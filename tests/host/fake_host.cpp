@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -63,8 +64,22 @@ PF_Err GetPixelFormat(const PF_LayerDef* world, PF_PixelFormat* format) {
 }
 
 const PF_WorldSuite2 kWorlds = {nullptr, nullptr, GetPixelFormat};
-const PF_ParamUtilsSuite3 kParamUtils = {};
-const PF_ANSICallbacksSuite1 kAnsi = {};
+PF_ParamUtilsSuite3 MakeParamUtils() {
+  PF_ParamUtilsSuite3 suite = {};
+  suite.PF_UpdateParamUI = [](PF_ProgPtr, PF_ParamIndex, const PF_ParamDef*) -> PF_Err {
+    return PF_Err_NONE;
+  };
+  return suite;
+}
+
+PF_ANSICallbacksSuite1 MakeAnsi() {
+  PF_ANSICallbacksSuite1 suite = {};
+  suite.sprintf = std::sprintf;
+  return suite;
+}
+
+const PF_ParamUtilsSuite3 kParamUtils = MakeParamUtils();
+const PF_ANSICallbacksSuite1 kAnsi = MakeAnsi();
 
 SPErr AcquireSuite(const char* name, std::int32_t version, const void** suite) {
   const std::string text = std::string(name) + " " + std::to_string(version);
