@@ -1,9 +1,14 @@
 // Optical distortion: bends the picture inside the lens as a wide-angle lens would.
 #include "blur/optical_distortion.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <numbers>
 
+#include "blur/distortion_field.h"
+#include "blur/lanes.h"
+#include "blur/lazy_strips.h"
 #include "host/pixel_pass.h"
 #include "host/world.h"
 #include "render/depth_traits.h"
@@ -17,44 +22,139 @@ namespace {
 // A focal length below this bends everything onto the centre pixel.
 constexpr double kFocalLengthThreshold = 0.0001;
 
+constexpr std::int32_t kStripRows = 8;
+
+template <typename Pixel>
 struct DistortRefcon {
-  std::int32_t centerX;
-  std::int32_t centerY;
-  double focalLengthPx;
-  const IO_Params* io;
-  A_FpLong (*squareRoot)(A_FpLong);
+  DistortionField field;
+  PF_LayerDef src;
   LensMaskView mask;
+  LazyStrips<Pixel, kStripRows> strips;
 };
 
-// The mask and the distance gate the effect only; its strength does not follow the mask.
+// The bilinear sample of GetPointerFromDataDP with the alpha of another pixel.
+template <typename Pixel>
+void SampleColours(const PF_LayerDef& src, const SamplePoint& point, const Pixel& in, Pixel* out) {
+  static_cast<void>(GetPointerFromDataDP<Pixel>(&src, point.row, point.column, out, 1));
+  out->alpha = in.alpha;
+}
+
+// The same for a source whose origin is (0, 0), where all four neighbours lie inside it.
+template <typename Pixel>
+void SampleColoursInside(const PF_LayerDef& src, const SamplePoint& point, const Pixel& in,
+                         Pixel* out) {
+  const std::int32_t i = TruncateToInt32(point.row);
+  const std::int32_t j = TruncateToInt32(point.column);
+  if (i < 1 || j < 1 || i >= src.height - 1 || j >= src.width - 1) {
+    SampleColours(src, point, in, out);
+    return;
+  }
+  const double fy = point.row - i;
+  const double fx = point.column - j;
+  const char* const upper = static_cast<const char*>(src.data) + std::ptrdiff_t{i} * src.rowbytes;
+  const Pixel* const nw = reinterpret_cast<const Pixel*>(upper) + j;
+  const Pixel* const sw = reinterpret_cast<const Pixel*>(upper + src.rowbytes) + j;
+  F64Pair low = {};  // Alpha and red, then green and blue.
+  F64Pair high = {};
+  const auto add = [&](const Pixel* pixel, double weight) {
+    F64Pair pixelLow;
+    F64Pair pixelHigh;
+    WidenLanes(LoadLanes(pixel), &pixelLow, &pixelHigh);
+    low += weight * pixelLow;
+    high += weight * pixelHigh;
+  };
+  add(nw, (1 - fy) * (1 - fx));
+  add(nw + 1, (1 - fy) * fx);
+  add(sw, fy * (1 - fx));
+  add(sw + 1, fy * fx);
+  StoreColours(TruncateLanes(low, high), in, out);
+}
+
+// Works out the pixels of a row from begin to end, at most as many as DistortedPixels holds.
+template <typename Pixel>
+void FillPixels(const DistortRefcon<Pixel>& refcon, std::int32_t row, std::int32_t begin,
+                std::int32_t end, Pixel* out) {
+  const Pixel* const in = StoredPixel<Pixel>(&refcon.src, row, 0);
+  std::copy(in + begin, in + end, out + begin);
+  DistortedPixels pixels;
+  for (std::int32_t x = begin; x < end; ++x) {
+    pixels.x[pixels.count] = x;
+    pixels.count += refcon.mask.At(x, row) > kMaskThreshold ? 1 : 0;
+  }
+  pixels.FindSources(refcon.field, row);
+  for (int i = 0; i < pixels.count; ++i) {
+    const std::int32_t x = pixels.x[i];
+    SampleColoursInside(refcon.src, pixels.sources[i], in[x], out + x);
+  }
+}
+
+// One pixel by itself, where no strip holds it. The mask and the distance gate the effect only; its
+// strength does not follow the mask.
+template <typename Pixel>
+void DistortOnePixel(const DistortRefcon<Pixel>& refcon, A_long x, A_long y, const Pixel& in,
+                     Pixel* out) {
+  const DistortionField& field = refcon.field;
+  if (!(refcon.mask.At(x, y) > kMaskThreshold)) {
+    *out = in;
+    return;
+  }
+  const double distance = field.DistanceOf(x, y);
+  if (!(distance > 0.0)) {
+    *out = in;
+  } else if (field.focalLengthPx < kFocalLengthThreshold) {
+    *out = GetPointerFromData<Pixel>(&refcon.src, field.centerY, field.centerX, 1);
+  } else {
+    SampleColours(refcon.src, field.SourceOf(x, y, distance), in, out);
+  }
+}
+
+// A function of its own that the pass ends in, so that the quick way saves no registers.
+template <typename Pixel>
+[[gnu::noinline]] PF_Err DistortInNewStrip(DistortRefcon<Pixel>* refcon, A_long x, A_long y,
+                                           const Pixel& in, Pixel* out) {
+  const std::int32_t width = refcon->src.width;
+  const Pixel* const distorted = refcon->strips.PixelOrFill(
+      x, y, [&](std::int32_t firstRow, std::int32_t endRow, Pixel* strip) {
+        for (std::int32_t row = firstRow; row < endRow; ++row) {
+          for (std::int32_t begin = 0; begin < width; begin += DistortedPixels::kCapacity) {
+            FillPixels(*refcon, row, begin, std::min(begin + DistortedPixels::kCapacity, width),
+                       strip);
+          }
+          strip += width;
+        }
+      });
+  if (distorted != nullptr) {
+    *out = *distorted;
+  } else {
+    DistortOnePixel(*refcon, x, y, in, out);
+  }
+  return PF_Err_NONE;
+}
+
 template <typename Pixel>
 PF_Err OpticalDistortion(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
-  const auto& refcon = *static_cast<const DistortRefcon*>(refconPtr);
-  if (!(refcon.mask.At(x, y) > kMaskThreshold)) {
-    *out = *in;
-    return PF_Err_NONE;
+  auto* const refcon = static_cast<DistortRefcon<Pixel>*>(refconPtr);
+  const Pixel* const distorted = refcon->strips.ReadyPixel(x, y);
+  if (distorted == nullptr) [[unlikely]] {
+    return DistortInNewStrip(refcon, x, y, *in, out);
   }
-  const double dx = WrappingSubtract(x, refcon.centerX);
-  const double dy = WrappingSubtract(y, refcon.centerY);
-  const double distance = refcon.squareRoot(dx * dx + dy * dy);
-  if (!(distance > 0.0)) {
-    *out = *in;
-    return PF_Err_NONE;
-  }
-  const double f = refcon.focalLengthPx;
-  if (f < kFocalLengthThreshold) {
-    *out = GetPointerFromData<Pixel>(refcon.io->src, refcon.centerY, refcon.centerX, 1);
-    return PF_Err_NONE;
-  }
-  // f x sin(atan(distance / f)): always nearer to the centre than the pixel itself.
-  const double ratio = distance / f;
-  const double square = ratio * ratio;
-  const double sourceDistance = refcon.squareRoot(square / (square + 1.0)) * f;
-  const double row = refcon.centerY + sourceDistance * dy / distance;
-  const double column = refcon.centerX + sourceDistance * dx / distance;
-  static_cast<void>(GetPointerFromDataDP<Pixel>(refcon.io->src, row, column, out, 1));
-  out->alpha = in->alpha;
+  *out = *distorted;
   return PF_Err_NONE;
+}
+
+template <typename Pixel>
+PF_Err RunPass(AEGP_SuiteHandler& suites, IO_Params* io, const DistortionField& field) {
+  DistortRefcon<Pixel> refcon = {field, *io->src, LensMaskView(*io->dst), {}};
+  const PF_LayerDef& src = *io->src;
+  // Worlds with another origin and extreme fields of view have no strips.
+  const bool hasStrips = src.data != nullptr && IsDeep(src) == IsDeep(*io->dst) &&
+                         src.extent_hint.left == 0 && src.extent_hint.top == 0 &&
+                         !(field.focalLengthPx < kFocalLengthThreshold);
+  if (hasStrips && !refcon.strips.Allocate(src.width, src.height)) {
+    return PF_Err_OUT_OF_MEMORY;
+  }
+  return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
+                      {OpticalDistortion<PF_Pixel>, OpticalDistortion<PF_Pixel16>}, &refcon);
 }
 
 }  // namespace
@@ -66,14 +166,11 @@ PF_Err RunOpticalDistortion(AEGP_SuiteHandler& suites, IO_Params* io, const LX_I
                                                    WrappingMultiply(dst.height, dst.height)));
   const double halfFieldOfView = info.opticalAmount * std::numbers::pi / 180 * 0.5;
   const bool useLensCenter = info.opticalCenterOfLens != 0;
-  DistortRefcon refcon = {useLensCenter ? info.positionX : info.opticalCenterX,
-                          useLensCenter ? info.positionY : info.opticalCenterY,
-                          diagonalPx / maths.tan(halfFieldOfView),
-                          io,
-                          maths.sqrt,
-                          LensMaskView(dst)};
-  return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(dst),
-                      {OpticalDistortion<PF_Pixel>, OpticalDistortion<PF_Pixel16>}, &refcon);
+  const DistortionField field = {useLensCenter ? info.positionX : info.opticalCenterX,
+                                 useLensCenter ? info.positionY : info.opticalCenterY,
+                                 diagonalPx / maths.tan(halfFieldOfView), maths.sqrt};
+  return IsDeep(dst) ? RunPass<PF_Pixel16>(suites, io, field)
+                     : RunPass<PF_Pixel>(suites, io, field);
 }
 
 }  // namespace vitrell

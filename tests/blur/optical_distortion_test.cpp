@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "blur/render_case.h"
 
 namespace vitrell {
@@ -206,6 +208,30 @@ TEST(OpticalDistortionTest, CentreOfTheLensIsAnyValueButZero) {
   ExpectSamePicture(lens, c.Actual(input), "center of the lens 2");
   record.u.bd.value = 256;
   ExpectSamePicture(own, c.Actual(input), "center of the lens 256");
+}
+
+TEST(OpticalDistortionTest, RandomBendsAndPictures) {
+  constexpr std::uint32_t kSeed = 20261123;
+  std::mt19937 random(kSeed);
+  const auto between = [&random](int first, int last) {
+    return first + static_cast<int>(random() % static_cast<unsigned>(last - first + 1));
+  };
+  for (int i = 0; i < 300; ++i) {
+    // Some rows are longer than what is worked out at once.
+    const int width = i % 5 == 0 ? between(200, 600) : between(1, 97);
+    const int height = between(1, 61);
+    RenderCase c =
+        MakeCase(between(1, 1799) / 10.0, between(-width, 2 * width), between(-height, 2 * height));
+    if (i % 3 == 0) {
+      c.SetCircle(between(0, width), between(0, height), between(1, 60), width)
+          .Set("lens.feather", between(0, 90));
+    }
+    c.ExpectExact(MakePicture(kAllPatterns[between(0, 8)], width, height, i % 2 == 1,
+                              static_cast<std::uint64_t>(i)));
+    if (HasFailure()) {
+      FAIL() << "seed " << kSeed << ", case " << i;
+    }
+  }
 }
 
 TEST(OpticalDistortionTest, PaddedRowsAndGuardPages) {
