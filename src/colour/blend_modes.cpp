@@ -38,9 +38,9 @@ PF_Pixel16 ReadBackground16(const BlendRefcon& blend, int x, int y) {
           convert(shallow.blue)};
 }
 
-// base + (target - base) x opacity in single precision.
+// base + (target - base) x opacity in single precision; the difference is a 32-bit one.
 float Toward(std::int32_t base, std::int32_t target, float opacity) {
-  return static_cast<float>(base) + static_cast<float>(std::int64_t{target} - base) * opacity;
+  return static_cast<float>(base) + static_cast<float>(WrappingSubtract(target, base)) * opacity;
 }
 
 // One channel of f over b; mode must be one of the four.

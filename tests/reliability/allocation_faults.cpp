@@ -117,15 +117,9 @@ void DeleteArray(void* block) noexcept {
   ::operator delete[](block);
 }
 
-void DeleteSized(void* block, std::size_t size) noexcept {
-  Uncount(block);
-  ::operator delete(block, size);
-}
+void DeleteSized(void* block, std::size_t /*size*/) noexcept { Delete(block); }
 
-void DeleteArraySized(void* block, std::size_t size) noexcept {
-  Uncount(block);
-  ::operator delete[](block, size);
-}
+void DeleteArraySized(void* block, std::size_t /*size*/) noexcept { DeleteArray(block); }
 
 void DeleteAligned(void* block, std::align_val_t alignment) noexcept {
   Uncount(block);
@@ -137,14 +131,13 @@ void DeleteArrayAligned(void* block, std::align_val_t alignment) noexcept {
   ::operator delete[](block, alignment);
 }
 
-void DeleteSizedAligned(void* block, std::size_t size, std::align_val_t alignment) noexcept {
-  Uncount(block);
-  ::operator delete(block, size, alignment);
+void DeleteSizedAligned(void* block, std::size_t /*size*/, std::align_val_t alignment) noexcept {
+  DeleteAligned(block, alignment);
 }
 
-void DeleteArraySizedAligned(void* block, std::size_t size, std::align_val_t alignment) noexcept {
-  Uncount(block);
-  ::operator delete[](block, size, alignment);
+void DeleteArraySizedAligned(void* block, std::size_t /*size*/,
+                             std::align_val_t alignment) noexcept {
+  DeleteArrayAligned(block, alignment);
 }
 
 template <typename Function>

@@ -28,7 +28,7 @@ namespace {
 #ifdef VITRELL_SLOW_TESTS
 constexpr int kSecondsOfProcessor = 20;
 #else
-constexpr int kSecondsOfProcessor = 2;
+constexpr int kSecondsOfProcessor = 4;
 #endif
 // By the clock, for a case that waits for what never comes; other work may slow this one down.
 constexpr int kSecondsByTheClock = 60;

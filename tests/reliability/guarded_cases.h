@@ -13,9 +13,9 @@ struct GuardedCase {
   std::function<std::string()> run;  // A complaint, or an empty text when all is well.
 };
 
-// Runs the cases in a process of their own, each with a bound on its time: two seconds of processor
-// time, twenty with a sanitizer. After a case that crashes or hangs the next ones go on in a fresh
-// process. What went wrong, each with the name of its case; at most ten of them.
+// Runs the cases in a process of their own, each with a bound on its time: four seconds of
+// processor time, twenty with a sanitizer. After a case that crashes or hangs the next ones go on
+// in a fresh process. What went wrong, each with the name of its case; at most ten of them.
 std::vector<std::string> RunGuarded(const std::vector<GuardedCase>& cases);
 
 }  // namespace vitrell::reliability

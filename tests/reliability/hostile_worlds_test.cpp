@@ -31,6 +31,8 @@ void SetLook(Look look, RawHost& host) {
   host.Param(PARAM_TYPE).u.pd.value = look == Look::kCustomLens ? 6 : 2;
   SetFloat(host, PARAM_FEATHER, 60);
   SetFloat(host, PARAM_FAST_AMOUNT, 3);
+  // The curve of 16-bit lightness costs more than all the rest.
+  host.Param(PARAM_LIGHTNESS_VISIBLE).u.bd.value = look == Look::kEverything ? 1 : 0;
   if (look == Look::kDefaults || look == Look::kCustomLens) return;
   SetFloat(host, PARAM_REALISTIC_AMOUNT, 4);
   SetFloat(host, PARAM_OPTICAL_AMOUNT, 70);

@@ -1,0 +1,116 @@
+// Thousands of renders in one process: nothing grows.
+#include <gtest/gtest.h>
+#include <malloc.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include "headless/effect_host.h"
+#include "whole/random_case.h"
+
+namespace vitrell::reliability {
+namespace {
+
+constexpr std::uint64_t kSeed = 20261107;
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kSanitized = true;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+constexpr bool kSanitized = true;
+#else
+constexpr bool kSanitized = false;
+#endif
+#else
+constexpr bool kSanitized = false;
+#endif
+
+// 10,000 unless VITRELL_SOAK_RENDERS says otherwise. A sanitizer keeps memory of its own and finds
+// leaks by itself.
+int RenderCount() {
+  const char* const wanted = std::getenv("VITRELL_SOAK_RENDERS");
+  if (wanted != nullptr) return std::atoi(wanted);
+  return kSanitized ? 300 : 10000;
+}
+
+struct Usage {
+  long residentKb = 0;
+  long heapKb = 0;
+  long handles = 0;
+  long threads = 0;
+};
+
+long EntriesIn(const char* folder) {
+  return static_cast<long>(std::distance(std::filesystem::directory_iterator(folder),
+                                         std::filesystem::directory_iterator()));
+}
+
+Usage MeasureUsage() {
+  malloc_trim(0);  // What the allocator merely keeps is nobody's leak.
+  Usage usage;
+  std::ifstream statm("/proc/self/statm");
+  long total = 0;
+  long resident = 0;
+  statm >> total >> resident;
+  usage.residentKb = resident * (sysconf(_SC_PAGESIZE) / 1024);
+  const struct mallinfo2 heap = mallinfo2();
+  usage.heapKb = static_cast<long>((heap.uordblks + heap.hblkhd) / 1024);
+  usage.handles = EntriesIn("/proc/self/fd");
+  usage.threads = EntriesIn("/proc/self/task");
+  return usage;
+}
+
+void Print(int renders, const Usage& usage) {
+  std::cout << renders << " renders: resident " << usage.residentKb << " kB, heap " << usage.heapKb
+            << " kB, " << usage.handles << " handles, " << usage.threads << " threads" << std::endl;
+}
+
+// New hosts now and then, with set-up and set-down, each on two threads of its own.
+TEST(SoakTest, NothingGrows) {
+  const int count = RenderCount();
+  ASSERT_GE(count, 100) << "VITRELL_SOAK_RENDERS must be 100 or more";
+  const int warmUp = count / 10;
+  const auto module = std::make_shared<const headless::EffectModule>(VITRELL_MODULE_PATH);
+  std::cout << "seeds from " << kSeed << std::endl;
+  std::unique_ptr<headless::EffectHost> host;
+  Usage start;
+  Usage largest;
+  for (int i = 0; i < count; ++i) {
+    if (i % 100 == 0) host = std::make_unique<headless::EffectHost>(module);
+    whole::RandomCase one = whole::MakeRandomCase(kSeed + static_cast<std::uint64_t>(i), *host);
+    one.options.threads = 2;
+    const headless::RenderResult result =
+        host->Render(one.input, one.output, one.custom ? &*one.custom : nullptr, one.options);
+    ASSERT_EQ(result.complaints, std::vector<std::string>()) << "seed " << one.seed;
+    if (i + 1 == warmUp) {
+      start = MeasureUsage();
+      largest = start;
+      Print(i + 1, start);
+    } else if (i > warmUp && (i + 1) % std::max(count / 10, 1) == 0) {
+      const Usage now = MeasureUsage();
+      Print(i + 1, now);
+      largest.residentKb = std::max(largest.residentKb, now.residentKb);
+      largest.heapKb = std::max(largest.heapKb, now.heapKb);
+      largest.handles = std::max(largest.handles, now.handles);
+      largest.threads = std::max(largest.threads, now.threads);
+    }
+  }
+  // The spare worlds of the host come and go with the pictures' sizes.
+  constexpr long kMostGrowthKb = 2048;
+  if (!kSanitized) {
+    EXPECT_LE(largest.residentKb, start.residentKb + kMostGrowthKb);
+    EXPECT_LE(largest.heapKb, start.heapKb + kMostGrowthKb);
+  }
+  EXPECT_EQ(largest.handles, start.handles);
+  EXPECT_EQ(largest.threads, start.threads);
+}
+
+}  // namespace
+}  // namespace vitrell::reliability
