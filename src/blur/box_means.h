@@ -62,19 +62,19 @@ class DoubleMeans {
 struct WideSums {
   std::uint64_t lane[4];
 
-  friend WideSums operator+(WideSums a, const WideSums& b) {
+  VITRELL_UNSIGNED_WRAPS friend WideSums operator+(WideSums a, const WideSums& b) {
     for (int i = 0; i < 4; ++i) {
       a.lane[i] += b.lane[i];
     }
     return a;
   }
-  friend WideSums operator-(WideSums a, const WideSums& b) {
+  VITRELL_UNSIGNED_WRAPS friend WideSums operator-(WideSums a, const WideSums& b) {
     for (int i = 0; i < 4; ++i) {
       a.lane[i] -= b.lane[i];
     }
     return a;
   }
-  friend WideSums operator*(WideSums a, std::uint64_t factor) {
+  VITRELL_UNSIGNED_WRAPS friend WideSums operator*(WideSums a, std::uint64_t factor) {
     for (std::uint64_t& sum : a.lane) {
       sum *= factor;
     }

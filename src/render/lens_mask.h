@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "host/host_api.h"
+#include "render/numeric.h"
 #include "render/settings.h"
 
 namespace vitrell {
@@ -50,7 +51,7 @@ class LensMaskView {
         width_(Extent(world.extent_hint.left, world.extent_hint.right)),
         height_(Extent(world.extent_hint.top, world.extent_hint.bottom)) {}
 
-  double At(std::int32_t x, std::int32_t y) const {
+  VITRELL_UNSIGNED_WRAPS double At(std::int32_t x, std::int32_t y) const {
     const std::uint32_t column = static_cast<std::uint32_t>(x) - left_;
     const std::uint32_t row = static_cast<std::uint32_t>(y) - top_;
     const std::uint64_t index = std::uint64_t{row} * width_ + column;
@@ -58,7 +59,7 @@ class LensMaskView {
   }
 
  private:
-  static std::uint32_t Extent(std::int32_t from, std::int32_t to) {
+  VITRELL_UNSIGNED_WRAPS static std::uint32_t Extent(std::int32_t from, std::int32_t to) {
     return to > from ? static_cast<std::uint32_t>(to) - static_cast<std::uint32_t>(from) : 0;
   }
 

@@ -10,6 +10,13 @@
 #include <emmintrin.h>
 #endif
 
+// Marks a function whose unsigned arithmetic is meant to wrap, for the sanitizer that reports it.
+#if defined(__clang__)
+#define VITRELL_UNSIGNED_WRAPS __attribute__((no_sanitize("unsigned-integer-overflow")))
+#else
+#define VITRELL_UNSIGNED_WRAPS
+#endif
+
 namespace vitrell {
 
 // Truncates toward zero. NaN and values outside int32 become INT32_MIN on every platform, which is
