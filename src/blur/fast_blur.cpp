@@ -67,25 +67,37 @@ ColourMeans BlendWithUnblurred(const BoxBlurRefcon& box, std::int32_t x, std::in
           unblurred.blue * (1 - t) + means.blue * t};
 }
 
-// The plain box around one pixel, tap by tap, for the rare pixel whose row cannot be had: outside
-// the source, or while another thread works the row out.
+// The plain box around one pixel, for the rare pixel whose row cannot be had: outside the source,
+// or while another thread works the row out. The folded line repeats, so that whole periods of a
+// long window are added at once; the sums are integers below 2^53 either way.
 template <BoxAxis kAxis, typename Pixel>
 [[gnu::noinline]] void StorePlainBox(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y,
                                      const Pixel& in, Pixel* out) {
-  double red = 0, green = 0, blue = 0, taps = 0;
-  for (std::int64_t i = -std::int64_t{box.radiusPx}; i <= box.radiusPx; ++i) {
-    const auto shift = static_cast<std::int32_t>(i);
-    const std::int32_t row = kAxis == BoxAxis::kRows ? y : WrappingAdd(y, shift);
-    const std::int32_t column = kAxis == BoxAxis::kRows ? WrappingAdd(x, shift) : x;
-    if (const Pixel* const tap = GetPointerFromDataP<Pixel>(
-            box.io->src, row, column, static_cast<unsigned char>(box.mirror))) {
-      red += tap->red;
-      green += tap->green;
-      blue += tap->blue;
+  constexpr bool kRows = kAxis == BoxAxis::kRows;
+  const PF_LayerDef& src = *box.io->src;
+  const std::int64_t taps = std::max<std::int64_t>(2 * std::int64_t{box.radiusPx} + 1, 0);
+  const std::int64_t period = 2 * std::max<std::int64_t>(kRows ? src.width : src.height, 1) - 1;
+  double red = 0, green = 0, blue = 0;
+  const auto add = [&](std::int64_t first, std::int64_t count, std::int64_t times) {
+    const auto weight = static_cast<double>(times);
+    for (std::int64_t i = first; i < first + count; ++i) {
+      const auto shift = static_cast<std::int32_t>(i);
+      const std::int32_t row = kRows ? y : WrappingAdd(y, shift);
+      const std::int32_t column = kRows ? WrappingAdd(x, shift) : x;
+      if (const Pixel* const tap = GetPointerFromDataP<Pixel>(
+              &src, row, column, static_cast<unsigned char>(box.mirror))) {
+        red += weight * tap->red;
+        green += weight * tap->green;
+        blue += weight * tap->blue;
+      }
     }
-    taps += 1;
+  };
+  add(-std::int64_t{box.radiusPx}, taps % period, 1);
+  if (taps >= period) {
+    add(0, period, taps / period);
   }
-  StoreMeans(in, {red / taps, green / taps, blue / taps}, out);
+  const auto count = static_cast<double>(taps);
+  StoreMeans(in, {red / count, green / count, blue / count}, out);
 }
 
 // The slow ways are functions of their own that the pass ends in, so that the quick way saves no

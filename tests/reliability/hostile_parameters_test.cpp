@@ -243,5 +243,27 @@ TEST(LargestAmountsTest, EndInAMoment) {
   std::cout << cases.size() << " renders with a slider at its end" << std::endl;
 }
 
+// A row that another thread is at is worked out pixel by pixel: that must not take every tap of a
+// radius that no panel offers.
+TEST(LargestAmountsTest, RadiusOfTwoThousandMillionOnSevenThreads) {
+  std::vector<GuardedCase> cases;
+  for (const bool deep : {false, true}) {
+    cases.push_back({deep ? "16-bit" : "8-bit", [deep] {
+                       FaultRender render(Module(), CaseNamed("the default settings"), deep);
+                       render.Host().SetFloat(render.Host().IndexOf("fast-blur.amount"), 2e9);
+                       const headless::RenderResult alone = render.Render();
+                       const headless::WorldBuffer expected = render.Output();
+                       render.Options().threads = 7;
+                       render.Options().order = headless::IterateOrder::kSinglePixels;
+                       for (int i = 0; i < 50 && alone.Ok(); ++i) {
+                         render.Render();
+                         if (!headless::SamePixels(expected, render.Output())) return "differs";
+                       }
+                       return alone.Ok() ? "" : "fails";
+                     }});
+  }
+  EXPECT_EQ(RunGuarded(cases), std::vector<std::string>());
+}
+
 }  // namespace
 }  // namespace vitrell::reliability
