@@ -26,7 +26,7 @@ struct Iris {
 
 Iris MakeIris(const Settings& settings, const Maths& maths) {
   Iris iris;
-  iris.sideAngle = 2.0 * kPi / (settings.irisSides + 2);
+  iris.sideAngle = 2.0 * kPi / (static_cast<double>(settings.irisSides) + 2.0);
   iris.roundness = settings.irisRoundness;
   iris.aspectRatio = settings.irisAspectRatio;
   const double angle = -settings.irisRotation;
