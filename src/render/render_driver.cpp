@@ -2,6 +2,7 @@
 #include "render/render_driver.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 
@@ -24,16 +25,25 @@ namespace {
 std::recursive_mutex globalMutex;
 
 // Frees the lens mask at the end of the render. Until the first stage starts g_LensMask keeps its
-// old address, later it is set null.
+// old address, later it is set null. A host may render another frame on this thread from within a
+// host call: the outer frame's mask is put aside meanwhile.
 class LensMaskScope {
  public:
-  LensMaskScope() = default;
-  ~LensMaskScope() { FreeLensMask(!stagesStarted_); }
+  LensMaskScope() : outerMask_(g_LensMask), outerSize_(g_LensMaskSize) { g_LensMaskSize = 0; }
+  ~LensMaskScope() {
+    FreeLensMask(!stagesStarted_);
+    if (outerSize_ != 0) {
+      g_LensMask = outerMask_;
+      g_LensMaskSize = outerSize_;
+    }
+  }
   LensMaskScope(const LensMaskScope&) = delete;
   LensMaskScope& operator=(const LensMaskScope&) = delete;
   void StagesStart() { stagesStarted_ = true; }
 
  private:
+  double* outerMask_;
+  std::size_t outerSize_;
   bool stagesStarted_ = false;
 };
 

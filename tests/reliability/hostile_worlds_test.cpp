@@ -258,5 +258,47 @@ TEST(HostileWorldsAnswerTest, AHugeExtentHintOfTheOutputCostsNothing) {
   }
 }
 
+// --- A render within a render ---
+
+// A host call may bring the host to render another frame on the same thread before it answers.
+// Both frames come out as they do alone, at whichever call the second one comes.
+TEST(NestedRenderTest, AtEveryHostCall) {
+  for (const bool deep : {false, true}) {
+    for (const Look look : {Look::kEverything, Look::kEverythingByTheLens, Look::kCustomLens}) {
+      const RawHost::Setup setup = {.deep = deep, .custom = WorldKind::kUsual};
+      RawHost alone(Module().EntryPoint(), setup);
+      SetLook(look, alone);
+      int calls = 0;
+      alone.onCall = [&calls] { ++calls; };
+      ASSERT_EQ(alone.Render(), PF_Err_NONE);
+      const std::uint64_t expected = alone.OutputChecksum();
+      std::vector<GuardedCase> cases;
+      for (int n = 1; n <= calls; ++n) {
+        cases.push_back({"at call " + std::to_string(n), [setup, look, n, expected] {
+                           RawHost host(Module().EntryPoint(), setup);
+                           SetLook(look, host);
+                           PF_LayerDef second = host.MakeOutput();
+                           int call = 0;
+                           PF_Err inner = PF_Err_NONE;
+                           host.onCall = [&] {
+                             if (++call != n) return;
+                             PF_LayerDef* const outer = host.output;
+                             host.output = &second;
+                             inner = host.Render();
+                             host.output = outer;
+                           };
+                           const PF_Err error = host.Render();
+                           if (error != 0 || inner != 0) return std::string("fails");
+                           if (host.ChecksumOf(second) != expected) return std::string("inner");
+                           if (host.OutputChecksum() != expected) return std::string("outer");
+                           return host.Outstanding();
+                         }});
+      }
+      EXPECT_EQ(RunGuarded(cases), std::vector<std::string>()) << static_cast<int>(look);
+      std::cout << calls << " renders within a render" << std::endl;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace vitrell::reliability

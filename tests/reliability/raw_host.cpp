@@ -16,8 +16,8 @@
 namespace vitrell::reliability {
 namespace {
 
-constexpr A_long kWidth = 13;
-constexpr A_long kHeight = 9;
+constexpr A_long kWidth = RawHost::kOutputWidth;
+constexpr A_long kHeight = RawHost::kOutputHeight;
 constexpr A_long kSmallest = std::numeric_limits<A_long>::min();
 constexpr A_long kLargest = std::numeric_limits<A_long>::max();
 constexpr PF_Err kFormatFails = 777;
@@ -35,6 +35,7 @@ std::size_t RoundUp(std::size_t bytes, std::size_t unit) {
 // --- Callbacks ---
 
 PF_Err CheckoutParam(PF_ProgPtr, PF_ParamIndex, A_long, A_long, A_u_long, PF_ParamDef* param) {
+  g_host->NoteCall();
   *param = {};
   param->param_type = PF_Param_LAYER;
   param->u.ld = g_host->customRecord;
@@ -43,11 +44,15 @@ PF_Err CheckoutParam(PF_ProgPtr, PF_ParamIndex, A_long, A_long, A_u_long, PF_Par
 }
 
 PF_Err CheckinParam(PF_ProgPtr, PF_ParamDef*) {
+  g_host->NoteCall();
   --g_host->openCheckouts;
   return PF_Err_NONE;
 }
 
-PF_Err Abort(PF_ProgPtr) { return PF_Err_NONE; }
+PF_Err Abort(PF_ProgPtr) {
+  g_host->NoteCall();
+  return PF_Err_NONE;
+}
 
 PF_Err AddParam(PF_ProgPtr, PF_ParamIndex, PF_ParamDef* def) {
   g_host->AddRecord(*def);
@@ -56,6 +61,7 @@ PF_Err AddParam(PF_ProgPtr, PF_ParamIndex, PF_ParamDef* def) {
 
 PF_Err NewWorld(PF_ProgPtr, A_long width, A_long height, PF_NewWorldFlags flags,
                 PF_LayerDef* world) {
+  g_host->NoteCall();
   constexpr A_long kMostPixels = 1 << 20;
   const RawHost::Setup& setup = g_host->GetSetup();
   const bool deep = (flags & PF_NewWorldFlag_DEEP_PIXELS) != 0 || setup.deep;
@@ -76,6 +82,7 @@ PF_Err NewWorld(PF_ProgPtr, A_long width, A_long height, PF_NewWorldFlags flags,
 }
 
 PF_Err DisposeWorld(PF_ProgPtr, PF_LayerDef* world) {
+  g_host->NoteCall();
   if (world->data != nullptr) {
     --g_host->liveWorlds;
     g_host->Forget(world->data);
@@ -124,6 +131,7 @@ PF_Err ForEachCommonPixel(const PF_LayerDef& a, const PF_LayerDef& b, const Visi
 }
 
 PF_Err Copy(PF_ProgPtr, PF_LayerDef* from, PF_LayerDef* to, PF_LRect*, PF_LRect*) {
+  g_host->NoteCall();
   if (from->data == nullptr || to->data == nullptr) {
     return g_host->GetSetup().copiesFromNothing ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
   }
@@ -134,6 +142,7 @@ PF_Err Copy(PF_ProgPtr, PF_LayerDef* from, PF_LayerDef* to, PF_LRect*, PF_LRect*
 }
 
 PF_Err FillWith(const PF_Pixel16& color, const PF_LRect* rect, PF_LayerDef* world) {
+  g_host->NoteCall();
   return ForEachCommonPixel(*world, *world, [&](A_long x, A_long y, void* pixel, void*) {
     const bool inside = rect == nullptr ||
                         (x >= rect->left && x < rect->right && y >= rect->top && y < rect->bottom);
@@ -154,6 +163,7 @@ template <typename Pixel, typename Function>
 PF_Err IterateOver(PF_LayerDef* source, void* refcon, Function function, PF_LayerDef* destination) {
   if (source->data == nullptr || destination->data == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
   return ForEachCommonPixel(*source, *destination, [&](A_long x, A_long y, void* in, void* out) {
+    if (x == kWidth / 2 && y == kHeight / 2) g_host->NoteCall();
     return function(refcon, x, y, static_cast<Pixel*>(in), static_cast<Pixel*>(out));
   });
 }
@@ -169,6 +179,7 @@ PF_Err Iterate16(PF_InData*, A_long, A_long, PF_LayerDef* source, const PF_LRect
 }
 
 PF_Err GetPixelFormat(const PF_LayerDef* world, PF_PixelFormat* format) {
+  g_host->NoteCall();
   switch (g_host->GetSetup().format) {
     case FormatAnswer::kShallow:
       *format = PF_PixelFormat_ARGB32;
@@ -193,6 +204,7 @@ PF_Err GetPixelFormat(const PF_LayerDef* world, PF_PixelFormat* format) {
 PF_Err UpdateParamUI(PF_ProgPtr, PF_ParamIndex, const PF_ParamDef*) { return PF_Err_NONE; }
 
 SPErr AcquireSuite(const char* name, std::int32_t, const void** suite) {
+  g_host->NoteCall();
   const struct {
     const char* name;
     const void* table;
@@ -212,6 +224,7 @@ SPErr AcquireSuite(const char* name, std::int32_t, const void** suite) {
 }
 
 SPErr ReleaseSuite(const char*, std::int32_t) {
+  g_host->NoteCall();
   --g_host->openSuites;
   return PF_Err_NONE;
 }
@@ -328,6 +341,13 @@ void RawHost::AddRecord(const PF_ParamDef& record) { records_.push_back(record);
 
 std::uint64_t RawHost::OutputChecksum() const {
   return outputPixels_ != nullptr ? outputPixels_->Checksum() : 0;
+}
+
+std::uint64_t RawHost::ChecksumOf(const PF_LayerDef& world) const {
+  for (const auto& pixels : pixels_) {
+    if (pixels->Contains(world.data, 1)) return pixels->Checksum();
+  }
+  return 0;
 }
 
 std::string RawHost::Outstanding() const {

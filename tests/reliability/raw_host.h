@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -71,6 +72,9 @@ enum class FormatAnswer { kByFlags, kShallow, kDeep, kFloat, kInvalid, kFails, k
 
 class RawHost {
  public:
+  static constexpr A_long kOutputWidth = 13;
+  static constexpr A_long kOutputHeight = 9;
+
   struct Setup {
     bool deep = false;
     MemoryEnd end = MemoryEnd::kLast;
@@ -105,6 +109,14 @@ class RawHost {
   std::vector<PF_ParamDef*> params;
   PF_LayerDef outputRecord{};
   PF_LayerDef* output = nullptr;
+  // Called at the beginning of every host call, and in the middle of passes.
+  std::function<void()> onCall;
+  // Another world of the output's size.
+  PF_LayerDef MakeOutput() {
+    return MakeWorld(setup_.output, kOutputWidth, kOutputHeight, setup_.deep);
+  }
+  // Of a world's memory.
+  std::uint64_t ChecksumOf(const PF_LayerDef& world) const;
   // Pointers that may be null.
   PF_InData* inPointer = nullptr;
   PF_OutData* outPointer = nullptr;
@@ -117,6 +129,9 @@ class RawHost {
   PF_WorldSuite2 worldSuite{};
 
   // For the callbacks.
+  void NoteCall() const {
+    if (onCall) onCall();
+  }
   PF_LayerDef MakeWorld(WorldKind kind, A_long width, A_long height, bool deep);
   void Forget(const void* data);
   void* PixelAt(const PF_LayerDef& world, A_long x, A_long y, std::size_t bytes) const;
