@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kRenderThreads = 8;
 constexpr int kIterateThreads = 7;
-constexpr int kRendersOfEach = 12;
+constexpr int kRendersOfEach = 30;
 constexpr std::uint64_t kSeed = 20261106;
 
 std::shared_ptr<const headless::EffectModule> Module() {

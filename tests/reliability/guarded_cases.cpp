@@ -14,24 +14,16 @@
 #include <new>
 #include <stdexcept>
 
+#include "reliability/sanitizers.h"
+
 namespace vitrell::reliability {
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define VITRELL_SLOW_TESTS 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define VITRELL_SLOW_TESTS 1
-#endif
-#endif
-
-#ifdef VITRELL_SLOW_TESTS
-constexpr int kSecondsOfProcessor = 20;
-#else
-constexpr int kSecondsOfProcessor = 4;
-#endif
+constexpr int kSecondsOfProcessor = kSanitized ? 20 : 4;
 // By the clock, for a case that waits for what never comes; other work may slow this one down.
 constexpr int kSecondsByTheClock = 60;
+// Cases run on one thread; a few are enough for the thread sanitizer.
+constexpr std::size_t kStep = kThreadSanitizer ? 8 : 1;
 constexpr std::size_t kMostComplaints = 10;
 constexpr std::size_t kLongestComplaint = 400;
 
@@ -51,7 +43,7 @@ void SetTimeBound() {
 // Runs cases until one of them complains, and leaves the process.
 [[noreturn]] void RunInChild(const std::vector<GuardedCase>& cases, std::size_t first,
                              Progress* progress) {
-  for (std::size_t i = first; i < cases.size(); ++i) {
+  for (std::size_t i = first; i < cases.size(); i += kStep) {
     progress->current = i;
     SetTimeBound();
     const std::string complaint = cases[i].run();
@@ -116,7 +108,7 @@ std::vector<std::string> RunGuarded(const std::vector<GuardedCase>& cases) {
     }
     const std::string name = current < cases.size() ? cases[current].name : "after the last case";
     complaints.push_back(name + ": " + (ended ? progress->complaint : DescribeEnd(status)));
-    next = current + 1;
+    next = current + kStep;
   }
   return complaints;
 }

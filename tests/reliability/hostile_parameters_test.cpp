@@ -12,6 +12,7 @@
 #include "literal/host_calls.h"
 #include "reliability/fault_cases.h"
 #include "reliability/guarded_cases.h"
+#include "reliability/sanitizers.h"
 #include "whole/dice.h"
 #include "whole/literal_bridge.h"
 
@@ -140,7 +141,8 @@ std::string CompareWithLiteral(FaultRender& render) {
 constexpr const char* kLooks[] = {"the default settings", "everything", "everything by the lens",
                                   "nothing but the blend"};
 
-// The cases of one test, and how many of them are compared with the literal render.
+// The cases of one test, and how many of them are compared with the literal render. Under a
+// sanitizer none is: the literal render is slow, and pictures do not depend on sanitizers.
 struct CaseList {
   std::vector<GuardedCase> cases;
   int settings = 0;
@@ -161,7 +163,7 @@ struct CaseList {
     };
     add(name, RenderTwice);
     ++settings;
-    if (IsShortEnoughForLiteral(probe.Host())) {
+    if (!kSanitized && IsShortEnoughForLiteral(probe.Host())) {
       add(name + " (compared)", CompareWithLiteral);
       ++compared;
     }

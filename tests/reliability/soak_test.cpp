@@ -13,24 +13,13 @@
 #include <string>
 
 #include "headless/effect_host.h"
+#include "reliability/sanitizers.h"
 #include "whole/random_case.h"
 
 namespace vitrell::reliability {
 namespace {
 
 constexpr std::uint64_t kSeed = 20261107;
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-constexpr bool kSanitized = true;
-#else
-constexpr bool kSanitized = false;
-#endif
-#else
-constexpr bool kSanitized = false;
-#endif
 
 // 10,000 unless VITRELL_SOAK_RENDERS says otherwise. A sanitizer keeps memory of its own and finds
 // leaks by itself.
