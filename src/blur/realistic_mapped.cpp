@@ -2,7 +2,6 @@
 #include "blur/realistic_mapped.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -22,17 +21,23 @@ namespace {
 // Below this total weight a pixel keeps its own colours.
 constexpr double kSmallestTotal = 0.0001;
 
-// Counts the passes of the process, so that no two of them have the same number.
-std::atomic<std::uint64_t> g_passCount = 0;
+// Sums of pixels of one row from the one that the host has asked for onward. Used by the thread
+// that has taken it.
+struct LookAhead {
+  std::int64_t x;  // Position of lane 0.
+  LaneSums sums;
+  bool isFilled;
+  bool isTaken;
+};
 
-// Read-only while the host iterates.
+// Read-only while the host iterates, but for the sums looked ahead.
 struct IrisBlurRefcon {
-  std::uint64_t passNumber;
   const LaneEngine* engine;
   HighlightMap map;
   std::unique_ptr<IrisKernel[]> kernels;
-  Buffer<std::uint16_t> kernelIndex;  // One per output pixel, row by row.
-  std::int64_t width;                 // Of the output.
+  Buffer<std::uint16_t> kernelIndex;        // One per output pixel, row by row.
+  std::unique_ptr<LookAhead[]> lookAheads;  // One per output row.
+  std::int64_t width;                       // Of the output.
   std::int64_t height;
   std::int64_t left;  // Origin of the input.
   std::int64_t top;
@@ -105,16 +110,6 @@ bool BuildKernels(const IrisShape& shape, const KernelReach& reach,
   return true;
 }
 
-// Sums of the pixels from the one that the host has asked for onward, private to the calling
-// thread. They are kept by pass number and position, so that no order of calls mistakes them.
-struct LookAhead {
-  std::uint64_t passNumber;  // 0 as long as there is nothing.
-  std::int64_t x;            // Position of lane 0.
-  std::int64_t y;
-  LaneSums sums;
-};
-thread_local constinit LookAhead g_lookAhead = {};
-
 // Runs of equal kernels among the pixels from (x, y) to the end of the block or of the row.
 int GroupLanes(const IrisBlurRefcon& pass, std::int64_t x, std::int64_t y, LaneGroup* groups) {
   const std::uint16_t* const index =
@@ -145,18 +140,28 @@ void SumAhead(const IrisBlurRefcon& pass, std::int64_t x, std::int64_t y, LookAh
   } else {
     pass.engine->sumMixed(view, window, groups, groupCount, &ahead->sums);
   }
-  ahead->passNumber = pass.passNumber;
   ahead->x = x;
-  ahead->y = y;
+  ahead->isFilled = true;
 }
 
+// The compilers' atomic builtins stand in for std::atomic_ref, which older standard libraries of
+// macOS do not have.
 TapSums SumsAt(const IrisBlurRefcon& pass, std::int64_t x, std::int64_t y) {
-  LookAhead& ahead = g_lookAhead;
-  if (ahead.passNumber != pass.passNumber || ahead.y != y || x < ahead.x ||
-      x >= ahead.x + pass.engine->lanes) {
+  if (x < 0 || x >= pass.width || y < 0 || y >= pass.height) {
+    return {};
+  }
+  LookAhead& ahead = pass.lookAheads[static_cast<std::size_t>(y)];
+  if (__atomic_exchange_n(&ahead.isTaken, true, __ATOMIC_ACQUIRE)) {
+    LookAhead own = {};  // Another thread is at a pixel of the same row.
+    SumAhead(pass, x, y, &own);
+    return own.sums.Lane(0);
+  }
+  if (!ahead.isFilled || x < ahead.x || x >= ahead.x + pass.engine->lanes) {
     SumAhead(pass, x, y, &ahead);
   }
-  return ahead.sums.Lane(static_cast<int>(x - ahead.x));
+  const TapSums sums = ahead.sums.Lane(static_cast<int>(x - ahead.x));
+  __atomic_store_n(&ahead.isTaken, false, __ATOMIC_RELEASE);
+  return sums;
 }
 
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
@@ -176,14 +181,15 @@ PF_Err IrisBlur(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
 PF_Err BlurByMask(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius,
                   const LaneEngine& engine) {
   IrisBlurRefcon pass;
-  pass.passNumber = ++g_passCount;
   pass.engine = &engine;
   pass.width = std::max(io.dst->width, 0);
   pass.height = std::max(io.dst->height, 0);
   pass.left = io.src->extent_hint.left;
   pass.top = io.src->extent_hint.top;
+  pass.lookAheads.reset(new (std::nothrow) LookAhead[static_cast<std::size_t>(pass.height)]());
   Buffer<std::uint8_t> used;
-  if (!ChooseKernels(io.in_data->utils->ansi, maxRadius, &pass, &used) ||
+  if (pass.lookAheads == nullptr ||
+      !ChooseKernels(io.in_data->utils->ansi, maxRadius, &pass, &used) ||
       !BuildKernels(shape, ReachBetween(*io.src, *io.dst), used, &pass) ||
       !pass.map.Build(io.in_data, *io.src, PlaneOrder::kColumnsContiguous, true)) {
     return PF_Err_OUT_OF_MEMORY;
