@@ -40,9 +40,18 @@ void SetTimeBound() {
   alarm(kSecondsByTheClock);
 }
 
+// Sanitizers take terabytes of addresses for themselves.
+void SetMemoryBound() {
+  if (kSanitized) return;
+  constexpr rlim_t kMostBytes = rlim_t{1} << 30;
+  const rlimit bound = {kMostBytes, kMostBytes};
+  setrlimit(RLIMIT_AS, &bound);
+}
+
 // Runs cases until one of them complains, and leaves the process.
 [[noreturn]] void RunInChild(const std::vector<GuardedCase>& cases, std::size_t first,
                              Progress* progress) {
+  SetMemoryBound();
   for (std::size_t i = first; i < cases.size(); i += kStep) {
     progress->current = i;
     SetTimeBound();
