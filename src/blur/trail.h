@@ -8,11 +8,6 @@
 
 namespace vitrell {
 
-// Rasterises the line from (x0, y0) to (x1, y1), both ends included, and returns the number of
-// points written, at least 1. points must hold max(|x1 - x0|, |y1 - y0|) + 1 records; their fields
-// hold whole pixels.
-int ComputeLinePTs(int x0, int y0, int x1, int y1, PF_FixedPoint* points);
-
 // Fills io->dst with transparent black and casts the rays from io->src into it. Answers the code of
 // a failing fill, or PF_Err_OUT_OF_MEMORY; the result of the host's iteration itself is ignored.
 [[nodiscard]] PF_Err RunTrail(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info);

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "blur/render_case.h"
 
 namespace vitrell {
@@ -159,6 +161,24 @@ TEST(TrailTest, WithinALens) {
   RenderCase c = MakeCase(60, 15, 10);
   c.SetCircle(20, 15, 8, 41).Set("lens.feather", 40);
   c.ExpectExact(MakePicture(Pattern::kNoise, 41, 31, true));
+}
+
+TEST(TrailTest, RandomCentresAndPictures) {
+  constexpr std::uint32_t kSeed = 20261125;
+  std::mt19937 random(kSeed);
+  const auto between = [&random](int first, int last) {
+    return first + static_cast<int>(random() % static_cast<unsigned>(last - first + 1));
+  };
+  for (int i = 0; i < 250; ++i) {
+    const int width = between(1, 97);
+    const int height = between(1, 61);
+    MakeCase(between(1, 1000) / 10.0, between(-width, 2 * width), between(-height, 2 * height))
+        .ExpectExact(MakePicture(kAllPatterns[between(0, 8)], width, height, i % 2 == 1,
+                                 static_cast<std::uint64_t>(i)));
+    if (HasFailure()) {
+      FAIL() << "seed " << kSeed << ", case " << i;
+    }
+  }
 }
 
 TEST(TrailTest, PaddedRowsAndGuardPages) {
