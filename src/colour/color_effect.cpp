@@ -1,7 +1,11 @@
 // Colour: pulls every channel, alpha included, toward a chosen colour by an opacity.
 #include "colour/color_effect.h"
 
+#include <cstddef>
+
+#include "host/buffer.h"
 #include "host/pixel_pass.h"
+#include "host/result.h"
 #include "host/world.h"
 #include "render/depth_traits.h"
 #include "render/numeric.h"
@@ -30,6 +34,31 @@ PF_Err PullTowardColor(const ColorRefcon& refcon, const Pixel& in, Pixel* out) {
   return PF_Err_NONE;
 }
 
+// The refcon is the table: at every value of a channel, what becomes of a pixel that has it four
+// times.
+template <typename Pixel>
+PF_Err LookUpColor(void* refcon, A_long /*x*/, A_long /*y*/, Pixel* in, Pixel* out) {
+  const auto* const table = static_cast<const Pixel*>(refcon);
+  *out = {table[in->alpha].alpha, table[in->red].red, table[in->green].green, table[in->blue].blue};
+  return PF_Err_NONE;
+}
+
+template <typename Pixel>
+PF_Err RunPass(AEGP_SuiteHandler& suites, IO_Params* io, const ColorRefcon& refcon) {
+  using Channel = ChannelOf<Pixel>;
+  constexpr std::size_t kValueCount = std::size_t{1} << (8 * sizeof(Channel));
+  Buffer<Pixel> table;
+  if (!table.Allocate(kValueCount)) {
+    return PF_Err_OUT_OF_MEMORY;
+  }
+  for (std::size_t i = 0; i < kValueCount; ++i) {
+    const auto value = static_cast<Channel>(i);
+    RETURN_IF_ERROR(PullTowardColor(refcon, Pixel{value, value, value, value}, &table[i]));
+  }
+  return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
+                      {LookUpColor<PF_Pixel>, LookUpColor<PF_Pixel16>}, table.data());
+}
+
 }  // namespace
 
 PF_Err ColorEffect8(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF_Pixel* out) {
@@ -41,9 +70,9 @@ PF_Err ColorEffect16(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel16* in, P
 }
 
 PF_Err RunColorEffect(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info) {
-  ColorRefcon refcon = {info.colorOpacity, info.colorValue};
-  return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
-                      {ColorEffect8, ColorEffect16}, &refcon);
+  const ColorRefcon refcon = {info.colorOpacity, info.colorValue};
+  return IsDeep(*io->dst) ? RunPass<PF_Pixel16>(suites, io, refcon)
+                          : RunPass<PF_Pixel>(suites, io, refcon);
 }
 
 }  // namespace vitrell

@@ -112,6 +112,43 @@ TEST(ColorEffectTest, SurvivesOpacitiesThatAreNoNumbers) {
   EXPECT_EQ(0, Pull16(INFINITY, {9, 9, 9, 9}).alpha);
 }
 
+TEST(ColorEffectTest, PassesEqualTheFunctionAtEveryValue) {
+  PlainHost host;
+  TestWorld<PF_Pixel> src(16, 16);
+  TestWorld<PF_Pixel> dst(16, 16);
+  TestWorld<PF_Pixel16> deepSrc(256, 256);
+  TestWorld<PF_Pixel16> deepDst(256, 256);
+  for (A_long i = 0; i < 65536; ++i) {
+    const auto at = [i](A_long factor) { return static_cast<std::uint16_t>(i * factor + 77); };
+    deepSrc.At(i % 256, i / 256) = {at(1), at(3), at(5), at(7)};
+    src.At(i % 16, i / 16 % 16) = {static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(at(3)),
+                                   static_cast<std::uint8_t>(at(5)),
+                                   static_cast<std::uint8_t>(at(7))};
+  }
+  for (const float opacity : {0.37f, 1.0f, -2.5f, 300.0f, NAN}) {
+    LX_Info info = {};
+    info.colorOpacity = opacity;
+    info.colorValue = kTarget;
+    AEGP_SuiteHandler suites(host.inData()->pica_basicP);
+    IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
+    ASSERT_EQ(PF_Err_NONE, RunColorEffect(suites, &io, info));
+    IO_Params deepIo = {host.inData(), nullptr, deepSrc.get(), deepDst.get()};
+    ASSERT_EQ(PF_Err_NONE, RunColorEffect(suites, &deepIo, info));
+    for (A_long i = 0; i < 256; ++i) {
+      const PF_Pixel expected = Pull8(opacity, src.At(i % 16, i / 16));
+      const PF_Pixel& out = dst.At(i % 16, i / 16);
+      ASSERT_TRUE(expected.alpha == out.alpha && expected.red == out.red &&
+                  expected.green == out.green && expected.blue == out.blue);
+    }
+    for (A_long i = 0; i < 65536; ++i) {
+      const PF_Pixel16 expected = Pull16(opacity, deepSrc.At(i % 256, i / 256));
+      const PF_Pixel16& out = deepDst.At(i % 256, i / 256);
+      ASSERT_TRUE(expected.alpha == out.alpha && expected.red == out.red &&
+                  expected.green == out.green && expected.blue == out.blue);
+    }
+  }
+}
+
 TEST(ColorEffectTest, RunsOverTheWholePicture) {
   PlainHost host;
   TestWorld<PF_Pixel> src(4, 3);
