@@ -31,3 +31,18 @@ build_preset() {
   cmake --preset "$preset" --log-level=WARNING &&
     "${launcher[@]}" cmake --build --preset "$preset" --parallel "$jobs" ${1:+--target "$@"}
 }
+
+# Installs what is missing of these packages.
+install_packages() {
+  local package missing=() as_root=()
+  for package in "$@"; do
+    dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed ||
+      missing+=("$package")
+  done
+  ((${#missing[@]})) || return 0
+  ((EUID == 0)) || as_root=(sudo)
+  say "Installing ${missing[*]}"
+  "${as_root[@]}" apt-get -o DPkg::Lock::Timeout=300 update -qq </dev/null
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300 \
+    install -y -qq --no-install-recommends "${missing[@]}" </dev/null
+}

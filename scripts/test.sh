@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Sets the machine up, then runs every check: format, clang-tidy, and the test suite built with
-# gcc, clang, the address and undefined-behaviour sanitizers and the thread sanitizer.
+# gcc, clang, the address and undefined-behaviour sanitizers and the thread sanitizer; what has to
+# come out the same on every processor also runs on an emulated 64-bit ARM.
 #
 #   scripts/test.sh            everything; the gcc release suite comes last
-#   scripts/test.sh PART...    only these parts: format tidy asan-ubsan tsan clang release
+#   scripts/test.sh PART...    only these parts: format tidy asan-ubsan tsan aarch64 clang release
 #   scripts/test.sh --help
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-all_parts=(format tidy asan-ubsan tsan clang release)
+all_parts=(format tidy asan-ubsan tsan aarch64 clang release)
 
 # The random renders are compared in full by the two release suites. Under a sanitizer every
 # render costs many times as much and looks for another kind of mistake: a few are enough.
@@ -54,6 +55,15 @@ run_suite() {
   "${launcher[@]}" ctest --preset "$preset" --parallel "$jobs" --no-tests=error --progress "$@"
 }
 
+# The renders and the vector engines on another processor: one hash for all of them.
+run_aarch64() {
+  install_packages g++-aarch64-linux-gnu googletest qemu-user-static || return 1
+  build_preset aarch64 platform_hash_test lane_engines_test line_engines_test || return 1
+  say "Testing build/aarch64"
+  ctest --test-dir build/aarch64 --parallel "$jobs" --no-tests=error --output-on-failure \
+    -R '^PlatformHashTest|LaneEnginesTest|LineEnginesTest'
+}
+
 run_part() {
   case "$1" in
     format) run_format ;;
@@ -61,6 +71,7 @@ run_part() {
     asan-ubsan | tsan)
       VITRELL_RANDOM_RENDERS="$sanitizer_random_renders" run_suite "$1" -E "$tool_runs"
       ;;
+    aarch64) run_aarch64 ;;
     clang | release) run_suite "$1" ;;
   esac
 }
