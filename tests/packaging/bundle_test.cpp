@@ -12,6 +12,8 @@
 #include "headless/effect_host.h"
 #include "packaging/mapped_image.h"
 #include "vitrell_resource.h"
+#include "whole/golden_case.h"
+#include "whole/picture_hash.h"
 #include "whole/random_case.h"
 
 namespace vitrell::packaging {
@@ -105,6 +107,19 @@ TEST(BundleTest, RendersWhatTheLinuxModuleRenders) {
   for (int i = 0; i < count && failed < kReportedCases; ++i) {
     failed += AgreeOn(seed + static_cast<std::uint64_t>(i), hosts) ? 0 : 1;
   }
+}
+
+TEST(BundleTest, RendersTheGoldens) {
+  const whole::FilePicture input = whole::ReadFilePicture(VITRELL_GOLDEN_INPUT);
+  whole::PictureHash hash;
+  for (const std::string& name : whole::GoldenNames()) {
+    const auto settings = whole::GoldenFolder(name) / "settings.json";
+    hash.Add(
+        whole::RenderGolden(settings, input, whole::IsDeepGolden(name), BundleModule()).actual);
+  }
+  std::cout << "hash of " << whole::GoldenNames().size() << " goldens: " << std::hex << hash.Value()
+            << std::dec << std::endl;
+  EXPECT_EQ(hash.Value(), whole::kAllGoldens);
 }
 
 // The exception is thrown, unwound and caught within the image.

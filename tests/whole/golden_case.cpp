@@ -119,8 +119,11 @@ literal::World WorldOf(const FilePicture& picture, bool deep) {
 }
 
 GoldenResults RenderGolden(const std::filesystem::path& settings, const FilePicture& input,
-                           bool deep) {
-  headless::EffectHost host{std::filesystem::path(VITRELL_MODULE_PATH)};
+                           bool deep, std::shared_ptr<const headless::EffectModule> module) {
+  if (module == nullptr) {
+    module = std::make_shared<headless::EffectModule>(std::filesystem::path(VITRELL_MODULE_PATH));
+  }
+  headless::EffectHost host{std::move(module)};
   const cli::Panel panel = cli::MakePanel(host.Parameters());
   cli::Settings values(panel);
   cli::LoadPreset(settings, values);

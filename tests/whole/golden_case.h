@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -12,6 +13,9 @@
 #include "literal/types.h"
 
 namespace vitrell::whole {
+
+// Of the literal renders of all goldens in order, on every platform.
+inline constexpr std::uint64_t kAllGoldens = 0x93811D41C7914C52ULL;
 
 // The folders below tests/golden, each with settings.json and expected.png.
 const std::vector<std::string>& GoldenNames();
@@ -37,13 +41,14 @@ FilePicture ReadFilePicture(const std::filesystem::path& file);
 literal::World WorldOf(const FilePicture& picture, bool deep);
 
 // What both renders of one settings file give. The effect's is made by the headless host on one
-// thread. Both are cut at white, as a file is.
+// thread, with the given module or with that of this system. Both are cut at white, as a file is.
 struct GoldenResults {
   literal::World expected;
   literal::World actual;
 };
 GoldenResults RenderGolden(const std::filesystem::path& settings, const FilePicture& input,
-                           bool deep);
+                           bool deep,
+                           std::shared_ptr<const headless::EffectModule> module = nullptr);
 
 }  // namespace vitrell::whole
 

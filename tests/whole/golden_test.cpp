@@ -18,9 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Of the literal renders of all goldens, on every platform.
-constexpr std::uint64_t kAllGoldens = 0x93811D41C7914C52ULL;
-
 // Set by scripts/update_goldens.sh: expected pictures are written anew.
 bool Updating() { return std::getenv("VITRELL_UPDATE_GOLDENS") != nullptr; }
 
