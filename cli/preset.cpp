@@ -88,7 +88,10 @@ Value ValueFromJson(const Control& control, const Json& json) {
       (control.kind == ControlKind::kPoint || control.kind == ControlKind::kColour)) {
     return ParseValue(control, JoinNumbers(json));
   }
-  throw ValueError(json.dump() + " is of the wrong type. Give " + DescribeRange(control) + ".");
+  // A list may be nested a hundred thousand times, too deep to print.
+  const std::string given =
+      json.is_structured() ? "the " + std::string(json.type_name()) : json.dump();
+  throw ValueError(given + " is of the wrong type. Give " + DescribeRange(control) + ".");
 }
 
 Json JsonFromValue(const Control& control, const Value& value) {
@@ -105,7 +108,9 @@ Value RelativeLayer(const Value& value, const std::filesystem::path& folder) {
   if (layer == nullptr || layer->path.empty()) return value;
   std::error_code ignored;
   const std::filesystem::path absolute = std::filesystem::absolute(layer->path, ignored);
-  return LayerValue{absolute.lexically_proximate(folder).string()};
+  const std::string relative = absolute.lexically_proximate(folder).string();
+  // The bare word means that there is no layer.
+  return LayerValue{relative == "none" ? "./none" : relative};
 }
 
 }  // namespace

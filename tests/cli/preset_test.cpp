@@ -82,6 +82,24 @@ TEST_F(PresetTest, SavedSettingsLoadTheSame) {
   EXPECT_NE(loaded.Values(), Settings(panel_).Values());
 }
 
+TEST_F(PresetTest, ALayerFileNamedNoneIsNotNoLayer) {
+  Settings settings(panel_);
+  const Control& layer = *panel_.Find("lens.custom-layer");
+  settings.SetValue(layer, LayerValue{(folder_ / "none").string()});
+  SavePreset(file_, settings);
+  Settings loaded(panel_);
+  LoadPreset(file_, loaded);
+  EXPECT_EQ(loaded.ValueOf(layer), Value(LayerValue{(folder_ / "none").string()}));
+}
+
+TEST_F(PresetTest, DeeplyNestedListsAreRefused) {
+  constexpr std::size_t kDepth = 500'000;
+  const std::string text =
+      "{\"mode\": " + std::string(kDepth, '[') + std::string(kDepth, ']') + "}";
+  EXPECT_NE(LoadMessage(text).find("key \"mode\": the array is of the wrong type"),
+            std::string::npos);
+}
+
 TEST_F(PresetTest, SavedPresetsNameEveryControl) {
   SavePreset(file_, Settings(panel_));
   std::ifstream stream(file_);
