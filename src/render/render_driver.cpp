@@ -7,7 +7,7 @@
 #include <mutex>
 
 #include "blur/blur_dispatcher.h"
-#include "colour/blend_modes.h"
+#include "colour/blend_pass.h"
 #include "colour/chromatic_aberration.h"
 #include "colour/color_effect.h"
 #include "colour/lightness.h"
@@ -189,14 +189,15 @@ PF_Err RenderEffect(IO_Params* io, const LX_Info* info, PF_LayerDef* inputLayer)
   if (!HoldsPixels(*inputLayer, deep)) {
     return PF_Err_BAD_CALLBACK_PARAM;
   }
-  BlendRefcon blend = {.inputLayer = inputLayer,
-                       .intensity = info->intensity,
-                       .mode = info->mode,
-                       .io = io,
-                       .deep = static_cast<std::uint8_t>(deep ? 1 : 0),
-                       .mask = LensMaskView(*io->dst)};
-  static_cast<void>(RunPixelPass(suites, io->in_data, io->src, io->dst, io->src->height,
-                                 {OpacityWithMode8, OpacityWithMode16}, &blend));
+  const BlendRefcon blend = {.inputLayer = inputLayer,
+                             .intensity = info->intensity,
+                             .mode = info->mode,
+                             .io = io,
+                             .deep = static_cast<std::uint8_t>(deep ? 1 : 0),
+                             .mask = LensMaskView(*io->dst)};
+  BlendPass pass(blend);
+  RETURN_IF_ERROR(pass.Prepare());
+  static_cast<void>(pass.Run(suites));
   return PF_Err_NONE;
 }
 

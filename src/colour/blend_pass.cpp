@@ -1,0 +1,144 @@
+// The pass of the final blend: the callback that fits a render's mode and pictures.
+#include "colour/blend_pass.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "colour/blend_lanes.h"
+#include "host/world.h"
+
+namespace vitrell {
+namespace {
+
+// Normal at full opacity blends to the front itself, which leaves the feather of 16 bits.
+constexpr int kFrontAlone = 0;
+
+template <int kMode>
+void FillPairs(float opacity, BlendPass::PairTable* table) {
+  for (std::size_t i = 0; i < table->size(); i += 4) {
+    const auto back = static_cast<std::uint8_t>(i / 256);
+    const auto front = static_cast<std::uint8_t>(i % 256);
+    const PF_Pixel fronts = {front, static_cast<std::uint8_t>(front + 1),
+                             static_cast<std::uint8_t>(front + 2),
+                             static_cast<std::uint8_t>(front + 3)};
+    const I32Lanes values = BlendedLanes<kMode>(fronts, {back, back, back, back}, 1, opacity);
+    PF_Pixel bytes;
+    StoreLowBits(values, &bytes);
+    std::memcpy(table->data() + i, &bytes, sizeof(bytes));
+  }
+}
+
+inline void LookUpPairs(const BlendPass::PairTable& table, const PF_Pixel& front,
+                        const PF_Pixel& back, PF_Pixel* out) {
+  const auto pair = [&table](std::uint8_t f, std::uint8_t b) {
+    return table[std::size_t{b} * 256 + f];
+  };
+  *out = {pair(front.alpha, back.alpha), pair(front.red, back.red), pair(front.green, back.green),
+          pair(front.blue, back.blue)};
+}
+
+PF_Err BlendChannels(const BlendRefcon& blend, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out) {
+  return OpacityWithMode8(const_cast<BlendRefcon*>(&blend), x, y, in, out);
+}
+
+PF_Err BlendChannels(const BlendRefcon& blend, A_long x, A_long y, PF_Pixel16* in,
+                     PF_Pixel16* out) {
+  return OpacityWithMode16(const_cast<BlendRefcon*>(&blend), x, y, in, out);
+}
+
+PF_Err CopyFront8(void* /*refcon*/, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF_Pixel* out) {
+  *out = *in;
+  return PF_Err_NONE;
+}
+
+}  // namespace
+
+// What OpacityWithMode8 and 16 do, for modes that are known, opacities from 0 to 1 and a background
+// of the same depth.
+template <int kMode, typename Pixel>
+PF_Err BlendPass::BlendByLanes(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
+  const auto& pass = *static_cast<const BlendPass*>(refcon);
+  const double m = pass.blend_.mask.At(x, y);
+  constexpr bool kDeep = sizeof(Pixel) == sizeof(PF_Pixel16);
+  // Kept: the threshold itself is inside in 8 bits and outside in 16.
+  const bool outside = kDeep ? m <= kMaskThreshold : m < kMaskThreshold;
+  if (outside || (kMode == kFrontAlone && m == 1)) {
+    *out = *in;
+    return PF_Err_NONE;
+  }
+  if (!(m <= 1) || static_cast<std::uint32_t>(x) >= pass.width_ ||
+      static_cast<std::uint32_t>(y) >= pass.height_) [[unlikely]] {
+    return BlendChannels(pass.blend_, x, y, in, out);
+  }
+  const Pixel& back = reinterpret_cast<const Pixel*>(pass.background_ + y * pass.rowBytes_)[x];
+  if (!kDeep && kMode != kNormal && m == 1) {
+    if constexpr (!kDeep) {
+      LookUpPairs(pass.pairs_[0], *in, back, out);
+    }
+    return PF_Err_NONE;
+  }
+  I32Lanes result = BlendedLanes<kMode>(*in, back, m, pass.blend_.intensity);
+  if (kDeep && m != 1) {
+    result = FeatherLanes(ToLanes(back), result, m);
+  }
+  StoreLowBits(result, out);
+  return PF_Err_NONE;
+}
+
+bool BlendPass::FitsLanes(const PF_LayerDef& dst) const {
+  const PF_LayerDef& layer = *blend_.inputLayer;
+  return blend_.mode >= kNormal && blend_.mode <= kMultiply && blend_.intensity >= 0 &&
+         blend_.intensity <= 1 && (blend_.deep != 0) == IsDeep(dst) && layer.data != nullptr &&
+         layer.extent_hint.left == 0 && layer.extent_hint.top == 0 && layer.width > 0 &&
+         layer.height > 0;
+}
+
+template <int kMode>
+PF_Err BlendPass::UseLanes(const PF_LayerDef& dst) {
+  callbacks_.pixel16 = BlendByLanes<kMode, PF_Pixel16>;
+  if constexpr (kMode != kFrontAlone) {
+    callbacks_.pixel8 = BlendByLanes<kMode, PF_Pixel>;
+    // Normal takes fewer steps than a look-up.
+    if (kMode != kNormal && !IsDeep(dst)) {
+      if (!pairs_.Allocate(1)) {
+        return PF_Err_OUT_OF_MEMORY;
+      }
+      FillPairs<kMode>(blend_.intensity, pairs_.data());
+    }
+  }
+  return PF_Err_NONE;
+}
+
+PF_Err BlendPass::Prepare() {
+  const PF_LayerDef& dst = *blend_.io->dst;
+  const bool frontAlone = blend_.mode == kNormal && blend_.intensity == 1.0F;
+  refcon_ = &blend_;
+  callbacks_ = {frontAlone ? CopyFront8 : OpacityWithMode8, OpacityWithMode16};
+  if (!FitsLanes(dst)) {
+    return PF_Err_NONE;
+  }
+  refcon_ = this;
+  const PF_LayerDef& layer = *blend_.inputLayer;
+  background_ = static_cast<const char*>(layer.data);
+  rowBytes_ = layer.rowbytes;
+  width_ = static_cast<std::uint32_t>(layer.width);
+  height_ = static_cast<std::uint32_t>(layer.height);
+  switch (blend_.mode) {
+    case kNormal:
+      return frontAlone ? UseLanes<kFrontAlone>(dst) : UseLanes<kNormal>(dst);
+    case kAdd:
+      return UseLanes<kAdd>(dst);
+    case kScreen:
+      return UseLanes<kScreen>(dst);
+    default:
+      return UseLanes<kMultiply>(dst);
+  }
+}
+
+PF_Err BlendPass::Run(AEGP_SuiteHandler& suites) {
+  const IO_Params& io = *blend_.io;
+  return RunPixelPass(suites, io.in_data, io.src, io.dst, io.src->height, callbacks_, refcon_);
+}
+
+}  // namespace vitrell
