@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "bench/process_clock.h"
 #include "host/host_api.h"
 
 namespace vitrell::bench {
@@ -17,11 +18,13 @@ namespace {
 
 using headless::CallKind;
 
-// Worlds by number: 0 the input, 1 the output, 2 none, 3 world1 and so on.
+// Worlds by number: 0 the input, 1 the output, 2 none, 3 the custom layer, 4 world1
+// and so on.
 constexpr std::size_t kInput = 0;
 constexpr std::size_t kOutput = 1;
 constexpr std::size_t kNone = 2;
-constexpr std::size_t kFirstMade = 3;
+constexpr std::size_t kCustom = 3;
+constexpr std::size_t kFirstMade = 4;
 constexpr std::size_t kMaxWorlds = 64;
 
 struct Step {
@@ -45,6 +48,7 @@ std::size_t WorldNumber(const std::string& name) {
   if (name == "input") return kInput;
   if (name == "output") return kOutput;
   if (name == "none") return kNone;
+  if (name == "custom") return kCustom;
   if (name.rfind("world", 0) == 0) {
     const std::size_t number = kFirstMade - 1 + std::stoul(name.substr(5));
     if (number < kMaxWorlds) return number;
@@ -159,8 +163,7 @@ class Player {
         return static_cast<const PF_WorldSuite2*>(worldSuite_)->PF_GetPixelFormat(first, &format);
       }
       case CallKind::kCheckoutParam:
-        return in_->inter.checkout_param(effect, step.numbers[0], in_->current_time, in_->time_step,
-                                         in_->time_scale, &layer_);
+        return CheckOut(step.numbers[0]);
       case CallKind::kCheckinParam:
         return in_->inter.checkin_param(effect, &layer_);
       case CallKind::kAbort:
@@ -171,6 +174,13 @@ class Player {
   }
 
  private:
+  PF_Err CheckOut(A_long index) {
+    const PF_Err error = in_->inter.checkout_param(in_->effect_ref, index, in_->current_time,
+                                                   in_->time_step, in_->time_scale, &layer_);
+    worlds_[kCustom] = layer_.u.ld;
+    return error;
+  }
+
   const void** SlotOf(const Step& step) {
     if (step.suite == kPFIterate8Suite) return &iterate8_;
     if (step.suite == kPFIterate16Suite) return &iterate16_;
@@ -190,6 +200,7 @@ PF_Err FloorEntryPoint(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data, PF_
   if (cmd != PF_Cmd_RENDER) {
     return g_plan.real->EntryPoint()(cmd, in_data, out_data, params, output, extra);
   }
+  const RenderClock clock;
   Player player(in_data, &params[0]->u.ld, output);
   for (const Step& step : g_plan.steps) {
     const PF_Err error = player.Play(step);

@@ -1,137 +1,181 @@
-// Benchmarks of whole frames and of each stage alone.
+// Benchmarks of whole frames and of each stage alone, with the picture checked before a time is
+// told. A wrong picture, or a filter that fits nothing, is exit code 1.
 //
-// WholeDefault/8bit/1080p/threads1 is a frame with the controls as they are at first; Floor/... is
-// the same frame's host calls with passes that copy. A stage's frame has everything else off; its
-// counter stage_ms is what it takes longer than AllOff/..., and x_floor the ratio to its own floor.
+// Names are CASE/8bit/1080p/DETAIL/threads1. Counters, 0 where not measured: ms, the median of the
+// renders; floor_ms, the same for the floor, rendered in turn; x_floor, their ratio; other_ms and
+// x_other, the settings that the case is measured beside, with two threads the same case on one;
+// pass_ms and x_pass, the stage's own part against one pass of the floor; worlds_mb and rise_mb,
+// the memory of one render. One thread: processor time. Two: time on the wall.
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <limits>
-#include <map>
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <cstdio>
+#include <exception>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "bench/bench_frame.h"
+#include "bench/case_label.h"
+#include "bench/cases.h"
+#include "bench/figures.h"
+#include "bench/process_clock.h"
 
 namespace vitrell::bench {
 namespace {
 
-// Renders of each frame. The counters tell the best of them, which other work on the machine
-// disturbs least; the table's own time is their mean.
-constexpr int kRenders = 7;
+struct Size {
+  const char* name;
+  std::int32_t width;
+  std::int32_t height;
+};
+constexpr Size k1080p = {"1080p", 1920, 1080};
+constexpr Size k2160p = {"2160p", 3840, 2160};
+constexpr Size k4320p = {"4320p", 7680, 4320};
 
-struct Named {
-  std::string name;
-  std::string detail;  // Behind the size, such as "r20"; may be empty.
-  std::vector<Setting> settings;
-  // With a trail the picture depends on the threads' timing: it can only be checked on one.
-  bool oneThreadOnly = false;
+// How often a case is rendered: the fewest times, then until the seconds are over.
+struct Patience {
+  std::size_t fewest = 3;
+  std::size_t most = 11;
+  double seconds = 0.8;
+  // A render that takes longer than this is enough by itself: its share of noise is small.
+  double longSeconds = 5;
+};
+constexpr Patience kQuick = {1, 3, 0.2, 0};
+
+struct Bench {
+  std::shared_ptr<const headless::EffectModule> module;
+  Patience patience;
+  bool failed = false;
 };
 
-// Everything off: no lens, no stage that is visible.
-std::vector<Setting> AllOff(std::vector<Setting> more = {}) {
-  std::vector<Setting> settings = {{"lens.type", 1},
-                                   {"fast-blur.visible", 0},
-                                   {"realistic-blur.visible", 0},
-                                   {"optical-distortion.visible", 0},
-                                   {"trail.visible", 0},
-                                   {"directional-blur.visible", 0},
-                                   {"lightness.visible", 0},
-                                   {"color.visible", 0},
-                                   {"chromatic-aberration.visible", 0}};
-  settings.insert(settings.end(), more.begin(), more.end());
-  return settings;
+FrameCase MakeFrameCase(const BenchCase& benchCase, const Size& size, bool deep, int threads) {
+  return {benchCase.settings,      size.width,           size.height, deep, threads,
+          benchCase.oneThreadOnly, benchCase.customLayer};
 }
 
-std::vector<Named> Stages() {
-  return {
-      {"LensCircle", "feather50", AllOff({{"lens.type", 2}, {"lens.feather", 50}})},
-      {"FastBlur", "r20", AllOff({{"fast-blur.visible", 1}, {"fast-blur.amount", 20}})},
-      {"FastBlur", "r127", AllOff({{"fast-blur.visible", 1}, {"fast-blur.amount", 127}})},
-      {"FastBlurMapped", "r20",
-       AllOff({{"lens.type", 2},
-               {"lens.feather", 100},
-               {"fast-blur.visible", 1},
-               {"fast-blur.amount", 20},
-               {"fast-blur.use-lens-as-blur-map", 1}})},
-      {"RealisticBlur", "r20",
-       AllOff({{"realistic-blur.visible", 1}, {"realistic-blur.amount", 20}})},
-      {"RealisticBlurMapped", "r8",
-       AllOff({{"lens.type", 2},
-               {"lens.feather", 100},
-               {"realistic-blur.visible", 1},
-               {"realistic-blur.amount", 8},
-               {"realistic-blur.use-lens-as-blur-map", 1}})},
-      {"OpticalDistortion", "90deg",
-       AllOff({{"optical-distortion.visible", 1}, {"optical-distortion.amount", 90}})},
-      {"Trail", "30", AllOff({{"trail.visible", 1}, {"trail.amount", 30}}), true},
-      {"DirectionalBlur", "20px",
-       AllOff({{"directional-blur.visible", 1}, {"directional-blur.amount", 20}})},
-      {"Lightness", "40", AllOff({{"lightness.visible", 1}, {"lightness.amount", 40}})},
-      {"Color", "50", AllOff({{"color.visible", 1}, {"color.opacity", 50}})},
-      {"ChromaticAberration", "10",
-       AllOff({{"chromatic-aberration.visible", 1}, {"chromatic-aberration.red-cyan", 10}})},
+bool Enough(const Patience& patience, std::size_t count, double seconds) {
+  return (count >= patience.fewest && seconds >= patience.seconds) || count >= patience.most ||
+         (count >= 1 && seconds / static_cast<double>(count) >= patience.longSeconds);
+}
+
+double Ratio(double a, double b) { return b > 0 ? a / b : 0; }
+
+void Tell(benchmark::State& state, const Figures& figures, const BenchFrame& frame,
+          const Memory& memory) {
+  state.SetItemsProcessed(static_cast<std::int64_t>(frame.Pixels()));
+  state.counters["ms"] = figures.whole.Get() * 1e3;
+  state.counters["floor_ms"] = figures.floor.Get() * 1e3;
+  state.counters["x_floor"] = Ratio(figures.whole.Get(), figures.floor.Get());
+  state.counters["other_ms"] = figures.other.Get() * 1e3;
+  state.counters["x_other"] = Ratio(figures.whole.Get(), figures.other.Get());
+  state.counters["pass_ms"] = figures.part.Get() * 1e3;
+  state.counters["floor_pass_ms"] = figures.floorPass.Get() * 1e3;
+  state.counters["x_pass"] = Ratio(figures.part.Get(), figures.floorPass.Get());
+  state.counters["worlds_mb"] = memory.worlds / 1e6;
+  state.counters["rise_mb"] = memory.rise / 1e6;
+}
+
+void Fail(benchmark::State& state, Bench& bench, const std::string& wrong) {
+  bench.failed = true;
+  state.SkipWithError(wrong.substr(0, wrong.find('\n')).c_str());
+}
+
+// The same case on one thread, or the case's other settings; null if there is neither.
+std::unique_ptr<BenchFrame> MakeOther(const Bench& bench, const BenchCase& benchCase,
+                                      FrameCase frameCase) {
+  if (frameCase.threads == 1) {
+    if (benchCase.other.empty()) return nullptr;
+    frameCase.settings = benchCase.other;
+  }
+  frameCase.threads = 1;
+  return std::make_unique<BenchFrame>(bench.module, frameCase);
+}
+
+void Run(benchmark::State& state, Bench& bench, const BenchCase& benchCase,
+         const FrameCase& frameCase) {
+  const auto other = MakeOther(bench, benchCase, frameCase);
+  BenchFrame frame(bench.module, frameCase);
+  std::string wrong = frame.Check();
+  if (wrong.empty() && benchCase.pass >= 0 &&
+      CountPasses(frame.RenderFloor()) != benchCase.passes) {
+    wrong = "the render has another number of passes";
+  }
+  if (!wrong.empty()) return Fail(state, bench, wrong);
+  Figures figures(frameCase.threads);
+  while (state.KeepRunning()) {
+    double seconds = 0;
+    while (!Enough(bench.patience, figures.whole.Count(), seconds)) {
+      const Timing own = frame.Render();
+      figures.Add(benchCase, own, frame.RenderFloor());
+      if (other != nullptr) figures.AddOther(figures.SecondsOf(other->Render()));
+      seconds += own.wallSeconds;
+    }
+    state.SetIterationTime(figures.whole.Get());
+  }
+  Tell(state, figures, frame, frameCase.threads == 1 ? frame.MeasureMemory() : Memory{});
+}
+
+// Everything on; the other time is that of the lens alone and of what each stage adds to it.
+void RunEverything(benchmark::State& state, Bench& bench, FrameCase frameCase) {
+  const auto makeFrame = [&](const Settings& settings) {
+    frameCase.settings = settings;
+    return std::make_unique<BenchFrame>(bench.module, frameCase);
   };
-}
-
-double BestFloor(BenchFrame& frame) {
-  double best = frame.FloorSeconds();
-  for (int i = 1; i < kRenders; ++i) best = std::min(best, frame.FloorSeconds());
-  return best;
-}
-
-std::string Label(bool deep, int threads, const std::string& detail) {
-  std::string label = deep ? "/16bit/1080p" : "/8bit/1080p";
-  if (!detail.empty()) label += "/" + detail;
-  return label + "/threads" + std::to_string(threads);
-}
-
-// Best seconds of the AllOff frames, by depth and threads; they run before the stages.
-std::map<std::pair<bool, int>, double> g_allOffSeconds;
-
-enum class Kind { kFrame, kAllOff, kStage, kFloor };
-
-void Run(benchmark::State& state, const FrameCase& frameCase, Kind kind) {
-  BenchFrame frame(frameCase);
-  const std::string wrong = frame.Check();
-  if (!wrong.empty()) {
-    state.SkipWithError(wrong.substr(0, wrong.find('\n')).c_str());
-    return;
+  const auto circle = makeFrame(CircleAlone());
+  std::vector<std::unique_ptr<BenchFrame>> alone;
+  for (const Settings& settings : EachAlone()) alone.push_back(makeFrame(settings));
+  const auto frame = makeFrame(EverythingOn());
+  const std::string wrong = frame->Check();
+  if (!wrong.empty()) return Fail(state, bench, wrong);
+  const BenchCase everything;
+  Figures figures(frameCase.threads);
+  while (state.KeepRunning()) {
+    while (figures.whole.Count() < bench.patience.fewest) {
+      figures.Add(everything, frame->Render(), frame->RenderFloor());
+      const double base = circle->Render().processSeconds;
+      double sum = base;
+      for (const auto& stage : alone) sum += stage->Render().processSeconds - base;
+      figures.AddOther(sum);
+    }
+    state.SetIterationTime(figures.whole.Get());
   }
-  const double floorSeconds = BestFloor(frame);
-  double best = std::numeric_limits<double>::infinity();
-  for (auto _ : state) {
-    const double seconds = kind == Kind::kFloor ? frame.FloorSeconds() : frame.RenderSeconds();
-    state.SetIterationTime(seconds);
-    best = std::min(best, seconds);
-  }
-  state.SetItemsProcessed(static_cast<std::int64_t>(frame.Pixels()) * state.iterations());
-  state.counters["best_ms"] = best * 1e3;
-  // Every frame has every counter: the csv form wants the same columns in each line.
-  state.counters["x_floor"] = kind == Kind::kFloor ? 1 : best / floorSeconds;
-  state.counters["stage_ms"] = 0;
-  const std::pair<bool, int> key{frameCase.deep, frameCase.threads};
-  if (kind == Kind::kAllOff) g_allOffSeconds[key] = best;
-  if (kind == Kind::kStage && g_allOffSeconds.contains(key)) {
-    state.counters["stage_ms"] = (best - g_allOffSeconds[key]) * 1e3;
-  }
+  Tell(state, figures, *frame, frame->MeasureMemory());
 }
 
-void Register(const Named& named, Kind kind) {
-  for (const bool deep : {false, true}) {
-    for (const int threads : {1, 2}) {
-      if (named.oneThreadOnly && threads != 1) continue;
-      FrameCase frameCase;
-      frameCase.settings = named.settings;
-      frameCase.deep = deep;
-      frameCase.threads = threads;
-      frameCase.oneThreadOnly = named.oneThreadOnly;
-      benchmark::RegisterBenchmark((named.name + Label(deep, threads, named.detail)).c_str(), &Run,
-                                   frameCase, kind)
-          ->Iterations(kRenders)
-          ->UseManualTime()
-          ->Unit(benchmark::kMillisecond);
+template <typename Function>
+void Register(const BenchCase& benchCase, const Size& size, bool deep, int threads,
+              const Function& function) {
+  const std::string label = CaseLabel(benchCase.name, benchCase.detail, size.name, deep, threads);
+  benchmark::RegisterBenchmark(label.c_str(), function, benchCase,
+                               MakeFrameCase(benchCase, size, deep, threads))
+      ->Iterations(1)
+      ->UseManualTime()
+      ->Unit(benchmark::kMillisecond);
+}
+
+void RegisterAll(Bench& bench) {
+  const auto run = [&bench](benchmark::State& state, const BenchCase& benchCase,
+                            const FrameCase& frameCase) {
+    Run(state, bench, benchCase, frameCase);
+  };
+  const auto runEverything = [&bench](benchmark::State& state, const BenchCase&,
+                                      const FrameCase& frameCase) {
+    RunEverything(state, bench, frameCase);
+  };
+  BenchCase everything;
+  everything.name = "Everything";
+  everything.oneThreadOnly = true;
+  for (const Size& size : {k1080p, k2160p, k4320p}) {
+    const bool huge = size.width == k4320p.width;
+    for (const bool deep : {false, true}) {
+      for (const BenchCase& benchCase : AllCases()) {
+        if (huge && !benchCase.huge) continue;
+        Register(benchCase, size, deep, 1, run);
+        if (!huge && !benchCase.oneThreadOnly) Register(benchCase, size, deep, 2, run);
+      }
+      if (!huge) Register(everything, size, deep, 1, runEverything);
     }
   }
 }
@@ -140,16 +184,22 @@ void Register(const Named& named, Kind kind) {
 }  // namespace vitrell::bench
 
 int main(int argc, char** argv) {
-  using vitrell::bench::Kind;
-  vitrell::bench::Register({"WholeDefault", "", {}}, Kind::kFrame);
-  vitrell::bench::Register({"Floor", "", {}}, Kind::kFloor);
-  vitrell::bench::Register({"AllOff", "", vitrell::bench::AllOff()}, Kind::kAllOff);
-  for (const auto& stage : vitrell::bench::Stages()) {
-    vitrell::bench::Register(stage, Kind::kStage);
-  }
   benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
+  CLI::App app("Times of whole frames and single stages; see also --benchmark_filter.");
+  std::string module = VITRELL_MODULE_PATH;
+  bool quick = false;
+  app.add_option("--module", module, "The effect to measure")->capture_default_str();
+  app.add_flag("--quick", quick, "Fewer renders of each case");
+  CLI11_PARSE(app, argc, argv);
+  try {
+    vitrell::bench::Bench bench;
+    bench.module = vitrell::bench::TimedModule(
+        std::make_shared<const vitrell::headless::EffectModule>(module));
+    if (quick) bench.patience = vitrell::bench::kQuick;
+    vitrell::bench::RegisterAll(bench);
+    return benchmark::RunSpecifiedBenchmarks() > 0 && !bench.failed ? 0 : 1;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "vitrell_bench: %s\n", error.what());
+    return 1;
+  }
 }

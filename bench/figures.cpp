@@ -1,0 +1,64 @@
+// Medians of what a case is asked for, out of the renders of one case.
+#include "bench/figures.h"
+
+#include <algorithm>
+
+namespace vitrell::bench {
+namespace {
+
+using headless::CallKind;
+using headless::HostCall;
+
+bool IsPass(const HostCall& call) {
+  return call.kind == CallKind::kIterate8 || call.kind == CallKind::kIterate16;
+}
+
+double EndOf(const HostCall& call) { return call.startSeconds + call.seconds; }
+
+// From the end of the pass or copy before it, so that what the effect prepares is in it, to its own
+// end. What the effect clears up behind a pass counts for whatever comes next.
+double PassSeconds(const Timing& timing, int pass) {
+  double begin = 0;
+  for (const HostCall& call : timing.calls) {
+    if (!IsPass(call) && call.kind != CallKind::kCopy) continue;
+    if (IsPass(call) && pass-- == 0) return EndOf(call) - begin;
+    begin = EndOf(call);
+  }
+  return 0;
+}
+
+// The lens mask is all that a render does before it copies the layer.
+double BeforeLayerCopySeconds(const Timing& timing) {
+  for (const HostCall& call : timing.calls) {
+    if (call.text.rfind("copy input ", 0) == 0) return call.startSeconds;
+  }
+  return 0;
+}
+
+}  // namespace
+
+double Median::Get() const {
+  if (values_.empty()) return 0;
+  std::vector<double> sorted = values_;
+  std::sort(sorted.begin(), sorted.end());
+  return sorted[sorted.size() / 2];
+}
+
+int CountPasses(const Timing& timing) {
+  return static_cast<int>(std::count_if(timing.calls.begin(), timing.calls.end(), IsPass));
+}
+
+double Figures::SecondsOf(const Timing& timing) const {
+  return wall_ ? timing.wallSeconds : timing.processSeconds;
+}
+
+void Figures::Add(const BenchCase& benchCase, const Timing& own, const Timing& ofFloor) {
+  whole.Add(SecondsOf(own));
+  floor.Add(SecondsOf(ofFloor));
+  const int pass = benchCase.pass >= 0 ? benchCase.pass : CountPasses(ofFloor) - 1;
+  floorPass.Add(PassSeconds(ofFloor, pass));
+  if (benchCase.pass >= 0) part.Add(PassSeconds(own, pass));
+  if (benchCase.mask) part.Add(BeforeLayerCopySeconds(own) - BeforeLayerCopySeconds(ofFloor));
+}
+
+}  // namespace vitrell::bench

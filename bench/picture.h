@@ -1,0 +1,36 @@
+// Picture files for the measurements: straight RGBA, row by row.
+#ifndef VITRELL_BENCH_PICTURE_H_
+#define VITRELL_BENCH_PICTURE_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vitrell::bench {
+
+template <typename Channel>
+struct Picture {
+  int width = 0;
+  int height = 0;
+  std::vector<Channel> rgba;
+
+  // The first channel of a pixel.
+  [[nodiscard]] std::size_t At(int x, int y) const {
+    return (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+            static_cast<std::size_t>(x)) *
+           4;
+  }
+};
+
+// The four channels of a picture as full-range integers. Throws std::runtime_error for a file that
+// cannot be read or has another number of channels.
+Picture<std::uint8_t> ReadPicture8(const std::string& path);
+Picture<std::uint16_t> ReadPicture16(const std::string& path);
+
+// Throws std::runtime_error.
+void WritePicture8(const std::string& path, const Picture<std::uint8_t>& picture);
+
+}  // namespace vitrell::bench
+
+#endif  // VITRELL_BENCH_PICTURE_H_

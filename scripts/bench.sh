@@ -1,0 +1,141 @@
+#!/usr/bin/env bash
+# Builds the benchmarks and the programs on other libraries that they are compared with, runs all of
+# them and writes the tables of docs/performance.md. Nothing else should work on the machine meanwhile.
+# What the comparisons need of Debian's packages is installed.
+#
+#   scripts/bench.sh                  everything; takes about eight minutes behind the build
+#   scripts/bench.sh --quick          8 bit at 1080p only and few renders; the tables go to the terminal
+#   scripts/bench.sh --filter REGEX   the cases of these names only, see --list; to the terminal, too
+#   scripts/bench.sh --no-peers       without the other libraries
+#   scripts/bench.sh --list           names all cases
+#   scripts/bench.sh --help
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+build=build/bench
+peer_packages=(libopencv-core-dev libopencv-imgproc-dev libfftw3-dev libvips-dev libgegl-dev
+  libavfilter-dev)
+peer_names=(opencv fftw vips gegl ffmpeg)
+
+# Every case on one thread at 1080p; some on two threads; some in larger frames.
+whole_filter='/1080p/(.*/)?threads1/'
+whole_filter+='|^(WholeDefault|AllOff)/.*/1080p/threads2/'
+whole_filter+='|^(FastBlur|FastBlurMapped|RealisticBlur|RealisticBlurMapped)/.*/1080p/r20.*/threads2/'
+whole_filter+='|^DirectionalBlur/.*/1080p/20/threads2/'
+whole_filter+='|^WholeDefault/.*/(2160p|4320p)/threads1/'
+whole_filter+='|^(FastBlur|RealisticBlur)/8bit/(2160p|4320p)/r20/threads1/'
+quick_filter='/8bit/1080p/(.*/)?threads1/'
+
+usage() {
+  sed -n '2,/^source/{/^source/d;s/^# \{0,1\}//;p}' "${BASH_SOURCE[0]}"
+}
+
+build_all() {
+  local targets=(vitrell_bench vitrell_bench_report) with_peers=OFF
+  if ((peers)); then
+    install_packages "${peer_packages[@]}"
+    targets+=(vitrell_peers)
+    with_peers=ON
+  fi
+  if command -v ccache >/dev/null; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+  fi
+  # shellcheck disable=SC2154 # jobs comes from common.sh.
+  say "Building $build ($jobs jobs)"
+  cmake --preset release -B "$build" -DVITRELL_BUILD_PEERS="$with_peers" --log-level=WARNING
+  cmake --build "$build" --parallel "$jobs" --target "${targets[@]}"
+}
+
+run_peers() {
+  local name
+  for name in "${peer_names[@]}"; do
+    say "Measuring $name" >&2
+    "$build/bench/peers/${name}_peer" "$build/bench/street.png" "${quick[@]}"
+  done
+}
+
+heading() {
+  printf '%s, %s processors, %s; %s; %s. Load average before the run %s.\n' \
+    "$(lscpu | sed -n 's/^Model name: *//p')" "$(nproc)" \
+    "$(. /etc/os-release && echo "$PRETTY_NAME")" "$(g++ --version | head -1)" \
+    "$(date -u +%Y-%m-%d)" "$load"
+}
+
+# Puts the file between the two marks of docs/performance.md.
+write_page() {
+  {
+    sed '/<!-- measured -->/q' docs/performance.md
+    printf '\n'
+    cat "$1"
+    printf '\n'
+    sed -n '/<!-- end -->/,$p' docs/performance.md
+  } >"$work/performance.md"
+  mv "$work/performance.md" docs/performance.md
+}
+
+filter=
+quick=()
+peers=1
+list=0
+while (($#)); do
+  case "$1" in
+    -h | --help)
+      usage
+      exit 0
+      ;;
+    --quick) quick=(--quick) ;;
+    --no-peers) peers=0 ;;
+    --list) list=1 ;;
+    --filter)
+      [[ $# -ge 2 ]] || { echo "--filter needs a pattern" >&2; exit 2; }
+      filter="$2"
+      shift
+      ;;
+    *)
+      echo "Unknown option '$1'; see --help" >&2
+      exit 2
+      ;;
+  esac
+  shift
+done
+
+work="$(mktemp -d)"
+trap 'rm -rf "$work"' EXIT
+load="$(cut -d' ' -f1 /proc/loadavg)"
+
+if ((list)); then
+  peers=0
+  build_all >&2
+  "$build/bench/vitrell_bench" --benchmark_list_tests | sed 's|/iterations.*||'
+  exit 0
+fi
+
+build_all
+write=1
+if [[ -n "$filter" || ${#quick[@]} -gt 0 || $peers -eq 0 ]]; then
+  write=0
+fi
+if [[ -z "$filter" ]]; then
+  filter="$whole_filter"
+  ((${#quick[@]} == 0)) || filter="$quick_filter"
+fi
+
+start=$SECONDS
+load="$(cut -d' ' -f1 /proc/loadavg)"
+say "Measuring the effect"
+"$build/bench/vitrell_bench" "${quick[@]}" --benchmark_filter="$filter" --benchmark_counters_tabular=true \
+  --benchmark_out="$work/effect.json" --benchmark_out_format=json
+: >"$work/peers.tsv"
+if ((peers)); then
+  run_peers | tee "$work/peers.tsv"
+fi
+{
+  heading
+  "$build/bench/vitrell_bench_report" "$work/effect.json" "$work/peers.tsv"
+} >"$work/tables.md"
+say "Measured in $((SECONDS - start)) s"
+if ((write)); then
+  write_page "$work/tables.md"
+  echo "docs/performance.md has the tables."
+else
+  cat "$work/tables.md"
+fi
