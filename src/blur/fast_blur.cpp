@@ -124,6 +124,34 @@ inline PF_Err PlainBox(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y,
   return PF_Err_NONE;
 }
 
+// The defining loop of one pixel where the mask m is between 0 and 1.
+template <BoxAxis kAxis, typename Pixel>
+[[gnu::noinline]] void StoreWeightedBox(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y,
+                                        double m, const Pixel& in, Pixel* out) {
+  ColourMeans means = WeightedMeans<kAxis, Pixel>(box, x, y, TruncateToInt32(box.radiusPx * m));
+  // Kept: the vertical pass alone blends.
+  if (kAxis == BoxAxis::kColumns && m < 1 && box.radiusPx != 0) {
+    means = BlendWithUnblurred<Pixel>(box, x, y, m, means);
+  }
+  StoreMeans(in, means, out);
+}
+
+template <BoxAxis kAxis, typename Pixel>
+void SumTaps(const void* context, std::int32_t x, std::int32_t y, Pixel* out) {
+  const BoxBlurRefcon& box = *static_cast<const BoxBlurRefcon*>(context);
+  const double m = box.mask.At(x, y);
+  if (m > 0.0 && m < 1.0) {
+    StoreWeightedBox<kAxis>(box, x, y, m, Pixel{}, out);
+  }
+}
+
+template <BoxAxis kAxis, typename Pixel>
+[[gnu::noinline]] const Pixel* WeightedBoxOfNewStrip(const BoxBlurRefcon& box, std::int32_t x,
+                                                     std::int32_t y) {
+  return static_cast<WeightedStrips<Pixel>*>(box.weightedStrips)
+      ->At(x, y, SumTaps<kAxis, Pixel>, &box);
+}
+
 template <BoxAxis kAxis, typename Pixel>
 [[gnu::noinline]] PF_Err MappedBox(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y,
                                    const Pixel& in, Pixel* out) {
@@ -135,12 +163,17 @@ template <BoxAxis kAxis, typename Pixel>
     *out = in;
     return PF_Err_NONE;
   }
-  ColourMeans means = WeightedMeans<kAxis, Pixel>(box, x, y, TruncateToInt32(box.radiusPx * m));
-  // Kept: the vertical pass alone blends.
-  if (kAxis == BoxAxis::kColumns && m < 1 && box.radiusPx != 0) {
-    means = BlendWithUnblurred<Pixel>(box, x, y, m, means);
+  const Pixel* blurred =
+      m < 1.0 ? static_cast<const WeightedStrips<Pixel>*>(box.weightedStrips)->ReadyAt(x, y)
+              : nullptr;
+  if (blurred == nullptr && m < 1.0) [[unlikely]] {
+    blurred = WeightedBoxOfNewStrip<kAxis, Pixel>(box, x, y);
   }
-  StoreMeans(in, means, out);
+  if (blurred != nullptr) {
+    *out = {in.alpha, blurred->red, blurred->green, blurred->blue};
+  } else {
+    StoreWeightedBox<kAxis>(box, x, y, m, in, out);
+  }
   return PF_Err_NONE;
 }
 
@@ -161,7 +194,17 @@ PF_Err RunBoxPass(AEGP_SuiteHandler& suites, IO_Params* io, std::int32_t radiusP
     scratch->outOfMemory = true;
     return PF_Err_OUT_OF_MEMORY;
   }
+  const WeightedPass weighted = {.axis = kAxis,
+                                 .radiusPx = radiusPx,
+                                 .src = io->src,
+                                 .unblurred = &box->unblurred,
+                                 .rect = io->dst->extent_hint};
+  if (box->lensMap != 0 && !scratch->weightedStrips.Prepare(weighted)) {
+    scratch->outOfMemory = true;
+    return PF_Err_OUT_OF_MEMORY;
+  }
   box->boxRows = &scratch->rows;
+  box->weightedStrips = &scratch->weightedStrips;
   box->mask = LensMaskView(*io->dst);
   box->radiusPx = radiusPx;
   box->span = 2.0 * radiusPx + 1;
@@ -215,6 +258,7 @@ PF_Err FastBlurA(IO_Params* io, std::int32_t horizontalRadiusPx, std::int32_t ve
                        .lensMap = lensMap,
                        .unblurred = *unblurred.get(),
                        .boxRows = nullptr,
+                       .weightedStrips = nullptr,
                        .mask = LensMaskView(*destination)};
   static_cast<void>(
       RunBoxPass<BoxAxis::kRows, Pixel>(suites, io, horizontalRadiusPx, lines, &box, scratch));

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "blur/box_rows.h"
+#include "blur/weighted_strips.h"
 #include "host/host_api.h"
 #include "render/depth_traits.h"
 #include "render/lens_mask.h"
@@ -21,6 +22,7 @@ struct BoxBlurRefcon {
   std::uint8_t lensMap;   // 1: weigh the taps by the lens mask.
   PF_LayerDef unblurred;  // The source as it was before the two passes.
   void* boxRows;          // The BoxRows of the depth: uniformly blurred rows of this pass.
+  void* weightedStrips;   // The WeightedStrips of the depth: what the mask's soft band becomes.
   LensMaskView mask;      // The mask as the world being written sees it.
 };
 
@@ -28,6 +30,7 @@ struct BoxBlurRefcon {
 template <typename Pixel>
 struct BoxBlurScratch {
   BoxRows<Pixel> rows;
+  WeightedStrips<Pixel> weightedStrips;
   bool outOfMemory = false;
 };
 

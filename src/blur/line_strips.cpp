@@ -53,7 +53,7 @@ PF_Err LineStrips<Pixel>::Prepare(const PF_LayerDef& src, const LensMaskView& ma
   const LineReach reach = ReachOf(line);
   const bool isReady =
       planes_.Build(src, reach.minX, reach.maxX, engine_->lanes) && PrepareTaps(line, reach.minY) &&
-      PrepareRows(reach.minY, reach.maxY + src.height) && strips_.Allocate(src.width, src.height);
+      PrepareRows(reach.minY, reach.maxY + src.height) && strips_.Reset(src.width, src.height);
   return isReady ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
 }
 

@@ -150,7 +150,7 @@ PF_Err RunPass(AEGP_SuiteHandler& suites, IO_Params* io, const DistortionField& 
   const bool hasStrips = src.data != nullptr && IsDeep(src) == IsDeep(*io->dst) &&
                          src.extent_hint.left == 0 && src.extent_hint.top == 0 &&
                          !(field.focalLengthPx < kFocalLengthThreshold);
-  if (hasStrips && !refcon.strips.Allocate(src.width, src.height)) {
+  if (hasStrips && !refcon.strips.Reset(src.width, src.height)) {
     return PF_Err_OUT_OF_MEMORY;
   }
   return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),

@@ -191,13 +191,15 @@ TYPED_TEST(FastBlurTest, RoundsMeansNextToAHalf) {
   }
 }
 
-// The literal engine adds up every tap in floating point; uniform and by random masks.
+// The literal engine adds up every tap in floating point; uniform and by random masks, half of them
+// with values beyond 1.
 TYPED_TEST(FastBlurTest, MatchesTheLiteralEngine) {
   std::mt19937_64 random(kSeed);
   const auto below = [&](std::uint64_t n) { return static_cast<int>(random() % n); };
   for (int i = 0; i < 250; ++i) {
-    const A_long width = 1 + below(13);
+    const A_long width = 1 + below(i % 4 == 0 ? 50 : 13);
     const A_long height = 1 + below(11);
+    const double large = i % 2 == 0 ? 1.25 : 0.75;
     const LX_Info info = i % 3 == 0 ? Uniform(static_cast<float>(below(40)))
                                     : Mapped(static_cast<float>(below(400)) / 10.0F);
     Picture<TypeParam> src(width, height);
@@ -213,7 +215,7 @@ TYPED_TEST(FastBlurTest, MatchesTheLiteralEngine) {
       const double choices[] = {0,
                                 1,
                                 0.00005,
-                                1.25,
+                                large,
                                 static_cast<double>(below(10001)) / 10000,
                                 static_cast<double>(below(10001)) / 10000};
       mask.values.push_back(choices[below(6)]);

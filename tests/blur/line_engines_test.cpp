@@ -239,7 +239,7 @@ TEST(LazyStripsTest, EveryStripIsFilledOnceOnAnyNumberOfThreads) {
   constexpr std::int32_t kHeight = 45;
   constexpr int kThreads = 4;
   LazyStrips<PF_Pixel16, 4> strips;
-  ASSERT_TRUE(strips.Allocate(kWidth, kHeight));
+  ASSERT_TRUE(strips.Reset(kWidth, kHeight));
   int filled[kHeight] = {};
   const auto fill = [&](std::int32_t firstRow, std::int32_t endRow, PF_Pixel16* out) {
     for (std::int32_t row = firstRow; row < endRow; ++row) {
@@ -280,7 +280,7 @@ TEST(LazyStripsTest, EveryStripIsFilledOnceOnAnyNumberOfThreads) {
 // The thread that has to wait works out another strip.
 TEST(LazyStripsTest, AStripInOtherHandsLeavesTheNextOne) {
   LazyStrips<PF_Pixel, 2> strips;
-  ASSERT_TRUE(strips.Allocate(3, 6));
+  ASSERT_TRUE(strips.Reset(3, 6));
   std::vector<std::int32_t> order;
   strips.PixelOrFill(0, 0, [&](std::int32_t firstRow, std::int32_t, PF_Pixel*) {
     order.push_back(firstRow);
