@@ -1,18 +1,22 @@
 #!/usr/bin/env bash
 # Sets the machine up, then runs every check: format, clang-tidy, and the test suite built with
-# gcc, clang, the address and undefined-behaviour sanitizers and the thread sanitizer; what has to
-# come out the same on every processor also runs on an emulated 64-bit ARM.
+# gcc, clang, the address and undefined-behaviour sanitizers and the thread sanitizer. The fuzzers
+# look for a minute each, and what has to come out the same on every processor also runs on an
+# emulated 64-bit ARM.
 #
 #   scripts/test.sh            everything; the gcc release suite comes last
-#   scripts/test.sh PART...    only these parts: format tidy asan-ubsan tsan aarch64 clang release
+#   scripts/test.sh PART...    only these parts: format tidy asan-ubsan fuzz tsan aarch64 clang release
 #   scripts/test.sh --help
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-all_parts=(format tidy asan-ubsan tsan aarch64 clang release)
+all_parts=(format tidy asan-ubsan fuzz tsan aarch64 clang release)
 
 # The random renders are compared in full by the two release suites. Under a sanitizer every
 # render costs many times as much and looks for another kind of mistake: a few are enough.
 sanitizer_random_renders="${VITRELL_SANITIZER_RANDOM_RENDERS:-60}"
+
+# For each target, two at a time; a longer search is made by hand (scripts/fuzz.sh --seconds).
+fuzz_seconds="${VITRELL_FUZZ_SECONDS:-60}"
 
 # The tests that start the built command line. Most of what they run is the picture library, which is
 # not built with the sanitizers; the two release suites run them.
@@ -72,6 +76,7 @@ run_part() {
       VITRELL_RANDOM_RENDERS="$sanitizer_random_renders" run_suite "$1" -E "$tool_runs"
       ;;
     aarch64) run_aarch64 ;;
+    fuzz) bash scripts/fuzz.sh --seconds "$fuzz_seconds" ;;
     clang | release) run_suite "$1" ;;
   esac
 }

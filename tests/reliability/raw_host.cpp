@@ -16,8 +16,6 @@
 namespace vitrell::reliability {
 namespace {
 
-constexpr A_long kWidth = RawHost::kOutputWidth;
-constexpr A_long kHeight = RawHost::kOutputHeight;
 constexpr A_long kSmallest = std::numeric_limits<A_long>::min();
 constexpr A_long kLargest = std::numeric_limits<A_long>::max();
 constexpr PF_Err kFormatFails = 777;
@@ -35,7 +33,7 @@ std::size_t RoundUp(std::size_t bytes, std::size_t unit) {
 // --- Callbacks ---
 
 PF_Err CheckoutParam(PF_ProgPtr, PF_ParamIndex, A_long, A_long, A_u_long, PF_ParamDef* param) {
-  g_host->NoteCall();
+  if (const PF_Err error = g_host->NoteCall(); error != PF_Err_NONE) return error;
   *param = {};
   param->param_type = PF_Param_LAYER;
   param->u.ld = g_host->customRecord;
@@ -44,24 +42,22 @@ PF_Err CheckoutParam(PF_ProgPtr, PF_ParamIndex, A_long, A_long, A_u_long, PF_Par
 }
 
 PF_Err CheckinParam(PF_ProgPtr, PF_ParamDef*) {
-  g_host->NoteCall();
+  const PF_Err answer = g_host->NoteCall();
   --g_host->openCheckouts;
-  return PF_Err_NONE;
+  return answer;
 }
 
-PF_Err Abort(PF_ProgPtr) {
-  g_host->NoteCall();
-  return PF_Err_NONE;
-}
+PF_Err Abort(PF_ProgPtr) { return g_host->NoteCall(); }
 
 PF_Err AddParam(PF_ProgPtr, PF_ParamIndex, PF_ParamDef* def) {
+  if (const PF_Err error = g_host->NoteCall(); error != PF_Err_NONE) return error;
   g_host->AddRecord(*def);
   return PF_Err_NONE;
 }
 
 PF_Err NewWorld(PF_ProgPtr, A_long width, A_long height, PF_NewWorldFlags flags,
                 PF_LayerDef* world) {
-  g_host->NoteCall();
+  if (const PF_Err error = g_host->NoteCall(); error != PF_Err_NONE) return error;
   constexpr A_long kMostPixels = 1 << 20;
   const RawHost::Setup& setup = g_host->GetSetup();
   const bool deep = (flags & PF_NewWorldFlag_DEEP_PIXELS) != 0 || setup.deep;
@@ -82,13 +78,13 @@ PF_Err NewWorld(PF_ProgPtr, A_long width, A_long height, PF_NewWorldFlags flags,
 }
 
 PF_Err DisposeWorld(PF_ProgPtr, PF_LayerDef* world) {
-  g_host->NoteCall();
+  const PF_Err answer = g_host->NoteCall();
   if (world->data != nullptr) {
     --g_host->liveWorlds;
     g_host->Forget(world->data);
   }
   *world = {};
-  return PF_Err_NONE;
+  return answer;
 }
 
 PF_Pixel16 ReadPixel(const void* address, bool deep) {
@@ -118,9 +114,14 @@ void WritePixel(void* address, bool deep, const PF_Pixel16& pixel) {
 
 // Calls visit(x, y, address in a, address in b) where both worlds have memory.
 template <typename Visit>
-PF_Err ForEachCommonPixel(const PF_LayerDef& a, const PF_LayerDef& b, const Visit& visit) {
-  for (A_long y = 0; y < std::min(a.height, b.height); ++y) {
-    for (A_long x = 0; x < std::min(a.width, b.width); ++x) {
+PF_Err ForEachCommonPixel(const PF_LayerDef& a, const PF_LayerDef& b, const Visit& visit,
+                          bool backwards = false) {
+  const A_long width = std::min(a.width, b.width);
+  const A_long height = std::min(a.height, b.height);
+  for (A_long row = 0; row < height; ++row) {
+    for (A_long column = 0; column < width; ++column) {
+      const A_long x = backwards ? width - 1 - column : column;
+      const A_long y = backwards ? height - 1 - row : row;
       void* const inA = g_host->PixelAt(a, x, y, PixelBytes(IsDeepWorld(a)));
       void* const inB = g_host->PixelAt(b, x, y, PixelBytes(IsDeepWorld(b)));
       if (inA == nullptr || inB == nullptr) continue;
@@ -131,18 +132,23 @@ PF_Err ForEachCommonPixel(const PF_LayerDef& a, const PF_LayerDef& b, const Visi
 }
 
 PF_Err Copy(PF_ProgPtr, PF_LayerDef* from, PF_LayerDef* to, PF_LRect*, PF_LRect*) {
-  g_host->NoteCall();
+  if (const PF_Err error = g_host->NoteCall(); error != PF_Err_NONE) return error;
   if (from->data == nullptr || to->data == nullptr) {
     return g_host->GetSetup().copiesFromNothing ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
   }
+  const bool deep = IsDeepWorld(*from);
   return ForEachCommonPixel(*from, *to, [&](A_long, A_long, void* source, void* destination) {
-    WritePixel(destination, IsDeepWorld(*to), ReadPixel(source, IsDeepWorld(*from)));
+    if (IsDeepWorld(*to) == deep) {
+      std::memmove(destination, source, PixelBytes(deep));
+      return PF_Err_NONE;
+    }
+    WritePixel(destination, IsDeepWorld(*to), ReadPixel(source, deep));
     return PF_Err_NONE;
   });
 }
 
 PF_Err FillWith(const PF_Pixel16& color, const PF_LRect* rect, PF_LayerDef* world) {
-  g_host->NoteCall();
+  if (const PF_Err error = g_host->NoteCall(); error != PF_Err_NONE) return error;
   return ForEachCommonPixel(*world, *world, [&](A_long x, A_long y, void* pixel, void*) {
     const bool inside = rect == nullptr ||
                         (x >= rect->left && x < rect->right && y >= rect->top && y < rect->bottom);
@@ -161,11 +167,15 @@ PF_Err Fill16(PF_ProgPtr, const PF_Pixel16*, const PF_LRect* rect, PF_LayerDef* 
 
 template <typename Pixel, typename Function>
 PF_Err IterateOver(PF_LayerDef* source, void* refcon, Function function, PF_LayerDef* destination) {
+  const RawHost::Setup& setup = g_host->GetSetup();
   if (source->data == nullptr || destination->data == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
-  return ForEachCommonPixel(*source, *destination, [&](A_long x, A_long y, void* in, void* out) {
-    if (x == kWidth / 2 && y == kHeight / 2) g_host->NoteCall();
+  const auto visit = [&](A_long x, A_long y, void* in, void* out) {
+    if (x == setup.width / 2 && y == setup.height / 2) {
+      if (const PF_Err error = g_host->NoteCall(); error != PF_Err_NONE) return error;
+    }
     return function(refcon, x, y, static_cast<Pixel*>(in), static_cast<Pixel*>(out));
-  });
+  };
+  return ForEachCommonPixel(*source, *destination, visit, setup.iteratesBackwards);
 }
 
 PF_Err Iterate8(PF_InData*, A_long, A_long, PF_LayerDef* source, const PF_LRect*, void* refcon,
@@ -179,7 +189,7 @@ PF_Err Iterate16(PF_InData*, A_long, A_long, PF_LayerDef* source, const PF_LRect
 }
 
 PF_Err GetPixelFormat(const PF_LayerDef* world, PF_PixelFormat* format) {
-  g_host->NoteCall();
+  if (const PF_Err error = g_host->NoteCall(); error != PF_Err_NONE) return error;
   switch (g_host->GetSetup().format) {
     case FormatAnswer::kShallow:
       *format = PF_PixelFormat_ARGB32;
@@ -201,10 +211,10 @@ PF_Err GetPixelFormat(const PF_LayerDef* world, PF_PixelFormat* format) {
   }
 }
 
-PF_Err UpdateParamUI(PF_ProgPtr, PF_ParamIndex, const PF_ParamDef*) { return PF_Err_NONE; }
+PF_Err UpdateParamUI(PF_ProgPtr, PF_ParamIndex, const PF_ParamDef*) { return g_host->NoteCall(); }
 
 SPErr AcquireSuite(const char* name, std::int32_t, const void** suite) {
-  g_host->NoteCall();
+  if (const PF_Err error = g_host->NoteCall(); error != PF_Err_NONE) return error;
   const struct {
     const char* name;
     const void* table;
@@ -224,9 +234,9 @@ SPErr AcquireSuite(const char* name, std::int32_t, const void** suite) {
 }
 
 SPErr ReleaseSuite(const char*, std::int32_t) {
-  g_host->NoteCall();
+  const PF_Err answer = g_host->NoteCall();
   --g_host->openSuites;
-  return PF_Err_NONE;
+  return answer;
 }
 
 }  // namespace
@@ -234,21 +244,32 @@ SPErr ReleaseSuite(const char*, std::int32_t) {
 // --- Memory ---
 
 GuardedPixels::GuardedPixels(std::size_t bytes, MemoryEnd end) : bytes_(bytes) {
-  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-  const std::size_t open = RoundUp(std::max<std::size_t>(bytes, 1), page);
-  mappingBytes_ = open + 2 * page;
-  mapping_ = mmap(nullptr, mappingBytes_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (mapping_ == MAP_FAILED) throw std::bad_alloc();
-  auto* const first = static_cast<std::byte*>(mapping_) + page;
-  if (mprotect(first, open, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
-  begin_ = end == MemoryEnd::kFirst ? first : first + open - bytes;
+  if (end == MemoryEnd::kHeap) {
+    heap_ = std::make_unique<std::byte[]>(bytes);
+    begin_ = heap_.get();
+  } else {
+    Map(end);
+  }
   // Every byte is that of a legal 16-bit channel.
   for (std::size_t i = 0; i < bytes; ++i) {
     begin_[i] = static_cast<std::byte>((i * 37U + 11U) % 128U);
   }
 }
 
-GuardedPixels::~GuardedPixels() { munmap(mapping_, mappingBytes_); }
+void GuardedPixels::Map(MemoryEnd end) {
+  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  const std::size_t open = RoundUp(std::max<std::size_t>(bytes_, 1), page);
+  mappingBytes_ = open + 2 * page;
+  mapping_ = mmap(nullptr, mappingBytes_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (mapping_ == MAP_FAILED) throw std::bad_alloc();
+  auto* const first = static_cast<std::byte*>(mapping_) + page;
+  if (mprotect(first, open, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+  begin_ = end == MemoryEnd::kFirst ? first : first + open - bytes_;
+}
+
+GuardedPixels::~GuardedPixels() {
+  if (mapping_ != nullptr) munmap(mapping_, mappingBytes_);
+}
 
 bool GuardedPixels::Contains(const void* address, std::size_t bytes) const {
   const auto* const first = static_cast<const std::byte*>(address);
@@ -313,16 +334,16 @@ RawHost::RawHost(PF_EntryPoint entryPoint, const Setup& setup)
   if (entryPoint_(PF_Cmd_PARAMS_SETUP, &in, &out, nullptr, nullptr, nullptr) != 0) {
     throw std::bad_alloc();
   }
-  records_[0].u.ld = MakeWorld(setup.input, kWidth, kHeight, setup.deep);
+  records_[0].u.ld = MakeWorld(setup.input, setup.width, setup.height, setup.deep);
   const std::size_t beforeOutput = pixels_.size();
-  outputRecord = MakeWorld(setup.output, kWidth, kHeight, setup.deep);
+  outputRecord = MakeWorld(setup.output, setup.width, setup.height, setup.deep);
   output = &outputRecord;
   if (pixels_.size() > beforeOutput) outputPixels_ = pixels_.back().get();
-  customRecord = MakeWorld(setup.custom, kWidth + 2, kHeight + 3, setup.deep);
+  customRecord = MakeWorld(setup.custom, setup.width + 2, setup.height + 3, setup.deep);
   for (PF_ParamDef& record : records_) {
     if (record.param_type == PF_Param_POINT) {
-      record.u.td.x_value = (kWidth / 2) << 16;
-      record.u.td.y_value = (kHeight / 2) << 16;
+      record.u.td.x_value = (setup.width / 2) << 16;
+      record.u.td.y_value = (setup.height / 2) << 16;
     }
     params.push_back(&record);
   }
@@ -337,7 +358,26 @@ PF_Err RawHost::Send(PF_Cmd cmd) {
   return entryPoint_(cmd, inPointer, outPointer, paramsPointer, output, nullptr);
 }
 
-void RawHost::AddRecord(const PF_ParamDef& record) { records_.push_back(record); }
+void RawHost::AddRecord(const PF_ParamDef& record) {
+  // A second set-up must not move the records that the parameters point to.
+  if (params.empty()) records_.push_back(record);
+}
+
+PF_Err RawHost::NoteCall() {
+  if (onCall) onCall();
+  ++calls;
+  const bool fails =
+      std::find(failingCalls.begin(), failingCalls.end(), calls) != failingCalls.end();
+  if (!fails) return PF_Err_NONE;
+  ++failures;
+  return kPlannedFault;
+}
+
+void RawHost::FillPixels(const std::function<std::byte()>& next) {
+  for (const auto& pixels : pixels_) {
+    std::generate(pixels->begin(), pixels->begin() + pixels->size(), next);
+  }
+}
 
 std::uint64_t RawHost::OutputChecksum() const {
   return outputPixels_ != nullptr ? outputPixels_->Checksum() : 0;

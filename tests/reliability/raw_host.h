@@ -13,7 +13,9 @@
 
 namespace vitrell::reliability {
 
-enum class MemoryEnd { kFirst, kLast };  // Which end of the pixels touches a closed page.
+// Which end of the pixels touches a closed page; on the heap neither does, and an address sanitizer
+// watches both.
+enum class MemoryEnd { kFirst, kLast, kHeap };
 
 // Pixels between two closed pages, exactly as many bytes as the picture takes.
 class GuardedPixels {
@@ -29,6 +31,9 @@ class GuardedPixels {
   std::uint64_t Checksum() const;
 
  private:
+  void Map(MemoryEnd end);
+
+  std::unique_ptr<std::byte[]> heap_;
   std::byte* begin_ = nullptr;
   std::size_t bytes_ = 0;
   void* mapping_ = nullptr;
@@ -75,7 +80,12 @@ class RawHost {
   static constexpr A_long kOutputWidth = 13;
   static constexpr A_long kOutputHeight = 9;
 
+  // What the calls of `failingCalls` answer.
+  static constexpr PF_Err kPlannedFault = 901;
+
   struct Setup {
+    A_long width = kOutputWidth;
+    A_long height = kOutputHeight;
     bool deep = false;
     MemoryEnd end = MemoryEnd::kLast;
     WorldKind input = WorldKind::kUsual;
@@ -86,6 +96,7 @@ class RawHost {
     FormatAnswer format = FormatAnswer::kByFlags;
     bool copiesFromNothing = false;  // A copy without pixels answers success.
     bool givesEmptyWorlds = false;   // new_world of no size answers success and no pixels.
+    bool iteratesBackwards = false;  // From the last pixel to the first.
   };
 
   // One at a time. The parameters stand as the effect registers them.
@@ -111,9 +122,15 @@ class RawHost {
   PF_LayerDef* output = nullptr;
   // Called at the beginning of every host call, and in the middle of passes.
   std::function<void()> onCall;
+  // Host calls that fail, by their number. What gives something back still takes it.
+  std::vector<int> failingCalls;
+  int calls = 0;     // Since the host was made, or since a test set it to 0.
+  int failures = 0;  // Of these calls.
+  // Every byte of every picture that stands now.
+  void FillPixels(const std::function<std::byte()>& next);
   // Another world of the output's size.
   PF_LayerDef MakeOutput() {
-    return MakeWorld(setup_.output, kOutputWidth, kOutputHeight, setup_.deep);
+    return MakeWorld(setup_.output, setup_.width, setup_.height, setup_.deep);
   }
   // Of a world's memory.
   std::uint64_t ChecksumOf(const PF_LayerDef& world) const;
@@ -129,9 +146,7 @@ class RawHost {
   PF_WorldSuite2 worldSuite{};
 
   // For the callbacks.
-  void NoteCall() const {
-    if (onCall) onCall();
-  }
+  PF_Err NoteCall();
   PF_LayerDef MakeWorld(WorldKind kind, A_long width, A_long height, bool deep);
   void Forget(const void* data);
   void* PixelAt(const PF_LayerDef& world, A_long x, A_long y, std::size_t bytes) const;
