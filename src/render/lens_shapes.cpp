@@ -29,16 +29,6 @@ double RelativeBand(float feather, double scaledSize) {
   return feather + static_cast<float>(kEdgePixels / scaledSize);
 }
 
-// Farther than any position.
-constexpr double kNeverOutside = std::numeric_limits<double>::infinity();
-
-// Relative margin of the quick decisions. Rounding errors are some 1e-16.
-constexpr double kMargin = 1e-9;
-
-double ClassOf(bool inside, bool outside) {
-  return inside ? 1.0 : (outside ? 0.0 : LensShape::kUndecided);
-}
-
 // Angle of (u, -v), measured the way the triangle's sectors are laid out.
 double TriangleAngle(double u, double v, const PF_ANSICallbacks& maths) {
   if (u == 0) {
@@ -136,64 +126,58 @@ double LensShape::RawDistance(std::int32_t x, std::int32_t y) const {
   }
 }
 
-void LensShape::Classify(std::int32_t y, std::int32_t left, std::size_t count, double* row) const {
+ShapeSpans LensShape::SpansOf(std::int32_t y, std::int32_t left, std::uint32_t count) const {
+  const MaskLine line = LineOf(y, left, count);
   const double band = relativeBand_ * radius_;
+  const double beyond = std::numeric_limits<double>::infinity();
+  LineSection inner(line);
+  LineSection outer(line);
   if (info_.lensType == kLensCircle) {
-    const double inner = std::max(radius_ - 0.5 * band, 0.0) * (1 - kMargin);
-    const double outer = (radius_ + 0.5 * band) * (1 + kMargin);
-    const double innerSquare = inner * inner;
-    const double outerSquare = band > 0 ? outer * outer : kNeverOutside;
-    ClassifyEach(y, left, count, row, [=](double u, double v) {
-      const double square = u * u + v * v;
-      return ClassOf(square<innerSquare, square> outerSquare);
-    });
+    inner.ClipToDisc(std::max(radius_ - 0.5 * band, 0.0) * (1 - kMargin));
+    outer.ClipToDisc(band > 0 ? (radius_ + 0.5 * band) * (1 + kMargin) : beyond);
   } else if (info_.lensType == kLensTriangle) {
-    // The distance to the facing side's line is the largest of the three: its normals are
-    // (0, 1) and (+-sqrt(3) / 2, -1 / 2) in the point (u, -v), the inradius is half the radius.
-    const double sideX = rootOf3_ / 2;
-    const double inner = radius_ / 2 * (1 - kMargin);
-    const double outer = band > 0 ? (radius_ / 2 + band) * (1 + kMargin) : kNeverOutside;
-    ClassifyEach(y, left, count, row, [=](double u, double v) {
-      const double toSide = std::max(std::fabs(u) * sideX + 0.5 * v, -v);
-      return ClassOf(toSide<inner, toSide> outer);
-    });
+    // The triangle's normals are (0, 1) and (+-sqrt(3) / 2, -1 / 2) in the point (u, -v); its
+    // inradius is half the radius.
+    const auto clip = [sideX = rootOf3_ / 2](LineSection* section, double limit) {
+      section->ClipToHalfPlane(sideX, 0.5, limit);
+      section->ClipToHalfPlane(-sideX, 0.5, limit);
+      section->ClipToHalfPlane(0, -1, limit);
+    };
+    clip(&inner, radius_ / 2 * (1 - kMargin));
+    clip(&outer, band > 0 ? (radius_ / 2 + band) * (1 + kMargin) : beyond);
   } else {
     const double rectBand = std::min(halfHeight_, halfWidth_) * relativeBand_;
-    const bool wide = relativeBand_ > 2.0;
-    const double inset = wide ? rectBand / relativeBand_ : rectBand / 2;
+    const double inset = relativeBand_ > 2.0 ? rectBand / relativeBand_ : rectBand / 2;
     const double hx = std::max(halfWidth_ - inset, 0.0);
     const double hy = std::max(halfHeight_ - inset, 0.0);
-    const double beyond = rectBand > 0 ? rectBand : kNeverOutside;
-    const double innerX = hx * (1 - kMargin);
-    const double innerY = hy * (1 - kMargin);
-    const double outerX = (hx + beyond) * (1 + kMargin);
-    const double outerY = (hy + beyond) * (1 + kMargin);
-    ClassifyEach(y, left, count, row, [=](double u, double v) {
-      const double absU = std::fabs(u);
-      const double absV = std::fabs(v);
-      const bool inside = absU < innerX && absV < innerY;
-      const bool outside = absU > outerX || absV > outerY;
-      return ClassOf(inside, outside);
-    });
+    const double reach = rectBand > 0 ? rectBand : beyond;
+    const auto clip = [](LineSection* section, double limitU, double limitV) {
+      section->ClipToHalfPlane(1, 0, limitU);
+      section->ClipToHalfPlane(-1, 0, limitU);
+      section->ClipToHalfPlane(0, 1, limitV);
+      section->ClipToHalfPlane(0, -1, limitV);
+    };
+    clip(&inner, hx * (1 - kMargin), hy * (1 - kMargin));
+    clip(&outer, (hx + reach) * (1 + kMargin), (hy + reach) * (1 + kMargin));
   }
+  ShapeSpans spans = {.outer = outer.Columns(true), .inner = inner.Columns(false)};
+  // What is inside is not outside either, and an empty inside lies within the rest.
+  spans.inner.begin = std::clamp(spans.inner.begin, spans.outer.begin, spans.outer.end);
+  spans.inner.end = std::clamp(spans.inner.end, spans.inner.begin, spans.outer.end);
+  return spans;
 }
 
-// Works in the scaled coordinates of RawDistance, but for reciprocals instead of divisions.
-template <typename ClassOfPoint>
-void LensShape::ClassifyEach(std::int32_t y, std::int32_t left, std::size_t count, double* row,
-                             ClassOfPoint classOf) const {
-  const double dy = static_cast<double>(y) - info_.positionY;
-  const double inverseWidth = 1 / static_cast<double>(info_.scaleWidth);
-  const double inverseHeight = 1 / static_cast<double>(info_.scaleHeight);
-  const double stepU = cosRotation_;
-  const double stepV = sinRotation_;
-  const double offsetU = sinRotation_ * dy;
-  const double offsetV = cosRotation_ * dy;
-  const double originX = static_cast<double>(left) - info_.positionX;
-  for (std::size_t i = 0; i < count; ++i) {
-    const double dx = originX + static_cast<double>(static_cast<std::int32_t>(i));
-    row[i] = classOf((stepU * dx + offsetU) * inverseWidth, (stepV * dx - offsetV) * inverseHeight);
-  }
+// The scaled coordinates of RawDistance, but for reciprocals instead of divisions.
+MaskLine LensShape::LineOf(std::int32_t y, std::int32_t left, std::uint32_t count) const {
+  const double inverseWidth = 1 / double{info_.scaleWidth};
+  const double inverseHeight = 1 / double{info_.scaleHeight};
+  const auto dy = static_cast<double>(std::int64_t{y} - info_.positionY);
+  return {.first = static_cast<double>(std::int64_t{left} - info_.positionX),
+          .count = count,
+          .stepU = cosRotation_ * inverseWidth,
+          .startU = sinRotation_ * dy * inverseWidth,
+          .stepV = sinRotation_ * inverseHeight,
+          .startV = -cosRotation_ * dy * inverseHeight};
 }
 
 // The band is centred on the radius.

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "host/host_api.h"
+#include "render/line_section.h"
 #include "render/settings.h"
 
 namespace vitrell {
@@ -20,6 +21,12 @@ double GetDistanceKWithRectMode(double u, double v, double k, double a, double b
 double GetDistanceFromPtToSegLine(double px, double py, double ax, double ay, double bx, double by,
                                   const PF_InData* inData);
 
+// What is known of a row of a shape.
+struct ShapeSpans {
+  ColumnSpan outer;
+  ColumnSpan inner;  // Within outer.
+};
+
 // Draws one drawn lens shape (type 2 to 5) at the size of the output. Everything that does not
 // depend on the pixel is worked out once; const use is safe on any number of threads.
 class LensShape {
@@ -30,17 +37,18 @@ class LensShape {
   // Raw distance at layer position (x, y): 0 inside, 1 outside, in between in the soft band.
   double RawDistance(std::int32_t x, std::int32_t y) const;
 
-  // Writes 1 for positions of row y, from column left on, that are certainly inside, 0 for those
-  // certainly outside and kUndecided for the rest, among them the soft band. Decided ones have the
-  // raw distance 0 or 1: squares are compared with a margin far beyond any rounding error, and what
-  // is near a limit, or NaN, stays undecided.
-  void Classify(std::int32_t y, std::int32_t left, std::size_t count, double* row) const;
-  static constexpr double kUndecided = -1;
+  // What is certain of row y, from column left on: outside of `outer` the raw distance is 1, within
+  // `inner` it is 0. Nothing is said of what is nearer to a limit than a margin far beyond any
+  // rounding error.
+  ShapeSpans SpansOf(std::int32_t y, std::int32_t left, std::uint32_t count) const;
+
+  // Mirrored through its position the shape has the same distances, to the bit.
+  bool IsSymmetric() const { return info_.lensType != kLensTriangle; }
+  // It is not turned: a symmetric shape is then the same above as below, and left as right.
+  bool IsUpright() const { return sinRotation_ == 0; }
 
  private:
-  template <typename ClassOf>
-  void ClassifyEach(std::int32_t y, std::int32_t left, std::size_t count, double* row,
-                    ClassOf classOf) const;
+  MaskLine LineOf(std::int32_t y, std::int32_t left, std::uint32_t count) const;
   double Circle(double u, double v) const;
   double Triangle(double u, double v) const;
 

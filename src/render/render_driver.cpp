@@ -29,12 +29,15 @@ std::recursive_mutex globalMutex;
 // host call: the outer frame's mask is put aside meanwhile.
 class LensMaskScope {
  public:
-  LensMaskScope() : outerMask_(g_LensMask), outerSize_(g_LensMaskSize) { g_LensMaskSize = 0; }
+  LensMaskScope() : outerMask_(g_LensMask), outerSize_(g_LensMaskSize), outerRows_(g_LensMaskRows) {
+    g_LensMaskSize = 0;
+  }
   ~LensMaskScope() {
     FreeLensMask(!stagesStarted_);
     if (outerSize_ != 0) {
       g_LensMask = outerMask_;
       g_LensMaskSize = outerSize_;
+      g_LensMaskRows = outerRows_;
     }
   }
   LensMaskScope(const LensMaskScope&) = delete;
@@ -44,6 +47,7 @@ class LensMaskScope {
  private:
   double* outerMask_;
   std::size_t outerSize_;
+  MaskRows outerRows_;
   bool stagesStarted_ = false;
 };
 
