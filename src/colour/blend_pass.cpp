@@ -59,17 +59,23 @@ PF_Err CopyFront8(void* /*refcon*/, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF
 template <int kMode, typename Pixel>
 PF_Err BlendPass::BlendByLanes(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
   const auto& pass = *static_cast<const BlendPass*>(refcon);
-  const double m = pass.blend_.mask.At(x, y);
+  const bool isOne = pass.ones_.Contain(x, y);
+  if (isOne && kMode == kFrontAlone) {
+    *out = *in;
+    return PF_Err_NONE;
+  }
+  double m = 1;
+  const bool isKnown = isOne || pass.blend_.mask.QuickAt(x, y, &m);
   constexpr bool kDeep = sizeof(Pixel) == sizeof(PF_Pixel16);
+  if (!isKnown || !(m <= 1) || static_cast<std::uint32_t>(x) >= pass.width_ ||
+      static_cast<std::uint32_t>(y) >= pass.height_) [[unlikely]] {
+    return BlendChannels(pass.blend_, x, y, in, out);
+  }
   // Kept: the threshold itself is inside in 8 bits and outside in 16.
   const bool outside = kDeep ? m <= kMaskThreshold : m < kMaskThreshold;
   if (outside || (kMode == kFrontAlone && m == 1)) {
     *out = *in;
     return PF_Err_NONE;
-  }
-  if (!(m <= 1) || static_cast<std::uint32_t>(x) >= pass.width_ ||
-      static_cast<std::uint32_t>(y) >= pass.height_) [[unlikely]] {
-    return BlendChannels(pass.blend_, x, y, in, out);
   }
   const Pixel& back = reinterpret_cast<const Pixel*>(pass.background_ + y * pass.rowBytes_)[x];
   if (!kDeep && kMode != kNormal && m == 1) {
@@ -119,6 +125,7 @@ PF_Err BlendPass::Prepare() {
     return PF_Err_NONE;
   }
   refcon_ = this;
+  ones_ = blend_.mask.Ones();
   const PF_LayerDef& layer = *blend_.inputLayer;
   background_ = static_cast<const char*>(layer.data);
   rowBytes_ = layer.rowbytes;

@@ -39,6 +39,7 @@ class BlendPass {
   BlendRefcon blend_;
   PixelCallbacks callbacks_ = {};
   void* refcon_ = nullptr;  // What the callbacks expect: this object or blend_.
+  MaskOnes ones_;
   const char* background_ = nullptr;
   std::ptrdiff_t rowBytes_ = 0;
   std::uint32_t width_ = 0;
