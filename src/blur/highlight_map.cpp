@@ -35,7 +35,7 @@ std::int64_t PaddedLength(std::int64_t length) {
 
 template <typename Pixel>
 void HighlightMap::Fill(const PF_InData* inData, const PF_LayerDef& input, std::int64_t rowsAtATime,
-                        bool transparentWeighsNothing) {
+                        MapUse use) {
   // The weight of layer position (row, column) is stored at row x width + column, whatever the
   // world's origin. Kept: in a world whose extent hint does not start at (0, 0) a pixel therefore
   // takes its weight from another one; where there is none the weight is 0.
@@ -54,37 +54,45 @@ void HighlightMap::Fill(const PF_InData* inData, const PF_LayerDef& input, std::
       for (std::int64_t row = firstRow; row < endRow; ++row) {
         const Pixel& pixel = *StoredPixel<Pixel>(&input, row, column);
         float* const value = origin_ + row * rowStride_ + column * columnStride_;
-        value[0] = transparentWeighsNothing && pixel.alpha == 0 ? 0.0f : weightOf(row, column);
+        const float weight =
+            use == MapUse::kByMask && pixel.alpha == 0 ? 0.0f : weightOf(row, column);
+        value[0] = weight;
         value[planeStride_] = pixel.red;
         value[2 * planeStride_] = pixel.green;
         value[3 * planeStride_] = pixel.blue;
+        if (use == MapUse::kByMask) {
+          value[4 * planeStride_] = weight * value[planeStride_];
+          value[5 * planeStride_] = weight * value[2 * planeStride_];
+          value[6 * planeStride_] = weight * value[3 * planeStride_];
+        }
       }
     }
   }
 }
 
 bool HighlightMap::Build(const PF_InData* inData, const PF_LayerDef& input, PlaneOrder order,
-                         bool transparentWeighsNothing) {
+                         MapUse use) {
   if (input.data == nullptr || input.width <= 0 || input.height <= 0) {
     return true;
   }
   const bool byColumns = order == PlaneOrder::kColumnsContiguous;
   const std::int64_t lineCount = byColumns ? input.height : input.width;
   planeStride_ = PaddedLength(byColumns ? input.width : input.height);
-  if (!values_.AllocateZeroed(static_cast<std::size_t>(4 * planeStride_ * lineCount))) {
+  const std::int64_t lineStride = (use == MapUse::kByMask ? 7 : 4) * planeStride_;
+  if (!values_.AllocateZeroed(static_cast<std::size_t>(lineStride * lineCount))) {
     return false;
   }
   width_ = input.width;
   height_ = input.height;
   origin_ = values_.data() + kLinePadding;
-  rowStride_ = byColumns ? 4 * planeStride_ : 1;
-  columnStride_ = byColumns ? 1 : 4 * planeStride_;
+  rowStride_ = byColumns ? lineStride : 1;
+  columnStride_ = byColumns ? 1 : lineStride;
   // Whole cache lines are written in either order.
   const std::int64_t rowsAtATime = byColumns ? 1 : kFloatsPerCacheLine;
   if (IsDeep(input)) {
-    Fill<PF_Pixel16>(inData, input, rowsAtATime, transparentWeighsNothing);
+    Fill<PF_Pixel16>(inData, input, rowsAtATime, use);
   } else {
-    Fill<PF_Pixel>(inData, input, rowsAtATime, transparentWeighsNothing);
+    Fill<PF_Pixel>(inData, input, rowsAtATime, use);
   }
   return true;
 }

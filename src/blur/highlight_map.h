@@ -14,7 +14,12 @@ namespace vitrell {
 // Whose neighbours lie next to each other in memory.
 enum class PlaneOrder { kRowsContiguous, kColumnsContiguous };
 
-// Four floats per input pixel: highlight weight, red, green and blue, planeStride() apart. A line
+// What the sums are for. By mask a transparent pixel weighs nothing, even where the weight is taken
+// from another pixel (see Fill), and there are planes of products for the taps of weight 1.
+enum class MapUse { kUniform, kByMask };
+
+// Floats per input pixel, planeStride() apart: highlight weight, red, green and blue; by mask also
+// the products of the weight with each of the three, rounded to float. A line
 // (a row, or a column when columns are contiguous) has kLinePadding zeros before and after it, so
 // that up to kLinePadding + 1 neighbours may be read from any pixel of a line, or from any place
 // of the padding before it. Positions are relative to the memory of the input world.
@@ -24,11 +29,9 @@ class HighlightMap {
  public:
   static constexpr std::int64_t kLinePadding = 64;
 
-  // False when the memory is not to be had. A world without pixels gives an empty map. The weight
-  // of a pixel with alpha 0 is 0 by its definition; with transparentWeighsNothing also where the
-  // weight is taken from another pixel (see Fill).
+  // False when the memory is not to be had. A world without pixels gives an empty map.
   [[nodiscard]] bool Build(const PF_InData* inData, const PF_LayerDef& input, PlaneOrder order,
-                           bool transparentWeighsNothing);
+                           MapUse use);
 
   std::int64_t width() const { return width_; }
   std::int64_t height() const { return height_; }
@@ -42,7 +45,7 @@ class HighlightMap {
  private:
   template <typename Pixel>
   void Fill(const PF_InData* inData, const PF_LayerDef& input, std::int64_t rowsAtATime,
-            bool transparentWeighsNothing);
+            MapUse use);
 
   Buffer<float> values_;
   float* origin_ = nullptr;

@@ -14,6 +14,7 @@
 namespace vitrell {
 
 inline constexpr int kMaxLanes = 64;
+inline constexpr int kMaxLaneRows = 4;
 static_assert(kMaxLanes <= HighlightMap::kLinePadding);
 
 // The running sums of neighbouring pixels. Lanes beyond an engine's number are not touched.
@@ -66,6 +67,12 @@ struct LaneGroup {
   int endLane;
 };
 
+// The lanes of one row: groups come from the left, one at least, and do not overlap.
+struct LaneRow {
+  const LaneGroup* groups;
+  int groupCount;
+};
+
 // Weights must be finite: a tap that is outside the map for some lanes only reads zeros there.
 struct LaneEngine {
   int lanes;
@@ -74,14 +81,17 @@ struct LaneEngine {
   void (*sumKernel)(const LaneView& view, const LaneWindow& window, const IrisKernel& kernel,
                     LaneSums* sums);
 
-  // The same with a kernel for each group of lanes; groups come from the left and do not overlap.
-  // No weight may be negative. The sums of lanes without a group mean nothing.
-  void (*sumMixed)(const LaneView& view, const LaneWindow& window, const LaneGroup* groups,
-                   int groupCount, LaneSums* sums);
-
   // Adds the taps from begin up to end whose dx lies within the window; its rows are not consulted.
   void (*addTaps)(const LaneView& view, const LaneWindow& window, const LaneTap* begin,
                   const LaneTap* end, LaneSums* sums);
+
+  // Sums from scratch rowCount neighbouring rows of at most rowLanes lanes, with a kernel for each
+  // group of lanes. View and window are those of the first row; the map is one for sums by mask. No
+  // weight may be negative. The sums of lanes without a group mean nothing.
+  int rowCount;  // At most kMaxLaneRows.
+  int rowLanes;
+  void (*sumRows)(const LaneView& view, const LaneWindow& window, const LaneRow* rows,
+                  LaneSums* sums);
 };
 
 enum class LaneTarget { kBaseline, kAvx2, kAvx512 };

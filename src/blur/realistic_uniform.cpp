@@ -83,7 +83,7 @@ PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape, std::int32_t r
   pass.radius = radius;
   IrisKernelBuilder builder(shape, ReachBetween(*io.src, *io.dst));
   if (!builder.Build(radius, TapChoice::kNonZero, &pass.kernel, &pass.points) ||
-      !pass.map.Build(io.in_data, *io.src, PlaneOrder::kRowsContiguous, false)) {
+      !pass.map.Build(io.in_data, *io.src, PlaneOrder::kRowsContiguous, MapUse::kUniform)) {
     return PF_Err_OUT_OF_MEMORY;
   }
   RETURN_IF_ERROR(FillTransparent(io.in_data, io.dst));

@@ -86,7 +86,7 @@ class LaneEnginesTest : public testing::TestWithParam<TargetName> {
 TEST_P(LaneEnginesTest, KernelSumsEqualThePlainOnes) {
   MakePicture(71, 23);
   HighlightMap map;
-  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kColumnsContiguous, true));
+  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kColumnsContiguous, MapUse::kByMask));
   for (const std::int32_t radius : {0, 1, 2, 5, 13, 30}) {
     const IrisKernel kernel = MakeKernel(radius, nullptr);
     for (std::int64_t row = 0; row < map.height(); row += 3) {
@@ -106,34 +106,48 @@ TEST_P(LaneEnginesTest, KernelSumsEqualThePlainOnes) {
   }
 }
 
-TEST_P(LaneEnginesTest, MixedKernelsEqualThePlainOnes) {
-  MakePicture(67, 19);
+// Rows of lanes, down to the last ones, of which some lie outside the map: with one kernel, and
+// with many.
+TEST_P(LaneEnginesTest, RowsOfKernelsEqualThePlainOnes) {
+  MakePicture(71, 23);
   HighlightMap map;
-  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kColumnsContiguous, true));
+  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kColumnsContiguous, MapUse::kByMask));
+  ASSERT_LE(engine_->rowCount, kMaxLaneRows);
+  ASSERT_LE(engine_->rowLanes, engine_->lanes);
   std::vector<IrisKernel> kernels;
-  for (const std::int32_t radius : {0, 2, 3, 9, 17}) {
+  for (const std::int32_t radius : {0, 1, 2, 3, 9, 10, 11, 17, 30}) {
     kernels.push_back(MakeKernel(radius, nullptr));
   }
-  for (std::int64_t row = 0; row < map.height(); row += 2) {
-    for (std::int64_t column = 0; column < map.width(); column += 5) {
-      LaneGroup groups[kMaxLanes];
-      int groupCount = 0;
-      for (int lane = 0; lane < engine_->lanes;) {
-        const int end = std::min(engine_->lanes, lane + 1 + static_cast<int>(random_() % 5));
-        groups[groupCount++] = {&kernels[random_() % kernels.size()], lane, end};
-        lane = end;
+  for (std::int64_t row = 0; row < map.height(); ++row) {
+    for (std::int64_t column = 0; column < map.width(); column += 3) {
+      const std::int64_t place = row * map.width() + column;
+      const std::size_t firstKernel = random_() % kernels.size();
+      const std::size_t kernelCount = place % 2 == 0 ? 1 : 1 + random_() % 3;
+      LaneGroup groups[kMaxLaneRows][kMaxLanes];
+      LaneRow rows[kMaxLaneRows];
+      for (int i = 0; i < kMaxLaneRows; ++i) {
+        rows[i] = {groups[i], 0};
+        for (int lane = 0; lane < engine_->rowLanes;) {
+          const int step = place % 4 == 0 ? kMaxLanes : 1 + static_cast<int>(random_() % 5);
+          const int end = std::min(engine_->rowLanes, lane + step);
+          const std::size_t kernel = firstKernel + random_() % kernelCount;
+          groups[i][rows[i].groupCount++] = {&kernels[kernel % kernels.size()], lane, end};
+          lane = end;
+        }
       }
       const LaneView view = {map.origin(), row * map.rowStride() + column, map.planeStride(), 1,
                              map.rowStride()};
       const LaneWindow window = {1 - engine_->lanes - column, map.width() - 1 - column, -row,
                                  map.height() - 1 - row};
-      LaneSums sums;
-      engine_->sumMixed(view, window, groups, groupCount, &sums);
-      for (int g = 0; g < groupCount; ++g) {
-        for (int lane = groups[g].firstLane;
-             lane < groups[g].endLane && column + lane < map.width(); ++lane) {
-          ExpectSameBits(SumKernel(map, *groups[g].kernel, row, column + lane), sums.Lane(lane),
-                         Where(row, column, lane));
+      LaneSums sums[kMaxLaneRows];
+      engine_->sumRows(view, window, rows, sums);
+      for (std::int64_t i = 0; i < engine_->rowCount && row + i < map.height(); ++i) {
+        for (int g = 0; g < rows[i].groupCount; ++g) {
+          for (int lane = groups[i][g].firstLane;
+               lane < groups[i][g].endLane && column + lane < map.width(); ++lane) {
+            ExpectSameBits(SumKernel(map, *groups[i][g].kernel, row + i, column + lane),
+                           sums[i].Lane(lane), Where(row + i, column, lane));
+          }
         }
       }
     }
@@ -144,7 +158,7 @@ TEST_P(LaneEnginesTest, MixedKernelsEqualThePlainOnes) {
 TEST_P(LaneEnginesTest, StepsToTheRightEqualThePlainOnes) {
   MakePicture(37, 41);
   HighlightMap map;
-  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kRowsContiguous, false));
+  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kRowsContiguous, MapUse::kUniform));
   Buffer<Weight_Pt> points;
   const IrisKernel kernel = MakeKernel(6, &points);
   std::vector<LaneTap> taps;
