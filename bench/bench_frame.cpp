@@ -5,7 +5,6 @@
 
 #include "bench/floor_effect.h"
 #include "bench/frame_picture.h"
-#include "bench/process_clock.h"
 #include "bench/process_memory.h"
 #include "whole/literal_bridge.h"
 
@@ -77,13 +76,13 @@ headless::RenderResult BenchFrame::RenderIn(headless::EffectHost& host) {
 }
 
 Timing BenchFrame::Render() {
-  headless::RenderResult result = RenderIn(*host_);
-  return {LastRenderProcessSeconds(), result.seconds, std::move(result.calls)};
+  const headless::RenderResult result = RenderIn(*host_);
+  return {LastRenderTimes(), result.seconds};
 }
 
 Timing BenchFrame::RenderFloor() {
-  headless::RenderResult result = RenderIn(*floor_);
-  return {LastRenderProcessSeconds(), result.seconds, std::move(result.calls)};
+  const headless::RenderResult result = RenderIn(*floor_);
+  return {LastRenderTimes(), result.seconds};
 }
 
 Memory BenchFrame::MeasureMemory() {

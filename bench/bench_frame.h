@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/process_clock.h"
 #include "headless/effect_host.h"
 
 namespace vitrell::bench {
@@ -33,9 +34,8 @@ struct FrameCase {
 
 // What one render took.
 struct Timing {
-  double processSeconds = 0;  // Processor time of the RENDER command, all threads together.
-  double wallSeconds = 0;     // From its begin to its end.
-  std::vector<headless::HostCall> calls;
+  RenderTimes process;     // Processor time.
+  double wallSeconds = 0;  // From the begin to the end of the RENDER command.
 };
 
 // The most memory that one render held at a time, in bytes.

@@ -6,31 +6,21 @@
 namespace vitrell::bench {
 namespace {
 
-using headless::CallKind;
-using headless::HostCall;
-
-bool IsPass(const HostCall& call) {
-  return call.kind == CallKind::kIterate8 || call.kind == CallKind::kIterate16;
-}
-
-double EndOf(const HostCall& call) { return call.startSeconds + call.seconds; }
-
 // From the end of the pass or copy before it, so that what the effect prepares is in it, to its own
 // end. What the effect clears up behind a pass counts for whatever comes next.
 double PassSeconds(const Timing& timing, int pass) {
   double begin = 0;
-  for (const HostCall& call : timing.calls) {
-    if (!IsPass(call) && call.kind != CallKind::kCopy) continue;
-    if (IsPass(call) && pass-- == 0) return EndOf(call) - begin;
-    begin = EndOf(call);
+  for (const FrameCall& call : timing.process.calls) {
+    if (call.isPass && pass-- == 0) return call.endSeconds - begin;
+    begin = call.endSeconds;
   }
   return 0;
 }
 
 // The lens mask is all that a render does before it copies the layer.
 double BeforeLayerCopySeconds(const Timing& timing) {
-  for (const HostCall& call : timing.calls) {
-    if (call.text.rfind("copy input ", 0) == 0) return call.startSeconds;
+  for (const FrameCall& call : timing.process.calls) {
+    if (call.readsLayer) return call.beginSeconds;
   }
   return 0;
 }
@@ -45,11 +35,13 @@ double Median::Get() const {
 }
 
 int CountPasses(const Timing& timing) {
-  return static_cast<int>(std::count_if(timing.calls.begin(), timing.calls.end(), IsPass));
+  const auto& calls = timing.process.calls;
+  return static_cast<int>(
+      std::count_if(calls.begin(), calls.end(), [](const FrameCall& call) { return call.isPass; }));
 }
 
 double Figures::SecondsOf(const Timing& timing) const {
-  return wall_ ? timing.wallSeconds : timing.processSeconds;
+  return wall_ ? timing.wallSeconds : timing.process.seconds;
 }
 
 void Figures::Add(const BenchCase& benchCase, const Timing& own, const Timing& ofFloor) {

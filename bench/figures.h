@@ -24,8 +24,8 @@ class Median {
 // How many passes the host was asked for.
 int CountPasses(const Timing& timing);
 
-// Seconds. With more than one thread they are time on the wall, with one processor time; passes and
-// masks are told by the host's clock and so are always time on the wall.
+// Seconds. Whole renders on more than one thread are time on the wall, everything else is processor
+// time.
 class Figures {
  public:
   explicit Figures(int threads) : wall_(threads > 1) {}

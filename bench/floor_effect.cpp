@@ -200,7 +200,7 @@ PF_Err FloorEntryPoint(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data, PF_
   if (cmd != PF_Cmd_RENDER) {
     return g_plan.real->EntryPoint()(cmd, in_data, out_data, params, output, extra);
   }
-  const RenderClock clock;
+  const RenderClock clock(in_data, params[0]->u.ld);
   Player player(in_data, &params[0]->u.ld, output);
   for (const Step& step : g_plan.steps) {
     const PF_Err error = player.Play(step);

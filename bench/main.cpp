@@ -4,8 +4,9 @@
 // Names are CASE/8bit/1080p/DETAIL/threads1. Counters, 0 where not measured: ms, the median of the
 // renders; floor_ms, the same for the floor, rendered in turn; x_floor, their ratio; other_ms and
 // x_other, the settings that the case is measured beside, with two threads the same case on one;
-// pass_ms and x_pass, the stage's own part against one pass of the floor; worlds_mb and rise_mb,
-// the memory of one render. One thread: processor time. Two: time on the wall.
+// pass_ms, floor_pass_ms and x_pass, the stage's own part against one pass of the floor; worlds_mb
+// and rise_mb, the memory of one render. Times are processor time, those of whole renders on two
+// threads time on the wall.
 #include <benchmark/benchmark.h>
 
 #include <CLI/CLI.hpp>
@@ -134,9 +135,9 @@ void RunEverything(benchmark::State& state, Bench& bench, FrameCase frameCase) {
   while (state.KeepRunning()) {
     while (figures.whole.Count() < bench.patience.fewest) {
       figures.Add(everything, frame->Render(), frame->RenderFloor());
-      const double base = circle->Render().processSeconds;
+      const double base = circle->Render().process.seconds;
       double sum = base;
-      for (const auto& stage : alone) sum += stage->Render().processSeconds - base;
+      for (const auto& stage : alone) sum += stage->Render().process.seconds - base;
       figures.AddOther(sum);
     }
     state.SetIterationTime(figures.whole.Get());

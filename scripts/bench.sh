@@ -5,8 +5,8 @@
 #
 #   scripts/bench.sh                  everything; takes about eight minutes behind the build
 #   scripts/bench.sh --quick          8 bit at 1080p only and few renders; the tables go to the terminal
-#   scripts/bench.sh --filter REGEX   the cases of these names only, see --list; to the terminal, too
-#   scripts/bench.sh --no-peers       without the other libraries
+#   scripts/bench.sh --no-peers       without the other libraries; to the terminal, too
+#   scripts/bench.sh --filter REGEX   the same for the cases of these names only, see --list
 #   scripts/bench.sh --list           names all cases
 #   scripts/bench.sh --help
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -19,7 +19,7 @@ peer_names=(opencv fftw vips gegl ffmpeg)
 # Every case on one thread at 1080p; some on two threads; some in larger frames.
 whole_filter='/1080p/(.*/)?threads1/'
 whole_filter+='|^(WholeDefault|AllOff)/.*/1080p/threads2/'
-whole_filter+='|^(FastBlur|FastBlurMapped|RealisticBlur|RealisticBlurMapped)/.*/1080p/r20.*/threads2/'
+whole_filter+='|^(FastBlur|FastBlurMapped|RealisticBlur|RealisticBlurMapped)/.*/1080p/r20(-feather50)?/threads2/'
 whole_filter+='|^DirectionalBlur/.*/1080p/20/threads2/'
 whole_filter+='|^WholeDefault/.*/(2160p|4320p)/threads1/'
 whole_filter+='|^(FastBlur|RealisticBlur)/8bit/(2160p|4320p)/r20/threads1/'
@@ -88,6 +88,7 @@ while (($#)); do
     --filter)
       [[ $# -ge 2 ]] || { echo "--filter needs a pattern" >&2; exit 2; }
       filter="$2"
+      peers=0
       shift
       ;;
     *)
@@ -111,7 +112,7 @@ fi
 
 build_all
 write=1
-if [[ -n "$filter" || ${#quick[@]} -gt 0 || $peers -eq 0 ]]; then
+if ((${#quick[@]} || !peers)); then
   write=0
 fi
 if [[ -z "$filter" ]]; then

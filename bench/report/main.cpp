@@ -86,6 +86,14 @@ std::optional<double> OwnMs(const Results& results, const CaseName& what, bool d
   return *frame - *off;
 }
 
+// The same in passes of the floor: its own frame's if the stage is a pass, otherwise that of the
+// frame with all stages off.
+std::optional<double> OwnPasses(const Results& results, const CaseName& what, bool deep) {
+  const auto part = results.Get(what, {deep}, "x_pass");
+  if (part && *part > 0) return part;
+  return Ratio(OwnMs(results, what, deep), results.Get({"AllOff", ""}, {deep}, "floor_pass_ms"));
+}
+
 std::string PeersText(const Results& results, const CaseName& what) {
   std::string text;
   for (const std::string& peer : PeersOf(what)) {
@@ -106,11 +114,10 @@ void CaseTable(const Results& results, bool deep) {
     const Setup setup = {deep};
     if (!results.Has(what, setup)) continue;
     const auto ms = results.Get(what, setup, "ms");
-    const auto own = OwnMs(results, what, deep);
     table.Row(
         {Title(what), Number(ms, 1), Number(results.Get(what, setup, "floor_ms"), 1),
-         Number(results.Get(what, setup, "x_floor"), 2), Number(own, 1),
-         Number(Ratio(own, results.Get(what, setup, "floor_pass_ms")), 1),
+         Number(results.Get(what, setup, "x_floor"), 2), Number(OwnMs(results, what, deep), 1),
+         Number(OwnPasses(results, what, deep), 1),
          deep ? Number(Ratio(ms, results.Get(what, {}, "ms")), 2) : PeersText(results, what)});
   }
   table.Print();
@@ -137,19 +144,30 @@ void ThreadTable(const Results& results) {
   table.Print();
 }
 
+// Nanoseconds a pixel in the three sizes, and the largest over the smallest.
+std::vector<std::string> SizeCells(const Results& results, const CaseName& what, bool deep,
+                                   const std::string& counter) {
+  std::vector<std::string> cells;
+  std::map<std::string, std::optional<double>> ns;
+  for (const auto& [size, pixels] : kPixels) {
+    ns[size] = Ratio(results.Get(what, {deep, size}, counter), pixels / 1e6);
+    cells.push_back(Number(ns[size], 1));
+  }
+  cells.push_back(Number(Ratio(ns["4320p"], ns["1080p"]), 2));
+  return cells;
+}
+
 void SizeTable(const Results& results) {
   Table table("Cost in pixels: nanoseconds a pixel, one thread",
-              {"Case", "1080p", "2160p", "4320p", "4320p : 1080p"});
+              {"Case", "1080p", "2160p", "4320p", "4320p : 1080p", "floor: 1080p", "2160p", "4320p",
+               "4320p : 1080p"});
   for (const bool deep : {false, true}) {
     for (const CaseName& what : results.Cases()) {
       if (!results.Has(what, {deep, "2160p"}) && !results.Has(what, {deep, "4320p"})) continue;
       std::vector<std::string> cells = {Title(what) + (deep ? ", 16 bit" : ", 8 bit")};
-      std::map<std::string, std::optional<double>> ns;
-      for (const auto& [size, pixels] : kPixels) {
-        ns[size] = Ratio(results.Get(what, {deep, size}, "ms"), pixels / 1e6);
-        cells.push_back(Number(ns[size], 1));
+      for (const char* counter : {"ms", "floor_ms"}) {
+        for (const auto& cell : SizeCells(results, what, deep, counter)) cells.push_back(cell);
       }
-      cells.push_back(Number(Ratio(ns["4320p"], ns["1080p"]), 2));
       table.Row(cells);
     }
   }
