@@ -188,24 +188,47 @@ double LensShape::Circle(double u, double v) const {
   return t < 0 ? 0 : LimitToOne(t / band);
 }
 
+// Which side of the triangle faces (u, -v), where a comparison tells: its angle is then none of the
+// angles between two sides by far more than the host's arctangent errs.
+LensShape::Side LensShape::FacingSide(double u, double v) const {
+  const double across = std::fabs(u) * 0.5;
+  const double down = -v * (rootOf3_ / 2);
+  const double margin = kMargin * (std::fabs(u) + std::fabs(v));
+  if (down - across > margin) {
+    return Side::kBase;
+  }
+  if (across - down > margin && std::fabs(u) > margin) {
+    return u > 0 ? Side::kRight : Side::kLeft;
+  }
+  return Side::kUnknown;
+}
+
 // Kept: unlike the other shapes' the band lies wholly outside the edge.
 double LensShape::Triangle(double u, double v) const {
-  const double distance = maths_.sqrt(u * u + v * v);
-  const double angle = TriangleAngle(u, v, maths_);
+  Side side = FacingSide(u, v);
+  const double toSide = std::max(std::fabs(u) * (rootOf3_ / 2) + 0.5 * v, -v);
+  if (side == Side::kUnknown || !(toSide > radius_ / 2 * (1 + kMargin))) {
+    const double angle = TriangleAngle(u, v, maths_);
+    double sectorOffset = angle - kHalfPi;
+    side = Side::kBase;
+    if (angle < kPiOver6 || angle >= kThreePiOver2) {
+      sectorOffset = (angle < kPiOver6 ? angle + kTwoPi : angle) - kElevenPiOver6;
+      side = Side::kRight;
+    } else if (angle >= kFivePiOver6) {
+      sectorOffset = angle - kSevenPiOver6;
+      side = Side::kLeft;
+    }
+    const double distance = maths_.sqrt(u * u + v * v);
+    if (distance / (radius_ / (2 * maths_.cos(sectorOffset))) < 1) {
+      return 0;
+    }
+  }
   const double cornerX = rootOf3_ * radius_ / 2;
   const double baseY = radius_ / 2;
-  double sectorOffset = angle - kHalfPi;
-  double ax = -cornerX, ay = baseY, bx = cornerX, by = baseY;
-  if (angle < kPiOver6 || angle >= kThreePiOver2) {
-    sectorOffset = (angle < kPiOver6 ? angle + kTwoPi : angle) - kElevenPiOver6;
-    ax = 0, ay = -radius_;
-  } else if (angle >= kFivePiOver6) {
-    sectorOffset = angle - kSevenPiOver6;
-    bx = 0, by = -radius_;
-  }
-  if (distance / (radius_ / (2 * maths_.cos(sectorOffset))) < 1) {
-    return 0;
-  }
+  const double ax = side == Side::kRight ? 0 : -cornerX;
+  const double ay = side == Side::kRight ? -radius_ : baseY;
+  const double bx = side == Side::kLeft ? 0 : cornerX;
+  const double by = side == Side::kLeft ? -radius_ : baseY;
   return LimitToOne(GetDistanceFromPtToSegLine(u, -v, ax, ay, bx, by, inData_) /
                     (radius_ * relativeBand_));
 }

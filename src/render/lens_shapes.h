@@ -49,6 +49,8 @@ class LensShape {
 
  private:
   MaskLine LineOf(std::int32_t y, std::int32_t left, std::uint32_t count) const;
+  enum class Side { kUnknown, kRight, kLeft, kBase };
+  Side FacingSide(double u, double v) const;
   double Circle(double u, double v) const;
   double Triangle(double u, double v) const;
 

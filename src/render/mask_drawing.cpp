@@ -12,16 +12,24 @@ namespace {
 constexpr double kPi = 3.141592653589793;
 
 // Raised-cosine fall-off from 1 inside to 0 outside; exact at both ends, whatever the host's
-// cosine.
-double FallOff(double rawDistance, const PF_ANSICallbacks& maths) {
-  if (rawDistance == 0) {
-    return 1;
+// cosine. Straight edges ask for one value many times.
+class FallOff {
+ public:
+  explicit FallOff(const PF_ANSICallbacks& maths) : maths_(maths) {}
+
+  double At(double rawDistance) {
+    if (rawDistance != last_) {
+      last_ = rawDistance;
+      value_ = rawDistance == 1 ? 0 : (maths_.cos(rawDistance * kPi) + 1) * 0.5;
+    }
+    return value_;
   }
-  if (rawDistance == 1) {
-    return 0;
-  }
-  return (maths.cos(rawDistance * kPi) + 1) * 0.5;
-}
+
+ private:
+  const PF_ANSICallbacks& maths_;
+  double last_ = 0;
+  double value_ = 1;
+};
 
 double Inverted(double inside, bool invert) { return invert ? 1 - inside : inside; }
 
@@ -54,7 +62,7 @@ class ShapeDrawing {
   ShapeDrawing(const LensMaskInput& input, const LX_Info& info, const MaskCanvas& canvas)
       : canvas_(canvas),
         shape_(input.inData, info, input.output->width, input.output->height),
-        maths_(input.inData->utils->ansi),
+        fallOff_(input.inData->utils->ansi),
         invert_(info.invertAlpha == 1),
         twiceX_(2 * (std::int64_t{info.positionX} - canvas.left)),
         twiceY_(2 * (std::int64_t{info.positionY} - canvas.top)) {}
@@ -103,13 +111,13 @@ class ShapeDrawing {
         continue;
       }
       const auto x = static_cast<std::int32_t>(canvas_.left + std::int64_t{i});
-      values[i] = Inverted(FallOff(shape_.RawDistance(x, y), maths_), invert_);
+      values[i] = Inverted(fallOff_.At(shape_.RawDistance(x, y)), invert_);
     }
   }
 
   const MaskCanvas& canvas_;
   const LensShape shape_;
-  const PF_ANSICallbacks& maths_;
+  FallOff fallOff_;
   bool invert_;
   std::int64_t twiceX_;  // Column i mirrored about the position is twiceX_ - i, and so for rows.
   std::int64_t twiceY_;
