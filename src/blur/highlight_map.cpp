@@ -40,13 +40,16 @@ void HighlightMap::Fill(const PF_InData* inData, const PF_LayerDef& input, std::
   // world's origin. Kept: in a world whose extent hint does not start at (0, 0) a pixel therefore
   // takes its weight from another one; where there is none the weight is 0.
   const std::int64_t shift = input.extent_hint.top * width_ + input.extent_hint.left;
-  const auto weightOf = [&](std::int64_t row, std::int64_t column) {
-    const std::int64_t index = row * width_ + column + shift;
-    if (index < 0 || index >= width_ * height_) {
-      return 0.0f;
+  const auto weightOf = [&](const Pixel& own, std::int64_t row, std::int64_t column) {
+    const Pixel* pixel = &own;
+    if (shift != 0) {
+      const std::int64_t index = row * width_ + column + shift;
+      if (index < 0 || index >= width_ * height_) {
+        return 0.0f;
+      }
+      pixel = StoredPixel<Pixel>(&input, index / width_, index % width_);
     }
-    const Pixel& pixel = *StoredPixel<Pixel>(&input, index / width_, index % width_);
-    return static_cast<float>(inData->utils->ansi.sqrt(Brightness(pixel)));
+    return static_cast<float>(inData->utils->ansi.sqrt(Brightness(*pixel)));
   };
   for (std::int64_t firstRow = 0; firstRow < height_; firstRow += rowsAtATime) {
     const std::int64_t endRow = std::min(firstRow + rowsAtATime, height_);
@@ -55,7 +58,7 @@ void HighlightMap::Fill(const PF_InData* inData, const PF_LayerDef& input, std::
         const Pixel& pixel = *StoredPixel<Pixel>(&input, row, column);
         float* const value = origin_ + row * rowStride_ + column * columnStride_;
         const float weight =
-            use == MapUse::kByMask && pixel.alpha == 0 ? 0.0f : weightOf(row, column);
+            use == MapUse::kByMask && pixel.alpha == 0 ? 0.0f : weightOf(pixel, row, column);
         value[0] = weight;
         value[planeStride_] = pixel.red;
         value[2 * planeStride_] = pixel.green;

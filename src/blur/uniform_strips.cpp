@@ -61,9 +61,14 @@ class StripBlur {
   void Run() {
     for (std::int32_t y = 0; y < pass_.output->height; y += engine_.lanes) {
       BeginStrip(y);
-      for (std::int32_t x = 0; x < pass_.output->width; ++x) {
-        Advance(x - left_);
-        StoreColumn(y, x);
+      for (std::int32_t x = 0; x < pass_.output->width; x += kBlockColumns) {
+        const std::int32_t columns = std::min(kBlockColumns, pass_.output->width - x);
+        LoadBlock(y, x, columns);
+        for (std::int32_t i = 0; i < columns; ++i) {
+          Advance(x + i - left_);
+          StoreColumn(i);
+        }
+        StoreBlock(y, x, columns);
       }
     }
   }
@@ -112,22 +117,44 @@ class StripBlur {
     }
   }
 
-  // Writes one pixel of every live lane. A lane whose pixel is all zero starts afresh.
-  void StoreColumn(std::int32_t y, std::int32_t x) {
+  // The input's pixels, whose alpha the output takes over; zeros where there are none.
+  void LoadBlock(std::int32_t y, std::int32_t x, std::int32_t columns) {
+    const PF_LayerDef& input = *pass_.input;
+    for (int lane = 0; lane < liveLanes_; ++lane) {
+      const Pixel* const first = GetPointerFromDataP<Pixel>(&input, y + lane, x, 0);
+      const Pixel* const last = GetPointerFromDataP<Pixel>(&input, y + lane, x + columns - 1, 0);
+      for (std::int32_t i = 0; i < columns; ++i) {
+        block_[lane][i] = first != nullptr && last != nullptr
+                              ? first[i]
+                              : GetPointerFromData<Pixel>(&input, y + lane, x + i, 0);
+      }
+    }
+  }
+
+  void StoreBlock(std::int32_t y, std::int32_t x, std::int32_t columns) const {
+    for (int lane = 0; lane < liveLanes_; ++lane) {
+      std::copy_n(block_[lane], columns, StoredPixel<Pixel>(pass_.output, y + lane, x));
+    }
+  }
+
+  // Sets one pixel of every live lane. A lane whose pixel is all zero starts afresh.
+  void StoreColumn(std::int32_t column) {
     using Channel = ChannelOf<Pixel>;
     colours_.Divide(sums_, engine_.lanes);
     afreshLanes_ = 0;
     for (int lane = 0; lane < liveLanes_; ++lane) {
-      Pixel pixel;
-      pixel.alpha = GetPointerFromData<Pixel>(pass_.input, y + lane, x, 0).alpha;
+      Pixel pixel = block_[lane][column];
       pixel.red = TruncateToChannel<Channel>(colours_.red[lane]);
       pixel.green = TruncateToChannel<Channel>(colours_.green[lane]);
       pixel.blue = TruncateToChannel<Channel>(colours_.blue[lane]);
-      *StoredPixel<Pixel>(pass_.output, y + lane, x) = pixel;
+      block_[lane][column] = pixel;
       afresh_[lane] = (pixel.alpha | pixel.red | pixel.green | pixel.blue) == 0;
       afreshLanes_ += afresh_[lane] ? 1 : 0;
     }
   }
+
+  // Columns whose pixels are put together before they are stored, so that whole cache lines are.
+  static constexpr std::int32_t kBlockColumns = 16;
 
   const UniformPass& pass_;
   const LaneEngine& engine_;
@@ -150,6 +177,7 @@ class StripBlur {
   LaneSums sums_ = {};
   LaneSums fresh_ = {};
   LaneColours colours_ = {};
+  Pixel block_[kMaxLanes][kBlockColumns] = {};
   bool afresh_[kMaxLanes] = {};
   int afreshLanes_ = 0;
 };
