@@ -1,8 +1,11 @@
 // Chromatic aberration: fetches red, green and blue from points scaled about the lens position.
 #include "colour/chromatic_aberration.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <limits>
 
 #include "host/buffer.h"
 #include "host/pixel_pass.h"
@@ -28,38 +31,13 @@ std::int32_t ScaleAboutCenter(std::int32_t coordinate, std::int32_t center, floa
   return WrappingAdd(TruncateToInt32(distance * scale), center);
 }
 
-// Byte offsets of the rows, or of the columns within a row, that each coordinate of the picture
-// takes its three colours from, with the mirroring folded in. Filled before the pass.
-class OffsetTable {
- public:
-  [[nodiscard]] PF_Err Fill(const float (&scales)[kColorCount], std::int32_t center,
-                            std::int32_t count, std::int32_t sourceSize, std::ptrdiff_t stride) {
-    if (!offsets_.Allocate(static_cast<std::size_t>(count) * kColorCount)) {
-      return PF_Err_OUT_OF_MEMORY;
-    }
-    for (std::int32_t i = 0; i < count; ++i) {
-      for (int color = 0; color < kColorCount; ++color) {
-        const std::int32_t position = ScaleAboutCenter(i, center, scales[color]);
-        offsets_[Index(i, color)] =
-            static_cast<std::ptrdiff_t>(FoldCoordinate(position, sourceSize)) * stride;
-      }
-    }
-    count_ = count;
-    return PF_Err_NONE;
-  }
-
-  bool Contains(A_long coordinate) const { return coordinate >= 0 && coordinate < count_; }
-  std::ptrdiff_t At(A_long coordinate, int color) const {
-    return offsets_[Index(coordinate, color)];
-  }
-
- private:
-  static std::size_t Index(std::int32_t coordinate, int color) {
-    return static_cast<std::size_t>(coordinate) * kColorCount + static_cast<std::size_t>(color);
-  }
-
-  Buffer<std::ptrdiff_t> offsets_;
-  std::int32_t count_ = 0;
+// The rows, and the columns in bytes, that one row or column of the picture takes its three colours
+// from, with the mirroring folded in. The rows point at their colour's first channel.
+struct ColorRows {
+  const char* of[kColorCount];
+};
+struct ColorColumns {
+  std::uint32_t of[kColorCount];
 };
 
 struct ChromaticRefcon {
@@ -68,56 +46,99 @@ struct ChromaticRefcon {
   std::int32_t centerY;
   const IO_Params* io;
   LensMaskView mask;
-  OffsetTable rows;
-  OffsetTable columns;
+  MaskOnes ones;
+  Buffer<ColorRows> rows;  // Filled before the pass, or empty; and so the columns.
+  Buffer<ColorColumns> columns;
 };
 
-// Fills the tables, unless the source has no pixels or its extent hint does not start at (0, 0):
-// then a mirrored position depends on row and column together and every pixel is looked up.
+// Any pixel of any source.
 template <typename Pixel>
-PF_Err FillTables(ChromaticRefcon* refcon) {
-  const PF_LayerDef& src = *refcon->io->src;
-  const PF_LayerDef& dst = *refcon->io->dst;
-  if (src.data == nullptr || src.width <= 0 || src.height <= 0 || src.extent_hint.left != 0 ||
-      src.extent_hint.top != 0 || dst.width <= 0 || dst.height <= 0) {
-    return PF_Err_NONE;
-  }
-  RETURN_IF_ERROR(
-      refcon->rows.Fill(refcon->scales, refcon->centerY, dst.height, src.height, src.rowbytes));
-  return refcon->columns.Fill(refcon->scales, refcon->centerX, dst.width, src.width, sizeof(Pixel));
-}
-
-template <typename Pixel>
-PF_Err ChromaticAberration(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
-  const auto& refcon = *static_cast<const ChromaticRefcon*>(refconPtr);
+[[gnu::noinline]] PF_Err LookUpColors(const ChromaticRefcon& refcon, A_long x, A_long y, Pixel* in,
+                                      Pixel* out) {
   out->alpha = in->alpha;
   if (refcon.mask.At(x, y) <= kMaskThreshold) {
-    out->red = in->red;
-    out->green = in->green;
-    out->blue = in->blue;
+    *out = *in;
     return PF_Err_NONE;
   }
-  const bool isTabled = refcon.rows.Contains(y) && refcon.columns.Contains(x);
-  const PF_LayerDef* const src = refcon.io->src;
   const auto fetch = [&](int color, ChannelOf<Pixel> Pixel::*channel) {
     const float scale = refcon.scales[color];
     if (!(scale > kScaleThreshold)) {
       // Kept: the channel keeps what the destination held before.
       return;
     }
-    if (isTabled) {
-      const char* const address = static_cast<const char*>(src->data) + refcon.rows.At(y, color) +
-                                  refcon.columns.At(x, color);
-      out->*channel = reinterpret_cast<const Pixel*>(address)->*channel;
-      return;
-    }
-    out->*channel = GetPointerFromData<Pixel>(src, ScaleAboutCenter(y, refcon.centerY, scale),
-                                              ScaleAboutCenter(x, refcon.centerX, scale), 1).*
-                    channel;
+    const std::int32_t row = ScaleAboutCenter(y, refcon.centerY, scale);
+    const std::int32_t column = ScaleAboutCenter(x, refcon.centerX, scale);
+    out->*channel = GetPointerFromData<Pixel>(refcon.io->src, row, column, 1).*channel;
   };
   fetch(0, &Pixel::red);
   fetch(1, &Pixel::green);
   fetch(2, &Pixel::blue);
+  return PF_Err_NONE;
+}
+
+template <typename Pixel>
+PF_Err ChromaticAberration(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
+  const auto& refcon = *static_cast<const ChromaticRefcon*>(refconPtr);
+  double m = 1;
+  const bool isKnown = refcon.ones.Contain(x, y) || refcon.mask.QuickAt(x, y, &m);
+  if (!isKnown || static_cast<std::uint32_t>(x) >= refcon.columns.size() ||
+      static_cast<std::uint32_t>(y) >= refcon.rows.size()) [[unlikely]] {
+    return LookUpColors(refcon, x, y, in, out);
+  }
+  if (m <= kMaskThreshold) {
+    *out = *in;
+    return PF_Err_NONE;
+  }
+  const ColorRows& rows = refcon.rows.data()[y];
+  const ColorColumns& columns = refcon.columns.data()[x];
+  const auto fetch = [&](int color) {
+    return *reinterpret_cast<const ChannelOf<Pixel>*>(rows.of[color] + columns.of[color]);
+  };
+  *out = {in->alpha, fetch(0), fetch(1), fetch(2)};
+  return PF_Err_NONE;
+}
+
+// Whether rows and columns can be told apart: a mirrored position depends on both when the source's
+// extent hint does not start at (0, 0). Channels that stay unwritten need the plain way as well.
+bool HasTables(const ChromaticRefcon& refcon, std::size_t pixelBytes) {
+  const PF_LayerDef& src = *refcon.io->src;
+  const PF_LayerDef& dst = *refcon.io->dst;
+  constexpr auto kMaxRowBytes = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
+  return src.data != nullptr && src.width > 0 && src.height > 0 && src.extent_hint.left == 0 &&
+         src.extent_hint.top == 0 && dst.width > 0 && dst.height > 0 &&
+         static_cast<std::size_t>(src.width) <= kMaxRowBytes / pixelBytes &&
+         std::all_of(std::begin(refcon.scales), std::end(refcon.scales),
+                     [](float scale) { return scale > kScaleThreshold; });
+}
+
+template <typename Pixel>
+PF_Err FillTables(ChromaticRefcon* refcon) {
+  if (!HasTables(*refcon, sizeof(Pixel))) {
+    return PF_Err_NONE;
+  }
+  const PF_LayerDef& src = *refcon->io->src;
+  const PF_LayerDef& dst = *refcon->io->dst;
+  if (!refcon->rows.Allocate(static_cast<std::size_t>(dst.height)) ||
+      !refcon->columns.Allocate(static_cast<std::size_t>(dst.width))) {
+    return PF_Err_OUT_OF_MEMORY;
+  }
+  const std::size_t channels[kColorCount] = {offsetof(Pixel, red), offsetof(Pixel, green),
+                                             offsetof(Pixel, blue)};
+  for (int color = 0; color < kColorCount; ++color) {
+    const float scale = refcon->scales[color];
+    const char* const data = static_cast<const char*>(src.data) + channels[color];
+    for (std::int32_t y = 0; y < dst.height; ++y) {
+      const std::int32_t position = ScaleAboutCenter(y, refcon->centerY, scale);
+      refcon->rows.data()[y].of[color] =
+          data + static_cast<std::ptrdiff_t>(FoldCoordinate(position, src.height)) * src.rowbytes;
+    }
+    for (std::int32_t x = 0; x < dst.width; ++x) {
+      const std::int32_t position = ScaleAboutCenter(x, refcon->centerX, scale);
+      refcon->columns.data()[x].of[color] =
+          static_cast<std::uint32_t>(FoldCoordinate(position, src.width)) *
+          static_cast<std::uint32_t>(sizeof(Pixel));
+    }
+  }
   return PF_Err_NONE;
 }
 
@@ -137,6 +158,7 @@ PF_Err RunChromaticAberration(AEGP_SuiteHandler& suites, IO_Params* io, const LX
       info.positionY,
       io,
       LensMaskView(*io->dst),
+      LensMaskView(*io->dst).Ones(),
       {},
       {}};
   RETURN_IF_ERROR(IsDeep(*io->dst) ? FillTables<PF_Pixel16>(&refcon)
