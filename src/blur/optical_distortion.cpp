@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <numbers>
 
+#include "blur/bilinear_samples.h"
 #include "blur/distortion_field.h"
-#include "blur/lanes.h"
 #include "blur/lazy_strips.h"
 #include "host/pixel_pass.h"
 #include "host/world.h"
@@ -29,6 +29,7 @@ struct DistortRefcon {
   DistortionField field;
   PF_LayerDef src;
   LensMaskView mask;
+  const BilinearEngine<Pixel>* engine;
   LazyStrips<Pixel, kStripRows> strips;
 };
 
@@ -39,53 +40,21 @@ void SampleColours(const PF_LayerDef& src, const SamplePoint& point, const Pixel
   out->alpha = in.alpha;
 }
 
-// The same for a source whose origin is (0, 0), where all four neighbours lie inside it.
-template <typename Pixel>
-void SampleColoursInside(const PF_LayerDef& src, const SamplePoint& point, const Pixel& in,
-                         Pixel* out) {
-  const std::int32_t i = TruncateToInt32(point.row);
-  const std::int32_t j = TruncateToInt32(point.column);
-  if (i < 1 || j < 1 || i >= src.height - 1 || j >= src.width - 1) {
-    SampleColours(src, point, in, out);
-    return;
-  }
-  const double fy = point.row - i;
-  const double fx = point.column - j;
-  const char* const upper = static_cast<const char*>(src.data) + std::ptrdiff_t{i} * src.rowbytes;
-  const Pixel* const nw = reinterpret_cast<const Pixel*>(upper) + j;
-  const Pixel* const sw = reinterpret_cast<const Pixel*>(upper + src.rowbytes) + j;
-  F64Pair low = {};  // Alpha and red, then green and blue.
-  F64Pair high = {};
-  const auto add = [&](const Pixel* pixel, double weight) {
-    F64Pair pixelLow;
-    F64Pair pixelHigh;
-    WidenLanes(LoadLanes(pixel), &pixelLow, &pixelHigh);
-    low += weight * pixelLow;
-    high += weight * pixelHigh;
-  };
-  add(nw, (1 - fy) * (1 - fx));
-  add(nw + 1, (1 - fy) * fx);
-  add(sw, fy * (1 - fx));
-  add(sw + 1, fy * fx);
-  StoreColours(TruncateLanes(low, high), in, out);
-}
-
 // Works out the pixels of a row from begin to end, at most as many as DistortedPixels holds.
 template <typename Pixel>
 void FillPixels(const DistortRefcon<Pixel>& refcon, std::int32_t row, std::int32_t begin,
                 std::int32_t end, Pixel* out) {
   const Pixel* const in = StoredPixel<Pixel>(&refcon.src, row, 0);
-  std::copy(in + begin, in + end, out + begin);
   DistortedPixels pixels;
   for (std::int32_t x = begin; x < end; ++x) {
     pixels.x[pixels.count] = x;
     pixels.count += refcon.mask.At(x, row) > kMaskThreshold ? 1 : 0;
   }
   pixels.FindSources(refcon.field, row);
-  for (int i = 0; i < pixels.count; ++i) {
-    const std::int32_t x = pixels.x[i];
-    SampleColoursInside(refcon.src, pixels.sources[i], in[x], out + x);
+  if (pixels.count != end - begin) {  // The others stay as they are.
+    std::copy(in + begin, in + end, out + begin);
   }
+  refcon.engine->sample(refcon.src, pixels, in, out);
 }
 
 // One pixel by itself, where no strip holds it. The mask and the distance gate the effect only; its
@@ -144,7 +113,8 @@ PF_Err OpticalDistortion(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* 
 
 template <typename Pixel>
 PF_Err RunPass(AEGP_SuiteHandler& suites, IO_Params* io, const DistortionField& field) {
-  DistortRefcon<Pixel> refcon = {field, *io->src, LensMaskView(*io->dst), {}};
+  DistortRefcon<Pixel> refcon = {
+      field, *io->src, LensMaskView(*io->dst), &BestBilinearEngine<Pixel>(), {}};
   const PF_LayerDef& src = *io->src;
   // Worlds with another origin and extreme fields of view have no strips.
   const bool hasStrips = src.data != nullptr && IsDeep(src) == IsDeep(*io->dst) &&
