@@ -3,12 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "host/buffer.h"
 #include "host/pixel_pass.h"
-#include "host/result.h"
 #include "host/world.h"
-#include "render/depth_traits.h"
 #include "render/numeric.h"
 
 namespace vitrell {
@@ -30,41 +29,103 @@ std::uint16_t BendChannel(PowFunc power, std::uint16_t value, double gain) {
   return TruncateToChannel<std::uint16_t>(power(value * kUnit16, gain) * kWhite16);
 }
 
-// Fills the curve at every value a channel can hold, before the pass that reads it.
-template <typename Channel>
-[[nodiscard]] PF_Err FillCurve(PowFunc power, double gain, Buffer<Channel>* curve) {
-  constexpr std::size_t kValueCount = std::size_t{1} << (8 * sizeof(Channel));
-  if (!curve->Allocate(kValueCount)) {
-    return PF_Err_OUT_OF_MEMORY;
-  }
-  for (std::size_t value = 0; value < kValueCount; ++value) {
-    (*curve)[value] = BendChannel(power, static_cast<Channel>(value), gain);
-  }
+constexpr std::size_t kValues8 = std::size_t{1} << 8;
+constexpr std::size_t kValues16 = std::size_t{1} << 16;
+
+PF_Err Copy8(void* /*refcon*/, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF_Pixel* out) {
+  *out = *in;
   return PF_Err_NONE;
 }
 
 // The refcon is the curve.
-template <typename Pixel>
-PF_Err Lightness(void* refcon, A_long /*x*/, A_long /*y*/, Pixel* in, Pixel* out) {
-  const auto* const curve = static_cast<const ChannelOf<Pixel>*>(refcon);
+PF_Err Lightness8(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF_Pixel* out) {
+  const auto* const curve = static_cast<const std::uint8_t*>(refcon);
   *out = {curve[in->alpha], curve[in->red], curve[in->green], curve[in->blue]};
   return PF_Err_NONE;
 }
 
-template <typename Pixel>
-PF_Err RunPass(AEGP_SuiteHandler& suites, IO_Params* io, double gain) {
-  Buffer<ChannelOf<Pixel>> curve;
-  RETURN_IF_ERROR(FillCurve(io->in_data->utils->ansi.pow, gain, &curve));
-  return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
-                      {Lightness<PF_Pixel>, Lightness<PF_Pixel16>}, curve.data());
+// The 16-bit curve: worked out before the pass up to white, and above by the first pixel that has a
+// value, since few pictures do. Threads that come upon one at the same time write the same.
+struct DeepCurve {
+  PowFunc power;
+  double gain;
+  Buffer<std::uint16_t> upToWhite;
+  Buffer<std::uint32_t> aboveWhite;  // By what is above: kWorkedOut and the value, or 0.
+
+  static constexpr std::uint32_t kWorkedOut = 1U << 16;
+};
+
+bool HasAboveWhite(const PF_Pixel16& pixel) {
+  constexpr std::uint64_t kTopBits = 0x8000800080008000U;
+  std::uint64_t channels = 0;
+  std::memcpy(&channels, &pixel, sizeof(channels));
+  // The sum reaches a channel's top bit when any lower bit is set, and never the next channel.
+  return (((channels & ~kTopBits) + ~kTopBits) & channels & kTopBits) != 0;
+}
+
+[[gnu::noinline]] PF_Err LightnessAboveWhite(DeepCurve* curve, const PF_Pixel16& in,
+                                             PF_Pixel16* out) {
+  const auto bend = [curve](std::uint16_t value) {
+    if (value <= PF_MAX_CHAN16) {
+      return curve->upToWhite[value];
+    }
+    std::uint32_t* const place = &curve->aboveWhite[value - PF_MAX_CHAN16];
+    std::uint32_t known = __atomic_load_n(place, __ATOMIC_RELAXED);
+    if (known == 0) {
+      known = DeepCurve::kWorkedOut | BendChannel(curve->power, value, curve->gain);
+      __atomic_store_n(place, known, __ATOMIC_RELAXED);
+    }
+    return static_cast<std::uint16_t>(known);
+  };
+  *out = {bend(in.alpha), bend(in.red), bend(in.green), bend(in.blue)};
+  return PF_Err_NONE;
+}
+
+PF_Err Lightness16(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel16* in, PF_Pixel16* out) {
+  auto* const curve = static_cast<DeepCurve*>(refcon);
+  if (HasAboveWhite(*in)) [[unlikely]] {
+    return LightnessAboveWhite(curve, *in, out);
+  }
+  const std::uint16_t* const values = curve->upToWhite.data();
+  *out = {values[in->alpha], values[in->red], values[in->green], values[in->blue]};
+  return PF_Err_NONE;
+}
+
+// Fills the curve at values from 0 on, and tells whether it changes any of them.
+template <typename Channel>
+bool FillCurve(PowFunc power, double gain, Buffer<Channel>* curve) {
+  bool changes = false;
+  for (std::size_t value = 0; value < curve->size(); ++value) {
+    (*curve)[value] = BendChannel(power, static_cast<Channel>(value), gain);
+    changes |= (*curve)[value] != value;
+  }
+  return changes;
 }
 
 }  // namespace
 
 PF_Err RunLightness(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info) {
   const double gain = io->in_data->utils->ansi.pow(10.0, -double{info.lightnessAmount});
-  return IsDeep(*io->dst) ? RunPass<PF_Pixel16>(suites, io, gain)
-                          : RunPass<PF_Pixel>(suites, io, gain);
+  const PowFunc power = io->in_data->utils->ansi.pow;
+  const auto run = [&](const PixelCallbacks& callbacks, void* refcon) {
+    return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst), callbacks,
+                        refcon);
+  };
+  if (IsDeep(*io->dst)) {
+    DeepCurve curve = {power, gain, {}, {}};
+    if (!curve.upToWhite.Allocate(PF_MAX_CHAN16 + 1) ||
+        !curve.aboveWhite.AllocateZeroed(kValues16 - PF_MAX_CHAN16)) {
+      return PF_Err_OUT_OF_MEMORY;
+    }
+    static_cast<void>(FillCurve(power, gain, &curve.upToWhite));
+    return run({Lightness8, Lightness16}, &curve);
+  }
+  Buffer<std::uint8_t> curve;
+  if (!curve.Allocate(kValues8)) {
+    return PF_Err_OUT_OF_MEMORY;
+  }
+  const bool changes = FillCurve(power, gain, &curve);
+  return run({changes ? Lightness8 : Copy8, Lightness16}, curve.data());
 }
 
 }  // namespace vitrell
