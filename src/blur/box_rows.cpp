@@ -185,10 +185,19 @@ void BoxRows<Pixel>::FillDownColumns(std::int32_t row, Pixel* out) const {
       StoredSums<Sums>() + (src_.height + kSumSpacing - 1) / kSumSpacing * src_.width;
   const Pixel* const firstRow = SourceRow(0);
   const Pixel* const source = SourceRow(row);
+  // Windows that leave the picture at most once at each end need no product.
+  const bool isFoldedBelow = window.wholeFactor == 2;
+  const bool isFoldedAbove = window.firstFactor == static_cast<std::uint64_t>(-1);
+  const bool isFoldedOnce = !window.inside && (isFoldedBelow || window.wholeFactor == 0) &&
+                            (isFoldedAbove || window.firstFactor == 0);
   const auto store = [&](std::int64_t column, Sums sums) {
     sums = sums + SignSums(terms.high[column], terms.highFactor) +
            SignSums(terms.low[column], terms.lowFactor);
-    if (!window.inside) {
+    if (isFoldedOnce) {
+      const Sums twice = whole[column] + whole[column];
+      sums = isFoldedBelow ? sums + twice : sums;
+      sums = isFoldedAbove ? sums - LoadSums<Sums>(firstRow + column) : sums;
+    } else if (!window.inside) {
       sums = sums + ScaleSums(whole[column], window.wholeFactor) +
              ScaleSums(LoadSums<Sums>(firstRow + column), window.firstFactor);
     }
