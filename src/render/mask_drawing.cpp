@@ -47,9 +47,9 @@ void DrawCustom(const LensMaskInput& input, const LX_Info& info, const MaskCanva
     const std::uint32_t count = canvas.ValuesOfRow(r);
     double* const values = canvas.values + r * canvas.width;
     const auto y = static_cast<std::int32_t>(canvas.top + static_cast<std::int64_t>(r));
-    for (std::uint32_t i = 0; i < count; ++i) {
-      const auto x = static_cast<std::int32_t>(canvas.left + std::int64_t{i});
-      values[i] = Inverted(lens.Value(x, y), invert);
+    lens.FillRow(y, canvas.left, count, values);
+    if (invert) {
+      std::transform(values, values + count, values, [](double inside) { return 1 - inside; });
     }
     canvas.rows[r].values = values;
     canvas.rows[r].length = canvas.width;
