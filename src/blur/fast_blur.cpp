@@ -180,8 +180,8 @@ template <BoxAxis kAxis, typename Pixel>
 template <BoxAxis kAxis, typename Pixel>
 PF_Err BoxPass(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, const Pixel& in,
                Pixel* out) {
-  return box.lensMap == 0 ? PlainBox<kAxis>(box, x, y, in, out)
-                          : MappedBox<kAxis>(box, x, y, in, out);
+  return box.lensMap == 0 || box.ones.Contain(x, y) ? PlainBox<kAxis>(box, x, y, in, out)
+                                                    : MappedBox<kAxis>(box, x, y, in, out);
 }
 
 // Prepares the rows of the world to be read and iterates one pass.
@@ -206,6 +206,7 @@ PF_Err RunBoxPass(AEGP_SuiteHandler& suites, IO_Params* io, std::int32_t radiusP
   box->boxRows = &scratch->rows;
   box->weightedStrips = &scratch->weightedStrips;
   box->mask = LensMaskView(*io->dst);
+  box->ones = box->mask.Ones();
   box->radiusPx = radiusPx;
   box->span = 2.0 * radiusPx + 1;
   constexpr PixelCallbacks kCallbacks =
@@ -259,7 +260,8 @@ PF_Err FastBlurA(IO_Params* io, std::int32_t horizontalRadiusPx, std::int32_t ve
                        .unblurred = *unblurred.get(),
                        .boxRows = nullptr,
                        .weightedStrips = nullptr,
-                       .mask = LensMaskView(*destination)};
+                       .mask = LensMaskView(*destination),
+                       .ones = {}};
   static_cast<void>(
       RunBoxPass<BoxAxis::kRows, Pixel>(suites, io, horizontalRadiusPx, lines, &box, scratch));
   if (scratch->outOfMemory) {

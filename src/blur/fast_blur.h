@@ -24,6 +24,7 @@ struct BoxBlurRefcon {
   void* boxRows;          // The BoxRows of the depth: uniformly blurred rows of this pass.
   void* weightedStrips;   // The WeightedStrips of the depth: what the mask's soft band becomes.
   LensMaskView mask;      // The mask as the world being written sees it.
+  MaskOnes ones;          // Where that is certainly 1.
 };
 
 // Memory that the rounds of one blur share, and whether any was ever not to be had.

@@ -9,13 +9,19 @@
 #include "render/depth_traits.h"
 #include "render/numeric.h"
 
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
+
 #define VITRELL_LANES_NAMESPACE baseline
 #define VITRELL_LANES_TARGET
+#define VITRELL_LANES_AVX2 0
 #include "blur/weighted_lines.inc"
 
 #if defined(__x86_64__)
 #define VITRELL_LANES_NAMESPACE avx2
 #define VITRELL_LANES_TARGET __attribute__((target("avx2")))
+#define VITRELL_LANES_AVX2 1
 #include "blur/weighted_lines.inc"
 #endif
 
