@@ -62,10 +62,11 @@ run_suite() {
 # The renders and the vector engines on another processor: one hash for all of them.
 run_aarch64() {
   install_packages g++-aarch64-linux-gnu googletest qemu-user-static || return 1
-  build_preset aarch64 platform_hash_test lane_engines_test line_engines_test || return 1
+  build_preset aarch64 platform_hash_test lane_engines_test line_engines_test \
+    weighted_lines_test bilinear_samples_test || return 1
   say "Testing build/aarch64"
   ctest --test-dir build/aarch64 --parallel "$jobs" --no-tests=error --output-on-failure \
-    -R '^PlatformHashTest|LaneEnginesTest|LineEnginesTest'
+    -R '^PlatformHashTest|LaneEnginesTest|LineEnginesTest|WeightedLinesTest|BilinearSamplesTest'
 }
 
 run_part() {
