@@ -43,7 +43,7 @@ struct Patience {
   // A render that takes longer than this is enough by itself: its share of noise is small.
   double longSeconds = 5;
 };
-constexpr Patience kQuick = {1, 3, 0.2, 0};
+constexpr Patience kQuick = {1, 3, 0.2, 1};
 
 struct Bench {
   std::shared_ptr<const headless::EffectModule> module;
