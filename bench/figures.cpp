@@ -34,6 +34,10 @@ double Median::Get() const {
   return sorted[sorted.size() / 2];
 }
 
+double Median::Best() const {
+  return values_.empty() ? 0 : *std::min_element(values_.begin(), values_.end());
+}
+
 int CountPasses(const Timing& timing) {
   const auto& calls = timing.process.calls;
   return static_cast<int>(

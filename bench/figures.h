@@ -16,6 +16,8 @@ class Median {
   [[nodiscard]] std::size_t Count() const { return values_.size(); }
   // The middle value, the upper one of two; 0 without any.
   [[nodiscard]] double Get() const;
+  // The smallest value; 0 without any.
+  [[nodiscard]] double Best() const;
 
  private:
   std::vector<double> values_;

@@ -3,7 +3,7 @@
 # them and writes the tables of docs/performance.md. Nothing else should work on the machine meanwhile.
 # What the comparisons need of Debian's packages is installed.
 #
-#   scripts/bench.sh                  everything; takes about eight minutes behind the build
+#   scripts/bench.sh                  everything; takes six to eight minutes behind the build
 #   scripts/bench.sh --quick          8 bit at 1080p only and few renders; the tables go to the terminal
 #   scripts/bench.sh --no-peers       without the other libraries; to the terminal, too
 #   scripts/bench.sh --filter REGEX   the same for the cases of these names only, see --list
