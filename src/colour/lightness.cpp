@@ -91,6 +91,16 @@ PF_Err Lightness16(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel16* in, PF_
   return PF_Err_NONE;
 }
 
+// For curves that change nothing up to white.
+PF_Err LightnessOnlyAboveWhite16(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel16* in,
+                                 PF_Pixel16* out) {
+  if (HasAboveWhite(*in)) [[unlikely]] {
+    return LightnessAboveWhite(static_cast<DeepCurve*>(refcon), *in, out);
+  }
+  *out = *in;
+  return PF_Err_NONE;
+}
+
 // Fills the curve at values from 0 on, and tells whether it changes any of them.
 template <typename Channel>
 bool FillCurve(PowFunc power, double gain, Buffer<Channel>* curve) {
@@ -117,8 +127,8 @@ PF_Err RunLightness(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& inf
         !curve.aboveWhite.AllocateZeroed(kValues16 - PF_MAX_CHAN16)) {
       return PF_Err_OUT_OF_MEMORY;
     }
-    static_cast<void>(FillCurve(power, gain, &curve.upToWhite));
-    return run({Lightness8, Lightness16}, &curve);
+    const bool changes = FillCurve(power, gain, &curve.upToWhite);
+    return run({Lightness8, changes ? Lightness16 : LightnessOnlyAboveWhite16}, &curve);
   }
   Buffer<std::uint8_t> curve;
   if (!curve.Allocate(kValues8)) {
