@@ -47,7 +47,8 @@ PF_Err BlendChannels(const BlendRefcon& blend, A_long x, A_long y, PF_Pixel16* i
   return OpacityWithMode16(const_cast<BlendRefcon*>(&blend), x, y, in, out);
 }
 
-PF_Err CopyFront8(void* /*refcon*/, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF_Pixel* out) {
+template <typename Pixel>
+PF_Err CopyFront(void* /*refcon*/, A_long /*x*/, A_long /*y*/, Pixel* in, Pixel* out) {
   *out = *in;
   return PF_Err_NONE;
 }
@@ -102,7 +103,8 @@ bool BlendPass::FitsLanes(const PF_LayerDef& dst) const {
 
 template <int kMode>
 PF_Err BlendPass::UseLanes(const PF_LayerDef& dst) {
-  callbacks_.pixel16 = BlendByLanes<kMode, PF_Pixel16>;
+  const bool isCopy = kMode == kFrontAlone && ones_.Cover(dst.width, dst.height);
+  callbacks_.pixel16 = isCopy ? CopyFront<PF_Pixel16> : BlendByLanes<kMode, PF_Pixel16>;
   if constexpr (kMode != kFrontAlone) {
     callbacks_.pixel8 = BlendByLanes<kMode, PF_Pixel>;
     // Normal takes fewer steps than a look-up.
@@ -120,7 +122,7 @@ PF_Err BlendPass::Prepare() {
   const PF_LayerDef& dst = *blend_.io->dst;
   const bool frontAlone = blend_.mode == kNormal && blend_.intensity == 1.0F;
   refcon_ = &blend_;
-  callbacks_ = {frontAlone ? CopyFront8 : OpacityWithMode8, OpacityWithMode16};
+  callbacks_ = {frontAlone ? CopyFront<PF_Pixel> : OpacityWithMode8, OpacityWithMode16};
   if (!FitsLanes(dst)) {
     return PF_Err_NONE;
   }

@@ -2,6 +2,7 @@
 #ifndef VITRELL_RENDER_LENS_MASK_H_
 #define VITRELL_RENDER_LENS_MASK_H_
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -80,6 +81,14 @@ class MaskOnes {
     }
     const MaskRow& row = rows_[y];
     return static_cast<std::uint32_t>(x) - row.innerBegin < row.innerLength;
+  }
+
+  // True when they are all that a world of this size can ask for.
+  bool Cover(std::int32_t width, std::int32_t height) const {
+    return height >= 0 && static_cast<std::uint32_t>(height) <= count_ &&
+           std::all_of(rows_, rows_ + height, [width](const MaskRow& row) {
+             return row.innerBegin == 0 && std::int64_t{row.innerLength} >= width;
+           });
   }
 
  private:
