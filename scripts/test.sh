@@ -63,10 +63,10 @@ run_suite() {
 run_aarch64() {
   install_packages g++-aarch64-linux-gnu googletest qemu-user-static || return 1
   build_preset aarch64 platform_hash_test lane_engines_test line_engines_test \
-    weighted_lines_test bilinear_samples_test || return 1
+    weighted_lines_test bilinear_samples_test blend_modes_test || return 1
   say "Testing build/aarch64"
   ctest --test-dir build/aarch64 --parallel "$jobs" --no-tests=error --output-on-failure \
-    -R '^PlatformHashTest|LaneEnginesTest|LineEnginesTest|WeightedLinesTest|BilinearSamplesTest'
+    -R '^PlatformHashTest|(LaneEngines|LineEngines|WeightedLines|BilinearSamples|BlendPass)Test'
 }
 
 run_part() {

@@ -120,8 +120,8 @@ inline I32Lanes TruncateLanes(F64Pair low, F64Pair high) {
 #endif
 }
 
-// Widens four lanes, each below 2 to the power 31.
-inline void WidenLanes(U32Lanes lanes, F64Pair* low, F64Pair* high) {
+// Widens four signed lanes.
+inline void WidenLanes(I32Lanes lanes, F64Pair* low, F64Pair* high) {
 #if defined(__x86_64__)
   const auto words = reinterpret_cast<__m128i>(lanes);
   *low = reinterpret_cast<F64Pair>(_mm_cvtepi32_pd(words));
@@ -130,6 +130,11 @@ inline void WidenLanes(U32Lanes lanes, F64Pair* low, F64Pair* high) {
   *low = F64Pair{static_cast<double>(lanes[0]), static_cast<double>(lanes[1])};
   *high = F64Pair{static_cast<double>(lanes[2]), static_cast<double>(lanes[3])};
 #endif
+}
+
+// Widens four lanes, each below 2 to the power 31.
+inline void WidenLanes(U32Lanes lanes, F64Pair* low, F64Pair* high) {
+  WidenLanes(reinterpret_cast<I32Lanes>(lanes), low, high);
 }
 
 // Stores three colours, each within the channel, with the alpha of another pixel.

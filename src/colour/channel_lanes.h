@@ -22,7 +22,7 @@ I32Lanes ToLanes(const Pixel& pixel) {
 
 inline F64Lanes Widen(I32Lanes lanes) {
   F64Lanes wide;
-  WidenLanes(reinterpret_cast<U32Lanes>(lanes), &wide.low, &wide.high);
+  WidenLanes(lanes, &wide.low, &wide.high);
   return wide;
 }
 

@@ -11,13 +11,10 @@
 namespace vitrell {
 namespace {
 
-// The red channel of one blended pixel: front f over the background b, in a destination that holds
-// `present`.
-template <typename Pixel, typename BackPixel = Pixel>
-int Blend(int mode, int f, int b, double m, float opacity, int present) {
+template <typename Pixel, typename BackPixel>
+int BlendUnder(const TestMask& /*mask*/, int mode, int f, int b, float opacity, int present) {
   using Channel = decltype(Pixel::red);
   FakeHost host;
-  const TestMask mask({m});
   Picture<BackPixel> input(1, 1);
   input.Fill({1, static_cast<decltype(BackPixel::red)>(b), 1, 1});
   Picture<Pixel> src(1, 1);
@@ -30,6 +27,15 @@ int Blend(int mode, int f, int b, double m, float opacity, int present) {
   IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
   EXPECT_EQ(RenderEffect(&io, &info, input.get()), PF_Err_NONE);
   return dst.At(0, 0).red;
+}
+
+// The red channel of one blended pixel: front f over the background b, in a destination that holds
+// `present`; the same whether the mask is told in rows or not.
+template <typename Pixel, typename BackPixel = Pixel>
+int Blend(int mode, int f, int b, double m, float opacity, int present) {
+  const int plain = BlendUnder<Pixel, BackPixel>(TestMask({m}), mode, f, b, opacity, present);
+  EXPECT_EQ((BlendUnder<Pixel, BackPixel>(TestMask({m}, 1), mode, f, b, opacity, present)), plain);
+  return plain;
 }
 
 constexpr auto Blend8 = Blend<PF_Pixel>;

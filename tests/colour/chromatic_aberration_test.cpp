@@ -202,7 +202,7 @@ void CompareWithPlainEvaluation(unsigned seed) {
       Settings(fraction(), fraction(), fraction(), below(120) - 40, below(100) - 30);
   PlainHost host;
   host.ShuffleOrder(seed);
-  TestMask mask(width, height, 0.0);
+  TestMask mask(width, height, 0.0, seed % 2 == 0);
   TestWorld<Pixel> src(width, height, below(9) * static_cast<A_long>(sizeof(Pixel)));
   TestWorld<Pixel> dst(width, height, below(9) * static_cast<A_long>(sizeof(Pixel)));
   src.Randomize(random);

@@ -130,16 +130,26 @@ PlainHost::PlainHost() {
 
 PlainHost::~PlainHost() { g_state = nullptr; }
 
-TestMask::TestMask(A_long width, A_long height, double value)
+TestMask::TestMask(A_long width, A_long height, double value, bool inRows)
     : width_(static_cast<std::size_t>(width)),
       values_(width_ * static_cast<std::size_t>(height), value) {
   g_LensMask = values_.data();
   g_LensMaskSize = values_.size();
+  if (inRows) {
+    for (A_long y = 0; y < height; ++y) {
+      MaskRow row = {};
+      row.values = &At(0, y);
+      row.length = static_cast<std::uint32_t>(width);
+      rows_.push_back(row);
+    }
+    g_LensMaskRows = {rows_.data(), static_cast<std::uint32_t>(width)};
+  }
 }
 
 TestMask::~TestMask() {
   g_LensMask = nullptr;
   g_LensMaskSize = 0;
+  g_LensMaskRows = {};
 }
 
 }  // namespace vitrell

@@ -83,10 +83,11 @@ class PlainHost {
   PF_InData inData_ = {};
 };
 
-// A lens mask for one test, of the rectangle (0, 0, width, height).
+// A lens mask for one test, of the rectangle (0, 0, width, height); on request told in rows as
+// well, which is what a render builds and the quick way of a stage reads.
 class TestMask {
  public:
-  TestMask(A_long width, A_long height, double value);
+  TestMask(A_long width, A_long height, double value, bool inRows = false);
   ~TestMask();
   TestMask(const TestMask&) = delete;
   TestMask& operator=(const TestMask&) = delete;
@@ -98,6 +99,7 @@ class TestMask {
  private:
   std::size_t width_;
   std::vector<double> values_;
+  std::vector<MaskRow> rows_;
 };
 
 }  // namespace vitrell

@@ -22,12 +22,11 @@ LX_Info CircleInfo() {
   return info;
 }
 
-// The red channels of the stage's result over uniform pictures, one pixel for each mask value.
 template <typename Pixel, typename InputPixel>
-std::vector<int> Reds(const std::vector<double>& mask, InputPixel unprocessed, Pixel processed,
-                      const LX_Info& info) {
+std::vector<int> RedsUnder(const TestMask& testMask, InputPixel unprocessed, Pixel processed,
+                           const LX_Info& info) {
   FakeHost host;
-  const TestMask testMask(mask);
+  const std::vector<double>& mask = testMask.values();
   const auto width = static_cast<A_long>(mask.size());
   Picture<InputPixel> input(width, 1);
   input.Fill(unprocessed);
@@ -42,6 +41,16 @@ std::vector<int> Reds(const std::vector<double>& mask, InputPixel unprocessed, P
     reds.push_back(dst.At(x, 0).red);
   }
   return reds;
+}
+
+// The red channels of the stage's result over uniform pictures, one pixel for each mask value; the
+// same whether the mask is told in rows or not.
+template <typename Pixel, typename InputPixel>
+std::vector<int> Reds(const std::vector<double>& mask, InputPixel unprocessed, Pixel processed,
+                      const LX_Info& info) {
+  const std::vector<int> plain = RedsUnder(TestMask(mask), unprocessed, processed, info);
+  EXPECT_EQ(RedsUnder(TestMask(mask, mask.size()), unprocessed, processed, info), plain);
+  return plain;
 }
 
 constexpr PF_Pixel kBlack8 = {0, 0, 0, 0};
