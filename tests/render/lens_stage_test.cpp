@@ -68,6 +68,41 @@ TEST(LensStageTest, BlendsByTheMask) {
               ElementsAre(10, 153, 200));
 }
 
+// Every 8-bit channel outside with every one inside.
+TEST(LensStageTest, AllPairsMixInDoublePrecision) {
+  constexpr A_long kSide = 256;
+  for (const double m : {0.0002, 0.1, 0.5, 0.1 / 0.3, 0.999, 1.0}) {
+    FakeHost host;
+    const TestMask mask(std::vector<double>(std::size_t{kSide} * kSide, m), kSide);
+    Picture<PF_Pixel> input(kSide, kSide);
+    Picture<PF_Pixel> src(kSide, kSide, 20);
+    Picture<PF_Pixel> dst(kSide, kSide);
+    for (A_long y = 0; y < kSide; ++y) {
+      for (A_long x = 0; x < kSide; ++x) {
+        const auto u = static_cast<A_u_char>(x);
+        const auto f = static_cast<A_u_char>(y);
+        input.At(x, y) = {u, f, 7, u};
+        src.At(x, y) = {f, u, f, 201};
+      }
+    }
+    IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
+    AEGP_SuiteHandler suites(host.inData()->pica_basicP);
+    ASSERT_EQ(RunLensStage(suites, &io, CircleInfo(), input.get()), PF_Err_NONE);
+    const auto mix = [m](int outside, int inside) {
+      return static_cast<A_u_char>(static_cast<int>((1 - m) * outside + m * inside + 0.5));
+    };
+    for (A_long y = 0; y < kSide; ++y) {
+      for (A_long x = 0; x < kSide; ++x) {
+        const PF_Pixel u = input.At(x, y);
+        const PF_Pixel f = src.At(x, y);
+        const PF_Pixel expected = {mix(u.alpha, f.alpha), mix(u.red, f.red), mix(u.green, f.green),
+                                   mix(u.blue, f.blue)};
+        ASSERT_EQ(dst.At(x, y), expected) << "m " << m << " at " << x << "," << y;
+      }
+    }
+  }
+}
+
 TEST(LensStageTest, AlphaIsBlendedLikeTheColours) {
   FakeHost host;
   const TestMask mask({0.5});
