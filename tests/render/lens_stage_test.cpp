@@ -37,6 +37,7 @@ std::vector<int> RedsUnder(const TestMask& testMask, InputPixel unprocessed, Pix
   AEGP_SuiteHandler suites(host.inData()->pica_basicP);
   EXPECT_EQ(RunLensStage(suites, &io, info, input.get()), PF_Err_NONE);
   std::vector<int> reds;
+  reds.reserve(mask.size());
   for (A_long x = 0; x < width; ++x) {
     reds.push_back(dst.At(x, 0).red);
   }
@@ -48,7 +49,7 @@ std::vector<int> RedsUnder(const TestMask& testMask, InputPixel unprocessed, Pix
 template <typename Pixel, typename InputPixel>
 std::vector<int> Reds(const std::vector<double>& mask, InputPixel unprocessed, Pixel processed,
                       const LX_Info& info) {
-  const std::vector<int> plain = RedsUnder(TestMask(mask), unprocessed, processed, info);
+  std::vector<int> plain = RedsUnder(TestMask(mask), unprocessed, processed, info);
   EXPECT_EQ(RedsUnder(TestMask(mask, mask.size()), unprocessed, processed, info), plain);
   return plain;
 }
