@@ -178,10 +178,17 @@ template <BoxAxis kAxis, typename Pixel>
 }
 
 template <BoxAxis kAxis, typename Pixel>
+[[gnu::noinline]] PF_Err MappedPass(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y,
+                                    const Pixel& in, Pixel* out) {
+  return box.ones.Contain(x, y) ? PlainBox<kAxis>(box, x, y, in, out)
+                                : MappedBox<kAxis>(box, x, y, in, out);
+}
+
+template <BoxAxis kAxis, typename Pixel>
 PF_Err BoxPass(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, const Pixel& in,
                Pixel* out) {
-  return box.lensMap == 0 || box.ones.Contain(x, y) ? PlainBox<kAxis>(box, x, y, in, out)
-                                                    : MappedBox<kAxis>(box, x, y, in, out);
+  return box.lensMap == 0 ? PlainBox<kAxis>(box, x, y, in, out)
+                          : MappedPass<kAxis>(box, x, y, in, out);
 }
 
 // Prepares the rows of the world to be read and iterates one pass.
