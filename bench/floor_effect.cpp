@@ -1,6 +1,8 @@
 // Reads the log of a render and plays it back.
 #include "bench/floor_effect.h"
 
+#include <dlfcn.h>
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -110,14 +112,26 @@ Step ReadStep(const headless::HostCall& call) {
   return step;
 }
 
-PF_Err CopyPixel8(void*, A_long, A_long, PF_Pixel* in, PF_Pixel* out) {
-  *out = *in;
-  return PF_Err_NONE;
-}
+// The passes of the loaded module beside this program.
+struct FloorCallbacks {
+  PF_IteratePixel8Func copyPixel8 = nullptr;
+  PF_IteratePixel16Func copyPixel16 = nullptr;
+};
 
-PF_Err CopyPixel16(void*, A_long, A_long, PF_Pixel16* in, PF_Pixel16* out) {
-  *out = *in;
-  return PF_Err_NONE;
+const FloorCallbacks& LoadedCallbacks() {
+  static const FloorCallbacks callbacks = [] {
+    void* const library = dlopen(VITRELL_FLOOR_PATH, RTLD_NOW | RTLD_LOCAL);
+    FloorCallbacks loaded;
+    if (library != nullptr) {
+      loaded.copyPixel8 = reinterpret_cast<PF_IteratePixel8Func>(dlsym(library, "CopyPixel8"));
+      loaded.copyPixel16 = reinterpret_cast<PF_IteratePixel16Func>(dlsym(library, "CopyPixel16"));
+    }
+    if (loaded.copyPixel8 == nullptr || loaded.copyPixel16 == nullptr) {
+      throw std::runtime_error(std::string("the floor's passes cannot be loaded: ") + dlerror());
+    }
+    return loaded;
+  }();
+  return callbacks;
 }
 
 class Player {
@@ -153,11 +167,12 @@ class Player {
         return in_->pica_basicP->ReleaseSuite(step.suite.c_str(), step.suiteVersion);
       case CallKind::kIterate8:
         return static_cast<const PF_Iterate8Suite1*>(iterate8_)->iterate(
-            in_, step.numbers[0], step.numbers[1], first, nullptr, this, &CopyPixel8, second);
+            in_, step.numbers[0], step.numbers[1], first, nullptr, this,
+            LoadedCallbacks().copyPixel8, second);
       case CallKind::kIterate16:
         return static_cast<const PF_iterate16Suite1*>(iterate16_)
-            ->iterate(in_, step.numbers[0], step.numbers[1], first, nullptr, this, &CopyPixel16,
-                      second);
+            ->iterate(in_, step.numbers[0], step.numbers[1], first, nullptr, this,
+                      LoadedCallbacks().copyPixel16, second);
       case CallKind::kGetPixelFormat: {
         PF_PixelFormat format = 0;
         return static_cast<const PF_WorldSuite2*>(worldSuite_)->PF_GetPixelFormat(first, &format);
@@ -214,6 +229,7 @@ PF_Err FloorEntryPoint(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data, PF_
 std::shared_ptr<const headless::EffectModule> MakeFloorModule(
     std::shared_ptr<const headless::EffectModule> real,
     const std::vector<headless::HostCall>& calls) {
+  static_cast<void>(LoadedCallbacks());  // Not for the first time while something is measured.
   std::vector<Step> steps;
   std::transform(calls.begin(), calls.end(), std::back_inserter(steps), ReadStep);
   g_plan = {std::move(real), std::move(steps)};
