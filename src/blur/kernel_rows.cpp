@@ -5,17 +5,17 @@
 
 namespace vitrell {
 
-MixedRows RowsOf(const LaneRow* lanes, int rowCount) {
-  MixedRows rows = {std::numeric_limits<std::int64_t>::max(),
-                    std::numeric_limits<std::int64_t>::min()};
+MixedRows RowsOf(const LaneRow* rows, int rowCount) {
+  MixedRows reach = {std::numeric_limits<std::int64_t>::max(),
+                     std::numeric_limits<std::int64_t>::min()};
   for (int row = 0; row < rowCount; ++row) {
-    for (int i = 0; i < lanes[row].groupCount; ++i) {
-      const IrisKernel& kernel = *lanes[row].groups[i].kernel;
-      rows.firstDy = Smaller(rows.firstDy, row + kernel.firstDy);
-      rows.lastDy = Larger(rows.lastDy, row + kernel.firstDy + kernel.rowCount - 1);
+    for (int i = 0; i < rows[row].groupCount; ++i) {
+      const IrisKernel& kernel = *rows[row].groups[i].kernel;
+      reach.firstDy = Smaller(reach.firstDy, row + kernel.firstDy);
+      reach.lastDy = Larger(reach.lastDy, row + kernel.firstDy + kernel.rowCount - 1);
     }
   }
-  return rows;
+  return reach;
 }
 
 }  // namespace vitrell
