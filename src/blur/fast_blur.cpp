@@ -163,11 +163,12 @@ template <BoxAxis kAxis, typename Pixel>
     *out = in;
     return PF_Err_NONE;
   }
-  const Pixel* blurred =
-      m < 1.0 ? static_cast<const WeightedStrips<Pixel>*>(box.weightedStrips)->ReadyAt(x, y)
-              : nullptr;
-  if (blurred == nullptr && m < 1.0) [[unlikely]] {
-    blurred = WeightedBoxOfNewStrip<kAxis, Pixel>(box, x, y);
+  const Pixel* blurred = nullptr;
+  if (m < 1.0) {
+    blurred = static_cast<const WeightedStrips<Pixel>*>(box.weightedStrips)->ReadyAt(x, y);
+    if (blurred == nullptr) [[unlikely]] {
+      blurred = WeightedBoxOfNewStrip<kAxis, Pixel>(box, x, y);
+    }
   }
   if (blurred != nullptr) {
     *out = {in.alpha, blurred->red, blurred->green, blurred->blue};
