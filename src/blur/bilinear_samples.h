@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "blur/distortion_field.h"
-#include "blur/lane_sums.h"
+#include "blur/lane_target.h"
 #include "host/host_api.h"
 
 namespace vitrell {

@@ -24,29 +24,20 @@
 #endif
 
 namespace vitrell {
+namespace {
 
-const LaneEngine* LaneEngineFor(LaneTarget target) {
-  switch (target) {
-    case LaneTarget::kBaseline:
-      return &baseline::kEngine;
+constexpr LaneEngines<LaneEngine> kEngines = {
+    &baseline::kEngine,
 #if defined(__x86_64__)
-    case LaneTarget::kAvx2:
-      return __builtin_cpu_supports("avx2") ? &avx2::kEngine : nullptr;
-    case LaneTarget::kAvx512:
-      return __builtin_cpu_supports("avx512f") ? &avx512::kEngine : nullptr;
+    &avx2::kEngine,
+    &avx512::kEngine,
 #endif
-    default:
-      return nullptr;
-  }
-}
+};
 
-const LaneEngine& BestLaneEngine() {
-  for (const LaneTarget target : {LaneTarget::kAvx512, LaneTarget::kAvx2}) {
-    if (const LaneEngine* const engine = LaneEngineFor(target); engine != nullptr) {
-      return *engine;
-    }
-  }
-  return baseline::kEngine;
-}
+}  // namespace
+
+const LaneEngine* LaneEngineFor(LaneTarget target) { return kEngines.For(target); }
+
+const LaneEngine& BestLaneEngine() { return kEngines.Best(); }
 
 }  // namespace vitrell

@@ -9,6 +9,7 @@
 
 #include "blur/highlight_map.h"
 #include "blur/iris_kernel.h"
+#include "blur/lane_target.h"
 #include "blur/tap_sums.h"
 
 namespace vitrell {
@@ -93,8 +94,6 @@ struct LaneEngine {
   void (*sumRows)(const LaneView& view, const LaneWindow& window, const LaneRow* rows,
                   LaneSums* sums);
 };
-
-enum class LaneTarget { kBaseline, kAvx2, kAvx512 };
 
 // The engine compiled for a target; null where this processor cannot run it.
 const LaneEngine* LaneEngineFor(LaneTarget target);

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 
 #define VITRELL_LANES_NAMESPACE baseline
 #define VITRELL_LANES_BYTES 16
@@ -25,6 +26,14 @@
 
 namespace vitrell {
 namespace {
+
+constexpr LaneEngines<LineEngine> kEngines = {
+    &baseline::kEngine,
+#if defined(__x86_64__)
+    &avx2::kEngine,
+    &avx512::kEngine,
+#endif
+};
 
 constexpr int kShallowValues = 256;
 
@@ -49,29 +58,9 @@ bool IsExactSplit(double weight, float high, float low) {
 
 }  // namespace
 
-const LineEngine* LineEngineFor(LaneTarget target) {
-  switch (target) {
-    case LaneTarget::kBaseline:
-      return &baseline::kEngine;
-#if defined(__x86_64__)
-    case LaneTarget::kAvx2:
-      return __builtin_cpu_supports("avx2") ? &avx2::kEngine : nullptr;
-    case LaneTarget::kAvx512:
-      return __builtin_cpu_supports("avx512f") ? &avx512::kEngine : nullptr;
-#endif
-    default:
-      return nullptr;
-  }
-}
+const LineEngine* LineEngineFor(LaneTarget target) { return kEngines.For(target); }
 
-const LineEngine& BestLineEngine() {
-  for (const LaneTarget target : {LaneTarget::kAvx512, LaneTarget::kAvx2}) {
-    if (const LineEngine* const engine = LineEngineFor(target); engine != nullptr) {
-      return *engine;
-    }
-  }
-  return baseline::kEngine;
-}
+const LineEngine& BestLineEngine() { return kEngines.Best(); }
 
 bool SplitWeight(LineSumTap* tap) {
   tap->high = UpperPart(static_cast<float>(tap->weight));

@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "blur/lane_sums.h"
+#include "blur/lane_target.h"
 
 namespace vitrell {
 

@@ -26,25 +26,26 @@
 #endif
 
 namespace vitrell {
+namespace {
+
+template <typename Pixel>
+constexpr LaneEngines<WeightedEngine<Pixel>> kEngines = {
+    &baseline::kEngine<Pixel>,
+#if defined(__x86_64__)
+    &avx2::kEngine<Pixel>,
+#endif
+};
+
+}  // namespace
 
 template <typename Pixel>
 const WeightedEngine<Pixel>* WeightedEngineFor(LaneTarget target) {
-  switch (target) {
-    case LaneTarget::kBaseline:
-      return &baseline::kEngine<Pixel>;
-#if defined(__x86_64__)
-    case LaneTarget::kAvx2:
-      return __builtin_cpu_supports("avx2") ? &avx2::kEngine<Pixel> : nullptr;
-#endif
-    default:
-      return nullptr;
-  }
+  return kEngines<Pixel>.For(target);
 }
 
 template <typename Pixel>
 const WeightedEngine<Pixel>& BestWeightedEngine() {
-  const WeightedEngine<Pixel>* const engine = WeightedEngineFor<Pixel>(LaneTarget::kAvx2);
-  return engine != nullptr ? *engine : baseline::kEngine<Pixel>;
+  return kEngines<Pixel>.Best();
 }
 
 template const WeightedEngine<PF_Pixel>* WeightedEngineFor(LaneTarget target);

@@ -16,7 +16,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "blur/lane_sums.h"
+#include "blur/lane_target.h"
 #include "host/host_api.h"
 
 namespace vitrell {
