@@ -62,7 +62,7 @@ run_suite() {
 # The renders and the vector engines on another processor: one hash for all of them.
 run_aarch64() {
   install_packages g++-aarch64-linux-gnu googletest qemu-user-static || return 1
-  build_preset aarch64 platform_hash_test lane_engines_test line_engines_test \
+  build_preset aarch64 platform_hash_test lane_sums_test line_sums_test \
     weighted_lines_test bilinear_samples_test blend_modes_test || return 1
   say "Testing build/aarch64"
   ctest --test-dir build/aarch64 --parallel "$jobs" --no-tests=error --output-on-failure \

@@ -1,15 +1,15 @@
 // Chains the blur engines that are on over the two working worlds.
 #include "blur/blur_dispatcher.h"
 
-#include "blur/directional_blur.h"
-#include "blur/fast_blur.h"
-#include "blur/optical_distortion.h"
-#include "blur/realistic_blur.h"
-#include "blur/trail.h"
+#include "base/numeric.h"
+#include "blur/directional/directional_blur.h"
+#include "blur/fast/fast_blur.h"
+#include "blur/optical/optical_distortion.h"
+#include "blur/realistic/realistic_blur.h"
+#include "blur/trail/trail.h"
 #include "host/result.h"
 #include "host/suite_handler.h"
 #include "host/world.h"
-#include "render/numeric.h"
 
 namespace vitrell {
 namespace {

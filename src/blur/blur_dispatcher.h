@@ -2,8 +2,8 @@
 #ifndef VITRELL_BLUR_BLUR_DISPATCHER_H_
 #define VITRELL_BLUR_BLUR_DISPATCHER_H_
 
+#include "base/render_records.h"
 #include "host/host_api.h"
-#include "render/settings.h"
 
 namespace vitrell {
 

@@ -11,8 +11,8 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "colour/channel_lanes.h"
-#include "render/settings.h"
+#include "base/render_records.h"
+#include "simd/channel_lanes.h"
 
 namespace vitrell {
 

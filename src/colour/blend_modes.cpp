@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "render/numeric.h"
-#include "render/pixel_access.h"
+#include "base/numeric.h"
+#include "base/pixel_access.h"
 
 namespace vitrell {
 namespace {

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/buffer.h"
 #include "colour/blend_modes.h"
-#include "host/buffer.h"
 #include "host/host_api.h"
 #include "host/pixel_pass.h"
 #include "host/suite_handler.h"

@@ -7,14 +7,14 @@
 #include <iterator>
 #include <limits>
 
-#include "host/buffer.h"
+#include "base/buffer.h"
+#include "base/depth_traits.h"
+#include "base/numeric.h"
+#include "base/pixel_access.h"
 #include "host/pixel_pass.h"
 #include "host/result.h"
 #include "host/world.h"
-#include "render/depth_traits.h"
-#include "render/lens_mask.h"
-#include "render/numeric.h"
-#include "render/pixel_access.h"
+#include "lens/lens_mask.h"
 
 namespace vitrell {
 namespace {

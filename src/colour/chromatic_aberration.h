@@ -2,9 +2,9 @@
 #ifndef VITRELL_COLOUR_CHROMATIC_ABERRATION_H_
 #define VITRELL_COLOUR_CHROMATIC_ABERRATION_H_
 
+#include "base/render_records.h"
 #include "host/host_api.h"
 #include "host/suite_handler.h"
-#include "render/settings.h"
 
 namespace vitrell {
 

@@ -3,12 +3,12 @@
 
 #include <cstddef>
 
-#include "host/buffer.h"
+#include "base/buffer.h"
+#include "base/depth_traits.h"
+#include "base/numeric.h"
 #include "host/pixel_pass.h"
 #include "host/result.h"
 #include "host/world.h"
-#include "render/depth_traits.h"
-#include "render/numeric.h"
 
 namespace vitrell {
 namespace {

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <cstring>
 
-#include "host/buffer.h"
+#include "base/buffer.h"
+#include "base/numeric.h"
 #include "host/pixel_pass.h"
 #include "host/world.h"
-#include "render/numeric.h"
 
 namespace vitrell {
 namespace {

@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "render/numeric.h"
-
 namespace vitrell {
 
 bool HoldsPixels(const PF_LayerDef& world, bool deep) {
@@ -21,7 +19,10 @@ bool HoldsPixels(const PF_LayerDef& world, bool deep) {
 }
 
 A_long ExtentLines(const PF_LayerDef& world) {
-  return WrappingSubtract(world.extent_hint.bottom, world.extent_hint.top);
+  A_long lines = 0;  // Stored modulo 2^32 when it overflows.
+  static_cast<void>(
+      __builtin_sub_overflow(world.extent_hint.bottom, world.extent_hint.top, &lines));
+  return lines;
 }
 
 PF_Err CopyWorld(const PF_InData* inData, PF_LayerDef* src, PF_LayerDef* dst) {

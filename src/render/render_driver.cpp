@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <mutex>
 
+#include "base/parameter_index.h"
 #include "blur/blur_dispatcher.h"
 #include "colour/blend_pass.h"
 #include "colour/chromatic_aberration.h"
@@ -15,9 +16,9 @@
 #include "host/result.h"
 #include "host/suite_handler.h"
 #include "host/world.h"
-#include "render/lens_mask.h"
-#include "render/lens_stage.h"
-#include "shell/parameters.h"
+#include "lens/lens_mask.h"
+#include "lens/lens_stage.h"
+#include "render/settings.h"
 
 namespace vitrell {
 namespace {

@@ -1,8 +1,8 @@
 // Converts the host's parameters into the settings of one render.
 #include "render/settings.h"
 
-#include "render/numeric.h"
-#include "shell/parameters.h"
+#include "base/numeric.h"
+#include "base/parameter_index.h"
 
 namespace vitrell {
 namespace {

@@ -2,8 +2,8 @@
 #ifndef VITRELL_SHELL_PANEL_H_
 #define VITRELL_SHELL_PANEL_H_
 
+#include "base/render_records.h"
 #include "host/host_api.h"
-#include "render/settings.h"
 
 namespace vitrell {
 

@@ -12,8 +12,8 @@
 
 #include "host/fake_host.h"
 #include "host/picture.h"
-#include "literal/blur_dispatcher.h"
-#include "render/test_mask.h"
+#include "lens/test_mask.h"
+#include "literal/blur/blur_dispatcher.h"
 
 namespace vitrell {
 namespace {

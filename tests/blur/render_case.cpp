@@ -8,8 +8,8 @@
 #include <random>
 #include <sstream>
 
-#include "literal/render.h"
-#include "literal/settings.h"
+#include "literal/render/render_driver.h"
+#include "literal/render/settings.h"
 
 namespace vitrell {
 namespace {

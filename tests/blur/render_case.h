@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "headless/effect_host.h"
-#include "literal/types.h"
+#include "literal/base/types.h"
 
 namespace vitrell {
 

@@ -5,8 +5,8 @@
 
 #include "host/fake_host.h"
 #include "host/picture.h"
+#include "lens/test_mask.h"
 #include "render/render_driver.h"
-#include "render/test_mask.h"
 
 namespace vitrell {
 namespace {

@@ -6,9 +6,9 @@
 
 #include "host/fake_host.h"
 #include "host/picture.h"
-#include "literal/blend.h"
+#include "lens/test_mask.h"
+#include "literal/colour/blend_modes.h"
 #include "render/render_driver.h"
-#include "render/test_mask.h"
 
 namespace vitrell {
 namespace {

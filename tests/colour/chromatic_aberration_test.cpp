@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <random>
 
+#include "base/numeric.h"
 #include "colour/plain_host.h"
-#include "render/numeric.h"
 
 namespace vitrell {
 namespace {

@@ -7,9 +7,9 @@
 #include <random>
 #include <vector>
 
+#include "base/render_records.h"
 #include "host/host_api.h"
-#include "render/lens_mask.h"
-#include "render/settings.h"
+#include "lens/lens_mask.h"
 
 namespace vitrell {
 

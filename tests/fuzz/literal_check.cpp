@@ -7,7 +7,7 @@
 #include <string>
 
 #include "fuzz/fuzz_target.h"
-#include "literal/settings.h"
+#include "literal/render/settings.h"
 #include "shell/parameters.h"
 #include "whole/literal_bridge.h"
 

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "literal/render.h"
+#include "literal/render/render_driver.h"
 #include "reliability/raw_host.h"
 
 namespace vitrell::fuzz {

@@ -2,10 +2,10 @@
 #include <cstddef>
 #include <cstdlib>
 
+#include "literal/base/pixel_access.h"
+#include "literal/base/truncate.h"
 #include "literal/engines.h"
-#include "literal/lens_mask.h"
-#include "literal/pixel_access.h"
-#include "literal/truncate.h"
+#include "literal/lens/lens_mask.h"
 
 namespace vitrell::literal {
 namespace {

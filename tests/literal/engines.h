@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "literal/types.h"
+#include "literal/base/types.h"
 
 namespace vitrell::literal {
 

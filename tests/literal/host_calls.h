@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "literal/render.h"
+#include "literal/render/render_driver.h"
 
 namespace vitrell::literal {
 

@@ -5,17 +5,17 @@
 #include <cstring>
 #include <vector>
 
-#include "literal/blend.h"
-#include "literal/blur_dispatcher.h"
-#include "literal/chromatic.h"
-#include "literal/fast_blur.h"
-#include "literal/lens.h"
-#include "literal/lens_mask.h"
-#include "literal/pixel_access.h"
-#include "literal/render.h"
-#include "literal/settings.h"
-#include "literal/tone.h"
-#include "literal/truncate.h"
+#include "literal/base/pixel_access.h"
+#include "literal/base/truncate.h"
+#include "literal/blur/blur_dispatcher.h"
+#include "literal/blur/fast/fast_blur.h"
+#include "literal/colour/blend_modes.h"
+#include "literal/colour/chromatic_aberration.h"
+#include "literal/colour/tone.h"
+#include "literal/lens/lens_mask.h"
+#include "literal/lens/lens_stage.h"
+#include "literal/render/render_driver.h"
+#include "literal/render/settings.h"
 
 namespace vitrell::literal {
 namespace {

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "literal/blur/fast/fast_blur.h"
 #include "literal/engines.h"
-#include "literal/fast_blur.h"
 
 namespace vitrell::reliability {
 namespace {

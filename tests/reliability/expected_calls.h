@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "literal/host_calls.h"
-#include "literal/render.h"
+#include "literal/render/render_driver.h"
 
 namespace vitrell::reliability {
 

@@ -1,12 +1,13 @@
 // The driver as a user sees it: pictures of small frames.
+#include "literal/render/render_driver.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <vector>
 
-#include "literal/render.h"
-#include "literal/settings.h"
+#include "literal/render/settings.h"
 #include "render/driver_case.h"
 
 namespace vitrell {

@@ -12,7 +12,7 @@
 
 #include "cli/preset.h"
 #include "cli/settings.h"
-#include "literal/render.h"
+#include "literal/render/render_driver.h"
 #include "whole/literal_bridge.h"
 
 namespace vitrell::whole {

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "literal/settings.h"
+#include "literal/render/settings.h"
 
 namespace vitrell::whole {
 namespace {

@@ -3,7 +3,7 @@
 #define VITRELL_WHOLE_LITERAL_BRIDGE_H_
 
 #include "headless/effect_host.h"
-#include "literal/render.h"
+#include "literal/render/render_driver.h"
 
 namespace vitrell::whole {
 

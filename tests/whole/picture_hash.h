@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "literal/types.h"
+#include "literal/base/types.h"
 
 namespace vitrell::whole {
 

@@ -1,0 +1,77 @@
+// The directional blur's result, worked out in vector lanes a strip of rows at a time.
+#ifndef VITRELL_BLUR_DIRECTIONAL_LINE_STRIPS_H_
+#define VITRELL_BLUR_DIRECTIONAL_LINE_STRIPS_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "base/buffer.h"
+#include "blur/directional/colour_planes.h"
+#include "blur/directional/line_sums.h"
+#include "blur/directional/line_taps.h"
+#include "host/host_api.h"
+#include "lens/lens_mask.h"
+#include "pass/lazy_strips.h"
+
+namespace vitrell {
+
+// One pass over one source. Rows of a strip are worked out block by block, so that what the taps
+// of a block read stays in the processor's cache from row to row.
+template <typename Pixel>
+class LineStrips {
+ public:
+  // Prepares a pass over src, whose pixels must not change until the pass ends. Answers
+  // PF_Err_OUT_OF_MEMORY when there is no memory. There are no strips for a source without pixels
+  // or with an origin other than (0, 0), or for weights that are negative or no numbers.
+  [[nodiscard]] PF_Err Prepare(const PF_LayerDef& src, const LensMaskView& mask,
+                               const LineTaps& line);
+
+  // The blurred pixel at (x, y) when its strip has been worked out already, else null.
+  const Pixel* ReadyAt(std::int32_t x, std::int32_t y) const { return strips_.ReadyPixel(x, y); }
+
+  // The same, working the strip out if nobody has; null without strips, outside the source and
+  // while another thread is at it. Any thread, any order.
+  const Pixel* At(std::int32_t x, std::int32_t y) {
+    return strips_.PixelOrFill(x, y,
+                               [this](std::int32_t firstRow, std::int32_t endRow, Pixel* out) {
+                                 FillStrip(firstRow, endRow, out);
+                               });
+  }
+
+ private:
+  static constexpr std::int32_t kStripRows = 16;
+
+  // The sums of one block: as many columns as there are lanes, and the rows of a strip.
+  struct Block {
+    bool isInLens[kStripRows];  // Rows without a pixel in the lens have no sums.
+    alignas(64) float colours[kColourCount][kStripRows][kMaxLineLanes];
+    alignas(64) double weights[kStripRows][kMaxLineLanes];
+  };
+
+  [[nodiscard]] bool PrepareTaps(const LineTaps& line, std::int64_t firstTapRow);
+  [[nodiscard]] bool PrepareRows(std::int64_t firstTapRow, std::int64_t endTapRow);
+  void FillStrip(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const;
+  void SumBlock(std::int32_t firstRow, std::int32_t endRow, std::int32_t column,
+                Block* block) const;
+  template <typename SumFunction, typename Value>
+  void SumRows(SumFunction sum, const LineView& firstView, std::int32_t rowCount, Value zero,
+               const Block& block, Value (*sums)[kMaxLineLanes]) const;
+  void StoreRow(std::int32_t row, std::int32_t column, const Block& block, std::int32_t blockRow,
+                Pixel* out) const;
+  bool IsAnyInLens(std::int32_t row, std::int32_t column) const;
+
+  PF_LayerDef src_ = {};
+  LensMaskView mask_{src_};
+  const LineEngine* engine_ = nullptr;
+  bool isSplit_ = false;  // Every tap has a split weight that is exact for this depth.
+  double weightSum_ = 0;  // Of a line without transparent pixels.
+  ColourPlanes planes_;
+  Buffer<LineSumTap> taps_;
+  std::size_t tapCount_ = 0;
+  Buffer<std::ptrdiff_t> rows_;  // Where the row of each position begins in a plane, mirrored.
+  LazyStrips<Pixel, kStripRows> strips_;
+};
+
+}  // namespace vitrell
+
+#endif  // VITRELL_BLUR_DIRECTIONAL_LINE_STRIPS_H_

@@ -1,0 +1,83 @@
+// The directional blur's sums for many neighbouring pixels at once, one pixel in each vector lane.
+#include "blur/directional/line_sums.h"
+
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+
+#define VITRELL_LANES_NAMESPACE baseline
+#define VITRELL_LANES_BYTES 16
+#define VITRELL_LANES_TARGET
+#include "blur/directional/line_sums.inc"
+
+#if defined(__x86_64__)
+#define VITRELL_LANES_NAMESPACE avx2
+#define VITRELL_LANES_BYTES 32
+#define VITRELL_LANES_TARGET __attribute__((target("avx2")))
+#include "blur/directional/line_sums.inc"
+
+#define VITRELL_LANES_NAMESPACE avx512
+#define VITRELL_LANES_BYTES 64
+#define VITRELL_LANES_TARGET __attribute__((target("avx512f")))
+#include "blur/directional/line_sums.inc"
+#endif
+
+namespace vitrell {
+namespace {
+
+constexpr LaneEngines<LineEngine> kEngines = {
+    &baseline::kEngine,
+#if defined(__x86_64__)
+    &avx2::kEngine,
+    &avx512::kEngine,
+#endif
+};
+
+constexpr int kShallowValues = 256;
+
+// Neighbours of the nearest low part that are tried.
+constexpr int kTries = 16;
+
+// The upper 16 bits of the significand, so that the product with 8 bits is exact.
+float UpperPart(float weight) {
+  return std::bit_cast<float>(std::bit_cast<std::uint32_t>(weight) & 0xFFFFFF00U);
+}
+
+bool IsExactSplit(double weight, float high, float low) {
+  for (int value = 0; value < kShallowValues; ++value) {
+    const auto shallow = static_cast<float>(value);
+    const float split = shallow * high + shallow * low;
+    if (split != static_cast<float>(value * weight)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+const LineEngine* LineEngineFor(LaneTarget target) { return kEngines.For(target); }
+
+const LineEngine& BestLineEngine() { return kEngines.Best(); }
+
+bool SplitWeight(LineSumTap* tap) {
+  tap->high = UpperPart(static_cast<float>(tap->weight));
+  const auto nearest = static_cast<float>(tap->weight - tap->high);
+  float below = nearest;
+  float above = nearest;
+  for (int i = 0; i < kTries; ++i) {
+    for (const float low : {below, above}) {
+      if (IsExactSplit(tap->weight, tap->high, low)) {
+        tap->low = low;
+        return true;
+      }
+    }
+    below = std::nextafterf(below, -1.0f);
+    above = std::nextafterf(above, 1.0f);
+  }
+  return false;
+}
+
+}  // namespace vitrell

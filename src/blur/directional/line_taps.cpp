@@ -1,0 +1,76 @@
+// The line of the directional blur: its points and their weights.
+#include "blur/directional/line_taps.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <numbers>
+
+#include "base/numeric.h"
+
+namespace vitrell {
+namespace {
+
+// Longest line that is rasterised: a hundred times what the panel lets the user type, in 256 MB.
+constexpr std::int64_t kMaxTaps = std::int64_t{1} << 24;
+
+// Calls record(x, y) for each point of the line from (-endX, -endY) to (endX, endY), both ends
+// included: as many points as the longer side is long, and one.
+template <typename Record>
+void WalkLine(std::int64_t endX, std::int64_t endY, Record record) {
+  const std::int64_t stepX = endX > 0 ? 1 : -1;
+  const std::int64_t stepY = endY > 0 ? 1 : -1;
+  const std::int64_t spanX = std::abs(2 * endX);
+  const std::int64_t spanY = std::abs(2 * endY);
+  std::int64_t error = (spanY < spanX ? spanX : -spanY) / 2;
+  std::int64_t x = -endX;
+  std::int64_t y = -endY;
+  record(x, y);
+  while (x != endX || y != endY) {
+    const std::int64_t before = error;
+    if (before > -spanX) {
+      error -= spanY;
+      x += stepX;
+    }
+    if (before < spanY) {
+      error += spanX;
+      y += stepY;
+    }
+    record(x, y);
+  }
+}
+
+// Squares and sum wrap in 32 bits, so that half lengths from 46341 on have no true weights.
+std::int32_t SquaredLength(std::int32_t x, std::int32_t y) {
+  return WrappingAdd(WrappingMultiply(x, x), WrappingMultiply(y, y));
+}
+
+}  // namespace
+
+PF_Err LineTaps::Build(const PF_InData* inData, const LX_Info& info) {
+  const PF_ANSICallbacks& maths = inData->utils->ansi;
+  const double length = TruncateToInt32(info.directionalAmount);
+  const double angleRad = info.directionalAngle + std::numbers::pi / 2;
+  const std::int32_t endX = TruncateToInt32(length * maths.cos(angleRad));
+  const std::int32_t endY = TruncateToInt32(length * maths.sin(angleRad));
+  const double total = maths.sqrt(SquaredLength(endX, endY));
+  const std::int64_t halfPoints =
+      std::max(std::abs(std::int64_t{endX}), std::abs(std::int64_t{endY}));
+  const std::int64_t points = 2 * halfPoints + 1;
+  weightSum_ = 0;
+  count_ = 0;
+  if (points > kMaxTaps || !taps_.Allocate(static_cast<std::size_t>(points))) {
+    // The line of a stage that is off is nobody's loss.
+    return info.directionalVisible == 1 ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
+  }
+  WalkLine(endX, endY, [&](std::int64_t x, std::int64_t y) {
+    const auto tapX = static_cast<std::int32_t>(x);
+    const auto tapY = static_cast<std::int32_t>(y);
+    const double weight = 1 - maths.sqrt(SquaredLength(tapX, tapY)) / total;
+    taps_[static_cast<std::size_t>(count_++)] = {tapX, tapY, weight};
+    weightSum_ += weight;
+  });
+  return PF_Err_NONE;
+}
+
+}  // namespace vitrell

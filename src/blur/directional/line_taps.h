@@ -1,0 +1,42 @@
+// The line of the directional blur: its points and their weights.
+#ifndef VITRELL_BLUR_DIRECTIONAL_LINE_TAPS_H_
+#define VITRELL_BLUR_DIRECTIONAL_LINE_TAPS_H_
+
+#include <cstdint>
+
+#include "base/buffer.h"
+#include "base/render_records.h"
+#include "host/host_api.h"
+
+namespace vitrell {
+
+// One tap of the line: offset from the pixel in whole pixels, weight falling from 1 at the pixel to
+// 0 at the line's ends.
+struct LineTap {
+  std::int32_t x;
+  std::int32_t y;
+  double weight;
+};
+
+// The taps of one directional blur, rasterised once per pass.
+class LineTaps {
+ public:
+  // Rasterises the line of info.directionalAmount and info.directionalAngle with the host's maths,
+  // whether the stage is on or not. A line that is too long or has no memory leaves no taps; that
+  // answers PF_Err_OUT_OF_MEMORY when the stage is on.
+  [[nodiscard]] PF_Err Build(const PF_InData* inData, const LX_Info& info);
+
+  const LineTap* begin() const { return taps_.data(); }
+  const LineTap* end() const { return taps_.data() + count_; }
+  std::int32_t count() const { return count_; }
+  double weightSum() const { return weightSum_; }
+
+ private:
+  Buffer<LineTap> taps_;
+  std::int32_t count_ = 0;
+  double weightSum_ = 0;
+};
+
+}  // namespace vitrell
+
+#endif  // VITRELL_BLUR_DIRECTIONAL_LINE_TAPS_H_

@@ -1,0 +1,63 @@
+// Fast blur: a box blur of the colour channels, repeated three times, uniform or by the lens mask.
+#ifndef VITRELL_BLUR_FAST_FAST_BLUR_H_
+#define VITRELL_BLUR_FAST_FAST_BLUR_H_
+
+#include <cstdint>
+
+#include "base/depth_traits.h"
+#include "base/render_records.h"
+#include "blur/fast/box_rows.h"
+#include "blur/fast/weighted_strips.h"
+#include "host/host_api.h"
+#include "lens/lens_mask.h"
+
+namespace vitrell {
+
+// Refcon of both per-pixel passes.
+struct BoxBlurRefcon {
+  const IO_Params* io;
+  std::int32_t mirror;  // Always 1.
+  std::int32_t radiusPx;
+  double span;            // 2 x radius + 1, the number of taps.
+  std::uint8_t lensMap;   // 1: weigh the taps by the lens mask.
+  PF_LayerDef unblurred;  // The source as it was before the two passes.
+  void* boxRows;          // The BoxRows of the depth: uniformly blurred rows of this pass.
+  void* weightedStrips;   // The WeightedStrips of the depth: what the mask's soft band becomes.
+  LensMaskView mask;      // The mask as the world being written sees it.
+  MaskOnes ones;          // Where that is certainly 1.
+};
+
+// Memory that the rounds of one blur share, and whether any was ever not to be had.
+template <typename Pixel>
+struct BoxBlurScratch {
+  BoxRows<Pixel> rows;
+  WeightedStrips<Pixel> weightedStrips;
+  bool outOfMemory = false;
+};
+
+// Blurs io->src into io->dst; io->src serves as scratch. Copies where the lens has no extent, the
+// stage is off or the radius is 0. Answers the last round's code: earlier rounds' failures are
+// ignored, except for memory of the effect's own (PF_Err_OUT_OF_MEMORY). A missing suite throws.
+[[nodiscard]] PF_Err RenderFastBlurEffect(IO_Params* io, const LX_Info* info);
+
+// Three rounds of FastBlurA.
+template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+[[nodiscard]] PF_Err FastBlur(IO_Params* io, std::int32_t radiusPx, std::uint8_t lensMap);
+
+// One horizontal and one vertical box pass; the result is in both of the context's worlds. The last
+// byte is not used. Own shortage of memory is told in scratch as well as in the result.
+template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+[[nodiscard]] PF_Err FastBlurA(IO_Params* io, std::int32_t horizontalRadiusPx,
+                               std::int32_t verticalRadiusPx, std::uint8_t lensMap,
+                               std::uint8_t unused, BoxBlurScratch<Pixel>* scratch);
+
+// Iterate callbacks of the two passes; refcon is a BoxBlurRefcon. Always return 0. Alpha is never
+// blurred.
+template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+PF_Err FastBlurH(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out);
+template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+PF_Err FastBlurV(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out);
+
+}  // namespace vitrell
+
+#endif  // VITRELL_BLUR_FAST_FAST_BLUR_H_

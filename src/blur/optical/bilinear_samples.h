@@ -1,0 +1,32 @@
+// Bilinear samples of many points, the four channels of each side by side in a vector.
+#ifndef VITRELL_BLUR_OPTICAL_BILINEAR_SAMPLES_H_
+#define VITRELL_BLUR_OPTICAL_BILINEAR_SAMPLES_H_
+
+#include <cstdint>
+
+#include "blur/optical/distortion_field.h"
+#include "host/host_api.h"
+#include "simd/lane_target.h"
+
+namespace vitrell {
+
+// For a source whose origin is (0, 0), in mirrored reading; the same bits as GetPointerFromDataDP.
+template <typename Pixel>
+struct BilinearEngine {
+  // Samples the points of pixels of one row into out[pixels.x[i]], with the alpha of
+  // in[pixels.x[i]].
+  void (*sample)(const PF_LayerDef& src, const DistortedPixels& pixels, const Pixel* in,
+                 Pixel* out);
+};
+
+// The engine of a vector width; null when there is none of it for this processor.
+template <typename Pixel>
+const BilinearEngine<Pixel>* BilinearEngineFor(LaneTarget target);
+
+// The fastest that this processor has.
+template <typename Pixel>
+const BilinearEngine<Pixel>& BestBilinearEngine();
+
+}  // namespace vitrell
+
+#endif  // VITRELL_BLUR_OPTICAL_BILINEAR_SAMPLES_H_

@@ -1,0 +1,40 @@
+// Which columns of a highlight map have any weight within a band of rows.
+#ifndef VITRELL_BLUR_REALISTIC_BRIGHT_COLUMNS_H_
+#define VITRELL_BLUR_REALISTIC_BRIGHT_COLUMNS_H_
+
+#include <cstdint>
+
+#include "base/buffer.h"
+#include "blur/realistic/highlight_map.h"
+
+namespace vitrell {
+
+// Follows a band of rows down a map whose rows are contiguous; each step costs the rows that come
+// and go. Columns and rows outside the map have no weight.
+class BrightColumns {
+ public:
+  // Starts with an empty band above the map, which must outlive this object. False when the memory
+  // is not to be had.
+  [[nodiscard]] bool Prepare(const HighlightMap& map);
+
+  // Moves to the rows from firstRow up to endRow. Neither may decrease.
+  void MoveTo(std::int64_t firstRow, std::int64_t endRow);
+
+  // The first column at or right of this one that has weight; the map's width without one.
+  std::int64_t FirstFrom(std::int64_t column) const;
+
+  // The last column at or left of this one that has weight; -1 without one.
+  std::int64_t LastUpTo(std::int64_t column) const;
+
+ private:
+  const HighlightMap* map_ = nullptr;
+  std::int64_t firstRow_ = 0;
+  std::int64_t endRow_ = 0;
+  Buffer<std::int32_t> weightsInBand_;  // Per column.
+  Buffer<std::int32_t> first_;
+  Buffer<std::int32_t> last_;
+};
+
+}  // namespace vitrell
+
+#endif  // VITRELL_BLUR_REALISTIC_BRIGHT_COLUMNS_H_

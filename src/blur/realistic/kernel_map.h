@@ -1,0 +1,56 @@
+// The realistic blur by map: which kernel each pixel has, and its sums.
+#ifndef VITRELL_BLUR_REALISTIC_KERNEL_MAP_H_
+#define VITRELL_BLUR_REALISTIC_KERNEL_MAP_H_
+
+#include <cstdint>
+#include <memory>
+
+#include "base/buffer.h"
+#include "base/render_records.h"
+#include "blur/realistic/highlight_map.h"
+#include "blur/realistic/iris_kernel.h"
+#include "blur/realistic/lane_sums.h"
+#include "host/host_api.h"
+
+namespace vitrell {
+
+// Read-only once built; safe on any number of threads. Positions are the output's pixels.
+class KernelMap {
+ public:
+  explicit KernelMap(const LaneEngine& engine) : engine_(engine) {}
+
+  // Picks each pixel's kernel by the lens mask: radius 0 where it is 0, maxRadius (at most
+  // kMaxIrisRadius) where it is 1 or more. False when there is no memory.
+  [[nodiscard]] bool Build(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius);
+
+  std::int64_t width() const { return width_; }
+  std::int64_t height() const { return height_; }
+
+  // SumRows works out blocks of this size, of at most kMaxLaneRows rows and kMaxLanes lanes.
+  int blockRows() const { return engine_.rowCount; }
+  int blockLanes() const { return engine_.rowLanes; }
+
+  // The sums of the pixels from (x, y), within the output, to the right and down as far as the
+  // block and the output reach; the others mean nothing. sums holds blockRows() rows.
+  void SumRows(std::int64_t x, std::int64_t y, LaneSums* sums) const;
+
+ private:
+  [[nodiscard]] bool ChooseKernels(const PF_ANSICallbacks& maths, std::int32_t maxRadius,
+                                   Buffer<std::uint8_t>* used);
+  [[nodiscard]] bool BuildKernels(const IrisShape& shape, const KernelReach& reach,
+                                  const Buffer<std::uint8_t>& used);
+  int GroupLanes(std::int64_t x, std::int64_t y, LaneGroup* groups) const;
+
+  const LaneEngine& engine_;
+  HighlightMap map_;
+  std::unique_ptr<IrisKernel[]> kernels_;
+  Buffer<std::uint16_t> kernelIndex_;  // One per output pixel, row by row.
+  std::int64_t width_ = 0;             // Of the output.
+  std::int64_t height_ = 0;
+  std::int64_t left_ = 0;  // Origin of the input.
+  std::int64_t top_ = 0;
+};
+
+}  // namespace vitrell
+
+#endif  // VITRELL_BLUR_REALISTIC_KERNEL_MAP_H_

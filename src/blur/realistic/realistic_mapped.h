@@ -1,0 +1,23 @@
+// The realistic blur with the lens mask as blur map: every pixel picks its own kernel.
+#ifndef VITRELL_BLUR_REALISTIC_REALISTIC_MAPPED_H_
+#define VITRELL_BLUR_REALISTIC_REALISTIC_MAPPED_H_
+
+#include <cstdint>
+
+#include "base/render_records.h"
+#include "blur/realistic/iris_kernel.h"
+#include "blur/realistic/lane_sums.h"
+#include "host/host_api.h"
+
+namespace vitrell {
+
+// Blurs io.src into io.dst through the host's iterate suite, every pixel with the kernel that the
+// lens mask asks for: 0 where the mask is 0, maxRadius (0..kMaxIrisRadius) where it is 1 or more.
+// Both worlds have the same depth. Answers the host's code, or PF_Err_OUT_OF_MEMORY without having
+// called the host; a missing suite throws.
+[[nodiscard]] PF_Err BlurByMask(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius,
+                                const LaneEngine& engine);
+
+}  // namespace vitrell
+
+#endif  // VITRELL_BLUR_REALISTIC_REALISTIC_MAPPED_H_

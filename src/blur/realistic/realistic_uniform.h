@@ -1,0 +1,22 @@
+// The realistic blur with one kernel for all pixels, as a window that slides along each row.
+#ifndef VITRELL_BLUR_REALISTIC_REALISTIC_UNIFORM_H_
+#define VITRELL_BLUR_REALISTIC_REALISTIC_UNIFORM_H_
+
+#include <cstdint>
+
+#include "base/render_records.h"
+#include "blur/realistic/iris_kernel.h"
+#include "blur/realistic/lane_sums.h"
+#include "host/host_api.h"
+
+namespace vitrell {
+
+// Clears io.dst through the host and blurs io.src into it on the calling thread. Both worlds have
+// the same depth; radius is 0..kMaxIrisRadius. Answers the code of a failing fill, with nothing
+// blurred, or PF_Err_OUT_OF_MEMORY, with nothing written.
+[[nodiscard]] PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape, std::int32_t radius,
+                                   const LaneEngine& engine);
+
+}  // namespace vitrell
+
+#endif  // VITRELL_BLUR_REALISTIC_REALISTIC_UNIFORM_H_

@@ -1,0 +1,142 @@
+// Trail: smears the picture outward from a centre along rays from the picture's border.
+#include "blur/trail/trail.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+#include "base/depth_traits.h"
+#include "base/numeric.h"
+#include "base/pixel_access.h"
+#include "blur/trail/shared_pixel.h"
+#include "blur/trail/trail_ray.h"
+#include "host/pixel_pass.h"
+#include "host/result.h"
+#include "host/world.h"
+
+namespace vitrell {
+namespace {
+
+// Longest ray that is cast; far beyond any picture's side.
+constexpr std::int64_t kMaxRayPoints = std::int64_t{1} << 24;
+
+struct TrailRefcon {
+  TrailCenter center;
+  const IO_Params* io;
+  std::int32_t tapCount;  // Negative: no taps at all; 0: the rays copy the source.
+  const TrailWeights* weights;
+  std::int64_t maxRayPoints;
+  std::atomic<bool> isOutOfMemory;
+};
+
+template <typename Pixel>
+bool IsAllZero(const Pixel& pixel) {
+  return (pixel.alpha | pixel.red | pixel.green | pixel.blue) == 0;
+}
+
+// Gives every pixel under the ray that is still all zero its colour: the first ray to reach a pixel
+// sets it.
+template <typename Pixel>
+void PaintRay(const TrailRefcon& refcon, Ray<Pixel>* ray) {
+  for (std::size_t k = 0; k < ray->Count(); ++k) {
+    const PF_FixedPoint& point = ray->Point(k);
+    auto* const painted = GetPointerFromDataP<Pixel>(refcon.io->dst, point.y, point.x, 1);
+    if (painted == nullptr || !IsAllZero(LoadShared(painted))) {
+      continue;
+    }
+    if (refcon.tapCount == 0) {
+      const Pixel* const source = GetPointerFromDataP<Pixel>(refcon.io->src, point.y, point.x, 1);
+      StoreShared(painted, source != nullptr ? *source : Pixel{});
+    } else {
+      StoreShared(painted, ray->Average(k, *refcon.weights));
+    }
+  }
+}
+
+// Works on the destination's border pixels only, and writes along the ray from there to the centre,
+// never its own output pixel as such.
+template <typename Pixel>
+PF_Err Trail(void* refconPtr, A_long x, A_long y, Pixel* /*in*/, Pixel* /*out*/) {
+  auto& refcon = *static_cast<TrailRefcon*>(refconPtr);
+  const PF_LRect& rect = refcon.io->dst->extent_hint;
+  if (x != rect.left && x != WrappingSubtract(rect.right, 1) && y != rect.top &&
+      y != WrappingSubtract(rect.bottom, 1)) {
+    return PF_Err_NONE;
+  }
+  const std::int64_t pointCount = CountRayPoints(x, y, refcon.center);
+  Ray<Pixel> ray;
+  if (pointCount > refcon.maxRayPoints || !ray.Allocate(static_cast<std::size_t>(pointCount))) {
+    refcon.isOutOfMemory.store(true, std::memory_order_relaxed);
+    return PF_Err_OUT_OF_MEMORY;
+  }
+  ray.Cast(*refcon.io->src, x, y, refcon.center);
+  ray.SumWindows(*refcon.weights);
+  PaintRay(refcon, &ray);
+  return PF_Err_NONE;
+}
+
+// Pulls the centre inside the picture: one pixel from the left and top, two from the other sides.
+TrailCenter ClampCenter(TrailCenter center, const PF_LRect& rect) {
+  if (center.x <= rect.left) {
+    center.x = WrappingAdd(rect.left, 1);
+  }
+  if (center.y <= rect.top) {
+    center.y = WrappingAdd(rect.top, 1);
+  }
+  if (center.x >= WrappingSubtract(rect.right, 1)) {
+    center.x = WrappingSubtract(rect.right, 2);
+  }
+  if (center.y >= WrappingSubtract(rect.bottom, 1)) {
+    center.y = WrappingSubtract(rect.bottom, 2);
+  }
+  return center;
+}
+
+// Whole pixels from the centre to the corner opposite its quadrant. The squares wrap in 32 bits.
+std::int32_t FarthestCornerDistance(const PF_ANSICallbacks& maths, TrailCenter center,
+                                    const PF_LRect& rect) {
+  const auto middle = [](std::int32_t from, std::int32_t to) {
+    const std::int32_t half = WrappingAdd(from, to) / 2;
+    return TruncateToInt32(half - 0.5);
+  };
+  const bool isLeft = center.x < middle(rect.left, rect.right);
+  const bool isUpper = center.y < middle(rect.top, rect.bottom);
+  const std::int32_t dx = WrappingSubtract(isLeft ? rect.right : rect.left, center.x);
+  const std::int32_t dy = WrappingSubtract(isUpper ? rect.bottom : rect.top, center.y);
+  return TruncateToInt32(
+      maths.sqrt(WrappingAdd(WrappingMultiply(dy, dy), WrappingMultiply(dx, dx))));
+}
+
+}  // namespace
+
+PF_Err RunTrail(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info) {
+  PF_LayerDef* const dst = io->dst;
+  const TrailCenter chosen = info.trailCenterOfLens == 1
+                                 ? TrailCenter{info.positionX, info.positionY}
+                                 : TrailCenter{info.trailCenterX, info.trailCenterY};
+  const TrailCenter center = ClampCenter(chosen, dst->extent_hint);
+  const std::int32_t farthestPx =
+      FarthestCornerDistance(io->in_data->utils->ansi, center, dst->extent_hint);
+  const std::int32_t tapCount =
+      TruncateToInt32(static_cast<float>(farthestPx) * info.trailAmount * info.trailAmount);
+  const std::int64_t right = std::int64_t{dst->width} - 1;
+  const std::int64_t bottom = std::int64_t{dst->height} - 1;
+  const std::int64_t maxRayPoints =
+      std::max(CountRayPoints(0, 0, center), CountRayPoints(right, bottom, center));
+  if (maxRayPoints > kMaxRayPoints) {
+    return PF_Err_OUT_OF_MEMORY;
+  }
+  TrailWeights weights;
+  if (!weights.Fill(tapCount, maxRayPoints)) {
+    return PF_Err_OUT_OF_MEMORY;
+  }
+  RETURN_IF_ERROR(FillTransparent(io->in_data, dst));
+  TrailRefcon refcon = {center, io, tapCount, &weights, maxRayPoints, false};
+  // Kept: the result of the pass is ignored, so that a cancelled one leaves the rays cast so far.
+  static_cast<void>(RunPixelPass(suites, io->in_data, io->src, dst, ExtentLines(*dst),
+                                 {Trail<PF_Pixel>, Trail<PF_Pixel16>}, &refcon));
+  return refcon.isOutOfMemory ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
+}
+
+}  // namespace vitrell

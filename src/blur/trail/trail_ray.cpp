@@ -1,0 +1,212 @@
+// One ray of the trail: its points, and the weighted averages from each of them to the centre.
+#include "blur/trail/trail_ray.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+#include <limits>
+
+#include "base/numeric.h"
+#include "base/pixel_access.h"
+
+namespace vitrell {
+namespace {
+
+constexpr double kRounding = 0x1p-53;     // Largest relative error of one operation.
+constexpr double kLargestWhole = 0x1p53;  // Up to here a double holds every whole number.
+
+template <typename Pixel>
+constexpr double kMaxChannel = std::numeric_limits<ChannelOf<Pixel>>::max();
+
+}  // namespace
+
+int ComputeLinePTs(int x0, int y0, int x1, int y1, PF_FixedPoint* points) {
+  const std::int64_t dx = std::abs(std::int64_t{x1} - x0);
+  const std::int64_t dy = std::abs(std::int64_t{y1} - y0);
+  const int stepX = x1 > x0 ? 1 : -1;
+  const int stepY = y1 > y0 ? 1 : -1;
+  std::int64_t error = (dx > dy ? dx : -dy) / 2;
+  int count = 0;
+  points[count++] = {x0, y0};
+  while (x0 != x1 || y0 != y1) {
+    const std::int64_t before = error;
+    if (before > -dx) {
+      x0 += stepX;
+      error -= dy;
+    }
+    if (before < dy) {
+      y0 += stepY;
+      error += dx;
+    }
+    points[count++] = {x0, y0};
+  }
+  return count;
+}
+
+std::int64_t CountRayPoints(std::int64_t x, std::int64_t y, TrailCenter center) {
+  return std::max(std::abs(center.x - x), std::abs(center.y - y)) + 1;
+}
+
+bool TrailWeights::Fill(std::int32_t tapCount, std::int64_t maxRayPoints) {
+  tapCount_ = static_cast<std::size_t>(std::max(tapCount, 0));
+  usedCount_ = std::min(tapCount_, static_cast<std::size_t>(maxRayPoints));
+  if (!weights_.Allocate(usedCount_) || !sums_.Allocate(usedCount_ + 1)) {
+    return false;
+  }
+  sums_[0] = 0;
+  for (std::size_t j = 0; j < usedCount_; ++j) {
+    const double ratio = static_cast<double>(tapCount - static_cast<std::int32_t>(j)) / tapCount;
+    weights_[j] = ratio * ratio;
+    sums_[j + 1] = sums_[j] + weights_[j];
+  }
+  return true;
+}
+
+// A weight is off by three roundings (quotient twice, square), its product by one more, a sum of n
+// positive terms by n - 1, on top of that the last quotient by one and the exact sums' quotient by
+// one: below 2n + 16 roundings in all.
+double TrailWeights::ErrorBound(double maxChannel) const {
+  return maxChannel * (2.0 * static_cast<double>(usedCount_) + 16.0) * kRounding;
+}
+
+bool TrailWeights::IsExact(double maxChannel) const {
+  const auto taps = static_cast<double>(tapCount_);
+  return taps * taps * static_cast<double>(usedCount_) * maxChannel <= kLargestWhole;
+}
+
+double FlatSums::Sum(const TrailWeights& weights, double value, std::size_t count) {
+  if (value != value_) {
+    value_ = value;
+    known_ = 0;
+    sums_[0] = 0;
+  }
+  for (; known_ < count; ++known_) {
+    sums_[known_ + 1] = sums_[known_] + weights.data()[known_] * value;
+  }
+  return sums_[count];
+}
+
+template <typename Pixel>
+bool Ray<Pixel>::Allocate(std::size_t maxPoints) {
+  return points_.Allocate(maxPoints) && taps_.Allocate(maxPoints) && alphas_.Allocate(maxPoints) &&
+         windows_.Allocate(maxPoints) && runs_.Allocate(maxPoints) &&
+         std::all_of(std::begin(flatSums_), std::end(flatSums_),
+                     [&](FlatSums& sums) { return sums.Allocate(maxPoints); });
+}
+
+template <typename Pixel>
+void Ray<Pixel>::Cast(const PF_LayerDef& src, A_long x, A_long y, TrailCenter center) {
+  count_ = static_cast<std::size_t>(ComputeLinePTs(x, y, center.x, center.y, points_.data()));
+  firstOpaque_ = count_;
+  opaqueEnd_ = 0;
+  for (std::size_t k = 0; k < count_; ++k) {
+    const Pixel* const pixel = GetPointerFromDataP<Pixel>(&src, points_[k].y, points_[k].x, 0);
+    alphas_[k] = pixel != nullptr ? pixel->alpha : ChannelOf<Pixel>{0};
+    if (alphas_[k] == 0) {
+      taps_[k] = {};
+      continue;
+    }
+    taps_[k] = {{static_cast<double>(pixel->red), static_cast<double>(pixel->green),
+                 static_cast<double>(pixel->blue), 1.0}};
+    firstOpaque_ = std::min(firstOpaque_, k);
+    opaqueEnd_ = k + 1;
+  }
+}
+
+// From point to point toward the border, the tap at distance j from the point weighs (N - j)^2, so
+// that every weight m^2 becomes (m - 1)^2 = m^2 - 2m + 1: with the sums of m^2, m and 1 times the
+// pixels a step costs the same however many taps there are. All are whole numbers, summed exactly.
+template <typename Pixel>
+void Ray<Pixel>::SumWindows(const TrailWeights& weights) {
+  isExact_ = weights.IsExact(kMaxChannel<Pixel>);
+  errorBound_ = weights.ErrorBound(kMaxChannel<Pixel>);
+  MeasureRuns();
+  const std::size_t tapCount = weights.tapCount();
+  const auto taps = static_cast<double>(tapCount);
+  const Components none = {};
+  Components squares = {};
+  Components distances = {};
+  Components ones = {};
+  for (std::size_t end = isExact_ ? count_ : 0; end > 0; --end) {
+    const std::size_t k = end - 1;
+    const Components& entering = taps_[k];
+    const Components& leaving = tapCount < count_ - k ? taps_[k + tapCount] : none;
+    for (int c = 0; c <= kColours; ++c) {
+      squares.of[c] += ones.of[c] - 2 * distances.of[c] + taps * taps * entering.of[c];
+      distances.of[c] += taps * entering.of[c] - ones.of[c];
+      ones.of[c] += entering.of[c] - leaving.of[c];
+    }
+    windows_[k] = squares;
+  }
+}
+
+template <typename Pixel>
+void Ray<Pixel>::MeasureRuns() {
+  for (std::size_t end = count_; end > 0; --end) {
+    const std::size_t k = end - 1;
+    const Components& here = taps_[k];
+    const bool goesOn =
+        k + 1 < count_ && std::equal(here.of, here.of + kColours + 1, taps_[k + 1].of);
+    runs_[k] = alphas_[k] == 0 ? 0 : 1 + (goesOn ? runs_[k + 1] : 0);
+  }
+}
+
+// The sums that define the average, tap by tap.
+template <typename Pixel>
+typename Ray<Pixel>::Components Ray<Pixel>::SumInOrder(std::size_t k, const TrailWeights& weights) {
+  const std::size_t taps = std::min(weights.tapCount(), count_ - k);
+  Components sums = {};
+  if (runs_[k] >= taps) {
+    for (int c = 0; c < kColours; ++c) {
+      sums.of[c] = flatSums_[c].Sum(weights, taps_[k].of[c], taps);
+    }
+    sums.of[kColours] = weights.Sum(taps);
+    return sums;
+  }
+  // Transparent pixels only add +0; those at the ray's ends are passed over.
+  const std::size_t end = std::min(k + taps, opaqueEnd_);
+  for (std::size_t i = std::max(k, firstOpaque_); i < end; ++i) {
+    for (int c = 0; c <= kColours; ++c) {
+      sums.of[c] += weights.data()[i - k] * taps_[i].of[c];
+    }
+  }
+  return sums;
+}
+
+template <typename Pixel>
+void Ray<Pixel>::Divide(const Components& sums, double (*averages)[kColours]) {
+  for (int c = 0; c < kColours; ++c) {
+    (*averages)[c] = sums.of[c] / sums.of[kColours];
+  }
+}
+
+// Whether averages of exact sums truncate to what the defining sums give: they do not lie so near a
+// whole number that roundings could carry those across. Black is exactly 0 in both.
+template <typename Pixel>
+bool Ray<Pixel>::AreSure(const double (&averages)[kColours]) const {
+  return std::all_of(std::begin(averages), std::end(averages), [this](double average) {
+    const double part = average - TruncateToInt32(average);
+    return average == 0.0 || (part > errorBound_ && part < 1.0 - errorBound_);
+  });
+}
+
+template <typename Pixel>
+Pixel Ray<Pixel>::Average(std::size_t k, const TrailWeights& weights) {
+  using Channel = ChannelOf<Pixel>;
+  const Components sums = isExact_ ? windows_[k] : SumInOrder(k, weights);
+  if (sums.of[kColours] == 0.0) {
+    return {alphas_[k], 0, 0, 0};
+  }
+  double averages[kColours];
+  Divide(sums, &averages);
+  if (isExact_ && !AreSure(averages)) {
+    Divide(SumInOrder(k, weights), &averages);
+  }
+  return {alphas_[k], TruncateToChannel<Channel>(averages[0]),
+          TruncateToChannel<Channel>(averages[1]), TruncateToChannel<Channel>(averages[2])};
+}
+
+template class Ray<PF_Pixel>;
+template class Ray<PF_Pixel16>;
+
+}  // namespace vitrell

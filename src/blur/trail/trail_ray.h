@@ -1,0 +1,115 @@
+// One ray of the trail: its points, and the weighted averages from each of them to the centre.
+#ifndef VITRELL_BLUR_TRAIL_TRAIL_RAY_H_
+#define VITRELL_BLUR_TRAIL_TRAIL_RAY_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "base/buffer.h"
+#include "base/depth_traits.h"
+#include "host/host_api.h"
+
+namespace vitrell {
+
+struct TrailCenter {
+  std::int32_t x;
+  std::int32_t y;
+};
+
+// Rasterises the line from (x0, y0) to (x1, y1), both ends included, and returns the number of
+// points written, at least 1. points must hold max(|x1 - x0|, |y1 - y0|) + 1 records; their fields
+// hold whole pixels.
+int ComputeLinePTs(int x0, int y0, int x1, int y1, PF_FixedPoint* points);
+
+// Points of the ray from (x, y) to the centre.
+std::int64_t CountRayPoints(std::int64_t x, std::int64_t y, TrailCenter center);
+
+// The weights of the taps toward the centre: 1 for the point itself, falling quadratically. Shared
+// by all rays of a pass, read-only.
+class TrailWeights {
+ public:
+  // A negative number of taps is none at all. No ray may have more points than told. False when
+  // there is no memory.
+  [[nodiscard]] bool Fill(std::int32_t tapCount, std::int64_t maxRayPoints);
+
+  std::size_t tapCount() const { return tapCount_; }
+  const double* data() const { return weights_.data(); }
+
+  // Sum of the first so many weights, at most as many as a ray has points.
+  double Sum(std::size_t count) const { return sums_[count]; }
+
+  // How far an average summed tap by tap may lie from one of exact sums, for channels up to
+  // maxChannel.
+  double ErrorBound(double maxChannel) const;
+
+  // Whether sums of squared distances times channels up to maxChannel are whole numbers that a
+  // double holds.
+  bool IsExact(double maxChannel) const;
+
+ private:
+  std::size_t tapCount_ = 0;
+  std::size_t usedCount_ = 0;  // Taps that the longest ray can have.
+  Buffer<double> weights_;
+  Buffer<double> sums_;
+};
+
+// Sums of one value times the first weights, tap by tap, kept for the next point.
+class FlatSums {
+ public:
+  [[nodiscard]] bool Allocate(std::size_t maxCount) { return sums_.Allocate(maxCount + 1); }
+  double Sum(const TrailWeights& weights, double value, std::size_t count);
+
+ private:
+  double value_ = -1;
+  std::size_t known_ = 0;
+  Buffer<double> sums_;
+};
+
+// The points of one ray, from the border to the centre, and the source's pixels under them.
+template <typename Pixel>
+class Ray {
+ public:
+  [[nodiscard]] bool Allocate(std::size_t maxPoints);
+
+  void Cast(const PF_LayerDef& src, A_long x, A_long y, TrailCenter center);
+
+  std::size_t Count() const { return count_; }
+  const PF_FixedPoint& Point(std::size_t k) const { return points_[k]; }
+
+  // Prepares the averages of all points.
+  void SumWindows(const TrailWeights& weights);
+
+  // Weighted average of the opaque pixels from point k on toward the centre, under the alpha of
+  // point k. Black where there are none.
+  Pixel Average(std::size_t k, const TrailWeights& weights);
+
+ private:
+  static constexpr int kColours = 3;
+
+  // A pixel or a sum of pixels as the sums take it. The last component of a pixel is 1, so that
+  // the sum of weights goes along with the colours; a transparent or missing pixel is 0 in all.
+  struct Components {
+    double of[kColours + 1];  // Red, green, blue, 1.
+  };
+
+  void MeasureRuns();
+  Components SumInOrder(std::size_t k, const TrailWeights& weights);
+  static void Divide(const Components& sums, double (*averages)[kColours]);
+  bool AreSure(const double (&averages)[kColours]) const;
+
+  Buffer<PF_FixedPoint> points_;
+  Buffer<Components> taps_;
+  Buffer<ChannelOf<Pixel>> alphas_;
+  Buffer<Components> windows_;  // Of each point: exact sums, weights times tapCount squared.
+  Buffer<std::uint32_t> runs_;  // Of each point: opaque pixels of the same colour from there on.
+  FlatSums flatSums_[kColours];
+  std::size_t count_ = 0;
+  std::size_t firstOpaque_ = 0;
+  std::size_t opaqueEnd_ = 0;
+  bool isExact_ = false;
+  double errorBound_ = 0;
+};
+
+}  // namespace vitrell
+
+#endif  // VITRELL_BLUR_TRAIL_TRAIL_RAY_H_

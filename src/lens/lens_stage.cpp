@@ -1,0 +1,194 @@
+// The lens stage: the processed picture inside the lens, the untouched picture outside it.
+#include "lens/lens_stage.h"
+
+#include <cstddef>
+#include <cstdint>
+
+#include "base/depth_traits.h"
+#include "base/numeric.h"
+#include "base/pixel_access.h"
+#include "host/pixel_pass.h"
+#include "host/result.h"
+#include "host/world.h"
+#include "lens/lens_mask.h"
+#include "simd/channel_lanes.h"
+
+namespace vitrell {
+namespace {
+
+// Kept: between depths 16-bit full scale counts as 32767 here, not as 32768.
+constexpr float kDeepFullScale = 32767.0F;
+constexpr float kShallowFullScale = 255.0F;
+
+template <typename Pixel>
+Pixel ReadUnprocessed(const LensRefcon& lens, int x, int y);
+
+template <>
+PF_Pixel ReadUnprocessed<PF_Pixel>(const LensRefcon& lens, int x, int y) {
+  if (lens.deep == 0) {
+    return GetPointerFromData<PF_Pixel>(lens.inputLayer, y, x, 1);
+  }
+  const auto deep = GetPointerFromData<PF_Pixel16>(lens.inputLayer, y, x, 1);
+  const auto convert = [](std::uint16_t channel) {
+    return TruncateToChannel<std::uint8_t>(static_cast<float>(channel) / kDeepFullScale *
+                                           kShallowFullScale);
+  };
+  return {convert(deep.alpha), convert(deep.red), convert(deep.green), convert(deep.blue)};
+}
+
+template <>
+PF_Pixel16 ReadUnprocessed<PF_Pixel16>(const LensRefcon& lens, int x, int y) {
+  if (lens.deep != 0) {
+    return GetPointerFromData<PF_Pixel16>(lens.inputLayer, y, x, 1);
+  }
+  const auto shallow = GetPointerFromData<PF_Pixel>(lens.inputLayer, y, x, 1);
+  const auto convert = [](std::uint8_t channel) {
+    return TruncateToChannel<std::uint16_t>(static_cast<float>(channel) / kShallowFullScale *
+                                            kDeepFullScale);
+  };
+  return {convert(shallow.alpha), convert(shallow.red), convert(shallow.green),
+          convert(shallow.blue)};
+}
+
+// A mask value as the stage uses it.
+double Strengthened(const LensRefcon& lens, double m) {
+  if (lens.useBlurMap == 0) {
+    return m;
+  }
+  const double strengthened = m + m * lens.blurMapAmount;
+  return strengthened > 1 ? 1 : strengthened;
+}
+
+template <typename Pixel>
+PF_Err Lens(const LensRefcon& lens, int x, int y, const Pixel& in, Pixel* out) {
+  const double m = Strengthened(lens, lens.mask.At(x, y));
+  if (m == 1) {  // The mix below would give exactly this.
+    *out = in;
+    return PF_Err_NONE;
+  }
+  const Pixel unprocessed = ReadUnprocessed<Pixel>(lens, x, y);
+  if (m <= kMaskThreshold) {
+    *out = unprocessed;
+    return PF_Err_NONE;
+  }
+  const auto mix = [m](ChannelOf<Pixel> outside, ChannelOf<Pixel> inside) {
+    return TruncateToChannel<ChannelOf<Pixel>>((1 - m) * outside + m * inside + 0.5);
+  };
+  *out = {mix(unprocessed.alpha, in.alpha), mix(unprocessed.red, in.red),
+          mix(unprocessed.green, in.green), mix(unprocessed.blue, in.blue)};
+  return PF_Err_NONE;
+}
+
+// A function of its own that the quick way ends in, so that the quick way saves no registers.
+template <typename Pixel>
+[[gnu::noinline]] PF_Err LensPlainly(const LensRefcon& lens, int x, int y, const Pixel& in,
+                                     Pixel* out) {
+  return Lens(lens, x, y, in, out);
+}
+
+// The refcon of the callbacks on lanes.
+struct LanesRefcon {
+  LensRefcon lens;
+  const char* layer;
+  std::ptrdiff_t rowBytes;
+  std::uint32_t width;
+  std::uint32_t height;
+  MaskOnes ones;  // Where the processed pixel is copied.
+};
+
+// The same, a pixel's four channels side by side, for a layer of the same depth.
+template <typename Pixel>
+PF_Err LensByLanes(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
+  const auto& refcon = *static_cast<const LanesRefcon*>(refconPtr);
+  if (refcon.ones.Contain(x, y)) {
+    *out = *in;
+    return PF_Err_NONE;
+  }
+  double m = 0;
+  const bool isKnown = refcon.lens.mask.QuickAt(x, y, &m);
+  m = Strengthened(refcon.lens, m);
+  if (!isKnown || !(m < 1) || static_cast<std::uint32_t>(x) >= refcon.width ||
+      static_cast<std::uint32_t>(y) >= refcon.height) [[unlikely]] {
+    return LensPlainly(refcon.lens, x, y, *in, out);
+  }
+  const Pixel& outside = reinterpret_cast<const Pixel*>(refcon.layer + y * refcon.rowBytes)[x];
+  if (m <= kMaskThreshold) {
+    *out = outside;
+    return PF_Err_NONE;
+  }
+  const F64Lanes from = Widen(ToLanes(outside));
+  const F64Lanes to = Widen(ToLanes(*in));
+  StoreLowBits(
+      Truncate({(1 - m) * from.low + m * to.low + 0.5, (1 - m) * from.high + m * to.high + 0.5}),
+      out);
+  return PF_Err_NONE;
+}
+
+// The narrow-feather cases, in which the lens stage stands in for a lens-mapped blur pass.
+void SetBlurMap(const LX_Info& info, LensRefcon* lens) {
+  const float fastFraction = info.fastBlurAmount / 100.0F;
+  if (info.fastBlurVisible == 1 && info.fastBlurUseLensAsBlurMap == 1 &&
+      2.0F * info.feather <= fastFraction) {
+    lens->useBlurMap = 1;
+    lens->blurMapAmount = fastFraction;
+  }
+  // Kept: the realistic amount is a fraction already and is divided by 100 a second time.
+  const float realisticFraction = info.realisticAmount / 100.0F;
+  if (info.realisticVisible == 1 && info.realisticUseLensAsBlurMap == 1 &&
+      2.0F * info.feather <= realisticFraction) {
+    lens->useBlurMap = 1;
+    lens->blurMapAmount = realisticFraction;
+  }
+}
+
+bool FitsLanes(const LensRefcon& lens) {
+  const PF_LayerDef& layer = *lens.inputLayer;
+  return (lens.deep != 0) == IsDeep(*lens.io->dst) && layer.data != nullptr && layer.width > 0 &&
+         layer.height > 0 && layer.extent_hint.left == 0 && layer.extent_hint.top == 0;
+}
+
+}  // namespace
+
+PF_Err Lens8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out) {
+  return Lens(*static_cast<const LensRefcon*>(refcon), x, y, *in, out);
+}
+
+PF_Err Lens16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out) {
+  return Lens(*static_cast<const LensRefcon*>(refcon), x, y, *in, out);
+}
+
+PF_Err RunLensStage(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info,
+                    PF_LayerDef* inputLayer) {
+  LensRefcon lens = {.inputLayer = inputLayer,
+                     .io = io,
+                     .useBlurMap = 0,
+                     .blurMapAmount = 0,
+                     .deep = 0,
+                     .mask = LensMaskView(*io->dst)};
+  SetBlurMap(info, &lens);
+  PF_PixelFormat format = PF_PixelFormat_ARGB32;
+  RETURN_IF_ERROR(suites.WorldSuite2()->PF_GetPixelFormat(inputLayer, &format));
+  lens.deep = format == PF_PixelFormat_ARGB64 ? 1 : 0;
+  if (info.lensType == kLensNone || info.scaleWidth <= 0 || info.scaleHeight <= 0) {
+    return CopyWorld(io->in_data, io->src, io->dst);
+  }
+  if (!HoldsPixels(*inputLayer, lens.deep != 0)) {
+    return PF_Err_BAD_CALLBACK_PARAM;
+  }
+  const auto run = [&](const PixelCallbacks& callbacks, void* refcon) {
+    return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst), callbacks,
+                        refcon);
+  };
+  if (!FitsLanes(lens)) {
+    return run({Lens8, Lens16}, &lens);
+  }
+  LanesRefcon lanes = {lens,
+                       static_cast<const char*>(inputLayer->data),
+                       inputLayer->rowbytes,
+                       static_cast<std::uint32_t>(inputLayer->width),
+                       static_cast<std::uint32_t>(inputLayer->height),
+                       Strengthened(lens, 1) == 1 ? lens.mask.Ones() : MaskOnes()};
+  return run({LensByLanes<PF_Pixel>, LensByLanes<PF_Pixel16>}, &lanes);
+}
+
+}  // namespace vitrell

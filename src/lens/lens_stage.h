@@ -1,0 +1,36 @@
+// The lens stage: the processed picture inside the lens, the untouched picture outside it.
+#ifndef VITRELL_LENS_LENS_STAGE_H_
+#define VITRELL_LENS_LENS_STAGE_H_
+
+#include <cstdint>
+
+#include "base/render_records.h"
+#include "host/host_api.h"
+#include "host/suite_handler.h"
+#include "lens/lens_mask.h"
+
+namespace vitrell {
+
+struct LensRefcon {
+  const PF_LayerDef* inputLayer;
+  const IO_Params* io;
+  std::uint8_t useBlurMap;  // The mask is strengthened by blurMapAmount.
+  double blurMapAmount;
+  std::uint8_t deep;  // The input layer is 16-bit.
+  LensMaskView mask;  // The mask as io->dst sees it.
+};
+
+// Iterate callbacks; in is the processed pixel. Always return 0.
+PF_Err Lens8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out);
+PF_Err Lens16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out);
+
+// Composites io->src over inputLayer into io->dst, or copies where there is no lens to see (type
+// None, a scale of 0). Asks the host for the input's pixel format in either case and answers the
+// first failing call's code, or PF_Err_BAD_CALLBACK_PARAM when the input's rows do not hold pixels
+// of that format.
+[[nodiscard]] PF_Err RunLensStage(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info,
+                                  PF_LayerDef* inputLayer);
+
+}  // namespace vitrell
+
+#endif  // VITRELL_LENS_LENS_STAGE_H_

@@ -1,0 +1,35 @@
+// Draws the lens mask row by row.
+#ifndef VITRELL_LENS_MASK_DRAWING_H_
+#define VITRELL_LENS_MASK_DRAWING_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "base/render_records.h"
+#include "lens/lens_mask.h"
+
+namespace vitrell {
+
+// Where a mask is drawn: row r holds the layer's line top + r from column left on. Value i of the
+// memory belongs to row i / width; the last row may be cut.
+struct MaskCanvas {
+  std::int32_t left;
+  std::int32_t top;
+  std::uint32_t width;
+  std::uint64_t rowCount;
+  std::uint64_t size;
+  double* values;
+  MaskRow* rows;
+
+  std::uint32_t ValuesOfRow(std::uint64_t row) const {
+    const std::uint64_t rest = size - row * width;
+    return rest < width ? static_cast<std::uint32_t>(rest) : width;
+  }
+};
+
+// Draws every row, and every value of the memory when a blur follows the lens and reads it there.
+void DrawMask(const LensMaskInput& input, const LX_Info& info, const MaskCanvas& canvas);
+
+}  // namespace vitrell
+
+#endif  // VITRELL_LENS_MASK_DRAWING_H_

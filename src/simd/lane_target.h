@@ -1,0 +1,46 @@
+// The vector widths that an engine is compiled for, and the choice among them.
+#ifndef VITRELL_SIMD_LANE_TARGET_H_
+#define VITRELL_SIMD_LANE_TARGET_H_
+
+namespace vitrell {
+
+enum class LaneTarget { kBaseline, kAvx2, kAvx512 };
+
+// One engine compiled for several targets; null where there is none.
+template <typename Engine>
+struct LaneEngines {
+  const Engine* baseline;
+  const Engine* avx2 = nullptr;
+  const Engine* avx512 = nullptr;
+
+  // Null also where this processor cannot run it.
+  const Engine* For(LaneTarget target) const {
+    switch (target) {
+      case LaneTarget::kBaseline:
+        return baseline;
+#if defined(__x86_64__)
+      case LaneTarget::kAvx2:
+        return __builtin_cpu_supports("avx2") ? avx2 : nullptr;
+      case LaneTarget::kAvx512:
+        return __builtin_cpu_supports("avx512f") ? avx512 : nullptr;
+#endif
+      default:
+        return nullptr;
+    }
+  }
+
+  // The widest one that this processor runs.
+  const Engine& Best() const {
+    if (const Engine* const engine = For(LaneTarget::kAvx512)) {
+      return *engine;
+    }
+    if (const Engine* const engine = For(LaneTarget::kAvx2)) {
+      return *engine;
+    }
+    return *baseline;
+  }
+};
+
+}  // namespace vitrell
+
+#endif  // VITRELL_SIMD_LANE_TARGET_H_

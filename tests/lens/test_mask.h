@@ -1,0 +1,62 @@
+// A lens mask with values chosen by a test, in place of one that a render built.
+#ifndef VITRELL_TESTS_LENS_TEST_MASK_H_
+#define VITRELL_TESTS_LENS_TEST_MASK_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "lens/lens_mask.h"
+
+namespace vitrell {
+
+// Row by row over the rectangle of the worlds it is used with. With a width the mask is told in
+// rows as well, which is what a render builds and the quick ways of the stages read.
+class TestMask {
+ public:
+  explicit TestMask(std::vector<double> values, std::size_t width = 0)
+      : values_(std::move(values)) {
+    g_LensMask = values_.data();
+    g_LensMaskSize = values_.size();
+    for (std::size_t first = 0; width > 0 && first < values_.size(); first += width) {
+      rows_.push_back(RowOf(values_.data() + first, static_cast<std::uint32_t>(width)));
+    }
+    if (width > 0) {
+      g_LensMaskRows = {rows_.data(), static_cast<std::uint32_t>(width)};
+    }
+  }
+  ~TestMask() {
+    g_LensMask = nullptr;
+    g_LensMaskSize = 0;
+    g_LensMaskRows = {};
+  }
+  TestMask(const TestMask&) = delete;
+  TestMask& operator=(const TestMask&) = delete;
+
+  const std::vector<double>& values() const { return values_; }
+
+ private:
+  // The first run of ones is the inner one.
+  static MaskRow RowOf(const double* values, std::uint32_t width) {
+    MaskRow row = {};
+    row.values = values;
+    row.length = width;
+    row.inner = 1;
+    while (row.innerBegin < width && values[row.innerBegin] != 1.0) {
+      ++row.innerBegin;
+    }
+    while (row.innerBegin + row.innerLength < width &&
+           values[row.innerBegin + row.innerLength] == 1.0) {
+      ++row.innerLength;
+    }
+    return row;
+  }
+
+  std::vector<double> values_;
+  std::vector<MaskRow> rows_;
+};
+
+}  // namespace vitrell
+
+#endif  // VITRELL_TESTS_LENS_TEST_MASK_H_

@@ -1,0 +1,287 @@
+// The iris-shaped blur, evaluated step by step from its definition.
+#include <cmath>
+#include <cstddef>
+#include <map>
+
+#include "literal/base/pixel_access.h"
+#include "literal/base/truncate.h"
+#include "literal/engines.h"
+
+namespace vitrell::literal {
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+constexpr double kEdge = 0.0001;
+
+// The settings and the values that all kernels of one render share.
+struct Iris {
+  double sideAngle;    // a
+  double roundness;    // rho
+  double aspectRatio;  // q
+  double cosine;       // c
+  double sine;         // s
+  double halfRound;    // h
+  double apothem;      // k
+};
+
+Iris MakeIris(const Settings& settings, const Maths& maths) {
+  Iris iris;
+  iris.sideAngle = 2.0 * kPi / (static_cast<double>(settings.irisSides) + 2.0);
+  iris.roundness = settings.irisRoundness;
+  iris.aspectRatio = settings.irisAspectRatio;
+  const double angle = -settings.irisRotation;
+  iris.cosine = maths.cos(angle);
+  iris.sine = maths.sin(angle);
+  iris.halfRound = iris.roundness / 2;
+  iris.apothem = maths.cos(iris.sideAngle * (1 - iris.roundness) / 2);
+  return iris;
+}
+
+double PolarAngle(double u, double v, const Maths& maths) {
+  if (u != 0) {
+    double angle = maths.atan(v / u);
+    if (u < 0) angle += kPi;
+    if (angle < 0) angle += 2.0 * kPi;
+    return angle;
+  }
+  return v > 0 ? kPi / 2 : 3.0 * kPi / 2;
+}
+
+float KernelWeight(std::int32_t x, std::int32_t y, std::int32_t radiusPx, const Iris& iris,
+                   const Maths& maths) {
+  if (x == 0 && y == 0) return 1.0F;
+  const double u = (iris.sine * y + iris.cosine * x) / iris.aspectRatio;
+  const double v = iris.sine * x - iris.cosine * y;
+  double d = maths.sqrt(u * u + v * v);
+  if (iris.aspectRatio > 1) d = d * iris.aspectRatio;
+
+  const double sides = (PolarAngle(u, v, maths) + kPi / 2) / iris.sideAngle;
+  const double f = sides - TruncateToInt(sides);
+
+  auto boundary = static_cast<float>(radiusPx);
+  const bool round = f < iris.halfRound || f > 1 - iris.halfRound;
+  if (!round) {
+    const auto apothemPx = static_cast<float>(iris.apothem * radiusPx);
+    boundary = static_cast<float>(apothemPx / maths.cos((0.5 - f) * iris.sideAngle));
+  }
+
+  if (d < boundary + kEdge) return 1.0F;
+  if (d >= boundary + kEdge + 1) return 0.0F;
+  return static_cast<float>(d - boundary - kEdge);
+}
+
+struct IrisKernel {
+  std::int32_t radiusPx = 0;
+  std::vector<float> grid;
+  std::vector<WeightPoint> differences;
+};
+
+// Sums of one output pixel, all in single precision.
+struct Sums {
+  float red = 0, green = 0, blue = 0, weight = 0;
+
+  void Add(float w, const Pixel& pixel) {
+    red += w * static_cast<float>(pixel.channel[1]);
+    green += w * static_cast<float>(pixel.channel[2]);
+    blue += w * static_cast<float>(pixel.channel[3]);
+    weight += w;
+  }
+};
+
+float HighlightAt(const std::vector<float>& highlights, const World& src, std::int32_t row,
+                  std::int32_t column) {
+  return highlights.at(static_cast<std::size_t>(row) * static_cast<std::size_t>(src.width) +
+                       static_cast<std::size_t>(column));
+}
+
+// A zero total weight gives colour 0, and so does every quotient that is no number.
+void StoreColours(const Sums& sums, bool deep, Pixel& pixel) {
+  const float colours[3] = {sums.red, sums.green, sums.blue};
+  for (int i = 0; i < 3; ++i) {
+    const float quotient = colours[i] / sums.weight;
+    pixel.channel[i + 1] = sums.weight == 0 ? std::uint16_t{0} : ChannelFromReal(quotient, deep);
+  }
+}
+
+bool AllChannelsZero(const Pixel& pixel) {
+  return pixel.channel[0] == 0 && pixel.channel[1] == 0 && pixel.channel[2] == 0 &&
+         pixel.channel[3] == 0;
+}
+
+void UniformBlur(const IrisKernel& kernel, const std::vector<float>& highlights, const World& src,
+                 World& dst) {
+  for (std::int32_t row = dst.extent.top; row < dst.extent.bottom; ++row) {
+    for (std::int32_t column = dst.extent.left; column < dst.extent.right; ++column) {
+      dst.At(row, column) = Pixel{};
+    }
+  }
+  const std::int32_t r = kernel.radiusPx;
+  for (std::int32_t y = 0; y < dst.height; ++y) {
+    Sums sums;
+    for (std::int32_t x = 0; x < dst.width; ++x) {
+      if (x == 0 || AllChannelsZero(dst.At(y, x - 1))) {
+        sums = Sums{};
+        std::size_t entry = 0;
+        for (std::int32_t dy = -r; dy <= r; ++dy) {
+          for (std::int32_t dx = -r; dx <= r; ++dx) {
+            const float g = kernel.grid.at(entry++);
+            if (g == 0) continue;
+            const Pixel* pixel = GetPointerFromDataP(src, y + dy, x + dx, 0);
+            if (pixel == nullptr) continue;
+            const float w = HighlightAt(highlights, src, y + dy, x + dx) * g;
+            sums.Add(w, *pixel);
+          }
+        }
+      } else {
+        for (const WeightPoint& point : kernel.differences) {
+          const Pixel* pixel = GetPointerFromDataP(src, y + point.y, x + point.x, 0);
+          if (pixel == nullptr) continue;
+          const float w = HighlightAt(highlights, src, y + point.y, x + point.x) * point.weight;
+          sums.Add(w, *pixel);
+        }
+      }
+      Pixel& out = dst.At(y, x);
+      out.channel[0] = src.At(y, x).channel[0];
+      StoreColours(sums, dst.deep, out);
+    }
+  }
+}
+
+double MaskAt(const Mask& mask, std::int32_t x, std::int32_t y, const World& dst) {
+  const std::int64_t index = static_cast<std::int64_t>(y) * dst.width + x;
+  if (index >= static_cast<std::int64_t>(mask.values.size())) return 0.0;
+  return mask.values[static_cast<std::size_t>(index)];
+}
+
+void MappedPixel(const IrisKernel& kernel, const std::vector<float>& highlights, const World& src,
+                 std::int32_t x, std::int32_t y, World& dst) {
+  const std::int32_t r = kernel.radiusPx;
+  Sums sums;
+  std::size_t entry = 0;
+  for (std::int32_t dy = -r; dy <= r; ++dy) {
+    for (std::int32_t dx = -r; dx <= r; ++dx) {
+      const float g = kernel.grid.at(entry++);
+      if (!(g > kEdge)) continue;
+      const Pixel* pixel = GetPointerFromDataP(src, y + dy, x + dx, 0);
+      if (pixel == nullptr || pixel->channel[0] == 0) continue;
+      const float w = HighlightAt(highlights, src, y + dy, x + dx) * g;
+      sums.Add(w, *pixel);
+    }
+  }
+  Pixel& out = dst.At(y, x);
+  out = src.At(y, x);
+  if (sums.weight >= kEdge) StoreColours(sums, dst.deep, out);
+}
+
+// The last row and column repeat their neighbours; a lone row or column has none.
+void MendEdges(World& dst) {
+  if (dst.height >= 2) {
+    for (std::int32_t x = 0; x < dst.width; ++x) {
+      dst.At(dst.height - 1, x) = dst.At(dst.height - 2, x);
+    }
+  }
+  if (dst.width >= 2) {
+    for (std::int32_t y = 0; y < dst.height; ++y) {
+      dst.At(y, dst.width - 1) = dst.At(y, dst.width - 2);
+    }
+  }
+}
+
+IrisKernel MakeKernel(std::int32_t radiusPx, const Settings& settings, const Maths& maths) {
+  IrisKernel kernel;
+  kernel.radiusPx = radiusPx;
+  kernel.grid = KernelGrid(radiusPx, settings, maths);
+  kernel.differences = DifferencePoints(kernel.grid, radiusPx);
+  return kernel;
+}
+
+}  // namespace
+
+std::int32_t MaximumRadius(const Settings& settings) {
+  const float radius = settings.realisticAmount * 100.0F;
+  return TruncateToInt(radius);
+}
+
+std::vector<float> KernelGrid(std::int32_t radiusPx, const Settings& settings, const Maths& maths) {
+  const Iris iris = MakeIris(settings, maths);
+  const std::size_t side = 2 * static_cast<std::size_t>(radiusPx) + 1;
+  std::vector<float> grid(side * side);
+  for (std::int32_t y = -radiusPx; y <= radiusPx; ++y) {
+    for (std::int32_t x = -radiusPx; x <= radiusPx; ++x) {
+      const std::int32_t row = y + radiusPx;
+      const std::int32_t column = -x + radiusPx;
+      grid.at(static_cast<std::size_t>(row) * side + static_cast<std::size_t>(column)) =
+          KernelWeight(x, y, radiusPx, iris, maths);
+    }
+  }
+  return grid;
+}
+
+std::vector<WeightPoint> DifferencePoints(const std::vector<float>& grid, std::int32_t radiusPx) {
+  const std::size_t side = 2 * static_cast<std::size_t>(radiusPx) + 1;
+  const auto gridAt = [&](std::int32_t y, std::int32_t x) {
+    const std::int32_t row = y + radiusPx;
+    const std::int32_t column = x + radiusPx;
+    return grid.at(static_cast<std::size_t>(row) * side + static_cast<std::size_t>(column));
+  };
+  std::vector<WeightPoint> points;
+  for (std::int32_t y = -radiusPx; y <= radiusPx; ++y) {
+    for (std::int32_t x = -radiusPx - 1; x <= radiusPx; ++x) {
+      if (x == -radiusPx - 1) {
+        if (gridAt(y, -radiusPx) != 0) points.push_back({x, y, -gridAt(y, -radiusPx)});
+      } else if (x == radiusPx) {
+        if (gridAt(y, radiusPx) != 0) points.push_back({x, y, gridAt(y, radiusPx)});
+      } else {
+        const float difference = gridAt(y, x) - gridAt(y, x + 1);
+        if (std::fabs(difference) > kEdge) points.push_back({x, y, difference});
+      }
+    }
+  }
+  return points;
+}
+
+std::vector<float> HighlightMap(const World& src, bool deep, const Maths& maths) {
+  std::vector<float> highlights;
+  for (std::int32_t i = 0; i < src.height; ++i) {
+    for (std::int32_t j = 0; j < src.width; ++j) {
+      const Pixel pixel = GetPointerFromData(src, src.extent.top + i, src.extent.left + j, 0);
+      const double light =
+          (0.299 * pixel.channel[1] + 0.587 * pixel.channel[2] + 0.114 * pixel.channel[3]) *
+          pixel.channel[0];
+      const double scaled = deep ? light * 9.313225746154785e-10 : light / 65025.0;
+      highlights.push_back(static_cast<float>(maths.sqrt(scaled)));
+    }
+  }
+  return highlights;
+}
+
+void RealisticBlur(const Settings& settings, const Maths& maths, const Mask& mask, const World& src,
+                   World& dst) {
+  if (settings.realisticVisible != 1 || !(settings.realisticAmount > kEdge)) {
+    dst.pixels = src.pixels;
+    return;
+  }
+  const std::int32_t maximumRadius = MaximumRadius(settings);
+  const std::vector<float> highlights = HighlightMap(src, dst.deep, maths);
+  if (settings.realisticUseLensAsBlurMap == 0) {
+    UniformBlur(MakeKernel(maximumRadius, settings, maths), highlights, src, dst);
+  } else {
+    std::map<std::int32_t, IrisKernel> kernels;  // Only those that some pixel uses.
+    for (std::int32_t y = 0; y < dst.height; ++y) {
+      for (std::int32_t x = 0; x < dst.width; ++x) {
+        const double m = MaskAt(mask, x, y, dst);
+        std::int32_t index = TruncateToInt(maths.pow(m, 1.5) * maximumRadius + 0.5);
+        if (index > maximumRadius) index = maximumRadius;
+        if (index < 0) index = 0;  // Only a mask value that is negative or no number.
+        auto found = kernels.find(index);
+        if (found == kernels.end()) {
+          found = kernels.emplace(index, MakeKernel(index, settings, maths)).first;
+        }
+        MappedPixel(found->second, highlights, src, x, y, dst);
+      }
+    }
+  }
+  MendEdges(dst);
+}
+
+}  // namespace vitrell::literal
