@@ -1,4 +1,5 @@
-// The records that the stages of a render share: its settings, and the context of a stage.
+// The records that the stages of a render share: its settings, the plan made from them, and the
+// context of a stage.
 #ifndef VITRELL_BASE_RENDER_RECORDS_H_
 #define VITRELL_BASE_RENDER_RECORDS_H_
 
@@ -32,12 +33,12 @@ struct LX_Info {
   PF_LayerDef* customLayer;  // Not owned; the render's private copy, its data null without one.
   std::int32_t placement;
   std::uint8_t invertAlpha;
-  float feather;
-  std::int32_t positionX;
+  float feather;           // Fraction of the lens size.
+  std::int32_t positionX;  // Pixels, and so every position and centre.
   std::int32_t positionY;
-  float scaleWidth;
+  float scaleWidth;  // Factor.
   float scaleHeight;
-  double rotation;
+  double rotation;  // Radians.
   std::uint8_t fastBlurVisible;
   float fastBlurAmount;  // Box radius in pixels.
   std::uint8_t fastBlurUseLensAsBlurMap;
@@ -46,7 +47,7 @@ struct LX_Info {
   std::int32_t irisSides;  // Popup value; the polygon has two sides more.
   float irisRoundness;
   float irisAspectRatio;
-  double irisRotation;
+  double irisRotation;  // Radians.
   std::uint8_t realisticUseLensAsBlurMap;
   std::uint8_t opticalVisible;
   float opticalAmount;  // Field of view in degrees: the one angle that stays so.
@@ -54,15 +55,15 @@ struct LX_Info {
   std::int32_t opticalCenterX;
   std::int32_t opticalCenterY;
   std::uint8_t trailVisible;
-  float trailAmount;
+  float trailAmount;  // Fraction.
   std::uint8_t trailCenterOfLens;
   std::int32_t trailCenterX;
   std::int32_t trailCenterY;
   std::uint8_t directionalVisible;
   float directionalAmount;  // Half length of the line in pixels.
-  double directionalAngle;
+  double directionalAngle;  // Radians.
   std::uint8_t lightnessVisible;
-  float lightnessAmount;
+  float lightnessAmount;  // -1 to 1.
   std::uint8_t colorVisible;
   float colorOpacity;
   PF_Pixel colorValue;
@@ -74,13 +75,80 @@ struct LX_Info {
   std::int32_t mode;
 };
 
-// The context of one render. src and dst are re-pointed before every stage at the world it reads
-// and the world it writes.
+// The context of one call of a stage: the world it reads and the world it writes. Every call has
+// its own; nothing is handed on from stage to stage.
 struct IO_Params {
   PF_InData* in_data;
-  PF_OutData* out_data;
+  PF_OutData* out_data;  // Read by nobody.
   PF_LayerDef* src;
   PF_LayerDef* dst;
+};
+
+// The two calls of the blur dispatcher: before the lens stage, and after it.
+enum class BlurPass { kUniform, kLensMapped };
+
+// What a mask is drawn from.
+enum class MaskSource {
+  kNothing,     // The lens has no extent: 0 everywhere.
+  kEverything,  // No lens shape: 1 everywhere.
+  kShape,
+  kCustomLayer,
+};
+
+struct MaskPlan {
+  MaskSource source;
+  bool isInverted;
+  bool isWholeNeeded;  // A blur reads g_LensMask itself, so that every value must be in it.
+};
+
+struct LensPlan {
+  bool isOn;
+  // The mask is strengthened by a fraction of itself in place of a blur that follows it.
+  bool isStrengthened;
+  double strength;
+};
+
+struct FastBlurPlan {
+  bool isInUniformPass;
+  bool isInMappedPass;
+  bool isCopy;  // The stage copies whenever it runs.
+  bool isByMask;
+  std::int32_t radiusPx;  // Negative for an amount that 32 bits cannot hold.
+};
+
+struct RealisticBlurPlan {
+  bool isInUniformPass;
+  bool isInMappedPass;
+  bool isCopy;
+  bool isByMask;
+};
+
+struct PixelPosition {
+  std::int32_t x;
+  std::int32_t y;
+};
+
+// What one render does: every decision that hangs on the settings alone, taken once, before the
+// first stage.
+struct RenderPlan {
+  MaskPlan mask;
+  LensPlan lens;
+  FastBlurPlan fastBlur;
+  RealisticBlurPlan realisticBlur;
+  bool isOpticalOn;
+  PixelPosition opticalCenter;
+  bool isTrailOn;
+  PixelPosition trailCenter;
+  bool isDirectionalOn;
+  bool isLightnessOn;
+  bool isColorOn;
+  bool isChromaticOn;
+  bool isBlendBeforeLens;  // The final blend runs before the lens stage.
+  bool isMappedPassOn;     // The lens-mapped blurs and a final blend follow the lens stage.
+  // The host's maths beyond those that every render needs.
+  bool needsPow;
+  bool needsTan;
+  bool needsAtan;
 };
 
 }  // namespace vitrell

@@ -11,7 +11,6 @@
 #include "base/depth_traits.h"
 #include "base/numeric.h"
 #include "base/pixel_access.h"
-#include "host/pixel_pass.h"
 #include "host/result.h"
 #include "host/world.h"
 #include "lens/lens_mask.h"
@@ -144,27 +143,21 @@ PF_Err FillTables(ChromaticRefcon* refcon) {
 
 }  // namespace
 
-bool IsChromaticAberrationOn(const LX_Info& info) {
-  return info.chromaticVisible == 1 &&
-         (info.chromaticRedCyan > 0 || info.chromaticGreenMagenta > 0 ||
-          info.chromaticBlueYellow > 0);
-}
-
-PF_Err RunChromaticAberration(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info) {
+PF_Err RunChromaticAberration(const StageCall& call) {
+  const LX_Info& info = call.info;
   ChromaticRefcon refcon = {
       {1.0f - 0.5f * info.chromaticRedCyan, 1.0f - 0.5f * info.chromaticGreenMagenta,
        1.0f - 0.5f * info.chromaticBlueYellow},
       info.positionX,
       info.positionY,
-      io,
-      LensMaskView(*io->dst),
-      LensMaskView(*io->dst).Ones(),
+      &call.io,
+      LensMaskView(*call.io.dst),
+      LensMaskView(*call.io.dst).Ones(),
       {},
       {}};
-  RETURN_IF_ERROR(IsDeep(*io->dst) ? FillTables<PF_Pixel16>(&refcon)
-                                   : FillTables<PF_Pixel>(&refcon));
-  return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
-                      {ChromaticAberration<PF_Pixel>, ChromaticAberration<PF_Pixel16>}, &refcon);
+  RETURN_IF_ERROR(IsDeep(*call.io.dst) ? FillTables<PF_Pixel16>(&refcon)
+                                       : FillTables<PF_Pixel>(&refcon));
+  return call.Iterate({ChromaticAberration<PF_Pixel>, ChromaticAberration<PF_Pixel16>}, &refcon);
 }
 
 }  // namespace vitrell

@@ -2,18 +2,14 @@
 #ifndef VITRELL_COLOUR_CHROMATIC_ABERRATION_H_
 #define VITRELL_COLOUR_CHROMATIC_ABERRATION_H_
 
-#include "base/render_records.h"
 #include "host/host_api.h"
-#include "host/suite_handler.h"
+#include "pass/stage.h"
 
 namespace vitrell {
 
-// True when the stage changes anything: visible, and at least one of the three fractions above 0.
-bool IsChromaticAberrationOn(const LX_Info& info);
-
-// Runs the stage from io->src into io->dst. Answers the host's code, or PF_Err_OUT_OF_MEMORY.
-[[nodiscard]] PF_Err RunChromaticAberration(AEGP_SuiteHandler& suites, IO_Params* io,
-                                            const LX_Info& info);
+// Runs the stage from call.io.src into call.io.dst. Answers the host's code, or
+// PF_Err_OUT_OF_MEMORY.
+[[nodiscard]] PF_Err RunChromaticAberration(const StageCall& call);
 
 }  // namespace vitrell
 

@@ -6,7 +6,6 @@
 #include "base/buffer.h"
 #include "base/depth_traits.h"
 #include "base/numeric.h"
-#include "host/pixel_pass.h"
 #include "host/result.h"
 #include "host/world.h"
 
@@ -44,7 +43,7 @@ PF_Err LookUpColor(void* refcon, A_long /*x*/, A_long /*y*/, Pixel* in, Pixel* o
 }
 
 template <typename Pixel>
-PF_Err RunPass(AEGP_SuiteHandler& suites, IO_Params* io, const ColorRefcon& refcon) {
+PF_Err RunPass(const StageCall& call, const ColorRefcon& refcon) {
   using Channel = ChannelOf<Pixel>;
   constexpr std::size_t kValueCount = std::size_t{1} << (8 * sizeof(Channel));
   Buffer<Pixel> table;
@@ -55,8 +54,7 @@ PF_Err RunPass(AEGP_SuiteHandler& suites, IO_Params* io, const ColorRefcon& refc
     const auto value = static_cast<Channel>(i);
     RETURN_IF_ERROR(PullTowardColor(refcon, Pixel{value, value, value, value}, &table[i]));
   }
-  return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
-                      {LookUpColor<PF_Pixel>, LookUpColor<PF_Pixel16>}, table.data());
+  return call.Iterate({LookUpColor<PF_Pixel>, LookUpColor<PF_Pixel16>}, table.data());
 }
 
 }  // namespace
@@ -69,10 +67,9 @@ PF_Err ColorEffect16(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel16* in, P
   return PullTowardColor(*static_cast<const ColorRefcon*>(refcon), *in, out);
 }
 
-PF_Err RunColorEffect(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info) {
-  const ColorRefcon refcon = {info.colorOpacity, info.colorValue};
-  return IsDeep(*io->dst) ? RunPass<PF_Pixel16>(suites, io, refcon)
-                          : RunPass<PF_Pixel>(suites, io, refcon);
+PF_Err RunColorEffect(const StageCall& call) {
+  const ColorRefcon refcon = {call.info.colorOpacity, call.info.colorValue};
+  return IsDeep(*call.io.dst) ? RunPass<PF_Pixel16>(call, refcon) : RunPass<PF_Pixel>(call, refcon);
 }
 
 }  // namespace vitrell

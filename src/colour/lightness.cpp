@@ -7,7 +7,6 @@
 
 #include "base/buffer.h"
 #include "base/numeric.h"
-#include "host/pixel_pass.h"
 #include "host/world.h"
 
 namespace vitrell {
@@ -114,28 +113,24 @@ bool FillCurve(PowFunc power, double gain, Buffer<Channel>* curve) {
 
 }  // namespace
 
-PF_Err RunLightness(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info) {
-  const double gain = io->in_data->utils->ansi.pow(10.0, -double{info.lightnessAmount});
-  const PowFunc power = io->in_data->utils->ansi.pow;
-  const auto run = [&](const PixelCallbacks& callbacks, void* refcon) {
-    return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst), callbacks,
-                        refcon);
-  };
-  if (IsDeep(*io->dst)) {
+PF_Err RunLightness(const StageCall& call) {
+  const PowFunc power = call.io.in_data->utils->ansi.pow;
+  const double gain = power(10.0, -double{call.info.lightnessAmount});
+  if (IsDeep(*call.io.dst)) {
     DeepCurve curve = {power, gain, {}, {}};
     if (!curve.upToWhite.Allocate(PF_MAX_CHAN16 + 1) ||
         !curve.aboveWhite.AllocateZeroed(kValues16 - PF_MAX_CHAN16)) {
       return PF_Err_OUT_OF_MEMORY;
     }
     const bool changes = FillCurve(power, gain, &curve.upToWhite);
-    return run({Lightness8, changes ? Lightness16 : LightnessOnlyAboveWhite16}, &curve);
+    return call.Iterate({Lightness8, changes ? Lightness16 : LightnessOnlyAboveWhite16}, &curve);
   }
   Buffer<std::uint8_t> curve;
   if (!curve.Allocate(kValues8)) {
     return PF_Err_OUT_OF_MEMORY;
   }
   const bool changes = FillCurve(power, gain, &curve);
-  return run({changes ? Lightness8 : Copy8, Lightness16}, curve.data());
+  return call.Iterate({changes ? Lightness8 : Copy8, Lightness16}, curve.data());
 }
 
 }  // namespace vitrell

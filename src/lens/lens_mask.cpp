@@ -93,7 +93,7 @@ MaskOnes LensMaskView::Ones() const {
   return isSimple ? MaskOnes(rows_.rows, rowCount_) : MaskOnes();
 }
 
-PF_Err BuildLensMask(const LensMaskInput& input, const LX_Info& info) {
+PF_Err BuildLensMask(const LensMaskInput& input, const LX_Info& info, const MaskPlan& plan) {
   const PF_LRect& rect = input.output->extent_hint;
   if (const PF_Err err = AllocateMask(input); err != PF_Err_NONE || g_LensMaskSize == 0) {
     return err;
@@ -103,7 +103,7 @@ PF_Err BuildLensMask(const LensMaskInput& input, const LX_Info& info) {
   auto* const rows = reinterpret_cast<MaskRow*>(g_LensMask + g_LensMaskSize);
   const std::uint64_t rowCount = RowsOf(g_LensMaskSize, width);
   std::uninitialized_default_construct_n(rows, rowCount);
-  DrawMask(input, info,
+  DrawMask(input, info, plan,
            {.left = rect.left,
             .top = rect.top,
             .width = width,

@@ -59,10 +59,10 @@ struct LensMaskInput {
   std::int64_t inputPixels = 0;  // Width times height of the input, and so of the working worlds.
 };
 
-// Frees a mask left by an earlier render, allocates W x H values and fills them, all of them when a
-// blur follows the lens. Answers
-// PF_Err_OUT_OF_MEMORY when the memory is not to be had; there is then no mask.
-[[nodiscard]] PF_Err BuildLensMask(const LensMaskInput& input, const LX_Info& info);
+// Frees a mask left by an earlier render, allocates W x H values and draws the planned mask.
+// Answers PF_Err_OUT_OF_MEMORY when the memory is not to be had; there is then no mask.
+[[nodiscard]] PF_Err BuildLensMask(const LensMaskInput& input, const LX_Info& info,
+                                   const MaskPlan& plan);
 
 // Frees the mask. With keepAddress g_LensMask keeps its old, now dangling value, as the failure
 // paths before the first stage leave it; it is never read or freed again.

@@ -7,7 +7,6 @@
 #include "base/depth_traits.h"
 #include "base/numeric.h"
 #include "base/pixel_access.h"
-#include "host/pixel_pass.h"
 #include "host/result.h"
 #include "host/world.h"
 #include "lens/lens_mask.h"
@@ -124,23 +123,6 @@ PF_Err LensByLanes(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
   return PF_Err_NONE;
 }
 
-// The narrow-feather cases, in which the lens stage stands in for a lens-mapped blur pass.
-void SetBlurMap(const LX_Info& info, LensRefcon* lens) {
-  const float fastFraction = info.fastBlurAmount / 100.0F;
-  if (info.fastBlurVisible == 1 && info.fastBlurUseLensAsBlurMap == 1 &&
-      2.0F * info.feather <= fastFraction) {
-    lens->useBlurMap = 1;
-    lens->blurMapAmount = fastFraction;
-  }
-  // Kept: the realistic amount is a fraction already and is divided by 100 a second time.
-  const float realisticFraction = info.realisticAmount / 100.0F;
-  if (info.realisticVisible == 1 && info.realisticUseLensAsBlurMap == 1 &&
-      2.0F * info.feather <= realisticFraction) {
-    lens->useBlurMap = 1;
-    lens->blurMapAmount = realisticFraction;
-  }
-}
-
 bool FitsLanes(const LensRefcon& lens) {
   const PF_LayerDef& layer = *lens.inputLayer;
   return (lens.deep != 0) == IsDeep(*lens.io->dst) && layer.data != nullptr && layer.width > 0 &&
@@ -157,38 +139,31 @@ PF_Err Lens16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out)
   return Lens(*static_cast<const LensRefcon*>(refcon), x, y, *in, out);
 }
 
-PF_Err RunLensStage(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info,
-                    PF_LayerDef* inputLayer) {
-  LensRefcon lens = {.inputLayer = inputLayer,
-                     .io = io,
-                     .useBlurMap = 0,
-                     .blurMapAmount = 0,
-                     .deep = 0,
-                     .mask = LensMaskView(*io->dst)};
-  SetBlurMap(info, &lens);
+PF_Err RunLensStage(const StageCall& call) {
+  PF_LayerDef* const layer = call.inputLayer;
+  const LensPlan& plan = call.plan.lens;
   PF_PixelFormat format = PF_PixelFormat_ARGB32;
-  RETURN_IF_ERROR(suites.WorldSuite2()->PF_GetPixelFormat(inputLayer, &format));
-  lens.deep = format == PF_PixelFormat_ARGB64 ? 1 : 0;
-  if (info.lensType == kLensNone || info.scaleWidth <= 0 || info.scaleHeight <= 0) {
-    return CopyWorld(io->in_data, io->src, io->dst);
+  RETURN_IF_ERROR(call.suites.WorldSuite2()->PF_GetPixelFormat(layer, &format));
+  const LensRefcon lens = {.inputLayer = layer,
+                           .io = &call.io,
+                           .useBlurMap = static_cast<std::uint8_t>(plan.isStrengthened ? 1 : 0),
+                           .blurMapAmount = plan.strength,
+                           .deep = static_cast<std::uint8_t>(format == PF_PixelFormat_ARGB64),
+                           .mask = LensMaskView(*call.io.dst)};
+  if (!plan.isOn) {
+    return call.Copy();
   }
-  if (!HoldsPixels(*inputLayer, lens.deep != 0)) {
+  if (!HoldsPixels(*layer, lens.deep != 0)) {
     return PF_Err_BAD_CALLBACK_PARAM;
   }
-  const auto run = [&](const PixelCallbacks& callbacks, void* refcon) {
-    return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst), callbacks,
-                        refcon);
-  };
-  if (!FitsLanes(lens)) {
-    return run({Lens8, Lens16}, &lens);
-  }
   LanesRefcon lanes = {lens,
-                       static_cast<const char*>(inputLayer->data),
-                       inputLayer->rowbytes,
-                       static_cast<std::uint32_t>(inputLayer->width),
-                       static_cast<std::uint32_t>(inputLayer->height),
+                       static_cast<const char*>(layer->data),
+                       layer->rowbytes,
+                       static_cast<std::uint32_t>(layer->width),
+                       static_cast<std::uint32_t>(layer->height),
                        Strengthened(lens, 1) == 1 ? lens.mask.Ones() : MaskOnes()};
-  return run({LensByLanes<PF_Pixel>, LensByLanes<PF_Pixel16>}, &lanes);
+  return FitsLanes(lens) ? call.Iterate({LensByLanes<PF_Pixel>, LensByLanes<PF_Pixel16>}, &lanes)
+                         : call.Iterate({Lens8, Lens16}, &lanes.lens);
 }
 
 }  // namespace vitrell

@@ -6,8 +6,8 @@
 
 #include "base/render_records.h"
 #include "host/host_api.h"
-#include "host/suite_handler.h"
 #include "lens/lens_mask.h"
+#include "pass/stage.h"
 
 namespace vitrell {
 
@@ -24,12 +24,11 @@ struct LensRefcon {
 PF_Err Lens8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out);
 PF_Err Lens16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out);
 
-// Composites io->src over inputLayer into io->dst, or copies where there is no lens to see (type
-// None, a scale of 0). Asks the host for the input's pixel format in either case and answers the
-// first failing call's code, or PF_Err_BAD_CALLBACK_PARAM when the input's rows do not hold pixels
-// of that format.
-[[nodiscard]] PF_Err RunLensStage(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info,
-                                  PF_LayerDef* inputLayer);
+// The stage: composites call.io.src over call.inputLayer into call.io.dst, or copies where there is
+// no lens to see. Asks the host for the layer's pixel format in either case and answers the first
+// failing call's code, or PF_Err_BAD_CALLBACK_PARAM when the layer's rows do not hold pixels of
+// that format.
+[[nodiscard]] PF_Err RunLensStage(const StageCall& call);
 
 }  // namespace vitrell
 

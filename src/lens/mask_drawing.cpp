@@ -40,9 +40,9 @@ void DrawUniform(const MaskCanvas& canvas, double value) {
   });
 }
 
-void DrawCustom(const LensMaskInput& input, const LX_Info& info, const MaskCanvas& canvas) {
+void DrawCustom(const LensMaskInput& input, const LX_Info& info, bool invert,
+                const MaskCanvas& canvas) {
   const CustomLens lens(input, info);
-  const bool invert = info.invertAlpha == 1;
   for (std::uint64_t r = 0; r < canvas.rowCount; ++r) {
     const std::uint32_t count = canvas.ValuesOfRow(r);
     double* const values = canvas.values + r * canvas.width;
@@ -59,11 +59,12 @@ void DrawCustom(const LensMaskInput& input, const LX_Info& info, const MaskCanva
 // One of the drawn shapes.
 class ShapeDrawing {
  public:
-  ShapeDrawing(const LensMaskInput& input, const LX_Info& info, const MaskCanvas& canvas)
+  ShapeDrawing(const LensMaskInput& input, const LX_Info& info, bool invert,
+               const MaskCanvas& canvas)
       : canvas_(canvas),
         shape_(input.inData, info, input.output->width, input.output->height),
         fallOff_(input.inData->utils->ansi),
-        invert_(info.invertAlpha == 1),
+        invert_(invert),
         twiceX_(2 * (std::int64_t{info.positionX} - canvas.left)),
         twiceY_(2 * (std::int64_t{info.positionY} - canvas.top)) {}
 
@@ -143,18 +144,24 @@ void WriteOut(const MaskCanvas& canvas) {
 
 }  // namespace
 
-void DrawMask(const LensMaskInput& input, const LX_Info& info, const MaskCanvas& canvas) {
-  const bool invert = info.invertAlpha == 1;
-  if (!(info.scaleWidth > 0 && info.scaleHeight > 0)) {
-    DrawUniform(canvas, Inverted(0, invert));
-  } else if (info.lensType == kLensCustom) {
-    DrawCustom(input, info, canvas);
-  } else if (info.lensType >= kLensCircle && info.lensType <= kLensTriangle) {
-    ShapeDrawing(input, info, canvas).Draw();
-  } else {
-    DrawUniform(canvas, Inverted(1, invert));
+void DrawMask(const LensMaskInput& input, const LX_Info& info, const MaskPlan& plan,
+              const MaskCanvas& canvas) {
+  const bool invert = plan.isInverted;
+  switch (plan.source) {
+    case MaskSource::kNothing:
+      DrawUniform(canvas, Inverted(0, invert));
+      break;
+    case MaskSource::kEverything:
+      DrawUniform(canvas, Inverted(1, invert));
+      break;
+    case MaskSource::kShape:
+      ShapeDrawing(input, info, invert, canvas).Draw();
+      break;
+    case MaskSource::kCustomLayer:
+      DrawCustom(input, info, invert, canvas);
+      break;
   }
-  if (info.fastBlurUseLensAsBlurMap != 0 || info.realisticUseLensAsBlurMap != 0) {
+  if (plan.isWholeNeeded) {
     WriteOut(canvas);
   }
 }

@@ -27,8 +27,9 @@ struct MaskCanvas {
   }
 };
 
-// Draws every row, and every value of the memory when a blur follows the lens and reads it there.
-void DrawMask(const LensMaskInput& input, const LX_Info& info, const MaskCanvas& canvas);
+// Draws every row, and every value of the memory where the plan needs the whole mask.
+void DrawMask(const LensMaskInput& input, const LX_Info& info, const MaskPlan& plan,
+              const MaskCanvas& canvas);
 
 }  // namespace vitrell
 

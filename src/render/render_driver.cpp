@@ -12,12 +12,13 @@
 #include "colour/chromatic_aberration.h"
 #include "colour/color_effect.h"
 #include "colour/lightness.h"
-#include "host/pixel_pass.h"
 #include "host/result.h"
 #include "host/suite_handler.h"
 #include "host/world.h"
 #include "lens/lens_mask.h"
 #include "lens/lens_stage.h"
+#include "pass/stage.h"
+#include "render/plan.h"
 #include "render/settings.h"
 
 namespace vitrell {
@@ -76,71 +77,53 @@ PF_Err CopyCustomLayer(PF_InData* inData, OwnedWorld* copy) {
   return err;
 }
 
-// The lens-mapped fast blur runs as blur pass 1: the feather is wide against the amount.
-bool IsFastBlurMapped(const LX_Info& info) {
-  return info.fastBlurVisible == 1 && info.fastBlurUseLensAsBlurMap == 1 &&
-         info.fastBlurAmount > 0 && info.fastBlurAmount / 100.0F < 2.0F * info.feather;
+bool HasMaths(const PF_ANSICallbacks& maths, const RenderPlan& plan) {
+  return (maths.pow != nullptr || !plan.needsPow) && (maths.tan != nullptr || !plan.needsTan) &&
+         (maths.atan != nullptr || !plan.needsAtan);
 }
 
-bool IsRealisticMapped(const LX_Info& info) {
-  return info.realisticVisible == 1 && info.realisticUseLensAsBlurMap == 1 &&
-         info.realisticAmount > 0;
-}
+PF_Err UniformBlurs(const StageCall& call) { return RenderBlurEffect(call, BlurPass::kUniform); }
+PF_Err MappedBlurs(const StageCall& call) { return RenderBlurEffect(call, BlurPass::kLensMapped); }
 
-// The host's maths that not every render needs.
-bool HasMaths(const PF_ANSICallbacks& maths, const LX_Info& info) {
-  const bool realistic = info.realisticVisible == 1 && info.realisticAmount > 0;
-  const bool needsPow =
-      info.lightnessVisible == 1 || (realistic && info.realisticUseLensAsBlurMap != 0);
-  const bool needsTan = info.opticalVisible == 1 && info.opticalAmount > 0;
-  const bool needsAtan = realistic || info.lensType == kLensTriangle;
-  return (maths.pow != nullptr || !needsPow) && (maths.tan != nullptr || !needsTan) &&
-         (maths.atan != nullptr || !needsAtan);
-}
+// A stage of the chain. One that is off copies, so that the picture is where the next one looks, or
+// is passed over.
+struct ChainRow {
+  enum class WhenOff { kCopies, kIsPassedOver };
+  enum class Worlds { kAToB, kBToA };
 
-// One stage reads src and writes dst, or copies when it is off.
-struct StageRunner {
-  AEGP_SuiteHandler& suites;
-  IO_Params& io;
-  const LX_Info& info;
-
-  using Stage = PF_Err (*)(AEGP_SuiteHandler&, IO_Params*, const LX_Info&);
-
-  [[nodiscard]] PF_Err Run(bool on, Stage stage, PF_LayerDef* src, PF_LayerDef* dst) const {
-    io.src = src;
-    io.dst = dst;
-    return on ? stage(suites, &io, info) : CopyWorld(io.in_data, src, dst);
-  }
+  Stage stage;
+  bool RenderPlan::*isOn;  // Null: always.
+  WhenOff whenOff;
+  Worlds worlds;
 };
 
-// Every stage in order. a holds the input picture on entry and the finished picture at the end.
-PF_Err RunStages(AEGP_SuiteHandler& suites, IO_Params& io, LX_Info& info, PF_LayerDef* input,
-                 PF_LayerDef* a, PF_LayerDef* b) {
-  const auto point = [&io](PF_LayerDef* src, PF_LayerDef* dst) {
-    io.src = src;
-    io.dst = dst;
-  };
-  const StageRunner stages = {suites, io, info};
-  const bool colorOn = info.colorVisible == 1 && info.colorOpacity > 0;
-  const bool chromaticOn = IsChromaticAberrationOn(info);
-  const bool mappedPass = IsFastBlurMapped(info) || IsRealisticMapped(info);
+// The picture is in A before the first row and after the last one. Where the blend before the lens
+// is passed over, both worlds hold it.
+constexpr auto kCopies = ChainRow::WhenOff::kCopies;
+constexpr auto kIsPassedOver = ChainRow::WhenOff::kIsPassedOver;
+constexpr auto kAToB = ChainRow::Worlds::kAToB;
+constexpr auto kBToA = ChainRow::Worlds::kBToA;
+constexpr ChainRow kChain[] = {
+    {UniformBlurs, nullptr, kCopies, kAToB},
+    {RunLightness, &RenderPlan::isLightnessOn, kCopies, kBToA},
+    {RunColorEffect, &RenderPlan::isColorOn, kCopies, kAToB},
+    {RunChromaticAberration, &RenderPlan::isChromaticOn, kCopies, kBToA},
+    {RenderEffect, &RenderPlan::isBlendBeforeLens, kIsPassedOver, kAToB},
+    {RunLensStage, nullptr, kCopies, kBToA},
+    {MappedBlurs, &RenderPlan::isMappedPassOn, kIsPassedOver, kAToB},
+    {RenderEffect, &RenderPlan::isMappedPassOn, kIsPassedOver, kBToA},
+};
 
-  point(a, b);
-  RETURN_IF_ERROR(RenderBlurEffect(&io, &info, 0));
-  RETURN_IF_ERROR(stages.Run(info.lightnessVisible == 1, RunLightness, b, a));
-  RETURN_IF_ERROR(stages.Run(colorOn, RunColorEffect, a, b));
-  RETURN_IF_ERROR(stages.Run(chromaticOn, RunChromaticAberration, b, a));
-  if (!mappedPass || chromaticOn) {
-    point(a, b);
-    RETURN_IF_ERROR(RenderEffect(&io, &info, input));
-  }  // Otherwise the processed picture is in both worlds.
-  point(b, a);
-  RETURN_IF_ERROR(RunLensStage(suites, &io, info, input));
-  if (mappedPass) {
-    point(a, b);
-    RETURN_IF_ERROR(RenderBlurEffect(&io, &info, 1));
-    point(b, a);
-    RETURN_IF_ERROR(RenderEffect(&io, &info, input));
+// a holds the input picture on entry and the finished picture at the end. call's own worlds are not
+// looked at.
+PF_Err RunChain(const StageCall& call, PF_LayerDef* a, PF_LayerDef* b) {
+  for (const ChainRow& row : kChain) {
+    const StageCall own = row.worlds == kAToB ? call.Between(a, b) : call.Between(b, a);
+    if (row.isOn == nullptr || call.plan.*row.isOn) {
+      RETURN_IF_ERROR(row.stage(own));
+    } else if (row.whenOff == kCopies) {
+      RETURN_IF_ERROR(own.Copy());
+    }
   }
   return PF_Err_NONE;
 }
@@ -161,7 +144,8 @@ PF_Err RenderFrame(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[]
   info.customLayer = customLayer.get();
   RETURN_IF_ERROR(CopyCustomLayer(inData, &customLayer));
   RETURN_IF_ERROR(SetInfoFromParam(inData, &info, params));
-  if (!HasMaths(inData->utils->ansi, info)) {
+  const RenderPlan plan = MakePlan(info);
+  if (!HasMaths(inData->utils->ansi, plan)) {
     return PF_Err_BAD_CALLBACK_PARAM;
   }
 
@@ -171,7 +155,7 @@ PF_Err RenderFrame(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[]
        .output = output,
        .inputExtent = input->extent_hint,
        .inputPixels = std::int64_t{std::max(input->width, 0)} * std::max(input->height, 0)},
-      info));
+      info, plan.mask));
   RETURN_IF_ERROR(a.Create(input->width, input->height, PF_NewWorldFlag_NONE));
   RETURN_IF_ERROR(b.Create(input->width, input->height, PF_NewWorldFlag_NONE));
   input->extent_hint.left = 0;
@@ -179,27 +163,31 @@ PF_Err RenderFrame(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[]
   RETURN_IF_ERROR(CopyWorld(inData, input, a.get()));
 
   mask.StagesStart();
-  IO_Params io = {.in_data = inData, .out_data = outData, .src = a.get(), .dst = b.get()};
-  RETURN_IF_ERROR(RunStages(suites, io, info, input, a.get(), b.get()));
+  const StageCall call = {.suites = suites,
+                          .io = {inData, outData, a.get(), b.get()},
+                          .info = info,
+                          .plan = plan,
+                          .inputLayer = input};
+  RETURN_IF_ERROR(RunChain(call, a.get(), b.get()));
   return CopyWorld(inData, a.get(), output);
 }
 
-PF_Err RenderEffect(IO_Params* io, const LX_Info* info, PF_LayerDef* inputLayer) {
-  AEGP_SuiteHandler suites(io->in_data->pica_basicP);
+PF_Err RenderEffect(const StageCall& call) {
+  AEGP_SuiteHandler suites(call.io.in_data->pica_basicP);
   PF_PixelFormat format = PF_PixelFormat_ARGB32;
   // Kept: a failing query leaves the preset format, and a failing blend is not told to anybody.
-  static_cast<void>(suites.WorldSuite2()->PF_GetPixelFormat(inputLayer, &format));
+  static_cast<void>(suites.WorldSuite2()->PF_GetPixelFormat(call.inputLayer, &format));
   suites.ReleaseAllSuites();
   const bool deep = format == PF_PixelFormat_ARGB64;
-  if (!HoldsPixels(*inputLayer, deep)) {
+  if (!HoldsPixels(*call.inputLayer, deep)) {
     return PF_Err_BAD_CALLBACK_PARAM;
   }
-  const BlendRefcon blend = {.inputLayer = inputLayer,
-                             .intensity = info->intensity,
-                             .mode = info->mode,
-                             .io = io,
+  const BlendRefcon blend = {.inputLayer = call.inputLayer,
+                             .intensity = call.info.intensity,
+                             .mode = call.info.mode,
+                             .io = &call.io,
                              .deep = static_cast<std::uint8_t>(deep ? 1 : 0),
-                             .mask = LensMaskView(*io->dst)};
+                             .mask = LensMaskView(*call.io.dst)};
   BlendPass pass(blend);
   RETURN_IF_ERROR(pass.Prepare());
   static_cast<void>(pass.Run(suites));

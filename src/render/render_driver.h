@@ -2,8 +2,8 @@
 #ifndef VITRELL_RENDER_RENDER_DRIVER_H_
 #define VITRELL_RENDER_RENDER_DRIVER_H_
 
-#include "base/render_records.h"
 #include "host/host_api.h"
+#include "pass/stage.h"
 
 namespace vitrell {
 
@@ -16,10 +16,11 @@ namespace vitrell {
 [[nodiscard]] PF_Err RenderFrame(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[],
                                  PF_LayerDef* output);
 
-// Runs the final blend of io->src over inputLayer into io->dst. Answers PF_Err_NONE whatever the
-// host makes of it, but PF_Err_BAD_CALLBACK_PARAM when inputLayer's rows do not hold pixels of the
-// format that the host tells; a missing suite throws.
-[[nodiscard]] PF_Err RenderEffect(IO_Params* io, const LX_Info* info, PF_LayerDef* inputLayer);
+// The stage of the final blend: call.io.src over call.inputLayer into call.io.dst. Answers
+// PF_Err_NONE whatever the host makes of it, but PF_Err_BAD_CALLBACK_PARAM when the layer's rows do
+// not hold pixels of the format that the host tells, and PF_Err_OUT_OF_MEMORY; a missing suite
+// throws.
+[[nodiscard]] PF_Err RenderEffect(const StageCall& call);
 
 }  // namespace vitrell
 

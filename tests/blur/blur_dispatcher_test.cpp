@@ -14,6 +14,7 @@
 #include "host/picture.h"
 #include "lens/test_mask.h"
 #include "literal/blur/blur_dispatcher.h"
+#include "pass/call_stage.h"
 
 namespace vitrell {
 namespace {
@@ -55,12 +56,16 @@ Picture<PF_Pixel> Noise() {
   return picture;
 }
 
-ChainResult Chain(LX_Info info, int pass, const std::vector<double>& maskValues = FullMask()) {
+PF_Err UniformBlurs(const StageCall& call) { return RenderBlurEffect(call, BlurPass::kUniform); }
+PF_Err MappedBlurs(const StageCall& call) { return RenderBlurEffect(call, BlurPass::kLensMapped); }
+
+ChainResult Chain(const LX_Info& info, BlurPass pass,
+                  const std::vector<double>& maskValues = FullMask()) {
   FakeHost host;
   const TestMask mask(maskValues);
   ChainResult result = {0, Noise(), Picture<PF_Pixel>(kWidth, kHeight), {}};
-  IO_Params io = {host.inData(), nullptr, result.w1.get(), result.w2.get()};
-  result.error = RenderBlurEffect(&io, &info, pass);
+  result.error = CallStage(pass == BlurPass::kUniform ? UniformBlurs : MappedBlurs, host.inData(),
+                           result.w1.get(), result.w2.get(), info);
   result.log = host.log;
   EXPECT_EQ(host.liveWorlds, 0);
   EXPECT_EQ(result.Count("acquire"), result.Count("release"));
@@ -68,16 +73,14 @@ ChainResult Chain(LX_Info info, int pass, const std::vector<double>& maskValues 
 }
 
 TEST(BlurDispatcherTest, AllOffCopiesInBothPasses) {
-  const ChainResult zero = Chain(LX_Info{}, 0);
+  const ChainResult zero = Chain(LX_Info{}, BlurPass::kUniform);
   EXPECT_EQ(zero.error, PF_Err_NONE);
   EXPECT_TRUE(zero.w2.SameBytes(Noise()));
   EXPECT_THAT(zero.log, ElementsAre("copy", "copy", "copy", "copy", "copy", "copy"));
-  for (const int pass : {1, 2, -1}) {
-    const ChainResult one = Chain(LX_Info{}, pass);
-    EXPECT_EQ(one.error, PF_Err_NONE);
-    EXPECT_TRUE(one.w2.SameBytes(Noise()));
-    EXPECT_THAT(one.log, ElementsAre("copy", "copy", "copy"));
-  }
+  const ChainResult one = Chain(LX_Info{}, BlurPass::kLensMapped);
+  EXPECT_EQ(one.error, PF_Err_NONE);
+  EXPECT_TRUE(one.w2.SameBytes(Noise()));
+  EXPECT_THAT(one.log, ElementsAre("copy", "copy", "copy"));
 }
 
 // Visible with an amount of 0, below 0 or NaN is off as well.
@@ -85,52 +88,53 @@ TEST(BlurDispatcherTest, AmountsMustBeAboveZero) {
   for (const float amount : {0.0F, -3.0F, std::numeric_limits<float>::quiet_NaN()}) {
     LX_Info info = AllVisible();
     info.fastBlurAmount = info.realisticAmount = info.opticalAmount = info.trailAmount = amount;
-    const ChainResult result = Chain(info, 0);
+    const ChainResult result = Chain(info, BlurPass::kUniform);
     EXPECT_TRUE(result.w2.SameBytes(Noise())) << amount;
     EXPECT_THAT(result.log, Each("copy")) << amount;
   }
 }
 
-// With the lens as blur map the fast blur takes part in both passes, without it only in pass 0.
+// With the lens as blur map the fast blur takes part in both passes, without it only in the
+// uniform pass.
 TEST(BlurDispatcherTest, KeepsTheMappedFastBlurInBothPasses) {
   LX_Info info = AllVisible();
   info.fastBlurAmount = 2;
-  EXPECT_EQ(Chain(info, 0).Count("iterate8"), 6);
-  EXPECT_EQ(Chain(info, 1).Count("iterate8"), 0);
+  EXPECT_EQ(Chain(info, BlurPass::kUniform).Count("iterate8"), 6);
+  EXPECT_EQ(Chain(info, BlurPass::kLensMapped).Count("iterate8"), 0);
   info.fastBlurUseLensAsBlurMap = 1;
-  EXPECT_EQ(Chain(info, 0).Count("iterate8"), 6);
-  EXPECT_EQ(Chain(info, 1).Count("iterate8"), 6);
+  EXPECT_EQ(Chain(info, BlurPass::kUniform).Count("iterate8"), 6);
+  EXPECT_EQ(Chain(info, BlurPass::kLensMapped).Count("iterate8"), 6);
   info.fastBlurUseLensAsBlurMap = 2;
-  EXPECT_EQ(Chain(info, 1).Count("iterate8"), 0);
+  EXPECT_EQ(Chain(info, BlurPass::kLensMapped).Count("iterate8"), 0);
 }
 
 TEST(BlurDispatcherTest, RealisticBlurRunsInOnePassOnly) {
   LX_Info info = AllVisible();
   info.realisticAmount = 0.03F;
-  const auto changes = [&](int pass) { return !Chain(info, pass).w2.SameBytes(Noise()); };
-  EXPECT_TRUE(changes(0));
-  EXPECT_FALSE(changes(1));
+  const auto changes = [&](BlurPass pass) { return !Chain(info, pass).w2.SameBytes(Noise()); };
+  EXPECT_TRUE(changes(BlurPass::kUniform));
+  EXPECT_FALSE(changes(BlurPass::kLensMapped));
   info.realisticUseLensAsBlurMap = 1;
-  EXPECT_FALSE(changes(0));
-  EXPECT_TRUE(changes(1));
+  EXPECT_FALSE(changes(BlurPass::kUniform));
+  EXPECT_TRUE(changes(BlurPass::kLensMapped));
   info.realisticUseLensAsBlurMap = 2;  // Neither 0 nor 1.
-  EXPECT_FALSE(changes(0));
-  EXPECT_FALSE(changes(1));
+  EXPECT_FALSE(changes(BlurPass::kUniform));
+  EXPECT_FALSE(changes(BlurPass::kLensMapped));
 }
 
 // Length 1 at 45 degrees: (trunc(cos 135), trunc(sin 135)) = (0, 0), a single tap.
 TEST(BlurDispatcherTest, DirectionalBlurOfOneTapIsACopy) {
   LX_Info info = AllVisible();
   info.directionalAmount = 0.99F;
-  EXPECT_EQ(Chain(info, 0).Count("iterate8"), 0);
+  EXPECT_EQ(Chain(info, BlurPass::kUniform).Count("iterate8"), 0);
   info.directionalAmount = 1;
   info.directionalAngle = 0.7853981633974483;
-  EXPECT_EQ(Chain(info, 0).Count("iterate8"), 0);
-  EXPECT_TRUE(Chain(info, 0).w2.SameBytes(Noise()));
+  EXPECT_EQ(Chain(info, BlurPass::kUniform).Count("iterate8"), 0);
+  EXPECT_TRUE(Chain(info, BlurPass::kUniform).w2.SameBytes(Noise()));
   info.directionalAngle = 0;
-  EXPECT_EQ(Chain(info, 0).Count("iterate8"), 1);
+  EXPECT_EQ(Chain(info, BlurPass::kUniform).Count("iterate8"), 1);
   info.directionalVisible = 2;
-  EXPECT_EQ(Chain(info, 0).Count("iterate8"), 0);
+  EXPECT_EQ(Chain(info, BlurPass::kUniform).Count("iterate8"), 0);
 }
 
 // Pulled to left + 1, top + 1, right - 2, bottom - 2.
@@ -140,7 +144,7 @@ TEST(BlurDispatcherTest, TrailCentreIsPulledInside) {
     info.trailAmount = 0.5F;
     info.trailCenterX = x;
     info.trailCenterY = y;
-    const ChainResult result = Chain(info, 0);
+    const ChainResult result = Chain(info, BlurPass::kUniform);
     EXPECT_EQ(result.error, PF_Err_NONE);
     return result.w2;
   };
@@ -159,11 +163,11 @@ TEST(BlurDispatcherTest, TrailTakesTheLensPositionOnlyWhenTheBoxIsOne) {
   info.positionY = 3;
   info.trailCenterX = 8;
   info.trailCenterY = 5;
-  const Picture<PF_Pixel> own = Chain(info, 0).w2;
+  const Picture<PF_Pixel> own = Chain(info, BlurPass::kUniform).w2;
   info.trailCenterOfLens = 2;
-  EXPECT_TRUE(Chain(info, 0).w2.SameBytes(own));
+  EXPECT_TRUE(Chain(info, BlurPass::kUniform).w2.SameBytes(own));
   info.trailCenterOfLens = 1;
-  EXPECT_FALSE(Chain(info, 0).w2.SameBytes(own));
+  EXPECT_FALSE(Chain(info, BlurPass::kUniform).w2.SameBytes(own));
 }
 
 // The distortion takes it whenever the box is not 0.
@@ -174,12 +178,12 @@ TEST(BlurDispatcherTest, KeepsTheDistortionsBoxTestedForNotZero) {
   info.positionY = 3;
   info.opticalCenterX = 8;
   info.opticalCenterY = 5;
-  const Picture<PF_Pixel> own = Chain(info, 0).w2;
+  const Picture<PF_Pixel> own = Chain(info, BlurPass::kUniform).w2;
   info.opticalCenterOfLens = 1;
-  const Picture<PF_Pixel> lens = Chain(info, 0).w2;
+  const Picture<PF_Pixel> lens = Chain(info, BlurPass::kUniform).w2;
   EXPECT_FALSE(lens.SameBytes(own));
   info.opticalCenterOfLens = 2;
-  EXPECT_TRUE(Chain(info, 0).w2.SameBytes(lens));
+  EXPECT_TRUE(Chain(info, BlurPass::kUniform).w2.SameBytes(lens));
 }
 
 // Near 180 degrees the tangent grows without bound and the focal length falls toward 0. The
@@ -190,7 +194,7 @@ TEST(BlurDispatcherTest, DistortionNear180Degrees) {
     info.opticalAmount = amount;
     info.opticalCenterX = 6;
     info.opticalCenterY = 4;
-    const ChainResult result = Chain(info, 0);
+    const ChainResult result = Chain(info, BlurPass::kUniform);
     EXPECT_EQ(result.error, PF_Err_NONE);
 
     literal::Settings settings;
@@ -230,7 +234,7 @@ TEST(BlurDispatcherTest, KeepsTheSelfCopyAtTheEnd) {
   info.opticalAmount = 30;
   info.trailAmount = 0.2F;
   info.directionalAmount = 2;
-  const ChainResult result = Chain(info, 0);
+  const ChainResult result = Chain(info, BlurPass::kUniform);
   EXPECT_EQ(result.error, PF_Err_NONE);
   EXPECT_EQ(result.log.back(), "copy");
   EXPECT_FALSE(result.w2.SameBytes(Noise()));
@@ -238,12 +242,15 @@ TEST(BlurDispatcherTest, KeepsTheSelfCopyAtTheEnd) {
 
 TEST(BlurDispatcherTest, WithoutABasicSuiteThrows) {
   FakeHost host;
+  AEGP_SuiteHandler suites(host.inData()->pica_basicP);
   host.inData()->pica_basicP = nullptr;
   Picture<PF_Pixel> w1(2, 2);
   Picture<PF_Pixel> w2(2, 2);
-  IO_Params io = {host.inData(), nullptr, w1.get(), w2.get()};
-  LX_Info info = {};
-  EXPECT_THROW((void)RenderBlurEffect(&io, &info, 0), PF_Err);
+  const LX_Info info = {};
+  const RenderPlan plan = MakePlan(info);
+  EXPECT_THROW((void)UniformBlurs(
+                   {suites, {host.inData(), nullptr, w1.get(), w2.get()}, info, plan, nullptr}),
+               PF_Err);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "host/fake_host.h"
 #include "host/picture.h"
 #include "lens/test_mask.h"
+#include "pass/call_stage.h"
 #include "render/render_driver.h"
 
 namespace vitrell {
@@ -24,8 +25,8 @@ int BlendUnder(const TestMask& /*mask*/, int mode, int f, int b, float opacity, 
   LX_Info info = {};
   info.intensity = opacity;
   info.mode = mode;
-  IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-  EXPECT_EQ(RenderEffect(&io, &info, input.get()), PF_Err_NONE);
+  EXPECT_EQ(CallStage(RenderEffect, host.inData(), src.get(), dst.get(), info, input.get()),
+            PF_Err_NONE);
   return dst.At(0, 0).red;
 }
 
@@ -179,8 +180,8 @@ TEST(BlendModesTest, AlphaGoesThroughTheSameFormula) {
   LX_Info info = {};
   info.intensity = 1;
   info.mode = kAdd;
-  IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-  ASSERT_EQ(RenderEffect(&io, &info, input.get()), PF_Err_NONE);
+  ASSERT_EQ(CallStage(RenderEffect, host.inData(), src.get(), dst.get(), info, input.get()),
+            PF_Err_NONE);
   EXPECT_EQ(dst.At(0, 0), (PF_Pixel{255, 11, 22, 33}));
 }
 
@@ -194,8 +195,9 @@ TEST(BlendModesTest, KeepsErrorsToItself) {
   Picture<PF_Pixel> picture(1, 3);
   picture.get()->extent_hint.bottom = 1;
   LX_Info info = {};
-  IO_Params io = {host.inData(), nullptr, picture.get(), picture.get()};
-  EXPECT_EQ(RenderEffect(&io, &info, picture.get()), PF_Err_NONE);
+  EXPECT_EQ(
+      CallStage(RenderEffect, host.inData(), picture.get(), picture.get(), info, picture.get()),
+      PF_Err_NONE);
   EXPECT_EQ(host.log.at(4), "iterate8 0..3");
 }
 

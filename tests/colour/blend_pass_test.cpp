@@ -8,6 +8,7 @@
 #include "host/picture.h"
 #include "lens/test_mask.h"
 #include "literal/colour/blend_modes.h"
+#include "pass/call_stage.h"
 #include "render/render_driver.h"
 
 namespace vitrell {
@@ -65,8 +66,8 @@ void ExpectLiteralBlend(const LX_Info& info, double m, bool inRows) {
   Picture<Pixel> dst(kSide, kSide);
   const Pixel present = {3, 141, 59, 26};
   dst.Fill(present);
-  IO_Params io = {host.inData(), nullptr, front.get(), dst.get()};
-  ASSERT_EQ(RenderEffect(&io, &info, back.get()), PF_Err_NONE);
+  ASSERT_EQ(CallStage(RenderEffect, host.inData(), front.get(), dst.get(), info, back.get()),
+            PF_Err_NONE);
   int wrong = 0;
   for (A_long y = 0; y < kSide; ++y) {
     for (A_long x = 0; x < kSide; ++x) {
@@ -121,8 +122,8 @@ TEST(BlendPassTest, SmallerBackgroundsAreMirrored) {
   LX_Info info = {};
   info.mode = kNormal;
   info.intensity = 0;
-  IO_Params io = {host.inData(), nullptr, front.get(), dst.get()};
-  ASSERT_EQ(RenderEffect(&io, &info, back.get()), PF_Err_NONE);
+  ASSERT_EQ(CallStage(RenderEffect, host.inData(), front.get(), dst.get(), info, back.get()),
+            PF_Err_NONE);
   EXPECT_EQ(dst.At(0, 0), back.At(0, 0));
   EXPECT_EQ(dst.At(2, 0), back.At(1, 0));
   EXPECT_EQ(dst.At(3, 2), back.At(0, 1));

@@ -10,7 +10,7 @@
 
 #include "base/numeric.h"
 #include "colour/plain_host.h"
-
+#include "pass/call_stage.h"
 namespace vitrell {
 namespace {
 
@@ -28,9 +28,8 @@ LX_Info Settings(float red, float green, float blue, std::int32_t x, std::int32_
 template <typename Pixel>
 void SplitColours(PlainHost* host, TestWorld<Pixel>* src, TestWorld<Pixel>* dst,
                   const LX_Info& info) {
-  IO_Params io = {host->inData(), nullptr, src->get(), dst->get()};
-  AEGP_SuiteHandler suites(host->inData()->pica_basicP);
-  ASSERT_EQ(PF_Err_NONE, RunChromaticAberration(suites, &io, info));
+  ASSERT_EQ(PF_Err_NONE,
+            CallStage(RunChromaticAberration, host->inData(), src->get(), dst->get(), info));
 }
 
 // A row of 16-bit pixels whose channels tell their column: 1000 + x, 2000 + x and so on.
@@ -46,16 +45,16 @@ void FillWithColumns(TestWorld<PF_Pixel16>* world) {
 }
 
 TEST(ChromaticAberrationTest, RunsWhenVisibleAndAnyFractionIsPositive) {
-  EXPECT_FALSE(IsChromaticAberrationOn(Settings(0, 0, 0, 0, 0)));
-  EXPECT_FALSE(IsChromaticAberrationOn(Settings(-1, 0, -0.5f, 0, 0)));
-  EXPECT_TRUE(IsChromaticAberrationOn(Settings(0.01f, 0, 0, 0, 0)));
-  EXPECT_TRUE(IsChromaticAberrationOn(Settings(0, 0.01f, 0, 0, 0)));
-  EXPECT_TRUE(IsChromaticAberrationOn(Settings(-1, 0, 0.01f, 0, 0)));
+  EXPECT_FALSE(MakePlan(Settings(0, 0, 0, 0, 0)).isChromaticOn);
+  EXPECT_FALSE(MakePlan(Settings(-1, 0, -0.5f, 0, 0)).isChromaticOn);
+  EXPECT_TRUE(MakePlan(Settings(0.01f, 0, 0, 0, 0)).isChromaticOn);
+  EXPECT_TRUE(MakePlan(Settings(0, 0.01f, 0, 0, 0)).isChromaticOn);
+  EXPECT_TRUE(MakePlan(Settings(-1, 0, 0.01f, 0, 0)).isChromaticOn);
   LX_Info info = Settings(1, 1, 1, 0, 0);
   info.chromaticVisible = 2;
-  EXPECT_FALSE(IsChromaticAberrationOn(info));
+  EXPECT_FALSE(MakePlan(info).isChromaticOn);
   info.chromaticVisible = 0;
-  EXPECT_FALSE(IsChromaticAberrationOn(info));
+  EXPECT_FALSE(MakePlan(info).isChromaticOn);
 }
 
 // Only the third pixel is above the threshold; its colours come from half the distance to column 0.
@@ -280,9 +279,8 @@ TEST(ChromaticAberrationTest, IteratesOnceAndAnswersTheHostsCode) {
   TestWorld<PF_Pixel> dst(3, 5);
   dst.get()->extent_hint = {0, 2, 3, 5};
   host.SetIterateResult(PF_Interrupt_CANCEL);
-  IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-  AEGP_SuiteHandler suites(host.inData()->pica_basicP);
-  EXPECT_EQ(PF_Interrupt_CANCEL, RunChromaticAberration(suites, &io, Settings(1, 1, 1, 0, 0)));
+  EXPECT_EQ(PF_Interrupt_CANCEL, CallStage(RunChromaticAberration, host.inData(), src.get(),
+                                           dst.get(), Settings(1, 1, 1, 0, 0)));
   EXPECT_EQ(1, host.lastCall().count);
   EXPECT_FALSE(host.lastCall().isDeep);
   EXPECT_EQ(0, host.lastCall().progressBase);

@@ -7,7 +7,7 @@
 #include <cstdint>
 
 #include "colour/plain_host.h"
-
+#include "pass/call_stage.h"
 namespace vitrell {
 namespace {
 
@@ -129,11 +129,9 @@ TEST(ColorEffectTest, PassesEqualTheFunctionAtEveryValue) {
     LX_Info info = {};
     info.colorOpacity = opacity;
     info.colorValue = kTarget;
-    AEGP_SuiteHandler suites(host.inData()->pica_basicP);
-    IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-    ASSERT_EQ(PF_Err_NONE, RunColorEffect(suites, &io, info));
-    IO_Params deepIo = {host.inData(), nullptr, deepSrc.get(), deepDst.get()};
-    ASSERT_EQ(PF_Err_NONE, RunColorEffect(suites, &deepIo, info));
+    ASSERT_EQ(PF_Err_NONE, CallStage(RunColorEffect, host.inData(), src.get(), dst.get(), info));
+    ASSERT_EQ(PF_Err_NONE,
+              CallStage(RunColorEffect, host.inData(), deepSrc.get(), deepDst.get(), info));
     for (A_long i = 0; i < 256; ++i) {
       const PF_Pixel expected = Pull8(opacity, src.At(i % 16, i / 16));
       const PF_Pixel& out = dst.At(i % 16, i / 16);
@@ -160,9 +158,7 @@ TEST(ColorEffectTest, RunsOverTheWholePicture) {
   LX_Info info = {};
   info.colorOpacity = 0.5f;
   info.colorValue = {100, 10, 200, 9};
-  IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-  AEGP_SuiteHandler suites(host.inData()->pica_basicP);
-  ASSERT_EQ(PF_Err_NONE, RunColorEffect(suites, &io, info));
+  ASSERT_EQ(PF_Err_NONE, CallStage(RunColorEffect, host.inData(), src.get(), dst.get(), info));
   for (A_long i = 0; i < 12; ++i) {
     const PF_Pixel& out = dst.At(i % 4, i / 4);
     EXPECT_EQ((100 + i) / 2, out.alpha);
@@ -175,7 +171,8 @@ TEST(ColorEffectTest, RunsOverTheWholePicture) {
   EXPECT_FALSE(host.lastCall().isDeep);
   EXPECT_EQ(3, host.lastCall().progressFinal);
   host.SetIterateResult(PF_Interrupt_CANCEL);
-  EXPECT_EQ(PF_Interrupt_CANCEL, RunColorEffect(suites, &io, info));
+  EXPECT_EQ(PF_Interrupt_CANCEL,
+            CallStage(RunColorEffect, host.inData(), src.get(), dst.get(), info));
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include <cstdint>
 
 #include "colour/plain_host.h"
-
+#include "pass/call_stage.h"
 namespace vitrell {
 namespace {
 
@@ -23,9 +23,8 @@ template <typename Pixel>
 void Brighten(TestWorld<Pixel>* world, float amount) {
   PlainHost host;
   TestWorld<Pixel> result(world->get()->width, world->get()->height, 12);
-  IO_Params io = {host.inData(), nullptr, world->get(), result.get()};
-  AEGP_SuiteHandler suites(host.inData()->pica_basicP);
-  ASSERT_EQ(PF_Err_NONE, RunLightness(suites, &io, LightnessSettings(amount)));
+  ASSERT_EQ(PF_Err_NONE, CallStage(RunLightness, host.inData(), world->get(), result.get(),
+                                   LightnessSettings(amount)));
   EXPECT_TRUE(result.IsPaddingIntact());
   for (A_long y = 0; y < world->get()->height; ++y) {
     for (A_long x = 0; x < world->get()->width; ++x) {
@@ -176,10 +175,9 @@ TEST(LightnessTest, IteratesOnceOverTheWholePicture) {
   TestWorld<PF_Pixel16> src(3, 5);
   TestWorld<PF_Pixel16> dst(3, 5);
   dst.get()->extent_hint = {0, 1, 3, 5};
-  IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-  AEGP_SuiteHandler suites(host.inData()->pica_basicP);
   host.SetIterateResult(PF_Interrupt_CANCEL);
-  EXPECT_EQ(PF_Interrupt_CANCEL, RunLightness(suites, &io, LightnessSettings(0.5f)));
+  EXPECT_EQ(PF_Interrupt_CANCEL,
+            CallStage(RunLightness, host.inData(), src.get(), dst.get(), LightnessSettings(0.5f)));
   EXPECT_EQ(1, host.lastCall().count);
   EXPECT_TRUE(host.lastCall().isDeep);
   EXPECT_EQ(0, host.lastCall().progressBase);

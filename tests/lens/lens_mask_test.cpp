@@ -11,6 +11,7 @@
 #include "host/fake_host.h"
 #include "host/picture.h"
 #include "lens/lens_shapes.h"
+#include "render/plan.h"
 
 namespace vitrell {
 namespace {
@@ -38,7 +39,8 @@ class LensMaskTest : public testing::Test {
   // A fresh mask for each question; slow and simple.
   double At(int x, int y) {
     output_.extent_hint = {x - 1, y - 1, x + 2, y + 2};
-    EXPECT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_), PF_Err_NONE);
+    EXPECT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_, MakePlan(info_).mask),
+              PF_Err_NONE);
     EXPECT_EQ(g_LensMaskSize, 9U);
     return GetLensMask(x, y, &output_);
   }
@@ -190,7 +192,8 @@ TEST_F(LensMaskTest, KeepsTheTrianglesBandOutside) {
 TEST_F(LensMaskTest, PositionsOutsideTheRectangleAreZero) {
   output_.extent_hint = {2, 3, 5, 6};
   info_.lensType = kLensNone;
-  ASSERT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_), PF_Err_NONE);
+  ASSERT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_, MakePlan(info_).mask),
+            PF_Err_NONE);
   EXPECT_EQ(GetLensMask(2, 3, &output_), 1.0);
   EXPECT_EQ(GetLensMask(4, 5, &output_), 1.0);
   for (const auto& [x, y] : {std::pair{1, 3}, {5, 3}, {2, 2}, {2, 6}, {-2147483647, 3}}) {
@@ -202,7 +205,8 @@ TEST_F(LensMaskTest, PositionsOutsideTheRectangleAreZero) {
 TEST_F(LensMaskTest, ReadsThatWouldLeaveTheMaskAreZero) {
   output_.extent_hint = {0, 0, 2, 2};
   info_.lensType = kLensNone;
-  ASSERT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_), PF_Err_NONE);
+  ASSERT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_, MakePlan(info_).mask),
+            PF_Err_NONE);
   PF_LayerDef larger = {};
   larger.extent_hint = {0, 0, 3, 1000};
   EXPECT_EQ(GetLensMask(0, 1, &larger), 1.0);  // Index 3.
@@ -212,20 +216,23 @@ TEST_F(LensMaskTest, ReadsThatWouldLeaveTheMaskAreZero) {
 
 TEST_F(LensMaskTest, EmptyRectangleHasNoMask) {
   output_.extent_hint = {5, 5, 5, 9};
-  EXPECT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_), PF_Err_NONE);
+  EXPECT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_, MakePlan(info_).mask),
+            PF_Err_NONE);
   EXPECT_EQ(g_LensMaskSize, 0U);
   EXPECT_EQ(GetLensMask(5, 5, &output_), 0.0);
 }
 
 TEST_F(LensMaskTest, KeepsTheOldAddressOnEarlyFailures) {
   output_.extent_hint = {0, 0, 2, 2};
-  ASSERT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_), PF_Err_NONE);
+  ASSERT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_, MakePlan(info_).mask),
+            PF_Err_NONE);
   EXPECT_EQ(g_LensMaskSize, 4U);
   FreeLensMask(true);
   EXPECT_NE(g_LensMask, nullptr);
   EXPECT_EQ(g_LensMaskSize, 0U);
   FreeLensMask(true);  // Nothing is freed twice.
-  ASSERT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_), PF_Err_NONE);
+  ASSERT_EQ(BuildLensMask({host_.inData(), &output_, inputExtent_}, info_, MakePlan(info_).mask),
+            PF_Err_NONE);
   FreeLensMask(false);
   EXPECT_EQ(g_LensMask, nullptr);
 }

@@ -9,6 +9,7 @@
 #include "host/fake_host.h"
 #include "host/picture.h"
 #include "lens/test_mask.h"
+#include "pass/call_stage.h"
 
 namespace vitrell {
 namespace {
@@ -33,9 +34,8 @@ std::vector<int> RedsUnder(const TestMask& testMask, InputPixel unprocessed, Pix
   Picture<Pixel> src(width, 1);
   src.Fill(processed);
   Picture<Pixel> dst(width, 1);
-  IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-  AEGP_SuiteHandler suites(host.inData()->pica_basicP);
-  EXPECT_EQ(RunLensStage(suites, &io, info, input.get()), PF_Err_NONE);
+  EXPECT_EQ(CallStage(RunLensStage, host.inData(), src.get(), dst.get(), info, input.get()),
+            PF_Err_NONE);
   std::vector<int> reds;
   reds.reserve(mask.size());
   for (A_long x = 0; x < width; ++x) {
@@ -86,9 +86,9 @@ TEST(LensStageTest, AllPairsMixInDoublePrecision) {
         src.At(x, y) = {f, u, f, 201};
       }
     }
-    IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-    AEGP_SuiteHandler suites(host.inData()->pica_basicP);
-    ASSERT_EQ(RunLensStage(suites, &io, CircleInfo(), input.get()), PF_Err_NONE);
+    ASSERT_EQ(
+        CallStage(RunLensStage, host.inData(), src.get(), dst.get(), CircleInfo(), input.get()),
+        PF_Err_NONE);
     const auto mix = [m](int outside, int inside) {
       return static_cast<A_u_char>(static_cast<int>((1 - m) * outside + m * inside + 0.5));
     };
@@ -112,9 +112,8 @@ TEST(LensStageTest, AlphaIsBlendedLikeTheColours) {
   Picture<PF_Pixel> src(1, 1);
   src.Fill({255, 20, 40, 70});
   Picture<PF_Pixel> dst(1, 1);
-  IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-  AEGP_SuiteHandler suites(host.inData()->pica_basicP);
-  ASSERT_EQ(RunLensStage(suites, &io, CircleInfo(), input.get()), PF_Err_NONE);
+  ASSERT_EQ(CallStage(RunLensStage, host.inData(), src.get(), dst.get(), CircleInfo(), input.get()),
+            PF_Err_NONE);
   EXPECT_EQ(dst.At(0, 0).alpha, 128);  // 127.5 + 0.5
   EXPECT_EQ(dst.At(0, 0).red, 15);
   EXPECT_EQ(dst.At(0, 0).green, 30);
@@ -196,9 +195,8 @@ TEST(LensStageTest, OutsideTheMasksRectangleIsUnprocessed) {
   src.Fill({2, 200, 2, 2});
   Picture<PF_Pixel> dst(4, 1);
   dst.get()->extent_hint = {1, 0, 3, 1};
-  IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-  AEGP_SuiteHandler suites(host.inData()->pica_basicP);
-  ASSERT_EQ(RunLensStage(suites, &io, CircleInfo(), input.get()), PF_Err_NONE);
+  ASSERT_EQ(CallStage(RunLensStage, host.inData(), src.get(), dst.get(), CircleInfo(), input.get()),
+            PF_Err_NONE);
   EXPECT_EQ(dst.At(0, 0).red, 10);
   EXPECT_EQ(dst.At(1, 0).red, 200);
   EXPECT_EQ(dst.At(2, 0).red, 200);
@@ -220,14 +218,13 @@ TEST(LensStageTest, WithoutALensCopies) {
     Picture<PF_Pixel> src(1, 1);
     src.Fill({2, 200, 2, 2});
     Picture<PF_Pixel> dst(1, 1);
-    IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-    AEGP_SuiteHandler suites(host.inData()->pica_basicP);
-    ASSERT_EQ(RunLensStage(suites, &io, info, input.get()), PF_Err_NONE);
+    ASSERT_EQ(CallStage(RunLensStage, host.inData(), src.get(), dst.get(), info, input.get()),
+              PF_Err_NONE);
     EXPECT_EQ(dst.At(0, 0).red, variant == 3 ? 10 : 200);
     EXPECT_EQ(host.log.at(1), "get_pixel_format");
     EXPECT_EQ(host.log.at(2), variant == 3 ? "acquire PF Iterate8 Suite 1" : "copy");
     host.failures["get_pixel_format"][2] = 513;
-    EXPECT_EQ(RunLensStage(suites, &io, info, input.get()), 513);
+    EXPECT_EQ(CallStage(RunLensStage, host.inData(), src.get(), dst.get(), info, input.get()), 513);
   }
 }
 

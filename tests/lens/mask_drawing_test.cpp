@@ -12,6 +12,7 @@
 #include "host/fake_host.h"
 #include "lens/lens_mask.h"
 #include "literal/lens/lens_mask.h"
+#include "render/plan.h"
 
 namespace vitrell {
 namespace {
@@ -83,7 +84,7 @@ class MaskDrawingTest : public testing::Test {
     ASSERT_EQ(
         BuildLensMask(
             {.inData = host_.inData(), .output = &output, .inputExtent = {0, 0, c.width, c.height}},
-            c.info),
+            c.info, MakePlan(c.info).mask),
         PF_Err_NONE);
   }
 

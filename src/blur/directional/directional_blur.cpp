@@ -5,7 +5,7 @@
 #include "base/numeric.h"
 #include "base/pixel_access.h"
 #include "blur/directional/line_strips.h"
-#include "host/pixel_pass.h"
+#include "blur/directional/line_taps.h"
 #include "host/result.h"
 #include "host/world.h"
 #include "lens/lens_mask.h"
@@ -90,20 +90,26 @@ PF_Err DirectionalBlur(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* ou
 }
 
 template <typename Pixel>
-PF_Err RunPass(AEGP_SuiteHandler& suites, IO_Params* io, const LineTaps& line) {
-  DirBlurRefcon<Pixel> refcon = {io, &line, LensMaskView(*io->dst), {}};
-  if (IsDeep(*io->src) == IsDeep(*io->dst)) {
-    RETURN_IF_ERROR(refcon.strips.Prepare(*io->src, refcon.mask, line));
+PF_Err RunPass(const StageCall& call, const LineTaps& line) {
+  const IO_Params& io = call.io;
+  DirBlurRefcon<Pixel> refcon = {&io, &line, LensMaskView(*io.dst), {}};
+  if (IsDeep(*io.src) == IsDeep(*io.dst)) {
+    RETURN_IF_ERROR(refcon.strips.Prepare(*io.src, refcon.mask, line));
   }
-  return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
-                      {DirectionalBlur<PF_Pixel>, DirectionalBlur<PF_Pixel16>}, &refcon);
+  return call.Iterate({DirectionalBlur<PF_Pixel>, DirectionalBlur<PF_Pixel16>}, &refcon);
 }
 
 }  // namespace
 
-PF_Err RunDirectionalBlur(AEGP_SuiteHandler& suites, IO_Params* io, const LineTaps& taps) {
-  return IsDeep(*io->dst) ? RunPass<PF_Pixel16>(suites, io, taps)
-                          : RunPass<PF_Pixel>(suites, io, taps);
+PF_Err RunDirectionalBlur(const StageCall& call) {
+  LineTaps line;
+  RETURN_IF_ERROR(line.Build(call.io.in_data, call.info, call.plan.isDirectionalOn));
+  if (!call.plan.isDirectionalOn || line.count() <= 1) {
+    return call.Copy();
+  }
+  AEGP_SuiteHandler suites(call.io.in_data->pica_basicP);
+  return IsDeep(*call.io.dst) ? RunPass<PF_Pixel16>(call.With(suites), line)
+                              : RunPass<PF_Pixel>(call.With(suites), line);
 }
 
 }  // namespace vitrell

@@ -2,16 +2,15 @@
 #ifndef VITRELL_BLUR_DIRECTIONAL_DIRECTIONAL_BLUR_H_
 #define VITRELL_BLUR_DIRECTIONAL_DIRECTIONAL_BLUR_H_
 
-#include "base/render_records.h"
-#include "blur/directional/line_taps.h"
 #include "host/host_api.h"
-#include "host/suite_handler.h"
+#include "pass/stage.h"
 
 namespace vitrell {
 
-// Runs the stage from io->src into io->dst and answers the host's code, or PF_Err_OUT_OF_MEMORY.
-[[nodiscard]] PF_Err RunDirectionalBlur(AEGP_SuiteHandler& suites, IO_Params* io,
-                                        const LineTaps& taps);
+// The stage: blurs call.io.src into call.io.dst, or copies when it is off or its line is a single
+// point. The line is rasterised in either case. Answers the host's code, or PF_Err_OUT_OF_MEMORY.
+// Acquires its suites through a handler of its own; a missing one throws.
+[[nodiscard]] PF_Err RunDirectionalBlur(const StageCall& call);
 
 }  // namespace vitrell
 

@@ -47,7 +47,7 @@ std::int32_t SquaredLength(std::int32_t x, std::int32_t y) {
 
 }  // namespace
 
-PF_Err LineTaps::Build(const PF_InData* inData, const LX_Info& info) {
+PF_Err LineTaps::Build(const PF_InData* inData, const LX_Info& info, bool isNeeded) {
   const PF_ANSICallbacks& maths = inData->utils->ansi;
   const double length = TruncateToInt32(info.directionalAmount);
   const double angleRad = info.directionalAngle + std::numbers::pi / 2;
@@ -60,8 +60,7 @@ PF_Err LineTaps::Build(const PF_InData* inData, const LX_Info& info) {
   weightSum_ = 0;
   count_ = 0;
   if (points > kMaxTaps || !taps_.Allocate(static_cast<std::size_t>(points))) {
-    // The line of a stage that is off is nobody's loss.
-    return info.directionalVisible == 1 ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
+    return isNeeded ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
   }
   WalkLine(endX, endY, [&](std::int64_t x, std::int64_t y) {
     const auto tapX = static_cast<std::int32_t>(x);

@@ -21,10 +21,10 @@ struct LineTap {
 // The taps of one directional blur, rasterised once per pass.
 class LineTaps {
  public:
-  // Rasterises the line of info.directionalAmount and info.directionalAngle with the host's maths,
-  // whether the stage is on or not. A line that is too long or has no memory leaves no taps; that
-  // answers PF_Err_OUT_OF_MEMORY when the stage is on.
-  [[nodiscard]] PF_Err Build(const PF_InData* inData, const LX_Info& info);
+  // Rasterises the line of info.directionalAmount and info.directionalAngle with the host's maths.
+  // A line that is too long or has no memory leaves no taps; that answers PF_Err_OUT_OF_MEMORY when
+  // the line is needed.
+  [[nodiscard]] PF_Err Build(const PF_InData* inData, const LX_Info& info, bool isNeeded);
 
   const LineTap* begin() const { return taps_.data(); }
   const LineTap* end() const { return taps_.data() + count_; }

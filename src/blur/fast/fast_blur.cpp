@@ -194,46 +194,38 @@ PF_Err BoxPass(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, const P
 
 // Prepares the rows of the world to be read and iterates one pass.
 template <BoxAxis kAxis, typename Pixel>
-PF_Err RunBoxPass(AEGP_SuiteHandler& suites, IO_Params* io, std::int32_t radiusPx, A_long lines,
-                  BoxBlurRefcon* box, BoxBlurScratch<Pixel>* scratch) {
+PF_Err RunBoxPass(AEGP_SuiteHandler& suites, const IO_Params& io, std::int32_t radiusPx,
+                  A_long lines, BoxBlurRefcon* box, BoxBlurScratch<Pixel>* scratch) {
   // An unrepresentable amount has a negative radius: windows without taps, which have no rows.
   const PF_LayerDef noSource = {};
-  if (!scratch->rows.Prepare(kAxis, radiusPx < 0 ? noSource : *io->src, std::max(radiusPx, 0))) {
+  if (!scratch->rows.Prepare(kAxis, radiusPx < 0 ? noSource : *io.src, std::max(radiusPx, 0))) {
     scratch->outOfMemory = true;
     return PF_Err_OUT_OF_MEMORY;
   }
   const WeightedPass weighted = {.axis = kAxis,
                                  .radiusPx = radiusPx,
-                                 .src = io->src,
+                                 .src = io.src,
                                  .unblurred = &box->unblurred,
-                                 .rect = io->dst->extent_hint};
+                                 .rect = io.dst->extent_hint};
   if (box->lensMap != 0 && !scratch->weightedStrips.Prepare(weighted)) {
     scratch->outOfMemory = true;
     return PF_Err_OUT_OF_MEMORY;
   }
+  box->io = &io;
   box->boxRows = &scratch->rows;
   box->weightedStrips = &scratch->weightedStrips;
-  box->mask = LensMaskView(*io->dst);
+  box->mask = LensMaskView(*io.dst);
   box->ones = box->mask.Ones();
   box->radiusPx = radiusPx;
   box->span = 2.0 * radiusPx + 1;
   constexpr PixelCallbacks kCallbacks =
       kAxis == BoxAxis::kRows ? PixelCallbacks{FastBlurH<PF_Pixel>, FastBlurH<PF_Pixel16>}
                               : PixelCallbacks{FastBlurV<PF_Pixel>, FastBlurV<PF_Pixel16>};
-  return RunPixelPass(suites, io->in_data, io->src, io->dst, lines, kCallbacks, box);
+  return RunPixelPass(suites, io.in_data, io.src, io.dst, lines, kCallbacks, box);
 }
 
-// Points the context at another pair of worlds until the end of the scope.
-class WorldsSwap {
- public:
-  explicit WorldsSwap(IO_Params* io) : io_(io) { std::swap(io_->src, io_->dst); }
-  ~WorldsSwap() { std::swap(io_->src, io_->dst); }
-  WorldsSwap(const WorldsSwap&) = delete;
-  WorldsSwap& operator=(const WorldsSwap&) = delete;
-
- private:
-  IO_Params* io_;
-};
+// From the destination back into the source.
+IO_Params Swapped(const IO_Params& io) { return {io.in_data, io.out_data, io.dst, io.src}; }
 
 }  // namespace
 
@@ -248,19 +240,18 @@ PF_Err FastBlurV(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
 }
 
 template <typename Pixel, typename Channel>
-PF_Err FastBlurA(IO_Params* io, std::int32_t horizontalRadiusPx, std::int32_t verticalRadiusPx,
-                 std::uint8_t lensMap, std::uint8_t /*unused*/, BoxBlurScratch<Pixel>* scratch) {
-  PF_LayerDef* const source = io->src;
-  PF_LayerDef* const destination = io->dst;
-  AEGP_SuiteHandler suites(io->in_data->pica_basicP);
-  const A_long lines = ExtentLines(*destination);
-  OwnedWorld unblurred(io->in_data);
-  if (const PF_Err err = unblurred.CreateLike(*source); err != 0) {
+PF_Err FastBlurA(const IO_Params& io, std::int32_t horizontalRadiusPx,
+                 std::int32_t verticalRadiusPx, std::uint8_t lensMap, std::uint8_t /*unused*/,
+                 BoxBlurScratch<Pixel>* scratch) {
+  AEGP_SuiteHandler suites(io.in_data->pica_basicP);
+  const A_long lines = ExtentLines(*io.dst);
+  OwnedWorld unblurred(io.in_data);
+  if (const PF_Err err = unblurred.CreateLike(*io.src); err != 0) {
     return err;
   }
   // Kept: neither this copy's nor the horizontal pass's failure stops the blur.
-  static_cast<void>(CopyWorld(io->in_data, source, unblurred.get()));
-  BoxBlurRefcon box = {.io = io,
+  static_cast<void>(CopyWorld(io.in_data, io.src, unblurred.get()));
+  BoxBlurRefcon box = {.io = nullptr,
                        .mirror = 1,
                        .radiusPx = 0,
                        .span = 0,
@@ -268,61 +259,56 @@ PF_Err FastBlurA(IO_Params* io, std::int32_t horizontalRadiusPx, std::int32_t ve
                        .unblurred = *unblurred.get(),
                        .boxRows = nullptr,
                        .weightedStrips = nullptr,
-                       .mask = LensMaskView(*destination),
+                       .mask = LensMaskView(*io.dst),
                        .ones = {}};
   static_cast<void>(
       RunBoxPass<BoxAxis::kRows, Pixel>(suites, io, horizontalRadiusPx, lines, &box, scratch));
   if (scratch->outOfMemory) {
     return PF_Err_OUT_OF_MEMORY;
   }
-  const WorldsSwap swap(io);
+  const IO_Params back = Swapped(io);
   PF_Err err =
-      RunBoxPass<BoxAxis::kColumns, Pixel>(suites, io, verticalRadiusPx, lines, &box, scratch);
+      RunBoxPass<BoxAxis::kColumns, Pixel>(suites, back, verticalRadiusPx, lines, &box, scratch);
   if (err == 0) {
-    err = CopyWorld(io->in_data, source, destination);
+    err = CopyWorld(io.in_data, io.src, io.dst);
   }
   return err;
 }
 
 template <typename Pixel, typename Channel>
-PF_Err FastBlur(IO_Params* io, std::int32_t radiusPx, std::uint8_t lensMap) {
+PF_Err FastBlur(const IO_Params& io, std::int32_t radiusPx, std::uint8_t lensMap) {
   BoxBlurScratch<Pixel> scratch;
-  const auto round = [&] { return FastBlurA<Pixel>(io, radiusPx, radiusPx, lensMap, 0, &scratch); };
+  const auto round = [&](const IO_Params& worlds) {
+    return FastBlurA<Pixel>(worlds, radiusPx, radiusPx, lensMap, 0, &scratch);
+  };
   // Kept: the first two rounds' failures are ignored; only shortage of own memory ends the blur.
-  static_cast<void>(round());
+  static_cast<void>(round(io));
   if (scratch.outOfMemory) {
     return PF_Err_OUT_OF_MEMORY;
   }
-  {
-    const WorldsSwap swap(io);
-    static_cast<void>(round());
-  }
-  return scratch.outOfMemory ? PF_Err_OUT_OF_MEMORY : round();
+  static_cast<void>(round(Swapped(io)));
+  return scratch.outOfMemory ? PF_Err_OUT_OF_MEMORY : round(io);
 }
 
-PF_Err RenderFastBlurEffect(IO_Params* io, const LX_Info* info) {
-  const std::int32_t radiusPx = TruncateToInt32(info->fastBlurAmount);
-  // A NaN scale counts as non-zero.
-  if (info->scaleHeight == 0.0F || info->scaleWidth == 0.0F || info->fastBlurVisible != 1 ||
-      radiusPx == 0) {
-    return CopyWorld(io->in_data, io->src, io->dst);
+PF_Err RenderFastBlurEffect(const StageCall& call) {
+  const FastBlurPlan& plan = call.plan.fastBlur;
+  if (plan.isCopy) {
+    return call.Copy();
   }
-  // Kept: against a narrow feather the blur is uniform even with the lens as blur map.
-  const bool lensMap =
-      info->fastBlurUseLensAsBlurMap != 0 && 2.0F * info->feather > info->fastBlurAmount / 100.0F;
-  return IsDeep(*io->dst) ? FastBlur<PF_Pixel16>(io, radiusPx, lensMap ? 1 : 0)
-                          : FastBlur<PF_Pixel>(io, radiusPx, lensMap ? 1 : 0);
+  const std::uint8_t lensMap = plan.isByMask ? 1 : 0;
+  return IsDeep(*call.io.dst) ? FastBlur<PF_Pixel16>(call.io, plan.radiusPx, lensMap)
+                              : FastBlur<PF_Pixel>(call.io, plan.radiusPx, lensMap);
 }
 
 template PF_Err FastBlurH<PF_Pixel>(void*, A_long, A_long, PF_Pixel*, PF_Pixel*);
 template PF_Err FastBlurH<PF_Pixel16>(void*, A_long, A_long, PF_Pixel16*, PF_Pixel16*);
 template PF_Err FastBlurV<PF_Pixel>(void*, A_long, A_long, PF_Pixel*, PF_Pixel*);
 template PF_Err FastBlurV<PF_Pixel16>(void*, A_long, A_long, PF_Pixel16*, PF_Pixel16*);
-template PF_Err FastBlurA<PF_Pixel>(IO_Params*, std::int32_t, std::int32_t, std::uint8_t,
+template PF_Err FastBlurA<PF_Pixel>(const IO_Params&, std::int32_t, std::int32_t, std::uint8_t,
                                     std::uint8_t, BoxBlurScratch<PF_Pixel>*);
-template PF_Err FastBlurA<PF_Pixel16>(IO_Params*, std::int32_t, std::int32_t, std::uint8_t,
+template PF_Err FastBlurA<PF_Pixel16>(const IO_Params&, std::int32_t, std::int32_t, std::uint8_t,
                                       std::uint8_t, BoxBlurScratch<PF_Pixel16>*);
-template PF_Err FastBlur<PF_Pixel>(IO_Params*, std::int32_t, std::uint8_t);
-template PF_Err FastBlur<PF_Pixel16>(IO_Params*, std::int32_t, std::uint8_t);
+template PF_Err FastBlur<PF_Pixel>(const IO_Params&, std::int32_t, std::uint8_t);
+template PF_Err FastBlur<PF_Pixel16>(const IO_Params&, std::int32_t, std::uint8_t);
 
 }  // namespace vitrell

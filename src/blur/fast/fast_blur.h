@@ -10,6 +10,7 @@
 #include "blur/fast/weighted_strips.h"
 #include "host/host_api.h"
 #include "lens/lens_mask.h"
+#include "pass/stage.h"
 
 namespace vitrell {
 
@@ -35,19 +36,20 @@ struct BoxBlurScratch {
   bool outOfMemory = false;
 };
 
-// Blurs io->src into io->dst; io->src serves as scratch. Copies where the lens has no extent, the
-// stage is off or the radius is 0. Answers the last round's code: earlier rounds' failures are
-// ignored, except for memory of the effect's own (PF_Err_OUT_OF_MEMORY). A missing suite throws.
-[[nodiscard]] PF_Err RenderFastBlurEffect(IO_Params* io, const LX_Info* info);
+// The stage: blurs call.io.src into call.io.dst; call.io.src serves as scratch. Copies where the
+// plan says so: the lens has no extent, the stage is off or the radius is 0. Answers the last
+// round's code: earlier rounds' failures are ignored, except for memory of the effect's own
+// (PF_Err_OUT_OF_MEMORY). A missing suite throws.
+[[nodiscard]] PF_Err RenderFastBlurEffect(const StageCall& call);
 
 // Three rounds of FastBlurA.
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
-[[nodiscard]] PF_Err FastBlur(IO_Params* io, std::int32_t radiusPx, std::uint8_t lensMap);
+[[nodiscard]] PF_Err FastBlur(const IO_Params& io, std::int32_t radiusPx, std::uint8_t lensMap);
 
-// One horizontal and one vertical box pass; the result is in both of the context's worlds. The last
+// One horizontal and one vertical box pass; the result is in both of the worlds. The last
 // byte is not used. Own shortage of memory is told in scratch as well as in the result.
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
-[[nodiscard]] PF_Err FastBlurA(IO_Params* io, std::int32_t horizontalRadiusPx,
+[[nodiscard]] PF_Err FastBlurA(const IO_Params& io, std::int32_t horizontalRadiusPx,
                                std::int32_t verticalRadiusPx, std::uint8_t lensMap,
                                std::uint8_t unused, BoxBlurScratch<Pixel>* scratch);
 

@@ -11,7 +11,6 @@
 #include "base/pixel_access.h"
 #include "blur/optical/bilinear_samples.h"
 #include "blur/optical/distortion_field.h"
-#include "host/pixel_pass.h"
 #include "host/world.h"
 #include "lens/lens_mask.h"
 #include "pass/lazy_strips.h"
@@ -112,35 +111,32 @@ PF_Err OpticalDistortion(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* 
 }
 
 template <typename Pixel>
-PF_Err RunPass(AEGP_SuiteHandler& suites, IO_Params* io, const DistortionField& field) {
-  DistortRefcon<Pixel> refcon = {
-      field, *io->src, LensMaskView(*io->dst), &BestBilinearEngine<Pixel>(), {}};
-  const PF_LayerDef& src = *io->src;
+PF_Err RunPass(const StageCall& call, const DistortionField& field) {
+  const PF_LayerDef& src = *call.io.src;
+  const PF_LayerDef& dst = *call.io.dst;
+  DistortRefcon<Pixel> refcon = {field, src, LensMaskView(dst), &BestBilinearEngine<Pixel>(), {}};
   // Worlds with another origin and extreme fields of view have no strips.
-  const bool hasStrips = src.data != nullptr && IsDeep(src) == IsDeep(*io->dst) &&
+  const bool hasStrips = src.data != nullptr && IsDeep(src) == IsDeep(dst) &&
                          src.extent_hint.left == 0 && src.extent_hint.top == 0 &&
                          !(field.focalLengthPx < kFocalLengthThreshold);
   if (hasStrips && !refcon.strips.Reset(src.width, src.height)) {
     return PF_Err_OUT_OF_MEMORY;
   }
-  return RunPixelPass(suites, io->in_data, io->src, io->dst, ExtentLines(*io->dst),
-                      {OpticalDistortion<PF_Pixel>, OpticalDistortion<PF_Pixel16>}, &refcon);
+  return call.Iterate({OpticalDistortion<PF_Pixel>, OpticalDistortion<PF_Pixel16>}, &refcon);
 }
 
 }  // namespace
 
-PF_Err RunOpticalDistortion(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info) {
-  const PF_ANSICallbacks& maths = io->in_data->utils->ansi;
-  const PF_LayerDef& dst = *io->dst;
+PF_Err RunOpticalDistortion(const StageCall& call) {
+  const PF_ANSICallbacks& maths = call.io.in_data->utils->ansi;
+  const PF_LayerDef& dst = *call.io.dst;
   const double diagonalPx = maths.sqrt(WrappingAdd(WrappingMultiply(dst.width, dst.width),
                                                    WrappingMultiply(dst.height, dst.height)));
-  const double halfFieldOfView = info.opticalAmount * std::numbers::pi / 180 * 0.5;
-  const bool useLensCenter = info.opticalCenterOfLens != 0;
-  const DistortionField field = {useLensCenter ? info.positionX : info.opticalCenterX,
-                                 useLensCenter ? info.positionY : info.opticalCenterY,
-                                 diagonalPx / maths.tan(halfFieldOfView), maths.sqrt};
-  return IsDeep(dst) ? RunPass<PF_Pixel16>(suites, io, field)
-                     : RunPass<PF_Pixel>(suites, io, field);
+  const double halfFieldOfView = call.info.opticalAmount * std::numbers::pi / 180 * 0.5;
+  const PixelPosition center = call.plan.opticalCenter;
+  const DistortionField field = {center.x, center.y, diagonalPx / maths.tan(halfFieldOfView),
+                                 maths.sqrt};
+  return IsDeep(dst) ? RunPass<PF_Pixel16>(call, field) : RunPass<PF_Pixel>(call, field);
 }
 
 }  // namespace vitrell

@@ -13,8 +13,6 @@
 namespace vitrell {
 namespace {
 
-constexpr double kSmallestAmount = 0.0001;
-
 // Kept: the last row and column repeat their neighbours, whatever the blur gave them. A world with
 // a single row or column has no neighbour in that direction and stays as it is there.
 template <typename Pixel>
@@ -34,28 +32,29 @@ void MendEdges(const PF_LayerDef& world) {
 
 }  // namespace
 
-PF_Err RenderReleasticBlurEffect(IO_Params* io, LX_Info* info) {
-  if (info->realisticVisible != 1 || !(info->realisticAmount > kSmallestAmount)) {
+PF_Err RenderReleasticBlurEffect(const StageCall& call) {
+  const RealisticBlurPlan& plan = call.plan.realisticBlur;
+  const IO_Params& io = call.io;
+  if (plan.isCopy) {
     // Kept: a copy that fails here goes unnoticed.
-    static_cast<void>(CopyWorld(io->in_data, io->src, io->dst));
+    static_cast<void>(call.Copy());
     return PF_Err_NONE;
   }
-  if (IsDeep(*io->src) != IsDeep(*io->dst)) {
+  if (IsDeep(*io.src) != IsDeep(*io.dst)) {
     return PF_Err_BAD_CALLBACK_PARAM;
   }
-  const std::int32_t maxRadius = MaxIrisRadius(*info);
+  const std::int32_t maxRadius = MaxIrisRadius(call.info);
   if (maxRadius < 0 || maxRadius > kMaxIrisRadius) {
     return PF_Err_OUT_OF_MEMORY;
   }
-  const IrisShape shape = MakeIrisShape(*info, io->in_data->utils->ansi);
-  const PF_Err err = info->realisticUseLensAsBlurMap == 0
-                         ? BlurUniformly(*io, shape, maxRadius, BestLaneEngine())
-                         : BlurByMask(*io, shape, maxRadius, BestLaneEngine());
+  const IrisShape shape = MakeIrisShape(call.info, io.in_data->utils->ansi);
+  const PF_Err err = plan.isByMask ? BlurByMask(io, shape, maxRadius, BestLaneEngine())
+                                   : BlurUniformly(io, shape, maxRadius, BestLaneEngine());
   // An error of the pass does not keep the edges from being mended.
-  if (IsDeep(*io->dst)) {
-    MendEdges<PF_Pixel16>(*io->dst);
+  if (IsDeep(*io.dst)) {
+    MendEdges<PF_Pixel16>(*io.dst);
   } else {
-    MendEdges<PF_Pixel>(*io->dst);
+    MendEdges<PF_Pixel>(*io.dst);
   }
   return err;
 }

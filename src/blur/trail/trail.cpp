@@ -11,7 +11,6 @@
 #include "base/pixel_access.h"
 #include "blur/trail/shared_pixel.h"
 #include "blur/trail/trail_ray.h"
-#include "host/pixel_pass.h"
 #include "host/result.h"
 #include "host/world.h"
 
@@ -110,16 +109,15 @@ std::int32_t FarthestCornerDistance(const PF_ANSICallbacks& maths, TrailCenter c
 
 }  // namespace
 
-PF_Err RunTrail(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info) {
-  PF_LayerDef* const dst = io->dst;
-  const TrailCenter chosen = info.trailCenterOfLens == 1
-                                 ? TrailCenter{info.positionX, info.positionY}
-                                 : TrailCenter{info.trailCenterX, info.trailCenterY};
-  const TrailCenter center = ClampCenter(chosen, dst->extent_hint);
+PF_Err RunTrail(const StageCall& call) {
+  const IO_Params& io = call.io;
+  const float amount = call.info.trailAmount;
+  PF_LayerDef* const dst = io.dst;
+  const PixelPosition chosen = call.plan.trailCenter;
+  const TrailCenter center = ClampCenter({chosen.x, chosen.y}, dst->extent_hint);
   const std::int32_t farthestPx =
-      FarthestCornerDistance(io->in_data->utils->ansi, center, dst->extent_hint);
-  const std::int32_t tapCount =
-      TruncateToInt32(static_cast<float>(farthestPx) * info.trailAmount * info.trailAmount);
+      FarthestCornerDistance(io.in_data->utils->ansi, center, dst->extent_hint);
+  const std::int32_t tapCount = TruncateToInt32(static_cast<float>(farthestPx) * amount * amount);
   const std::int64_t right = std::int64_t{dst->width} - 1;
   const std::int64_t bottom = std::int64_t{dst->height} - 1;
   const std::int64_t maxRayPoints =
@@ -131,11 +129,10 @@ PF_Err RunTrail(AEGP_SuiteHandler& suites, IO_Params* io, const LX_Info& info) {
   if (!weights.Fill(tapCount, maxRayPoints)) {
     return PF_Err_OUT_OF_MEMORY;
   }
-  RETURN_IF_ERROR(FillTransparent(io->in_data, dst));
-  TrailRefcon refcon = {center, io, tapCount, &weights, maxRayPoints, false};
+  RETURN_IF_ERROR(FillTransparent(io.in_data, dst));
+  TrailRefcon refcon = {center, &io, tapCount, &weights, maxRayPoints, false};
   // Kept: the result of the pass is ignored, so that a cancelled one leaves the rays cast so far.
-  static_cast<void>(RunPixelPass(suites, io->in_data, io->src, dst, ExtentLines(*dst),
-                                 {Trail<PF_Pixel>, Trail<PF_Pixel16>}, &refcon));
+  static_cast<void>(call.Iterate({Trail<PF_Pixel>, Trail<PF_Pixel16>}, &refcon));
   return refcon.isOutOfMemory ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
 }
 

@@ -14,6 +14,7 @@
 #include "host/picture.h"
 #include "lens/test_mask.h"
 #include "literal/blur/fast/fast_blur.h"
+#include "pass/call_stage.h"
 
 namespace vitrell {
 namespace {
@@ -40,10 +41,7 @@ LX_Info Mapped(float amount) {
 
 template <typename Pixel>
 PF_Err Blur(FakeHost& host, const LX_Info& info, Picture<Pixel>& src, Picture<Pixel>& dst) {
-  IO_Params io = {host.inData(), nullptr, src.get(), dst.get()};
-  const PF_Err err = RenderFastBlurEffect(&io, &info);
-  EXPECT_EQ(io.src, src.get());
-  EXPECT_EQ(io.dst, dst.get());
+  const PF_Err err = CallStage(RenderFastBlurEffect, host.inData(), src.get(), dst.get(), info);
   EXPECT_EQ(host.liveWorlds, 0);
   return err;
 }

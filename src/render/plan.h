@@ -1,0 +1,15 @@
+// Turns the settings of a render into its plan.
+#ifndef VITRELL_RENDER_PLAN_H_
+#define VITRELL_RENDER_PLAN_H_
+
+#include "base/render_records.h"
+
+namespace vitrell {
+
+// Takes every decision that hangs on the settings alone. Called once per render; the stages read
+// the plan and never ask the settings whether or how they run.
+RenderPlan MakePlan(const LX_Info& info);
+
+}  // namespace vitrell
+
+#endif  // VITRELL_RENDER_PLAN_H_
