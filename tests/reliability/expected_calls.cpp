@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "literal/blur/directional/line_taps.h"
 #include "literal/blur/fast/fast_blur.h"
-#include "literal/engines.h"
 
 namespace vitrell::reliability {
 namespace {

@@ -5,8 +5,12 @@
 #include <vector>
 
 #include "literal/base/truncate.h"
+#include "literal/blur/directional/directional_blur.h"
+#include "literal/blur/directional/line_taps.h"
 #include "literal/blur/fast/fast_blur.h"
-#include "literal/engines.h"
+#include "literal/blur/optical/optical_distortion.h"
+#include "literal/blur/realistic/realistic_blur.h"
+#include "literal/blur/trail/trail.h"
 
 namespace vitrell::literal {
 namespace {

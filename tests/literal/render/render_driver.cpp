@@ -7,7 +7,8 @@
 #include "literal/blur/blur_dispatcher.h"
 #include "literal/colour/blend_modes.h"
 #include "literal/colour/chromatic_aberration.h"
-#include "literal/colour/tone.h"
+#include "literal/colour/color_effect.h"
+#include "literal/colour/lightness.h"
 #include "literal/lens/lens_mask.h"
 #include "literal/lens/lens_stage.h"
 

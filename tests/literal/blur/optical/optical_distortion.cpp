@@ -1,7 +1,8 @@
 // The optical distortion, evaluated step by step from its definition.
+#include "literal/blur/optical/optical_distortion.h"
+
 #include "literal/base/pixel_access.h"
 #include "literal/base/truncate.h"
-#include "literal/engines.h"
 #include "literal/lens/lens_mask.h"
 
 namespace vitrell::literal {

@@ -1,26 +1,9 @@
-// The tone stages: the lightness curve and the colour wash.
-#include "literal/colour/tone.h"
+// The colour wash.
+#include "literal/colour/color_effect.h"
 
 #include "literal/base/truncate.h"
 
 namespace vitrell::literal {
-
-double LightnessExponent(float amount, const Maths& maths) {
-  return maths.pow(10.0, static_cast<double>(-amount));
-}
-
-void LightnessPass(double exponent, const Maths& maths, const World& src, World& dst) {
-  for (std::int32_t y = 0; y < dst.height; ++y) {
-    for (std::int32_t x = 0; x < dst.width; ++x) {
-      for (int i = 0; i < 4; ++i) {
-        const std::uint16_t in = src.At(y, x).channel[i];
-        const double bent = dst.deep ? maths.pow(in * 3.0517578125e-05, exponent) * 32768.0
-                                     : maths.pow(in / 255.0, exponent) * 255.0;
-        dst.At(y, x).channel[i] = ChannelFromReal(bent, dst.deep);
-      }
-    }
-  }
-}
 
 void ColorPass(float opacity, const std::uint8_t (&color)[4], const World& src, World& dst) {
   // Kept: in 16 bits the target is widened by 256, so that 255 aims at 65280, above white.
