@@ -47,6 +47,13 @@ ColourMeans WeightedMeans(const BoxBlurRefcon& box, std::int32_t x, std::int32_t
   return {red / weightSum, green / weightSum, blue / weightSum};
 }
 
+// The pixel's own alpha with the blurred colours. In a world whose extent does not begin at (0, 0)
+// the blurred pixel was worked out for another place of the memory, and so was its alpha.
+template <typename Pixel>
+inline void StoreColours(const Pixel& in, const Pixel& blurred, Pixel* out) {
+  *out = {in.alpha, blurred.red, blurred.green, blurred.blue};
+}
+
 template <typename Pixel>
 void StoreMeans(const Pixel& in, const ColourMeans& means, Pixel* out) {
   using Channel = ChannelOf<Pixel>;
@@ -106,7 +113,7 @@ template <BoxAxis kAxis, typename Pixel>
 [[gnu::noinline]] PF_Err PlainBoxOfNewRow(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y,
                                           const Pixel& in, Pixel* out) {
   if (const Pixel* const blurred = static_cast<BoxRows<Pixel>*>(box.boxRows)->At(x, y)) {
-    *out = *blurred;
+    StoreColours(in, *blurred, out);
   } else {
     StorePlainBox<kAxis>(box, x, y, in, out);
   }
@@ -120,7 +127,7 @@ inline PF_Err PlainBox(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y,
   if (blurred == nullptr) [[unlikely]] {
     return PlainBoxOfNewRow<kAxis>(box, x, y, in, out);
   }
-  *out = *blurred;
+  StoreColours(in, *blurred, out);
   return PF_Err_NONE;
 }
 
@@ -171,7 +178,7 @@ template <BoxAxis kAxis, typename Pixel>
     }
   }
   if (blurred != nullptr) {
-    *out = {in.alpha, blurred->red, blurred->green, blurred->blue};
+    StoreColours(in, *blurred, out);
   } else {
     StoreWeightedBox<kAxis>(box, x, y, m, in, out);
   }

@@ -190,7 +190,7 @@ TYPED_TEST(FastBlurTest, RoundsMeansNextToAHalf) {
 }
 
 // The literal engine adds up every tap in floating point; uniform and by random masks, half of them
-// with values beyond 1.
+// with values beyond 1, the other half in worlds whose extent begins anywhere.
 TYPED_TEST(FastBlurTest, MatchesTheLiteralEngine) {
   std::mt19937_64 random(kSeed);
   const auto below = [&](std::uint64_t n) { return static_cast<int>(random() % n); };
@@ -203,7 +203,10 @@ TYPED_TEST(FastBlurTest, MatchesTheLiteralEngine) {
     Picture<TypeParam> src(width, height);
     src.FillNoise(random(), i % 5 == 0 ? 3 : this->kMax);
     Picture<TypeParam> dst(width, height);
-    literal::Mask mask = {{0, 0, width, height}, {}};
+    const A_long left = i % 2 == 0 ? 0 : below(9) - 4;
+    const A_long top = i % 2 == 0 ? 0 : below(9) - 4;
+    literal::Mask mask = {{left, top, left + width, top + height}, {}};
+    src.get()->extent_hint = dst.get()->extent_hint = {left, top, left + width, top + height};
     literal::World from;
     from.deep = Picture<TypeParam>::kDeep;
     from.width = width;
@@ -235,8 +238,8 @@ TYPED_TEST(FastBlurTest, MatchesTheLiteralEngine) {
       const TypeParam& pixel = dst.At(k % width, k / width);
       ASSERT_THAT((std::vector<int>{pixel.alpha, pixel.red, pixel.green, pixel.blue}),
                   ElementsAre(c[0], c[1], c[2], c[3]))
-          << "case " << i << " pixel " << k << " of " << width << "x" << height << " amount "
-          << info.fastBlurAmount << " seed " << kSeed;
+          << "case " << i << " pixel " << k << " of " << width << "x" << height << " at " << left
+          << "," << top << " amount " << info.fastBlurAmount << " seed " << kSeed;
     }
   }
 }
@@ -300,6 +303,28 @@ TYPED_TEST(FastBlurTest, TransparentPixelsKeepTheirAlphaAndMixColours) {
   EXPECT_GT(dst.At(1, 0).red, 60);
   EXPECT_EQ(dst.At(0, 0).alpha, 200);
   EXPECT_LT(dst.At(0, 0).red, 100);
+}
+
+// The host counts pixels from the first one in memory, here at layer position (1, 0): around pixel
+// x lie the stored pixels x - 2 to x, mirrored: (255, 90, 0), (90, 0, 90), (0, 90, 255). Alpha is
+// that of pixel x itself.
+TYPED_TEST(FastBlurTest, KeepsThePixelsOwnAlphaAtADisplacedExtent) {
+  Picture<TypeParam> row(3, 1);
+  row.At(0, 0) = {1, 0, 0, 0};
+  row.At(1, 0) = {2, 90, 0, 0};
+  row.At(2, 0) = {3, 255, 0, 0};
+  row.get()->extent_hint = {1, 0, 4, 1};
+  const Picture<TypeParam> blurred = HorizontalPass(Uniform(1), row);
+  EXPECT_EQ(blurred.At(0, 0), (TypeParam{1, 115, 0, 0}));
+  EXPECT_EQ(blurred.At(1, 0), (TypeParam{2, 60, 0, 0}));
+  EXPECT_EQ(blurred.At(2, 0), (TypeParam{3, 115, 0, 0}));
+  FakeHost host;
+  Picture<TypeParam> dst = row;
+  ASSERT_EQ(Blur(host, Uniform(1), row, dst), PF_Err_NONE);
+  for (A_long x = 0; x < 3; ++x) {
+    EXPECT_EQ(dst.At(x, 0).alpha, x + 1);
+    EXPECT_EQ(row.At(x, 0).alpha, x + 1);
+  }
 }
 
 TYPED_TEST(FastBlurTest, MaskZeroKeepsThePixelThroughAllRounds) {

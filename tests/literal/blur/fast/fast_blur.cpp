@@ -71,7 +71,8 @@ bool FastBlurIsCopy(const Settings& s) {
 
 void FastBlurRound(std::int32_t horizontalRadius, std::int32_t verticalRadius, bool lensMap,
                    const Mask& mask, World& src, World& dst) {
-  const World unblurred = src;
+  World unblurred = src;  // A world that the host has just made, at an origin of its own.
+  unblurred.extent = {0, 0, src.width, src.height};
   BoxPass(horizontalRadius, lensMap, false, mask, src, unblurred, dst);
   BoxPass(verticalRadius, lensMap, true, mask, dst, unblurred, src);  // NOLINT: back again.
   dst.pixels = src.pixels;
