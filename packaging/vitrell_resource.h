@@ -7,8 +7,9 @@
 
 namespace vitrell::packaging {
 
-// The oldest host the effect loads in.
-inline constexpr ApiVersion kApiVersion{13, 18};
+// The interface of the first host that renders frames on several threads. Under an older number
+// the host does not believe PF_OutFlag2_SUPPORTS_THREADED_RENDERING.
+inline constexpr ApiVersion kApiVersion{13, 25};
 
 // The version and the flags are those the code registers; the host refuses an effect whose code
 // and resource disagree. The match name never changes: projects find the effect by it.

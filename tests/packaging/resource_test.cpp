@@ -115,7 +115,6 @@ TEST(VitrellResourceTest, NamesTheEffect) {
   EXPECT_EQ(properties.at("catg"), "\16Blur & Sharpen");
   EXPECT_EQ(properties.at("eMNA"), "\14VTRL Vitrell");
   EXPECT_EQ(properties.at("ePVR"), "\0\2\0\0"s);
-  EXPECT_EQ(properties.at("eSVR"), "\0\15\0\22"s);
   EXPECT_EQ(properties.at("eINF"), "\0\0"s);
   EXPECT_EQ(properties.at("aeFL"), "\0\0\0\0"s);
 }
@@ -136,6 +135,14 @@ TEST(VitrellResourceTest, AgreesWithWhatTheModuleRegisters) {
             static_cast<unsigned>(registered.OutData().out_flags));
   EXPECT_EQ(ReadNumber(properties.at("eGL2")),
             static_cast<unsigned>(registered.OutData().out_flags2));
+}
+
+// The host renders on several threads only what was written for interface 13.25 or a later one.
+TEST(VitrellResourceTest, DeclaresAnInterfaceWithThreadedRendering) {
+  const auto properties = VitrellProperties();
+  RegisteredValues registered;
+  EXPECT_NE(registered.OutData().out_flags2 & PF_OutFlag2_SUPPORTS_THREADED_RENDERING, 0);
+  EXPECT_EQ(properties.at("eSVR"), "\0\15\0\31"s);
 }
 
 // The word holds the three numbers in bits 19 to 21, 15 to 18 and 11 to 14.
