@@ -66,31 +66,25 @@ std::uint64_t MostValues(const LensMaskInput& input) {
 }  // namespace
 
 LensMaskView::LensMaskView(const PF_LayerDef& world)
-    : rows_(g_LensMaskRows),
+    : rows_(values_.rows().rows),
       left_(static_cast<std::uint32_t>(world.extent_hint.left)),
       top_(static_cast<std::uint32_t>(world.extent_hint.top)),
       width_(Extent(world.extent_hint.left, world.extent_hint.right)),
-      height_(Extent(world.extent_hint.top, world.extent_hint.bottom)),
-      values_(g_LensMask),
-      size_(g_LensMaskSize) {
-  if (rows_.rows != nullptr && width_ > 0 && rows_.width == width_) {
-    rowCount_ = static_cast<std::uint32_t>(std::min<std::uint64_t>(height_, size_ / width_));
+      height_(Extent(world.extent_hint.top, world.extent_hint.bottom)) {
+  if (rows_ != nullptr && width_ > 0 && values_.rows().width == width_) {
+    rowCount_ =
+        static_cast<std::uint32_t>(std::min<std::uint64_t>(height_, values_.size() / width_));
   }
 }
 
 double LensMaskView::AtIndex(std::uint32_t column, std::uint32_t row) const {
   const std::uint64_t index = std::uint64_t{row} * width_ + column;
-  if (column >= width_ || row >= height_ || index >= size_) {
-    return 0.0;
-  }
-  return rows_.rows == nullptr
-             ? values_[index]
-             : rows_.rows[index / rows_.width].At(static_cast<std::uint32_t>(index % rows_.width));
+  return column < width_ && row < height_ ? values_.At(index) : 0.0;
 }
 
 MaskOnes LensMaskView::Ones() const {
-  const bool isSimple = rowCount_ != 0 && left_ == 0 && top_ == 0 && rows_.rows[0].inner == 1;
-  return isSimple ? MaskOnes(rows_.rows, rowCount_) : MaskOnes();
+  const bool isSimple = rowCount_ != 0 && left_ == 0 && top_ == 0 && rows_[0].inner == 1;
+  return isSimple ? MaskOnes(rows_, rowCount_) : MaskOnes();
 }
 
 PF_Err BuildLensMask(const LensMaskInput& input, const LX_Info& info, const MaskPlan& plan) {
@@ -111,7 +105,7 @@ PF_Err BuildLensMask(const LensMaskInput& input, const LX_Info& info, const Mask
             .size = g_LensMaskSize,
             .values = g_LensMask,
             .rows = rows});
-  g_LensMaskRows = {rows, width};
+  g_LensMaskRows = {rows, width, plan.isWholeNeeded};
   return PF_Err_NONE;
 }
 

@@ -45,6 +45,7 @@ struct MaskRow {
 struct MaskRows {
   const MaskRow* rows = nullptr;
   std::uint32_t width = 0;
+  bool hasAllValues = true;  // g_LensMask holds those that the rows tell, too.
 };
 extern MaskRows g_LensMaskRows;
 
@@ -67,6 +68,35 @@ struct LensMaskInput {
 // Frees the mask. With keepAddress g_LensMask keeps its old, now dangling value, as the failure
 // paths before the first stage leave it; it is never read or freed again.
 void FreeLensMask(bool keepAddress);
+
+// The mask's values in the order of its own rectangle, row by row. For use during one pass.
+class LensMaskValues {
+ public:
+  LensMaskValues() : values_(g_LensMask), size_(g_LensMaskSize), rows_(g_LensMaskRows) {}
+
+  // 0.0 beyond the last one.
+  double At(std::uint64_t index) const {
+    if (index >= size_) {
+      return 0.0;
+    }
+    return rows_.hasAllValues ? values_[index]
+                              : rows_.rows[index / rows_.width].At(
+                                    static_cast<std::uint32_t>(index % rows_.width));
+  }
+
+  // As many values from the first on, one behind the other; null unless memory holds all of them.
+  const double* InMemory(std::uint64_t count) const {
+    return rows_.hasAllValues && count <= size_ ? values_ : nullptr;
+  }
+
+  std::uint64_t size() const { return size_; }
+  const MaskRows& rows() const { return rows_; }
+
+ private:
+  const double* values_;
+  std::uint64_t size_;
+  MaskRows rows_;
+};
 
 // A quick answer for most pixels of a lens: positions in a row's run of ones.
 class MaskOnes {
@@ -105,7 +135,7 @@ class LensMaskView {
   VITRELL_UNSIGNED_WRAPS double At(std::int32_t x, std::int32_t y) const {
     const std::uint32_t column = static_cast<std::uint32_t>(x) - left_;
     const std::uint32_t row = static_cast<std::uint32_t>(y) - top_;
-    return row < rowCount_ && column < width_ ? rows_.rows[row].At(column) : AtIndex(column, row);
+    return row < rowCount_ && column < width_ ? rows_[row].At(column) : AtIndex(column, row);
   }
 
   // The value where the world's rows are rows of the mask; false elsewhere. Calls nothing, so that
@@ -116,25 +146,28 @@ class LensMaskView {
     if (row >= rowCount_ || column >= width_) {
       return false;
     }
-    *value = rows_.rows[row].At(column);
+    *value = rows_[row].At(column);
     return true;
   }
 
   // Knows of no position when the mask is inverted or the world's origin is not (0, 0).
   MaskOnes Ones() const;
 
+  // All values of the world's rectangle, row by row, one behind the other; null when memory does
+  // not hold them all. It does in a render whose settings let a blur follow the lens.
+  const double* ValuesInMemory() const { return values_.InMemory(std::uint64_t{width_} * height_); }
+
  private:
   // For every position.
   double AtIndex(std::uint32_t column, std::uint32_t row) const;
 
-  MaskRows rows_;
+  LensMaskValues values_;
+  const MaskRow* rows_ = nullptr;
   std::uint32_t rowCount_ = 0;  // Rows of this rectangle that are rows of the mask.
   std::uint32_t left_;
   std::uint32_t top_;
   std::uint32_t width_;
   std::uint32_t height_;
-  const double* values_;
-  std::uint64_t size_;
 };
 
 // The mask at layer position (x, y) as the given world sees it.

@@ -49,8 +49,9 @@ bool KernelMap::ChooseKernels(const PF_ANSICallbacks& maths, std::int32_t maxRad
     return false;
   }
   RadiusByMask radiusOf(maths, maxRadius);
+  const LensMaskValues mask;
   for (std::size_t i = 0; i < pixels; ++i) {
-    const std::int32_t radius = radiusOf(i < g_LensMaskSize ? g_LensMask[i] : 0.0);
+    const std::int32_t radius = radiusOf(mask.At(i));
     kernelIndex_[i] = static_cast<std::uint16_t>(radius);
     (*used)[static_cast<std::size_t>(radius)] = 1;
   }
