@@ -16,13 +16,22 @@
 
 namespace vitrell {
 
+// Whether the world has pixels and its origin is (0, 0), so that layer positions are those of its
+// memory and a row's pixels are found without the columns.
+inline bool HasPixelsFromOrigin(const PF_LayerDef& world) {
+  return world.data != nullptr && world.width > 0 && world.height > 0 &&
+         world.extent_hint.left == 0 && world.extent_hint.top == 0;
+}
+
+// A line of size > 0 pixels, mirrored at its ends, repeats after so many positions.
+constexpr std::int64_t MirrorPeriod(std::int64_t size) { return 2 * size - 1; }
+
 // Folds one coordinate into 0..size-1 by repeated reflection: below zero c becomes -c (the edge is
 // not repeated), at or above size it becomes 2 x size - 1 - c (the edge is repeated).
 // Kept: the reflection is asymmetric, so that the first row appears once and the last one twice.
-// The reflections repeat with the period 2 x size - 1, which makes this a remainder instead of a
-// loop. size must be positive.
+// The reflections repeat, which makes this a remainder instead of a loop. size must be positive.
 inline std::int64_t FoldCoordinate(std::int64_t coordinate, std::int64_t size) {
-  const std::int64_t period = 2 * size - 1;
+  const std::int64_t period = MirrorPeriod(size);
   std::int64_t folded = coordinate < 0 ? -coordinate : coordinate;
   if (folded >= size) {
     folded %= period;

@@ -13,12 +13,20 @@ struct PixelCallbacks {
   PF_IteratePixel16Func pixel16;
 };
 
+// For a pass whose refcon is made for one depth, chosen by the destination's.
+constexpr PixelCallbacks CallbackOfDepth(PF_IteratePixel8Func callback) {
+  return {callback, nullptr};
+}
+constexpr PixelCallbacks CallbackOfDepth(PF_IteratePixel16Func callback) {
+  return {nullptr, callback};
+}
+
 // Iterates the callback of the destination's depth over the whole of both worlds, with progress
 // from 0 to progressFinal, and returns the host's result. The suite is acquired through suites
 // (and stays acquired); a missing one throws.
 //
 // Worlds of differing depths answer PF_Err_BAD_CALLBACK_PARAM: one of the two pixel pointers would
-// otherwise be read through the wrong type.
+// otherwise be read through the wrong type. So does a destination whose callback is null.
 [[nodiscard]] PF_Err RunPixelPass(AEGP_SuiteHandler& suites, PF_InData* inData, PF_LayerDef* src,
                                   PF_LayerDef* dst, A_long progressFinal, PixelCallbacks callbacks,
                                   void* refcon);

@@ -72,6 +72,20 @@ TEST(PixelPassDepthTest, WorldsOfDifferingDepthsAreRefusedWithoutACall) {
   EXPECT_THAT(host.log, IsEmpty());
 }
 
+// A refcon made for one depth never meets the callback of the other.
+TEST(PixelPassDepthTest, ACallbackOfOneDepthRefusesTheOther) {
+  FakeHost host;
+  AEGP_SuiteHandler suites(host.inData()->pica_basicP);
+  Picture<PF_Pixel> shallow(2, 2);
+  Picture<PF_Pixel16> deep(2, 2);
+  const PixelCallbacks of8 = CallbackOfDepth(AddOneToRed<PF_Pixel>);
+  const PixelCallbacks of16 = CallbackOfDepth(AddOneToRed<PF_Pixel16>);
+  EXPECT_EQ(RunPixelPass(suites, host.inData(), deep.get(), deep.get(), 2, of8, nullptr), 516);
+  EXPECT_EQ(RunPixelPass(suites, host.inData(), shallow.get(), shallow.get(), 2, of16, nullptr),
+            516);
+  EXPECT_THAT(host.log, IsEmpty());
+}
+
 TEST(PixelPassDepthTest, MissingSuiteThrows) {
   FakeHost host;
   host.refusedSuites = {kPFIterate16Suite};

@@ -71,7 +71,7 @@ bool ColourPlanes::Build(const PF_LayerDef& world, std::int64_t minColumn, std::
                          std::int64_t lanes) {
   width_ = world.width;
   const std::int64_t reached = width_ - minColumn + maxColumn;
-  const std::int64_t period = 2 * width_ - 1;
+  const std::int64_t period = MirrorPeriod(width_);
   firstColumn_ = reached <= period ? minColumn : 0;
   count_ = reached <= period ? reached : period;
   rowStride_ = OddLines(count_ + lanes);

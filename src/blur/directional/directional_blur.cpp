@@ -9,17 +9,10 @@
 #include "host/result.h"
 #include "host/world.h"
 #include "lens/lens_mask.h"
+#include "pass/strip_pass.h"
 
 namespace vitrell {
 namespace {
-
-template <typename Pixel>
-struct DirBlurRefcon {
-  const IO_Params* io;
-  const LineTaps* line;
-  LensMaskView mask;
-  LineStrips<Pixel> strips;
-};
 
 // Weighted sums of one pixel: colours in single precision, weights in double.
 template <typename Pixel>
@@ -52,51 +45,53 @@ class LineSum {
   double weight_ = 0;
 };
 
-// One pixel by itself, for the rare one that no strip holds: there are none, or another thread is
-// at it. The mask gates the blur only; its strength does not follow the mask.
+// The mask gates the blur only; its strength does not follow the mask.
 template <typename Pixel>
-Pixel BlurOnePixel(const DirBlurRefcon<Pixel>& refcon, A_long x, A_long y, const Pixel& in) {
-  if (!(refcon.mask.At(x, y) > kMaskThreshold)) {
-    return in;
+struct DirectionalStage : StripsOfRows<Pixel, LineStrips<Pixel>::kStripRows> {
+  DirBlurRefcon refcon;
+  LensMaskView mask;
+  LineStrips<Pixel> tables;
+
+  bool FillStrip(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const {
+    tables.FillStrip(firstRow, endRow, out);
+    return true;
   }
-  LineSum<Pixel> sum;
-  for (const LineTap& tap : *refcon.line) {
-    if (const Pixel* const pixel = GetPointerFromDataP<Pixel>(refcon.io->src, WrappingAdd(y, tap.y),
-                                                              WrappingAdd(x, tap.x), 1)) {
-      sum.Add(*pixel, tap.weight);
+
+  void StoreOnePixel(std::int32_t x, std::int32_t y, const Pixel& in, Pixel* out) const {
+    if (!(mask.At(x, y) > kMaskThreshold)) {
+      *out = in;
+      return;
+    }
+    LineSum<Pixel> sum;
+    for (const LineTap* tap = refcon.taps; tap != refcon.taps + refcon.tapCount; ++tap) {
+      if (const Pixel* const pixel = GetPointerFromDataP<Pixel>(
+              refcon.io->src, WrappingAdd(y, tap->y), WrappingAdd(x, tap->x), 1)) {
+        sum.Add(*pixel, tap->weight);
+      }
+    }
+    *out = sum.Average(in);
+  }
+};
+
+template <typename Pixel>
+PF_Err DirectionalBlur(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
+  return static_cast<StripPass<DirectionalStage<Pixel>>*>(refcon)->Serve(x, y, *in, out);
+}
+
+template <typename Pixel>
+PF_Err RunPass(const StageCall& call, const LineTaps& taps) {
+  const PF_LayerDef& src = *call.io.src;
+  const PF_LayerDef& dst = *call.io.dst;
+  StripPass<DirectionalStage<Pixel>> pass = {
+      {{}, {&call.io, taps.begin(), taps.count(), taps.weightSum()}, LensMaskView(dst), {}}, {}};
+  if (IsDeep(src) == IsDeep(dst)) {
+    LineStrips<Pixel>& tables = pass.stage.tables;
+    RETURN_IF_ERROR(tables.Prepare(src, pass.stage.mask, taps));
+    if (tables.HasStrips() && !pass.strips.Reset(src.width, src.height)) {
+      return PF_Err_OUT_OF_MEMORY;
     }
   }
-  return sum.Average(in);
-}
-
-// A function of its own that the pass ends in, so that the quick way saves no registers.
-template <typename Pixel>
-[[gnu::noinline]] PF_Err BlurInNewStrip(DirBlurRefcon<Pixel>* refcon, A_long x, A_long y,
-                                        const Pixel& in, Pixel* out) {
-  const Pixel* const blurred = refcon->strips.At(x, y);
-  *out = blurred != nullptr ? *blurred : BlurOnePixel(*refcon, x, y, in);
-  return PF_Err_NONE;
-}
-
-template <typename Pixel>
-PF_Err DirectionalBlur(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
-  auto* const refcon = static_cast<DirBlurRefcon<Pixel>*>(refconPtr);
-  const Pixel* const blurred = refcon->strips.ReadyAt(x, y);
-  if (blurred == nullptr) [[unlikely]] {
-    return BlurInNewStrip(refcon, x, y, *in, out);
-  }
-  *out = *blurred;
-  return PF_Err_NONE;
-}
-
-template <typename Pixel>
-PF_Err RunPass(const StageCall& call, const LineTaps& line) {
-  const IO_Params& io = call.io;
-  DirBlurRefcon<Pixel> refcon = {&io, &line, LensMaskView(*io.dst), {}};
-  if (IsDeep(*io.src) == IsDeep(*io.dst)) {
-    RETURN_IF_ERROR(refcon.strips.Prepare(*io.src, refcon.mask, line));
-  }
-  return call.Iterate({DirectionalBlur<PF_Pixel>, DirectionalBlur<PF_Pixel16>}, &refcon);
+  return call.Iterate(CallbackOfDepth(DirectionalBlur<Pixel>), &pass);
 }
 
 }  // namespace

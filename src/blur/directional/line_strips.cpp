@@ -42,8 +42,7 @@ bool AreOrdinaryWeights(const LineTaps& line) {
 template <typename Pixel>
 PF_Err LineStrips<Pixel>::Prepare(const PF_LayerDef& src, const LensMaskView& mask,
                                   const LineTaps& line) {
-  if (src.data == nullptr || src.width <= 0 || src.height <= 0 || src.extent_hint.left != 0 ||
-      src.extent_hint.top != 0 || !AreOrdinaryWeights(line)) {
+  if (!HasPixelsFromOrigin(src) || !AreOrdinaryWeights(line)) {
     return PF_Err_NONE;
   }
   src_ = src;
@@ -51,9 +50,9 @@ PF_Err LineStrips<Pixel>::Prepare(const PF_LayerDef& src, const LensMaskView& ma
   engine_ = &BestLineEngine();
   weightSum_ = line.weightSum();
   const LineReach reach = ReachOf(line);
-  const bool isReady =
-      planes_.Build(src, reach.minX, reach.maxX, engine_->lanes) && PrepareTaps(line, reach.minY) &&
-      PrepareRows(reach.minY, reach.maxY + src.height) && strips_.Reset(src.width, src.height);
+  const bool isReady = planes_.Build(src, reach.minX, reach.maxX, engine_->lanes) &&
+                       PrepareTaps(line, reach.minY) &&
+                       PrepareRows(reach.minY, reach.maxY + src.height);
   return isReady ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
 }
 

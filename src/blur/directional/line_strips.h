@@ -11,12 +11,11 @@
 #include "blur/directional/line_taps.h"
 #include "host/host_api.h"
 #include "lens/lens_mask.h"
-#include "pass/lazy_strips.h"
 
 namespace vitrell {
 
-// One pass over one source. Rows of a strip are worked out block by block, so that what the taps
-// of a block read stays in the processor's cache from row to row.
+// The tables of one pass over one source, and its rows. Rows of a strip are worked out block by
+// block, so that what the taps of a block read stays in the processor's cache from row to row.
 template <typename Pixel>
 class LineStrips {
  public:
@@ -26,21 +25,14 @@ class LineStrips {
   [[nodiscard]] PF_Err Prepare(const PF_LayerDef& src, const LensMaskView& mask,
                                const LineTaps& line);
 
-  // The blurred pixel at (x, y) when its strip has been worked out already, else null.
-  const Pixel* ReadyAt(std::int32_t x, std::int32_t y) const { return strips_.ReadyPixel(x, y); }
+  bool HasStrips() const { return engine_ != nullptr; }
 
-  // The same, working the strip out if nobody has; null without strips, outside the source and
-  // while another thread is at it. Any thread, any order.
-  const Pixel* At(std::int32_t x, std::int32_t y) {
-    return strips_.PixelOrFill(x, y,
-                               [this](std::int32_t firstRow, std::int32_t endRow, Pixel* out) {
-                                 FillStrip(firstRow, endRow, out);
-                               });
-  }
+  // Writes the blurred pixels of at most kStripRows rows of the source, one row behind the other.
+  void FillStrip(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const;
 
- private:
   static constexpr std::int32_t kStripRows = 16;
 
+ private:
   // The sums of one block: as many columns as there are lanes, and the rows of a strip.
   struct Block {
     bool isInLens[kStripRows];  // Rows without a pixel in the lens have no sums.
@@ -50,7 +42,6 @@ class LineStrips {
 
   [[nodiscard]] bool PrepareTaps(const LineTaps& line, std::int64_t firstTapRow);
   [[nodiscard]] bool PrepareRows(std::int64_t firstTapRow, std::int64_t endTapRow);
-  void FillStrip(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const;
   void SumBlock(std::int32_t firstRow, std::int32_t endRow, std::int32_t column,
                 Block* block) const;
   template <typename SumFunction, typename Value>
@@ -69,7 +60,6 @@ class LineStrips {
   Buffer<LineSumTap> taps_;
   std::size_t tapCount_ = 0;
   Buffer<std::ptrdiff_t> rows_;  // Where the row of each position begins in a plane, mirrored.
-  LazyStrips<Pixel, kStripRows> strips_;
 };
 
 }  // namespace vitrell

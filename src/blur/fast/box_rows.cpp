@@ -17,7 +17,7 @@ constexpr std::int64_t kSumSpacing = 8;
 template <typename Sums, typename Pixel>
 Sums FirstWindow(const Pixel* row, std::int64_t width, std::int64_t radiusPx) {
   const std::int64_t taps = 2 * radiusPx + 1;
-  const std::int64_t period = 2 * width - 1;
+  const std::int64_t period = MirrorPeriod(width);
   const std::int64_t wholePeriods = taps / period;
   Sums sums = {};
   if (wholePeriods > 0) {
@@ -37,12 +37,9 @@ Sums FirstWindow(const Pixel* row, std::int64_t width, std::int64_t radiusPx) {
 template <typename Pixel>
 bool BoxRows<Pixel>::Prepare(BoxAxis axis, const PF_LayerDef& src, std::int32_t radiusPx) {
   axis_ = axis;
-  src_ = src;
   radiusPx_ = radiusPx;
-  const bool empty = src.width <= 0 || src.height <= 0 || src.data == nullptr;
-  if (!rows_.Reset(empty ? 0 : src.width, empty ? 0 : src.height)) {
-    return false;
-  }
+  const bool empty = src.width <= 0 || src.height <= 0 || src.data == nullptr || radiusPx < 0;
+  src_ = empty ? PF_LayerDef{} : src;
   if (empty) {
     return true;
   }
@@ -63,13 +60,6 @@ bool BoxRows<Pixel>::Prepare(BoxAxis axis, const PF_LayerDef& src, std::int32_t 
     leaving_[static_cast<std::size_t>(column)] = fold(column - 1 - radiusPx);
   }
   return true;
-}
-
-template <typename Pixel>
-const Pixel* BoxRows<Pixel>::At(std::int32_t x, std::int32_t y) {
-  return rows_.PixelOrFill(WrappingSubtract(x, src_.extent_hint.left),
-                           WrappingSubtract(y, src_.extent_hint.top),
-                           [this](std::int32_t row, Pixel* out) { FillRow(row, out); });
 }
 
 template <typename Pixel>

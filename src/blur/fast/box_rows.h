@@ -5,15 +5,12 @@
 #include <cstdint>
 
 #include "base/buffer.h"
-#include "base/numeric.h"
 #include "blur/fast/box_means.h"
+#include "blur/fast/box_pixel.h"
 #include "blur/fast/box_window.h"
 #include "host/host_api.h"
-#include "pass/lazy_rows.h"
 
 namespace vitrell {
-
-enum class BoxAxis { kRows, kColumns };
 
 // Box means of one world along one axis, one row at a time. The memory is kept from pass to pass.
 //
@@ -24,19 +21,15 @@ enum class BoxAxis { kRows, kColumns };
 template <typename Pixel>
 class BoxRows {
  public:
-  // Prepares a pass over src, whose pixels must not change until the pass ends. The radius must not
-  // be negative. False when there is no memory.
+  // Prepares a pass over src, whose pixels must not change until the pass ends. A negative radius
+  // has windows without taps, which are not worked out here. False when there is no memory.
   [[nodiscard]] bool Prepare(BoxAxis axis, const PF_LayerDef& src, std::int32_t radiusPx);
 
-  // The blurred pixel at layer position (x, y) of the source, alpha unblurred; null where the
-  // source has no pixel, or while another thread works out that row. Any thread, any order.
-  const Pixel* At(std::int32_t x, std::int32_t y);
+  // Writes the blurred pixels of one row of the source, alpha unblurred. Any thread, any order.
+  void FillRow(std::int32_t row, Pixel* out) const;
 
-  // The same when the row has been worked out already, else null.
-  const Pixel* ReadyAt(std::int32_t x, std::int32_t y) const {
-    return rows_.ReadyPixel(WrappingSubtract(x, src_.extent_hint.left),
-                            WrappingSubtract(y, src_.extent_hint.top));
-  }
+  // The source of the pass; without pixels when there is nothing to blur.
+  const PF_LayerDef& source() const { return src_; }
 
  private:
   template <typename Means>
@@ -45,7 +38,6 @@ class BoxRows {
   void FillAlongRow(std::int32_t row, Pixel* out) const;
   template <typename Means>
   void FillDownColumns(std::int32_t row, Pixel* out) const;
-  void FillRow(std::int32_t row, Pixel* out) const;
   template <typename Sums>
   const Sums* StoredSums() const;
   const Pixel* SourceRow(std::int64_t row) const;
@@ -53,7 +45,6 @@ class BoxRows {
   BoxAxis axis_ = BoxAxis::kRows;
   PF_LayerDef src_ = {};
   std::int32_t radiusPx_ = 0;
-  LazyRows<Pixel> rows_;
   Buffer<std::uint32_t> entering_;  // Along rows: the folded column that enters at each step,
   Buffer<std::uint32_t> leaving_;   // and the one that leaves.
   Buffer<U32Lanes> sums_;           // Down columns: sums above rows 0, 8, 16, ..., and of all.

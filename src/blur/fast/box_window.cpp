@@ -1,6 +1,8 @@
 // Window sums of a mirrored line in constant time: the arithmetic behind the box blur.
 #include "blur/fast/box_window.h"
 
+#include "base/pixel_access.h"
+
 namespace vitrell {
 namespace {
 
@@ -13,7 +15,7 @@ struct RunningSum {
 };
 
 RunningSum SumBefore(std::int64_t end, std::int64_t n) {
-  const std::int64_t period = 2 * n - 1;
+  const std::int64_t period = MirrorPeriod(n);
   std::int64_t periods = end / period;
   std::int64_t rest = end % period;
   if (rest < 0) {

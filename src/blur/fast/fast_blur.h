@@ -9,30 +9,17 @@
 #include "blur/fast/box_rows.h"
 #include "blur/fast/weighted_strips.h"
 #include "host/host_api.h"
-#include "lens/lens_mask.h"
+#include "pass/lazy_strips.h"
 #include "pass/stage.h"
 
 namespace vitrell {
-
-// Refcon of both per-pixel passes.
-struct BoxBlurRefcon {
-  const IO_Params* io;
-  std::int32_t mirror;  // Always 1.
-  std::int32_t radiusPx;
-  double span;            // 2 x radius + 1, the number of taps.
-  std::uint8_t lensMap;   // 1: weigh the taps by the lens mask.
-  PF_LayerDef unblurred;  // The source as it was before the two passes.
-  void* boxRows;          // The BoxRows of the depth: uniformly blurred rows of this pass.
-  void* weightedStrips;   // The WeightedStrips of the depth: what the mask's soft band becomes.
-  LensMaskView mask;      // The mask as the world being written sees it.
-  MaskOnes ones;          // Where that is certainly 1.
-};
 
 // Memory that the rounds of one blur share, and whether any was ever not to be had.
 template <typename Pixel>
 struct BoxBlurScratch {
   BoxRows<Pixel> rows;
-  WeightedStrips<Pixel> weightedStrips;
+  StripMemory<Pixel> blurredRows;
+  WeightedMemory<Pixel> weighted;
   bool outOfMemory = false;
 };
 
@@ -53,8 +40,8 @@ template <typename Pixel, typename Channel = ChannelOf<Pixel>>
                                std::int32_t verticalRadiusPx, std::uint8_t lensMap,
                                std::uint8_t unused, BoxBlurScratch<Pixel>* scratch);
 
-// Iterate callbacks of the two passes; refcon is a BoxBlurRefcon. Always return 0. Alpha is never
-// blurred.
+// Iterate callbacks of the two passes; refcon begins with a BoxBlurRefcon, behind which stand the
+// tables of the pass. Always return 0. Alpha is never blurred.
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
 PF_Err FastBlurH(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out);
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>

@@ -2,9 +2,9 @@
 #include "blur/fast/weighted_strips.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "base/pixel_access.h"
-#include "lens/lens_mask.h"
 
 namespace vitrell {
 namespace {
@@ -36,83 +36,65 @@ std::int32_t NextSoftPosition(const WeightedLines& lines, std::int32_t position)
   return position;
 }
 
-// The positions from begin to end.
-WeightedLines Stretch(const WeightedLines& lines, std::int32_t begin, std::int32_t end) {
-  WeightedLines stretch = lines;
-  stretch.length = end - begin;
-  stretch.weights += begin * lines.step;
-  stretch.pixels += begin * lines.pixelStep;
-  stretch.unblurred += lines.unblurred != nullptr ? begin * lines.unblurredStep : 0;
-  return stretch;
-}
-
 }  // namespace
 
-template <typename Pixel>
-bool WeightedStrips<Pixel>::Prepare(const WeightedPass& pass) {
-  pass_ = pass;
+template <BoxAxis kAxis, typename PixelType>
+bool WeightedStrips<kAxis, PixelType>::Prepare(WeightedMemory<Pixel>* memory) {
+  rect_ = box_.io->dst->extent_hint;
   engine_ = &BestWeightedEngine<Pixel>();
-  const std::int64_t width = std::int64_t{pass.rect.right} - pass.rect.left;
-  const std::int64_t height = std::int64_t{pass.rect.bottom} - pass.rect.top;
-  const bool fits = pass.radiusPx >= 0 && width > 0 && height > 0 &&
-                    std::max(width, height) <= kMaxWeightedTaps &&
-                    static_cast<std::uint64_t>(width * height) <= g_LensMaskSize &&
-                    Covers(*pass.src, pass.rect) && Covers(*pass.unblurred, pass.rect);
-  width_ = fits ? static_cast<std::int32_t>(width) : 0;
-  height_ = fits ? static_cast<std::int32_t>(height) : 0;
+  sums_ = &memory->sums;
+  weights_ = mask_.ValuesInMemory();
+  const std::int64_t width = std::int64_t{rect_.right} - rect_.left;
+  const std::int64_t height = std::int64_t{rect_.bottom} - rect_.top;
+  const bool fits = box_.radiusPx >= 0 && width > 0 && height > 0 &&
+                    std::max(width, height) <= kMaxWeightedTaps && weights_ != nullptr &&
+                    Covers(*box_.io->src, rect_) && Covers(box_.unblurred, rect_);
   if (!fits) {
-    return strips_.Reset(0, 0);
+    return true;
   }
-  const auto positions = static_cast<std::size_t>(IsRows() ? width_ : height_) + 1;
-  workspaceSize_ = positions * static_cast<std::size_t>(LinesAtOnce());
-  const std::size_t sums = kWorkspaces * workspaceSize_ + 1;  // One more, to align the first.
-  return strips_.Reset(width_, height_, IsRows() ? StripLines::kRows : StripLines::kColumns) &&
-         (workspaces_.size() >= sums || workspaces_.Allocate(sums));
+  width_ = static_cast<std::int32_t>(width);
+  height_ = static_cast<std::int32_t>(height);
+  const auto positions = static_cast<std::size_t>(kIsRows ? width_ : height_) + 1;
+  return sums_->Reset(positions * static_cast<std::size_t>(kLinesAtOnce));
 }
 
-template <typename Pixel>
-const Pixel* WeightedStrips<Pixel>::At(std::int32_t x, std::int32_t y,
-                                       SumTapsFunction<Pixel> sumTaps, const void* context) {
-  const std::uint32_t workspace = width_ > 0 ? TakeWorkspace() : kWorkspaces;
-  if (workspace == kWorkspaces) {
-    return ReadyAt(x, y);
+template <BoxAxis kAxis, typename PixelType>
+bool WeightedStrips<kAxis, PixelType>::FillStrip(std::int32_t firstLine, std::int32_t endLine,
+                                                 Pixel* out) {
+  const Workspaces<WeightedSums>::Loan loan(sums_);
+  if (loan.values() == nullptr) {
+    return false;
   }
-  WeightedSums* const sums = SumsOf(workspace);
-  const Pixel* const pixel =
-      strips_.PixelOrFill(WrappingSubtract(x, pass_.rect.left), WrappingSubtract(y, pass_.rect.top),
-                          [&](std::int32_t first, std::int32_t end, Pixel* out) {
-                            for (; first < end; first += LinesAtOnce()) {
-                              FillLines(MakeLines(first, std::min(first + LinesAtOnce(), end)),
-                                        sums, sumTaps, context, out);
-                              out += width_;
-                            }
-                          });
-  ReturnWorkspace(workspace);
-  return pixel;
+  for (std::int32_t line = firstLine; line < endLine; line += kLinesAtOnce) {
+    FillLines(line, std::min(line + kLinesAtOnce, endLine), loan.values(), out);
+    out += width_;
+  }
+  return true;
 }
 
-template <typename Pixel>
-WeightedLines WeightedStrips<Pixel>::MakeLines(std::int32_t first, std::int32_t end) const {
-  const bool isRows = IsRows();
-  const std::int32_t x = pass_.rect.left + (isRows ? 0 : first);
-  const std::int32_t y = pass_.rect.top + (isRows ? first : 0);
+template <BoxAxis kAxis, typename PixelType>
+WeightedLines WeightedStrips<kAxis, PixelType>::LinesOf(const Stretch& stretch) const {
+  const std::int32_t column = kIsRows ? stretch.begin : stretch.firstLine;
+  const std::int32_t row = kIsRows ? stretch.firstLine : stretch.begin;
+  const std::int32_t x = rect_.left + column;
+  const std::int32_t y = rect_.top + row;
   constexpr std::ptrdiff_t kPixelBytes = sizeof(Pixel);
-  return {.count = end - first,
-          .length = isRows ? width_ : height_,
-          .radiusPx = pass_.radiusPx,
-          .weights = g_LensMask + (isRows ? std::ptrdiff_t{first} * width_ : first),
-          .pixels = AddressOf<Pixel>(*pass_.src, x, y),
-          .unblurred = isRows ? nullptr : AddressOf<Pixel>(*pass_.unblurred, x, y),
-          .step = isRows ? 1 : width_,
-          .pixelStep = isRows ? kPixelBytes : pass_.src->rowbytes,
-          .unblurredStep = pass_.unblurred->rowbytes};
+  return {.count = stretch.endLine - stretch.firstLine,
+          .length = stretch.end - stretch.begin,
+          .radiusPx = box_.radiusPx,
+          .weights = weights_ + std::ptrdiff_t{row} * width_ + column,
+          .pixels = AddressOf<Pixel>(*box_.io->src, x, y),
+          .unblurred = kIsRows ? nullptr : AddressOf<Pixel>(box_.unblurred, x, y),
+          .step = kIsRows ? 1 : width_,
+          .pixelStep = kIsRows ? kPixelBytes : box_.io->src->rowbytes,
+          .unblurredStep = box_.unblurred.rowbytes};
 }
 
-template <typename Pixel>
-void WeightedStrips<Pixel>::FillLines(const WeightedLines& lines, WeightedSums* sums,
-                                      SumTapsFunction<Pixel> sumTaps, const void* context,
-                                      Pixel* out) const {
-  const std::int64_t radiusPx = pass_.radiusPx;
+template <BoxAxis kAxis, typename PixelType>
+void WeightedStrips<kAxis, PixelType>::FillLines(std::int32_t firstLine, std::int32_t endLine,
+                                                 WeightedSums* sums, Pixel* out) const {
+  const std::int64_t radiusPx = box_.radiusPx;
+  const WeightedLines lines = LinesOf({firstLine, endLine, 0, kIsRows ? width_ : height_});
   std::int32_t soft = NextSoftPosition(lines, 0);
   while (soft < lines.length) {
     // Windows reach radiusPx beyond the soft positions; from one stretch to the next nothing is
@@ -124,57 +106,42 @@ void WeightedStrips<Pixel>::FillLines(const WeightedLines& lines, WeightedSums* 
       soft = NextSoftPosition(lines, soft + 1);
     }
     end = std::min<std::int64_t>(end + radiusPx, lines.length);
-    FillStretch(Stretch(lines, begin, static_cast<std::int32_t>(end)), sums, sumTaps, context,
+    FillStretch({firstLine, endLine, begin, static_cast<std::int32_t>(end)}, sums,
                 out + begin * lines.step);
   }
 }
 
-template <typename Pixel>
-void WeightedStrips<Pixel>::FillStretch(const WeightedLines& lines, WeightedSums* sums,
-                                        SumTapsFunction<Pixel> sumTaps, const void* context,
-                                        Pixel* out) const {
+template <BoxAxis kAxis, typename PixelType>
+void WeightedStrips<kAxis, PixelType>::FillStretch(const Stretch& stretch, WeightedSums* sums,
+                                                   Pixel* out) const {
+  const WeightedLines lines = LinesOf(stretch);
   const std::int64_t count = std::int64_t{lines.length} * lines.count;
   const bool isSummed = engine_->sumLines(lines, sums);
   for (std::int64_t index = 0; index < count; ++index) {
     index = isSummed ? engine_->storeMeans(lines, sums, index, out) : index;
     if (index < count) {
-      const std::ptrdiff_t offset = index / lines.count * lines.step + index % lines.count;
-      const std::ptrdiff_t pixel = lines.weights - g_LensMask + offset;
-      sumTaps(context, pass_.rect.left + static_cast<std::int32_t>(pixel % width_),
-              pass_.rect.top + static_cast<std::int32_t>(pixel / width_), out + offset);
+      const auto position = static_cast<std::int32_t>(index / lines.count);
+      const auto line = static_cast<std::int32_t>(index % lines.count);
+      StoreByDefinition(stretch.firstLine + line, stretch.begin + position,
+                        out + position * lines.step + line);
     }
   }
 }
 
-template <typename Pixel>
-WeightedSums* WeightedStrips<Pixel>::SumsOf(std::uint32_t workspace) {
-  const auto address = reinterpret_cast<std::uintptr_t>(workspaces_.data());
-  const std::uintptr_t aligned =
-      (address + sizeof(WeightedSums) - 1) / sizeof(WeightedSums) * sizeof(WeightedSums);
-  return reinterpret_cast<WeightedSums*>(aligned) + workspace * workspaceSize_;
-}
-
-template <typename Pixel>
-std::uint32_t WeightedStrips<Pixel>::TakeWorkspace() {
-  std::uint32_t taken = __atomic_load_n(&taken_, __ATOMIC_RELAXED);
-  for (std::uint32_t workspace = 0; workspace < kWorkspaces;) {
-    const std::uint32_t bit = 1U << workspace;
-    if ((taken & bit) != 0) {
-      ++workspace;
-    } else if (__atomic_compare_exchange_n(&taken_, &taken, taken | bit, false, __ATOMIC_ACQUIRE,
-                                           __ATOMIC_RELAXED)) {
-      return workspace;
-    }
+template <BoxAxis kAxis, typename PixelType>
+void WeightedStrips<kAxis, PixelType>::StoreByDefinition(std::int32_t line, std::int32_t position,
+                                                         Pixel* out) const {
+  const std::int32_t x = rect_.left + (kIsRows ? position : line);
+  const std::int32_t y = rect_.top + (kIsRows ? line : position);
+  const double m = mask_.At(x, y);
+  if (m > 0.0 && m < 1.0) {
+    StoreOnePixel(x, y, Pixel{}, out);
   }
-  return kWorkspaces;
 }
 
-template <typename Pixel>
-void WeightedStrips<Pixel>::ReturnWorkspace(std::uint32_t workspace) {
-  __atomic_fetch_and(&taken_, ~(1U << workspace), __ATOMIC_RELEASE);
-}
-
-template class WeightedStrips<PF_Pixel>;
-template class WeightedStrips<PF_Pixel16>;
+template class WeightedStrips<BoxAxis::kRows, PF_Pixel>;
+template class WeightedStrips<BoxAxis::kRows, PF_Pixel16>;
+template class WeightedStrips<BoxAxis::kColumns, PF_Pixel>;
+template class WeightedStrips<BoxAxis::kColumns, PF_Pixel16>;
 
 }  // namespace vitrell

@@ -2,80 +2,89 @@
 #ifndef VITRELL_BLUR_FAST_WEIGHTED_STRIPS_H_
 #define VITRELL_BLUR_FAST_WEIGHTED_STRIPS_H_
 
-#include <cstddef>
 #include <cstdint>
 
-#include "base/buffer.h"
-#include "blur/fast/box_rows.h"
+#include "base/numeric.h"
+#include "blur/fast/box_pixel.h"
 #include "blur/fast/weighted_lines.h"
 #include "host/host_api.h"
+#include "lens/lens_mask.h"
 #include "pass/lazy_strips.h"
+#include "pass/workspaces.h"
 
 namespace vitrell {
 
-// What a pass weighs and blends.
-struct WeightedPass {
-  BoxAxis axis;
-  std::int32_t radiusPx;
-  const PF_LayerDef* src;
-  const PF_LayerDef* unblurred;  // Down columns faint mask values blend with it.
-  PF_LRect rect;                 // The mask's rectangle: taps outside it weigh nothing.
+// Memory that the passes of one blur hand on.
+template <typename Pixel>
+struct WeightedMemory {
+  StripMemory<Pixel> strips;
+  Workspaces<WeightedSums> sums;
 };
 
-// The defining loop over the taps of one pixel at layer position (x, y); context is the caller's.
-template <typename Pixel>
-using SumTapsFunction = void (*)(const void* context, std::int32_t x, std::int32_t y, Pixel* out);
-
-// One pass along one axis: strips of rows or of columns, by running sums; pixels whose roundings
-// need it by the defining loop.
-template <typename Pixel>
+// What the mask's soft band becomes in one pass along one axis: the stage of a StripPass. Strips of
+// rows or of columns by running sums; pixels whose roundings need it by the defining loop.
+// Positions are those of the mask's rectangle.
+template <BoxAxis kAxis, typename PixelType>
 class WeightedStrips {
  public:
-  // Prepares a pass over worlds whose pixels must not change until it ends. False when there is no
-  // memory. There are no strips for a negative radius, nor where the mask's rectangle is not wholly
-  // within the worlds or longer than kMaxWeightedTaps. The memory is kept from pass to pass.
-  [[nodiscard]] bool Prepare(const WeightedPass& pass);
+  using Pixel = PixelType;
+  static constexpr bool kIsRows = kAxis == BoxAxis::kRows;
+  static constexpr std::int32_t kStripSize = 16;
+  static constexpr StripLines kStripLines = kIsRows ? StripLines::kRows : StripLines::kColumns;
 
-  // The blurred pixel at layer position (x, y), where the mask lies between 0 and 1, when its strip
-  // has been worked out already; else null. Its alpha means nothing.
-  const Pixel* ReadyAt(std::int32_t x, std::int32_t y) const {
-    return strips_.ReadyPixel(WrappingSubtract(x, pass_.rect.left),
-                              WrappingSubtract(y, pass_.rect.top));
+  // The pass that the settings describe, whose pixels must not change until it ends.
+  WeightedStrips(const BoxBlurRefcon& box, const LensMaskView& mask) : box_(box), mask_(mask) {}
+
+  // False when there is no memory. There are no strips for a negative radius, nor where the mask's
+  // rectangle is not wholly within the worlds or longer than kMaxWeightedTaps.
+  [[nodiscard]] bool Prepare(WeightedMemory<Pixel>* memory);
+
+  // The size of the strips; 0 without them.
+  std::int32_t width() const { return width_; }
+  std::int32_t height() const { return height_; }
+
+  std::int32_t ColumnOf(std::int32_t x) const { return WrappingSubtract(x, rect_.left); }
+  std::int32_t RowOf(std::int32_t y) const { return WrappingSubtract(y, rect_.top); }
+
+  // Writes the pixels of some lines where the mask lies between 0 and 1; their alpha means nothing.
+  // False when too many threads are at it.
+  bool FillStrip(std::int32_t firstLine, std::int32_t endLine, Pixel* out);
+
+  // Any pixel where the mask is above 0.
+  void StoreOnePixel(std::int32_t x, std::int32_t y, const Pixel& in, Pixel* out) const {
+    StoreWeightedBox<kAxis>(box_, mask_, x, y, in, out);
   }
 
-  // The same, working the strip out if nobody has; null without strips, outside the rectangle and
-  // while another thread is at it. Any thread, any order.
-  const Pixel* At(std::int32_t x, std::int32_t y, SumTapsFunction<Pixel> sumTaps,
-                  const void* context);
+  static void Publish(const Pixel& stored, const Pixel& in, Pixel* out) {
+    PublishColours(stored, in, out);
+  }
 
  private:
-  static constexpr std::int32_t kStripSize = 16;
-
-  // Threads that can work out strips at the same time; any more sum their taps one by one.
-  static constexpr std::uint32_t kWorkspaces = 16;
-
-  bool IsRows() const { return pass_.axis == BoxAxis::kRows; }
   // Columns share the cache lines of their pixels; rows would share nothing.
-  std::int32_t LinesAtOnce() const { return IsRows() ? 1 : kStripSize; }
-  WeightedLines MakeLines(std::int32_t first, std::int32_t end) const;
-  void FillLines(const WeightedLines& lines, WeightedSums* sums, SumTapsFunction<Pixel> sumTaps,
-                 const void* context, Pixel* out) const;
-  void FillStretch(const WeightedLines& lines, WeightedSums* sums, SumTapsFunction<Pixel> sumTaps,
-                   const void* context, Pixel* out) const;
+  static constexpr std::int32_t kLinesAtOnce = kIsRows ? 1 : kStripSize;
 
-  // A workspace for the calling thread alone, or kWorkspaces.
-  std::uint32_t TakeWorkspace();
-  void ReturnWorkspace(std::uint32_t workspace);
-  WeightedSums* SumsOf(std::uint32_t workspace);
+  // Some neighbouring lines, from one position along them to another.
+  struct Stretch {
+    std::int32_t firstLine;
+    std::int32_t endLine;
+    std::int32_t begin;
+    std::int32_t end;
+  };
 
-  WeightedPass pass_ = {};
-  const WeightedEngine<Pixel>* engine_ = nullptr;
-  std::int32_t width_ = 0;  // Of the mask's rectangle; 0 without strips.
+  WeightedLines LinesOf(const Stretch& stretch) const;
+  void FillLines(std::int32_t firstLine, std::int32_t endLine, WeightedSums* sums,
+                 Pixel* out) const;
+  void FillStretch(const Stretch& stretch, WeightedSums* sums, Pixel* out) const;
+  void StoreByDefinition(std::int32_t line, std::int32_t position, Pixel* out) const;
+
+  const BoxBlurRefcon& box_;
+  LensMaskView mask_;
+  const double* weights_ = nullptr;  // The mask's values of the rectangle.
+  PF_LRect rect_ = {};
+  std::int32_t width_ = 0;
   std::int32_t height_ = 0;
-  LazyStrips<Pixel, kStripSize> strips_;
-  Buffer<WeightedSums> workspaces_;
-  std::size_t workspaceSize_ = 0;
-  std::uint32_t taken_ = 0;  // A bit for each workspace in use.
+  const WeightedEngine<Pixel>* engine_ = nullptr;
+  Workspaces<WeightedSums>* sums_ = nullptr;
 };
 
 }  // namespace vitrell

@@ -4,9 +4,17 @@
 
 #include <cstdint>
 
+#include "base/render_records.h"
 #include "host/host_api.h"
 
 namespace vitrell {
+
+struct DistortRefcon {
+  std::int32_t centerX;
+  std::int32_t centerY;
+  double focalLengthPx;
+  const IO_Params* io;
+};
 
 // A point between pixels, in layer coordinates.
 struct SamplePoint {
@@ -17,6 +25,12 @@ struct SamplePoint {
 // The bend of a wide-angle lens: a pixel at some distance from the centre comes from f x sin(atan(
 // distance / f)), always nearer to the centre than itself, f being the focal length.
 struct DistortionField {
+  explicit DistortionField(const DistortRefcon& refcon)
+      : centerX(refcon.centerX),
+        centerY(refcon.centerY),
+        focalLengthPx(refcon.focalLengthPx),
+        squareRoot(refcon.io->in_data->utils->ansi.sqrt) {}
+
   std::int32_t centerX;
   std::int32_t centerY;
   double focalLengthPx;

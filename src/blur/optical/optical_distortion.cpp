@@ -13,24 +13,13 @@
 #include "blur/optical/distortion_field.h"
 #include "host/world.h"
 #include "lens/lens_mask.h"
-#include "pass/lazy_strips.h"
+#include "pass/strip_pass.h"
 
 namespace vitrell {
 namespace {
 
 // A focal length below this bends everything onto the centre pixel.
 constexpr double kFocalLengthThreshold = 0.0001;
-
-constexpr std::int32_t kStripRows = 8;
-
-template <typename Pixel>
-struct DistortRefcon {
-  DistortionField field;
-  PF_LayerDef src;
-  LensMaskView mask;
-  const BilinearEngine<Pixel>* engine;
-  LazyStrips<Pixel, kStripRows> strips;
-};
 
 // The bilinear sample of GetPointerFromDataDP with the alpha of another pixel.
 template <typename Pixel>
@@ -39,90 +28,76 @@ void SampleColours(const PF_LayerDef& src, const SamplePoint& point, const Pixel
   out->alpha = in.alpha;
 }
 
-// Works out the pixels of a row from begin to end, at most as many as DistortedPixels holds.
+// The mask and the distance gate the effect only; its strength does not follow the mask.
 template <typename Pixel>
-void FillPixels(const DistortRefcon<Pixel>& refcon, std::int32_t row, std::int32_t begin,
-                std::int32_t end, Pixel* out) {
-  const Pixel* const in = StoredPixel<Pixel>(&refcon.src, row, 0);
-  DistortedPixels pixels;
-  for (std::int32_t x = begin; x < end; ++x) {
-    pixels.x[pixels.count] = x;
-    pixels.count += refcon.mask.At(x, row) > kMaskThreshold ? 1 : 0;
-  }
-  pixels.FindSources(refcon.field, row);
-  if (pixels.count != end - begin) {  // The others stay as they are.
-    std::copy(in + begin, in + end, out + begin);
-  }
-  refcon.engine->sample(refcon.src, pixels, in, out);
-}
+struct DistortionStage : StripsOfRows<Pixel, 8> {
+  DistortRefcon refcon;
+  DistortionField field;
+  LensMaskView mask;
+  const BilinearEngine<Pixel>* engine;
 
-// One pixel by itself, where no strip holds it. The mask and the distance gate the effect only; its
-// strength does not follow the mask.
-template <typename Pixel>
-void DistortOnePixel(const DistortRefcon<Pixel>& refcon, A_long x, A_long y, const Pixel& in,
-                     Pixel* out) {
-  const DistortionField& field = refcon.field;
-  if (!(refcon.mask.At(x, y) > kMaskThreshold)) {
-    *out = in;
-    return;
+  bool FillStrip(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const {
+    const std::int32_t width = refcon.io->src->width;
+    for (std::int32_t row = firstRow; row < endRow; ++row) {
+      for (std::int32_t begin = 0; begin < width; begin += DistortedPixels::kCapacity) {
+        FillPixels(row, begin, std::min(begin + DistortedPixels::kCapacity, width), out);
+      }
+      out += width;
+    }
+    return true;
   }
-  const double distance = field.DistanceOf(x, y);
-  if (!(distance > 0.0)) {
-    *out = in;
-  } else if (field.focalLengthPx < kFocalLengthThreshold) {
-    *out = GetPointerFromData<Pixel>(&refcon.src, field.centerY, field.centerX, 1);
-  } else {
-    SampleColours(refcon.src, field.SourceOf(x, y, distance), in, out);
-  }
-}
 
-// A function of its own that the pass ends in, so that the quick way saves no registers.
-template <typename Pixel>
-[[gnu::noinline]] PF_Err DistortInNewStrip(DistortRefcon<Pixel>* refcon, A_long x, A_long y,
-                                           const Pixel& in, Pixel* out) {
-  const std::int32_t width = refcon->src.width;
-  const Pixel* const distorted = refcon->strips.PixelOrFill(
-      x, y, [&](std::int32_t firstRow, std::int32_t endRow, Pixel* strip) {
-        for (std::int32_t row = firstRow; row < endRow; ++row) {
-          for (std::int32_t begin = 0; begin < width; begin += DistortedPixels::kCapacity) {
-            FillPixels(*refcon, row, begin, std::min(begin + DistortedPixels::kCapacity, width),
-                       strip);
-          }
-          strip += width;
-        }
-      });
-  if (distorted != nullptr) {
-    *out = *distorted;
-  } else {
-    DistortOnePixel(*refcon, x, y, in, out);
+  void StoreOnePixel(std::int32_t x, std::int32_t y, const Pixel& in, Pixel* out) const {
+    if (!(mask.At(x, y) > kMaskThreshold)) {
+      *out = in;
+      return;
+    }
+    const PF_LayerDef& src = *refcon.io->src;
+    const double distance = field.DistanceOf(x, y);
+    if (!(distance > 0.0)) {
+      *out = in;
+    } else if (refcon.focalLengthPx < kFocalLengthThreshold) {
+      *out = GetPointerFromData<Pixel>(&src, refcon.centerY, refcon.centerX, 1);
+    } else {
+      SampleColours(src, field.SourceOf(x, y, distance), in, out);
+    }
   }
-  return PF_Err_NONE;
+
+ private:
+  // Works out the pixels of a row from begin to end, at most as many as DistortedPixels holds.
+  void FillPixels(std::int32_t row, std::int32_t begin, std::int32_t end, Pixel* out) const {
+    const Pixel* const in = StoredPixel<Pixel>(refcon.io->src, row, 0);
+    DistortedPixels pixels;
+    for (std::int32_t x = begin; x < end; ++x) {
+      pixels.x[pixels.count] = x;
+      pixels.count += mask.At(x, row) > kMaskThreshold ? 1 : 0;
+    }
+    pixels.FindSources(field, row);
+    if (pixels.count != end - begin) {  // The others stay as they are.
+      std::copy(in + begin, in + end, out + begin);
+    }
+    engine->sample(*refcon.io->src, pixels, in, out);
+  }
+};
+
+template <typename Pixel>
+PF_Err OpticalDistortion(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
+  return static_cast<StripPass<DistortionStage<Pixel>>*>(refcon)->Serve(x, y, *in, out);
 }
 
 template <typename Pixel>
-PF_Err OpticalDistortion(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
-  auto* const refcon = static_cast<DistortRefcon<Pixel>*>(refconPtr);
-  const Pixel* const distorted = refcon->strips.ReadyPixel(x, y);
-  if (distorted == nullptr) [[unlikely]] {
-    return DistortInNewStrip(refcon, x, y, *in, out);
-  }
-  *out = *distorted;
-  return PF_Err_NONE;
-}
-
-template <typename Pixel>
-PF_Err RunPass(const StageCall& call, const DistortionField& field) {
+PF_Err RunPass(const StageCall& call, const DistortRefcon& refcon) {
   const PF_LayerDef& src = *call.io.src;
   const PF_LayerDef& dst = *call.io.dst;
-  DistortRefcon<Pixel> refcon = {field, src, LensMaskView(dst), &BestBilinearEngine<Pixel>(), {}};
+  StripPass<DistortionStage<Pixel>> pass = {
+      {{}, refcon, DistortionField(refcon), LensMaskView(dst), &BestBilinearEngine<Pixel>()}, {}};
   // Worlds with another origin and extreme fields of view have no strips.
-  const bool hasStrips = src.data != nullptr && IsDeep(src) == IsDeep(dst) &&
-                         src.extent_hint.left == 0 && src.extent_hint.top == 0 &&
-                         !(field.focalLengthPx < kFocalLengthThreshold);
-  if (hasStrips && !refcon.strips.Reset(src.width, src.height)) {
+  const bool hasStrips = HasPixelsFromOrigin(src) && IsDeep(src) == IsDeep(dst) &&
+                         !(refcon.focalLengthPx < kFocalLengthThreshold);
+  if (hasStrips && !pass.strips.Reset(src.width, src.height)) {
     return PF_Err_OUT_OF_MEMORY;
   }
-  return call.Iterate({OpticalDistortion<PF_Pixel>, OpticalDistortion<PF_Pixel16>}, &refcon);
+  return call.Iterate(CallbackOfDepth(OpticalDistortion<Pixel>), &pass);
 }
 
 }  // namespace
@@ -134,9 +109,9 @@ PF_Err RunOpticalDistortion(const StageCall& call) {
                                                    WrappingMultiply(dst.height, dst.height)));
   const double halfFieldOfView = call.info.opticalAmount * std::numbers::pi / 180 * 0.5;
   const PixelPosition center = call.plan.opticalCenter;
-  const DistortionField field = {center.x, center.y, diagonalPx / maths.tan(halfFieldOfView),
-                                 maths.sqrt};
-  return IsDeep(dst) ? RunPass<PF_Pixel16>(call, field) : RunPass<PF_Pixel>(call, field);
+  const DistortRefcon refcon = {center.x, center.y, diagonalPx / maths.tan(halfFieldOfView),
+                                &call.io};
+  return IsDeep(dst) ? RunPass<PF_Pixel16>(call, refcon) : RunPass<PF_Pixel>(call, refcon);
 }
 
 }  // namespace vitrell

@@ -237,8 +237,8 @@ INSTANTIATE_TEST_SUITE_P(Targets, WeightedLinesTest,
 
 // Strips of two columns: the rows of what is filled are as far apart as the picture is wide.
 TEST(LazyStripsTest, ColumnsAreFilledStripByStrip) {
-  LazyStrips<PF_Pixel, 2> strips;
-  ASSERT_TRUE(strips.Reset(5, 3, StripLines::kColumns));
+  LazyStrips<PF_Pixel, 2, StripLines::kColumns> strips;
+  ASSERT_TRUE(strips.Reset(5, 3));
   int fills = 0;
   const auto fill = [&](std::int32_t first, std::int32_t end, PF_Pixel* out) {
     ++fills;
@@ -247,6 +247,7 @@ TEST(LazyStripsTest, ColumnsAreFilledStripByStrip) {
         out[row * 5 + column - first].red = static_cast<std::uint8_t>(10 * row + column);
       }
     }
+    return true;
   };
   EXPECT_EQ(strips.ReadyPixel(4, 2), nullptr);
   for (std::int32_t row = 0; row < 3; ++row) {
