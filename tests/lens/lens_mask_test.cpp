@@ -66,6 +66,20 @@ TEST_F(LensMaskTest, CircleIsCentredOnItsRadius) {
   EXPECT_NEAR(At(210, -280), 0.5, 1e-6);
 }
 
+// Four times as high, quarters of a pixel are whole rows: 1397 / 4 = 349.25 is where the band
+// begins and 1403 / 4 = 350.75 where it ends. Between them 1398 is a sixth into it and 1402 five
+// sixths; (cos(pi / 6) + 1) / 2 = 0.9330127.
+TEST_F(LensMaskTest, BandBeginsAndEndsThreeQuartersFromTheRadius) {
+  info_.scaleHeight = 4;
+  for (const int sign : {-1, 1}) {
+    EXPECT_EQ(At(0, sign * 1397), 1.0);
+    EXPECT_NEAR(At(0, sign * 1398), 0.9330127, 1e-6);
+    EXPECT_NEAR(At(0, sign * 1400), 0.5, 1e-6);
+    EXPECT_NEAR(At(0, sign * 1402), 0.0669873, 1e-6);
+    EXPECT_EQ(At(0, sign * 1403), 0.0);
+  }
+}
+
 // Feather 0.2: the band is (0.2 + 1.5 / 350) x 350 = 71.5 wide, from 314.25 to 385.75. At 332 it is
 // (332 - 314.25) / 71.5 = 0.24825 into it.
 TEST_F(LensMaskTest, FeatherWidensTheBand) {

@@ -63,6 +63,14 @@ TEST(LensStageTest, ThresholdItselfIsOutside) {
   EXPECT_THAT(Reds({0.0, 0.0001, 0.00011}, kBlack16, kWhite16, CircleInfo()), ElementsAre(0, 0, 4));
 }
 
+// In 8 bits the first value that shows is half a step of 255: 0.00196 x 255 + 0.5 = 0.9998 and
+// 0.001961 x 255 + 0.5 = 1.00006.
+TEST(LensStageTest, FirstEightBitStepIsHalfAStepOfWhite) {
+  EXPECT_THAT(Reds({0.0001, 0.00011, 0.00196, 0.001961}, kBlack8, PF_Pixel{255, 255, 255, 255},
+                   CircleInfo()),
+              ElementsAre(0, 0, 0, 1));
+}
+
 // 0.25 x 10 + 0.75 x 200 + 0.5 = 153; m = 1 gives the processed pixel.
 TEST(LensStageTest, BlendsByTheMask) {
   EXPECT_THAT(Reds({0.0, 0.75, 1.0}, PF_Pixel{1, 10, 1, 1}, PF_Pixel{2, 200, 2, 2}, CircleInfo()),
@@ -128,7 +136,11 @@ TEST(LensStageTest, BlurMapStrengthensTheMaskUpToOne) {
   info.fastBlurAmount = 50;
   EXPECT_THAT(Reds({0.8, 0.00005, 0.00007, 0.5}, kBlack16, kWhite16, info),
               ElementsAre(32768, 0, 3, 24576));
-  EXPECT_THAT(Reds({0.8}, PF_Pixel{1, 10, 1, 1}, PF_Pixel{2, 200, 2, 2}, info), ElementsAre(200));
+  // 8 bits. Unlimited, 0.8 would give -0.2 x 10 + 1.2 x 200 + 0.5 = 238; 0.5 -> 0.75 gives 153;
+  // 0.00126 x 1.5 x 190 + 10.5 = 10.86 and 0.00176 x 1.5 x 190 + 10.5 = 11.0016.
+  EXPECT_THAT(
+      Reds({0.8, 0.5, 0.00126, 0.00176}, PF_Pixel{1, 10, 1, 1}, PF_Pixel{2, 200, 2, 2}, info),
+      ElementsAre(200, 153, 10, 11));
 }
 
 // Without the blur map a value above 1 is not limited: -0.5 x 10 + 1.5 x 100 + 0.5 = 145.5.
