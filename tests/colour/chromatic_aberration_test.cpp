@@ -143,6 +143,26 @@ TEST(ChromaticAberrationTest, KeepsChannelsUnwrittenAtScaleZero) {
   }
 }
 
+// In single precision 1 - 0.5 x 1.9998 is 0.00010002, above the threshold; the next larger fraction
+// gives 0.00009996, which is not.
+TEST(ChromaticAberrationTest, ThresholdOfTheScaleLiesJustAboveAFractionOf19998) {
+  const float fraction = 1.9998f;
+  PlainHost host;
+  const TestMask mask(3, 1, 1.0);
+  TestWorld<PF_Pixel16> src(3, 1);
+  TestWorld<PF_Pixel16> dst(3, 1);
+  FillWithColumns(&src);
+  for (A_long x = 0; x < 3; ++x) {
+    dst.At(x, 0) = {11, 22, 33, 44};
+  }
+  SplitColours(&host, &src, &dst, Settings(fraction, std::nextafter(fraction, 2.0f), 0, 1, 0));
+  for (A_long x = 0; x < 3; ++x) {
+    EXPECT_EQ(2001, dst.At(x, 0).red);
+    EXPECT_EQ(33, dst.At(x, 0).green);
+    EXPECT_EQ(4000 + x, dst.At(x, 0).blue);
+  }
+}
+
 // A fraction of -2 doubles the distance. About column 0 of 5, 3 goes to 6 and folds to 3, 4 goes to
 // 8 and folds to 1. About column 4, 3 goes to 2, 1 goes to -2 and folds to 2, 0 goes to -4, 4.
 TEST(ChromaticAberrationTest, MirrorsSamplesOutsideTheSource) {
@@ -163,17 +183,44 @@ TEST(ChromaticAberrationTest, MirrorsSamplesOutsideTheSource) {
   }
 }
 
-// One pixel beyond the right edge is the edge pixel itself: scale 1.5 about column 0 of 4 takes 3
-// to 4 and back to 3.
-TEST(ChromaticAberrationTest, JustOutsideIsTheEdgePixel) {
+// Scale 1.5. About column 1 of 4, 3 goes one beyond the right edge, to 4, which is the edge column
+// 3 itself. About column 2, 0 goes one beyond the left edge, to -1, which is column 1.
+constexpr int kOneBeyondRight[4] = {0, 1, 2, 3};
+constexpr int kOneBeyondLeft[4] = {1, 1, 2, 3};
+
+TEST(ChromaticAberrationTest, OneColumnBeyondEachEdge) {
   PlainHost host;
-  const TestMask mask(4, 1, 1.0);
   TestWorld<PF_Pixel16> src(4, 1);
   TestWorld<PF_Pixel16> dst(4, 1);
   FillWithColumns(&src);
-  SplitColours(&host, &src, &dst, Settings(-1, 1, 1, 0, 0));
-  EXPECT_EQ(2003, dst.At(3, 0).red);
-  EXPECT_EQ(2003, dst.At(2, 0).red);
+  for (const bool isInRows : {false, true}) {
+    const TestMask mask(4, 1, 1.0, isInRows);
+    for (const bool isRight : {true, false}) {
+      SplitColours(&host, &src, &dst, Settings(-1, 0, 1, isRight ? 1 : 2, 0));
+      for (A_long x = 0; x < 4; ++x) {
+        EXPECT_EQ(2000 + (isRight ? kOneBeyondRight : kOneBeyondLeft)[x], dst.At(x, 0).red) << x;
+        EXPECT_EQ(3000 + x, dst.At(x, 0).green);
+      }
+    }
+  }
+}
+
+TEST(ChromaticAberrationTest, OneRowBeyondEachEdge) {
+  PlainHost host;
+  TestWorld<PF_Pixel16> src(1, 4);
+  TestWorld<PF_Pixel16> dst(1, 4);
+  FillWithColumns(&src);
+  for (const bool isInRows : {false, true}) {
+    const TestMask mask(1, 4, 1.0, isInRows);
+    for (const bool isBottom : {true, false}) {
+      SplitColours(&host, &src, &dst, Settings(0, 1, -1, 0, isBottom ? 1 : 2));
+      for (A_long y = 0; y < 4; ++y) {
+        EXPECT_EQ(4000 + 100 * (isBottom ? kOneBeyondRight : kOneBeyondLeft)[y], dst.At(0, y).blue)
+            << y;
+        EXPECT_EQ(2000 + 100 * y, dst.At(0, y).red);
+      }
+    }
+  }
 }
 
 // Position of one channel as told: single precision, truncated, mirrored step by step.
