@@ -380,6 +380,41 @@ TYPED_TEST(FastBlurTest, KeepsTheVerticalPassAloneBlending) {
   EXPECT_EQ(VerticalPass(Mapped(8), column, unblurred).At(0, 1).red, 48);  // 0.75 x 30 + 25 = 47.5
 }
 
+// Mask 1: the plain box of the column, its border mirrored, its taps outside and those on mask 0
+// counting in full, and nothing blended with the pixel before both passes: (90 + 0 + 90) / 3 at
+// row 0, (90 + 255 + 255) / 3 at row 2.
+TYPED_TEST(FastBlurTest, VerticalPassAtMaskOneIsThePlainBox) {
+  Picture<TypeParam> column(1, 3);
+  column.At(0, 0) = {1, 0, 0, 0};
+  column.At(0, 1) = {2, 90, 0, 0};
+  column.At(0, 2) = {3, 255, 0, 0};
+  Picture<TypeParam> unblurred(1, 3);
+  unblurred.Fill({1, 7, 0, 0});
+  const TestMask ends({1.0, 0.0, 1.0});
+  const Picture<TypeParam> blurred = VerticalPass(Mapped(1), column, unblurred);
+  EXPECT_EQ(blurred.At(0, 0).red, 60);
+  EXPECT_EQ(blurred.At(0, 2).red, 200);
+}
+
+// Radius 6. Row 0, mask 0.5: reach 3, taps on rows -3 to -1 weigh nothing: (0 x 0.5 + 70 x 1 +
+// 140 x 0.25) / 1.75 = 60; half of it, (3 - 1) / 4, and half of the 100 from before: 80. Row 2,
+// mask 0.25: reach 1: (70 x 1 + 140 x 0.25) / 1.25 = 84; an eighth of it, (1.5 - 1) / 4,
+// and 87.5: 98. Row 1, mask 1: rows -5 to 7 mirrored are 0 1 2 2 1 0 1 2 2 1 0 1 2: (5 x 70 + 5 x
+// 140) / 13 = 80.8.
+TYPED_TEST(FastBlurTest, VerticalPassBeyondTheEdges) {
+  Picture<TypeParam> column(1, 3);
+  column.At(0, 0) = {1, 0, 0, 0};
+  column.At(0, 1) = {2, 70, 0, 0};
+  column.At(0, 2) = {3, 140, 0, 0};
+  Picture<TypeParam> unblurred(1, 3);
+  unblurred.Fill({1, 100, 0, 0});
+  const TestMask mask({0.5, 1.0, 0.25});
+  const Picture<TypeParam> blurred = VerticalPass(Mapped(6), column, unblurred);
+  EXPECT_EQ(blurred.At(0, 0).red, 80);
+  EXPECT_EQ(blurred.At(0, 1).red, 81);
+  EXPECT_EQ(blurred.At(0, 2).red, 98);
+}
+
 // 2 x feather must exceed amount / 100; at the narrow feather the mask 0 is not looked at.
 TYPED_TEST(FastBlurTest, KeepsTheBlurUniformUnderANarrowFeather) {
   const TestMask mask({0.0, 0.0, 0.0});
