@@ -249,17 +249,44 @@ TEST(RealisticBlurTest, WeightlessFootprintKeepsColoursWhenMapped) {
 }
 
 TEST(RealisticBlurTest, KeepsLastRowAndColumnCopied) {
-  const World input = MakePicture(Pattern::kNoise, 21, 14, false);
-  for (const bool mapped : {false, true}) {
-    const World result = mapped ? MappedCase(3).Actual(input) : MakeCase(3).Actual(input);
-    for (int x = 0; x < 21; ++x) {
-      EXPECT_EQ(result.At(13, x).channel[1], result.At(12, x).channel[1]);
-    }
-    for (int y = 0; y < 14; ++y) {
-      EXPECT_EQ(result.At(y, 20).channel[0], result.At(y, 19).channel[0]);
-      EXPECT_EQ(result.At(y, 20).channel[1], result.At(y, 19).channel[1]);
+  for (const bool deep : {false, true}) {
+    for (const bool mapped : {false, true}) {
+      const World input = MakePicture(Pattern::kNoise, 21, 14, deep);
+      RenderCase c = mapped ? MappedCase(3) : MakeCase(3);
+      const World result = c.Actual(input);
+      for (int i = 0; i < 4; ++i) {
+        for (int x = 0; x < 20; ++x) {
+          EXPECT_EQ(result.At(13, x).channel[i], result.At(12, x).channel[i]) << x;
+        }
+        for (int y = 0; y < 14; ++y) {
+          EXPECT_EQ(result.At(y, 20).channel[i], result.At(y, 19).channel[i]) << y;
+        }
+        EXPECT_EQ(result.At(13, 20).channel[i], result.At(12, 19).channel[i]);
+      }
+      // Alpha is not blurred: what was mended is not what came in.
+      EXPECT_NE(result.At(13, 5).channel[0], input.At(13, 5).channel[0]);
+      EXPECT_NE(result.At(6, 20).channel[0], input.At(6, 20).channel[0]);
     }
   }
+}
+
+// A grey of value g and alpha 1 weighs the root of g x 2^-30. 1 and 5 together weigh 0.0000988,
+// less than the least that is divided by; 2 and 4 weigh 0.0000432 + 0.0000610, and their average is
+// (2 x 0.0000432 + 4 x 0.0000610) / 0.0001042 = 3.17. The last column is mended.
+TEST(RealisticBlurTest, FaintPixelsKeepTheirColoursWhenMapped) {
+  RenderCase c = MappedCase(1);
+  c.Set("realistic-blur.iris-roundness", 100);
+  const auto blurred = [&c](int left, int right) {
+    World input = MakePicture(Pattern::kBlack, 4, 1, true);
+    input.pixels = {MakePixel(1, left, left, left), MakePixel(1, right, right, right),
+                    MakePixel(0, 900, 900, 900), MakePixel(0, 800, 800, 800)};
+    c.ExpectExact(input);
+    const World result = c.Actual(input);
+    EXPECT_EQ(result.At(0, 0).channel[0], 1);
+    return std::vector<int>{result.At(0, 0).channel[1], result.At(0, 1).channel[1]};
+  };
+  EXPECT_THAT(blurred(1, 5), ElementsAre(1, 5));
+  EXPECT_THAT(blurred(2, 4), ElementsAre(3, 3));
 }
 
 TEST(RealisticBlurTest, LoneRowsAndColumnsAreNotMended) {
