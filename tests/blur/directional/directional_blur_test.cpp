@@ -62,6 +62,26 @@ TEST(DirectionalBlurTest, KeepsColoursRoundedDown) {
   EXPECT_EQ(Text(result.At(2, 0)), "30 87 5 0");
 }
 
+// Length 3 has the weights 1/3, 2/3, 1, 2/3 and 1/3, whose doubles add up to 3 + 2^-51. Four times
+// the weights in single precision add up to 4, 8, 10.666667 and 12 exactly, and 12 by that sum is
+// just below 4. Added up in double precision they would be 12 + 2^-49, which gives 4.
+//
+// Length 7 over 10000: the weights add up to 7 + 2^-50, the products in single precision to 30000
+// before the middle, 40000 with it, then to 48571.4296875, 55714.28515625, 61428.5703125,
+// 65714.28125, 68571.421875 and 69999.9921875, which by 7 is 9999.9989. In double precision the sum
+// would be 70000.00000000001 and the result 10000.
+TEST(DirectionalBlurTest, KeepsSinglePrecisionSums) {
+  for (const bool deep : {false, true}) {
+    World grey = MakePicture(Pattern::kBlack, 9, 9, deep);
+    for (literal::Pixel& pixel : grey.pixels) pixel = MakePixel(9, 4, 100, 4);
+    const World result = MakeCase(3).Actual(grey);
+    for (const literal::Pixel& pixel : result.pixels) EXPECT_EQ(Text(pixel), "9 3 99 3");
+  }
+  World grey = MakePicture(Pattern::kBlack, 9, 20, true);
+  for (literal::Pixel& pixel : grey.pixels) pixel = MakePixel(9, 10000, 10000, 10000);
+  EXPECT_EQ(Text(MakeCase(7).Actual(grey).At(10, 4)), "9 9999 9999 9999");
+}
+
 TEST(DirectionalBlurTest, TransparentTapsAreSkipped) {
   const World result = MakeCase(2).Actual(
       Column({MakePixel(0, 100, 0, 0), MakePixel(20, 200, 0, 0), MakePixel(30, 50, 0, 0)}));
