@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/fake_host.h"
@@ -129,6 +130,40 @@ TEST_F(MaskDrawingTest, RandomShapesMatchTheLiteralMask) {
           ASSERT_TRUE(SameBits(view.At(x, y), value)) << x << "," << y << ": " << view.At(x, y);
           ASSERT_TRUE(SameBits(quick, value)) << x << "," << y << ": " << quick;
           ASSERT_TRUE(!ones.Contain(x, y) || value == 1) << x << "," << y;
+        }
+      }
+    }
+  }
+}
+
+// Sizes at which rows are long, mirrored parts large and a 32-bit product of the two is not: every
+// shape, turned and upright, its soft band wide.
+TEST_F(MaskDrawingTest, LargePicturesMatchTheLiteralMask) {
+  for (const auto& [width, height] : {std::pair<A_long, A_long>{1920, 1080}, {8192, 64}}) {
+    for (int lensType = kLensNone; lensType <= kLensTriangle; ++lensType) {
+      MaskCase c;
+      c.width = width;
+      c.height = height;
+      c.rect = {0, 0, width, height};
+      c.info.lensType = lensType;
+      c.info.feather = 0.2F;
+      c.info.positionX = width / 2 + 3;
+      c.info.positionY = height / 2 - 1;
+      c.info.scaleWidth = 0.8F;
+      c.info.scaleHeight = 0.7F;
+      c.info.rotation = lensType % 2 == 0 ? 0.0 : 0.4;
+      c.info.invertAlpha = height == 64 ? 1 : 0;
+      SCOPED_TRACE(Describe(c));
+      const literal::Mask expected = Expected(c);
+      Build(c);
+      PF_LayerDef world = {};
+      world.extent_hint = c.rect;
+      const LensMaskView view(world);
+      std::size_t i = 0;
+      for (A_long y = 0; y < height; ++y) {
+        for (A_long x = 0; x < width; ++x) {
+          ASSERT_TRUE(SameBits(view.At(x, y), expected.values[i])) << x << "," << y;
+          ++i;
         }
       }
     }
