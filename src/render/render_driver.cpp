@@ -56,6 +56,9 @@ class LensMaskScope {
 // Copies the image of the "Custom Layer" parameter, if it has one. A failing checkout means that
 // there is none; an abort request only leaves the parameter checked out, it does not end the
 // render.
+//
+// Kept: the layer's world flags are passed on as creation flags, which are another enumeration. The
+// copy may thus have another depth than the layer, and is read by its own.
 PF_Err CopyCustomLayer(PF_InData* inData, OwnedWorld* copy) {
   PF_ParamDef layer = {};
   if (inData->inter.checkout_param(inData->effect_ref, PARAM_CUSTOM_LAYER, inData->current_time,
@@ -65,7 +68,7 @@ PF_Err CopyCustomLayer(PF_InData* inData, OwnedWorld* copy) {
   const PF_Err abortRequest = inData->inter.abort(inData->effect_ref);
   PF_Err err = PF_Err_NONE;
   if (layer.u.ld.data != nullptr) {
-    err = copy->CreateLike(layer.u.ld);
+    err = copy->Create(layer.u.ld.width, layer.u.ld.height, layer.u.ld.world_flags);
     if (err == 0) {
       err = CopyWorld(inData, &layer.u.ld, copy->get());
     }

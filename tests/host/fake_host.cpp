@@ -140,15 +140,20 @@ PF_Err DisposeWorld(PF_ProgPtr /*effectRef*/, PF_LayerDef* world) {
   return PF_Err_NONE;
 }
 
-// Between worlds of one size and depth only.
+// Between worlds of one size. A world of another depth stays as it is, which shows where somebody
+// reads it.
 PF_Err Copy(PF_ProgPtr /*effectRef*/, PF_LayerDef* src, PF_LayerDef* dst, PF_LRect* from,
             PF_LRect* to) {
   g_host->log.emplace_back(from == nullptr && to == nullptr ? "copy" : "copy part");
   if (const PF_Err err = g_host->Answer("copy"); err != 0) {
     return err;
   }
-  const std::size_t pixelBytes = (src->world_flags & PF_WorldFlag_DEEP) != 0 ? 8 : 4;
-  for (A_long y = 0; y < src->height && src != dst; ++y) {
+  const PF_WorldFlags depth = src->world_flags & PF_WorldFlag_DEEP;
+  const std::size_t pixelBytes = depth != 0 ? 8 : 4;
+  if (src == dst || depth != (dst->world_flags & PF_WorldFlag_DEEP)) {
+    return PF_Err_NONE;
+  }
+  for (A_long y = 0; y < src->height; ++y) {
     std::memcpy(RowOf(dst, y), RowOf(src, y), pixelBytes * static_cast<std::size_t>(src->width));
   }
   return PF_Err_NONE;

@@ -180,32 +180,33 @@ class Stages {
     return Pass(suites, from, to);
   }
 
-  [[nodiscard]] int FastRound(const std::string& from, const std::string& to) {
+  [[nodiscard]] int FastRound(const std::string& from, const std::string& to, bool lensMap) {
     Suites suites(script_);
     OwnWorld aside(script_);
     const int flags = in_.newWorldExtraFlags | (in_.newWorldDeep ? literal::kDeepWorld : 0);
-    if (const int error = aside.CreateOfDepth(in_.input.width, in_.input.height, flags,
-                                              in_.newWorldDeep, in_.newWorldDeep)) {
-      return error;
-    }
+    const int error = lensMap ? aside.CreateOfDepth(in_.input.width, in_.input.height, flags,
+                                                    in_.newWorldDeep, in_.newWorldDeep)
+                              : aside.Create(in_.input.width, in_.input.height, flags);
+    if (error != 0) return error;
     static_cast<void>(Copy(from, aside.Name()));
     static_cast<void>(Pass(suites, from, to));
-    if (const int error = Pass(suites, to, from)) return error;
+    if (const int failed = Pass(suites, to, from)) return failed;
     return Copy(from, to);
   }
 
   [[nodiscard]] int Fast(const std::string& from, const std::string& to) {
     if (literal::FastBlurIsCopy(s_)) return Copy(from, to);
-    static_cast<void>(FastRound(from, to));
-    static_cast<void>(FastRound(to, from));
-    return FastRound(from, to);
+    const bool lensMap = literal::FastBlurFollowsLens(s_);
+    static_cast<void>(FastRound(from, to, lensMap));
+    static_cast<void>(FastRound(to, from, lensMap));
+    return FastRound(from, to, lensMap);
   }
 
   [[nodiscard]] int Trail(Suites& suites) {
     if (!(s_.trailAmount > 0 && s_.trailVisible == 1)) return Copy(b_, a_);
     if (const int error = Fill(a_)) return error;
     static_cast<void>(Pass(suites, b_, a_));
-    const int error = FastRound(a_, b_);
+    const int error = FastRound(a_, b_, false);
     suites.ReleaseAll();
     return error != 0 ? error : Copy(a_, b_);
   }
@@ -281,8 +282,7 @@ int TakeCustomLayer(Script& script, const RenderInputs& in, const literal::Rende
   const int abortRequest = script.Call("abort");
   int error = 0;
   if (in.custom != nullptr) {
-    error = custom.CreateOfDepth(in.custom->width, in.custom->height, in.customFlags,
-                                 in.custom->deep, in.newWorldDeep);
+    error = custom.Create(in.custom->width, in.custom->height, in.customFlags);
     if (error == 0) error = script.Call("copy custom -> " + custom.Name());
   }
   if (abortRequest != 0) return error;

@@ -27,7 +27,7 @@ struct ExpectedOutcome {
 // the copy aside and the horizontal pass, the copies in place of the distortion and of a realistic
 // blur of next to nothing, the trail's own pass, and in the final blend all but the suites. A copy
 // in place of the realistic blur stays pending while the next one is made. A missing suite is 516,
-// and so is a second new_world that fails or gives the wrong depth again.
+// and so is the lens map's second new_world that fails or gives the wrong depth again.
 ExpectedOutcome ExpectRender(const literal::RenderInputs& inputs, const literal::RenderTime& time,
                              const std::vector<PlannedFailure>& failures);
 

@@ -207,16 +207,6 @@ TEST(CallFailureTest, FailingCustomCopyUnderAnAbortRequest) {
                           "dispose_world world1"));
 }
 
-// When the second attempt for the right depth fails too, the code is 516.
-TEST(CallFailureTest, CustomWorldOfTheRightDepthIsNotToBeHad) {
-  DriverCase test;
-  test.SetCustomLayer(PF_WorldFlag_DEEP);
-  EXPECT_THAT(CallsWithFailure(test, CallKind::kNewWorld, 2, kMissingSuite),
-              ElementsAre("checkout_param 3 time 0 step 1 scale 30", "abort",
-                          "new_world world1 9x5 flags 1", "dispose_world world1",
-                          "new_world 9x5 flags 2 fails with 777", "checkin_param 3"));
-}
-
 // --- The working worlds and the first copy ---
 
 TEST(CallFailureTest, FailingWorldA) {

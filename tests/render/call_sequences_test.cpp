@@ -131,25 +131,32 @@ TEST(CallSequenceTest, CustomLayerIsCopiedFirstAndDisposedOfLast) {
 }
 
 // The layer's flags go to new_world unchanged, where they mean something else: writeable (2) asks
-// for a deep world. A copy needs the depth of its source.
-TEST(CallSequenceTest, CustomLayerOfAnotherDepthIsAskedForOnceMore) {
-  DriverCase test;
-  test.AllOff().SetCustomLayer(PF_WorldFlag_WRITEABLE);
-  const std::vector<std::string> calls = test.Calls();
-  const std::vector<std::string> expected = {
-      "new_world world1 9x5 flags 2", "dispose_world world1", "new_world world2 9x5 flags 0",
-      "copy custom -> world2",        "checkin_param 3",      "new_world world3 6x4 flags 0"};
-  EXPECT_EQ(std::vector<std::string>(calls.begin() + 2, calls.begin() + 8), expected);
+// for a deep world, deep (1) for a cleared one. Either copy is taken as it comes.
+TEST(CallSequenceTest, KeepsTheCustomCopyOfAnotherDepth) {
+  for (const PF_WorldFlags flags : {PF_WorldFlag_WRITEABLE, PF_WorldFlag_DEEP}) {
+    DriverCase test;
+    test.AllOff().SetCustomLayer(flags);
+    const CallList calls = test.Calls();
+    EXPECT_EQ(
+        CallList(calls.begin() + 2, calls.begin() + 6),
+        CallList({"new_world world1 9x5 flags " + std::to_string(flags), "copy custom -> world1",
+                  "checkin_param 3", "new_world world2 6x4 flags 0"}));
+  }
 }
 
-TEST(CallSequenceTest, DeepCustomLayerOfAShallowRender) {
+// The temporary world of an 8-bit source that may be written to comes back in 16 bits. Nothing is
+// read from it; only with the lens map on it is asked for once more, in the source's depth.
+TEST(CallSequenceTest, TemporaryWorldIsAskedForOnceMoreForTheLensMapAlone) {
   DriverCase test;
-  test.AllOff().SetCustomLayer(PF_WorldFlag_DEEP);
-  const std::vector<std::string> calls = test.Calls();
-  const std::vector<std::string> expected = {
-      "new_world world1 9x5 flags 1", "dispose_world world1", "new_world world2 9x5 flags 2",
-      "copy custom -> world2",        "checkin_param 3",      "new_world world3 6x4 flags 0"};
-  EXPECT_EQ(std::vector<std::string>(calls.begin() + 2, calls.begin() + 8), expected);
+  test.options.extraWorldFlags = PF_WorldFlag_WRITEABLE;
+  const CallList uniform = test.Calls();
+  EXPECT_EQ(CallList(uniform.begin() + 7, uniform.begin() + 9),
+            CallList({"new_world world3 6x4 flags 2", "copy world2 -> world3"}));
+  test.Set("fast-blur.amount", 10).Set("fast-blur.use-lens-as-blur-map", 1).Set("lens.feather", 10);
+  const CallList mapped = test.Calls();
+  EXPECT_EQ(CallList(mapped.begin() + 7, mapped.begin() + 11),
+            CallList({"new_world world3 6x4 flags 2", "dispose_world world3",
+                      "new_world world4 6x4 flags 0", "copy world2 -> world4"}));
 }
 
 // Amount 10, feather 10: 0.1 < 0.2. The blend waits for blur pass 1, in which the realistic blur is

@@ -140,7 +140,11 @@ PF_Err FastBlurA(const IO_Params& io, std::int32_t horizontalRadiusPx,
   AEGP_SuiteHandler suites(io.in_data->pica_basicP);
   const A_long lines = ExtentLines(*io.dst);
   OwnedWorld unblurred(io.in_data);
-  if (const PF_Err err = unblurred.CreateLike(*io.src); err != 0) {
+  // Only the lens map reads this world pixel by pixel, so that only then its depth matters.
+  if (const PF_Err err =
+          lensMap != 0 ? unblurred.CreateLike(*io.src)
+                       : unblurred.Create(io.src->width, io.src->height, io.src->world_flags);
+      err != 0) {
     return err;
   }
   // Kept: neither this copy's nor the horizontal pass's failure stops the blur.

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <random>
 #include <string>
@@ -413,6 +414,42 @@ TYPED_TEST(FastBlurTest, VerticalPassBeyondTheEdges) {
   EXPECT_EQ(blurred.At(0, 0).red, 80);
   EXPECT_EQ(blurred.At(0, 1).red, 81);
   EXPECT_EQ(blurred.At(0, 2).red, 98);
+}
+
+// Without the lens map nobody reads the temporary world: it is taken in any depth.
+TYPED_TEST(FastBlurTest, TemporaryWorldOfAnotherDepthIsTakenWithoutTheLensMap) {
+  Picture<TypeParam> usual(7, 5);
+  usual.FillNoise(kSeed);
+  Picture<TypeParam> src = usual;
+  Picture<TypeParam> dst(7, 5);
+  Picture<TypeParam> expected(7, 5);
+  {
+    FakeHost host;
+    host.newWorldAnswers.assign(3, {.deep = Picture<TypeParam>::kDeep});
+    ASSERT_EQ(Blur(host, Uniform(2), usual, expected), PF_Err_NONE);
+  }
+  FakeHost host;
+  host.newWorldAnswers.assign(3, {.deep = !Picture<TypeParam>::kDeep});
+  ASSERT_EQ(Blur(host, Uniform(2), src, dst), PF_Err_NONE);
+  ExpectSame(expected, dst, "temporary world of another depth");
+  EXPECT_EQ(std::count_if(host.log.begin(), host.log.end(),
+                          [](const std::string& call) { return call.rfind("new_world", 0) == 0; }),
+            3);
+}
+
+// With it the world is asked for once more, and 516 when its depth stays wrong. Rounds that cannot
+// be made are ignored but for the last one.
+TYPED_TEST(FastBlurTest, TemporaryWorldOfAnotherDepthIsAskedForOnceMoreByTheLensMap) {
+  const TestMask mask({0.5, 0.5, 0.5});
+  Picture<TypeParam> src(3, 1);
+  src.FillNoise(kSeed);
+  Picture<TypeParam> dst(3, 1);
+  const bool deep = Picture<TypeParam>::kDeep;
+  FakeHost host;
+  host.newWorldAnswers = {{.deep = !deep}, {.deep = deep}, {.deep = deep}, {.deep = deep}};
+  EXPECT_EQ(Blur(host, Mapped(6), src, dst), PF_Err_NONE);
+  host.newWorldAnswers = {{.deep = deep}, {.deep = deep}, {.deep = !deep}, {.deep = !deep}};
+  EXPECT_EQ(Blur(host, Mapped(6), src, dst), PF_Err_BAD_CALLBACK_PARAM);
 }
 
 // 2 x feather must exceed amount / 100; at the narrow feather the mask 0 is not looked at.

@@ -15,8 +15,6 @@
 namespace vitrell::literal {
 namespace {
 
-constexpr std::int32_t kBadCallbackParam = 516;
-
 World NewWorld(std::int32_t width, std::int32_t height, bool deep, const Pixel& fresh) {
   World world;
   world.deep = deep;
@@ -110,16 +108,6 @@ bool NewWorldIsDeep(std::int32_t flags, bool newWorldDeep) {
   return (flags & kNewDeepWorld) != 0 || newWorldDeep;
 }
 
-bool CustomCopyNeedsSecondTry(const RenderInputs& in) {
-  return NewWorldIsDeep(in.customFlags, in.newWorldDeep) != in.custom->deep;
-}
-
-bool CustomCopyFails(const RenderInputs& in) {
-  const std::int32_t secondFlags = in.custom->deep ? kNewDeepWorld : 0;
-  return CustomCopyNeedsSecondTry(in) &&
-         NewWorldIsDeep(secondFlags, in.newWorldDeep) != in.custom->deep;
-}
-
 void HostCopy(const World& from, World& to) {
   if (from.width != to.width || from.height != to.height) {
     throw std::logic_error("copies between sizes are not part of a render");
@@ -141,11 +129,8 @@ RenderOutcome Render(const RenderInputs& in) {
   outcome.inputExtent = in.input.extent;
   World customCopy;
   if (in.custom != nullptr) {
-    if (CustomCopyFails(in)) {
-      outcome.error = kBadCallbackParam;
-      return outcome;
-    }
-    customCopy = NewWorld(in.custom->width, in.custom->height, in.custom->deep, in.fresh);
+    const bool deep = NewWorldIsDeep(in.customFlags, in.newWorldDeep);
+    customCopy = NewWorld(in.custom->width, in.custom->height, deep, in.fresh);
     HostCopy(*in.custom, customCopy);
   }
   Settings settings = in.settings;

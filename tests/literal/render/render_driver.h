@@ -50,11 +50,6 @@ Plan MakePlan(const Settings& settings);
 // Whether new_world gives a deep world for these creation flags.
 bool NewWorldIsDeep(std::int32_t flags, bool newWorldDeep);
 
-// Whether the host can be made to give a world of the custom layer's depth: at the first try with
-// the layer's own flags, or at the second with the right creation flag.
-bool CustomCopyNeedsSecondTry(const RenderInputs& inputs);
-bool CustomCopyFails(const RenderInputs& inputs);
-
 // The host's copy between worlds of the same size; between depths white goes to white, rounded to
 // nearest, and what lies above white becomes white.
 void HostCopy(const World& from, World& to);

@@ -69,6 +69,10 @@ bool FastBlurIsCopy(const Settings& s) {
          TruncateToInt(static_cast<double>(s.fastBlurAmount)) == 0;
 }
 
+bool FastBlurFollowsLens(const Settings& s) {
+  return s.fastBlurUseLensAsBlurMap != 0 && 2.0F * s.feather > s.fastBlurAmount / 100.0F;
+}
+
 void FastBlurRound(std::int32_t horizontalRadius, std::int32_t verticalRadius, bool lensMap,
                    const Mask& mask, World& src, World& dst) {
   World unblurred = src;  // A world that the host has just made, at an origin of its own.
@@ -84,8 +88,7 @@ void FastBlur(const Settings& s, const Mask& mask, World& src, World& dst) {
     return;
   }
   const std::int32_t radius = TruncateToInt(static_cast<double>(s.fastBlurAmount));
-  const bool lensMap =
-      s.fastBlurUseLensAsBlurMap != 0 && 2.0F * s.feather > s.fastBlurAmount / 100.0F;
+  const bool lensMap = FastBlurFollowsLens(s);
   FastBlurRound(radius, radius, lensMap, mask, src, dst);
   FastBlurRound(radius, radius, lensMap, mask, dst, src);  // NOLINT: back again.
   FastBlurRound(radius, radius, lensMap, mask, src, dst);

@@ -11,6 +11,9 @@ namespace vitrell::literal {
 // Whether the settings make the engine a plain copy.
 bool FastBlurIsCopy(const Settings& settings);
 
+// Whether the taps are weighed by the lens mask.
+bool FastBlurFollowsLens(const Settings& settings);
+
 // One pass across and one down; the result is left in both worlds.
 void FastBlurRound(std::int32_t horizontalRadius, std::int32_t verticalRadius, bool lensMap,
                    const Mask& mask, World& src, World& dst);
