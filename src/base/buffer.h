@@ -1,4 +1,4 @@
-// Scratch memory that is checked when it is asked for and freed when its owner goes.
+// Scratch memory whose allocation is checked and which is freed by its owner's destructor.
 #ifndef VITRELL_BASE_BUFFER_H_
 #define VITRELL_BASE_BUFFER_H_
 
@@ -10,9 +10,8 @@
 
 namespace vitrell {
 
-// An array of plain values of a size known before it is filled. Never throws: allocation answers
-// false when the memory is not to be had, and the buffer is then empty. Allocating 0 values
-// succeeds; data() is then null.
+// A fixed-size array of plain values. Never throws: Allocate returns false when memory is short and
+// leaves the buffer empty. Allocating 0 values succeeds; data() is then null.
 template <typename T>
 class Buffer {
   static_assert(std::is_trivially_copyable_v<T> && std::is_trivially_destructible_v<T>);
@@ -28,10 +27,10 @@ class Buffer {
     return *this;
   }
 
-  // Forgets what it held. The new values are indeterminate.
+  // Discards the old values; the new ones are indeterminate.
   [[nodiscard]] bool Allocate(std::size_t count) { return Take(count, false); }
 
-  // The same with every byte 0. Large blocks come from the system already cleared.
+  // The same with every byte 0. Large blocks are zeroed by the system, page by page on first use.
   [[nodiscard]] bool AllocateZeroed(std::size_t count) { return Take(count, true); }
 
   void Free() {
@@ -51,7 +50,7 @@ class Buffer {
   const T& operator[](std::size_t index) const { return data_[index]; }
 
  private:
-  // NOLINTNEXTLINE(bugprone-sizeof-expression): the values may well be pointers.
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): T may be a pointer type.
   static constexpr std::size_t kValueBytes = sizeof(T);
 
   bool Take(std::size_t count, bool zeroed) {
@@ -78,8 +77,8 @@ class Buffer {
   std::size_t size_ = 0;
 };
 
-// An array of plain values that grows while it is filled. Never throws: Append answers false when
-// the memory is not to be had; what was appended before is kept. Growing moves the values.
+// An array of plain values that grows as it is filled. Never throws: Append returns false when
+// memory is short and keeps what is there. Growing moves the values.
 template <typename T>
 class GrowingBuffer {
   static_assert(std::is_trivially_copyable_v<T> && std::is_trivially_destructible_v<T>);
@@ -98,7 +97,7 @@ class GrowingBuffer {
     return true;
   }
 
-  // Keeps the memory for the next filling.
+  // Keeps the memory for reuse.
   void Clear() { size_ = 0; }
 
   T* data() { return data_; }
@@ -108,7 +107,7 @@ class GrowingBuffer {
   const T& operator[](std::size_t index) const { return data_[index]; }
 
  private:
-  // NOLINTNEXTLINE(bugprone-sizeof-expression): the values may well be pointers.
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): T may be a pointer type.
   static constexpr std::size_t kValueBytes = sizeof(T);
 
   bool Grow() {

@@ -8,7 +8,8 @@
 
 namespace vitrell {
 
-// Kernels are written once over the pixel type. Undefined for anything but the two host pixels.
+// Kernels are templates over the pixel type. The primary template is undefined: only the host's two
+// pixel types are valid.
 template <typename Pixel>
 struct DepthTraits;
 

@@ -1,4 +1,4 @@
-// Number conversions that every stage shares: float to integer, and integers that wrap.
+// Number conversions shared by every stage: float to integer, and wrapping integer arithmetic.
 #ifndef VITRELL_BASE_NUMERIC_H_
 #define VITRELL_BASE_NUMERIC_H_
 
@@ -10,7 +10,8 @@
 #include <emmintrin.h>
 #endif
 
-// Marks a function whose unsigned arithmetic is meant to wrap, for the sanitizer that reports it.
+// Marks a function whose unsigned arithmetic wraps on purpose, so that clang's sanitizer does not
+// report it.
 #if defined(__clang__)
 #define VITRELL_UNSIGNED_WRAPS __attribute__((no_sanitize("unsigned-integer-overflow")))
 #else
@@ -20,11 +21,12 @@
 namespace vitrell {
 
 // Truncates toward zero. NaN and values outside int32 become INT32_MIN on every platform, which is
-// what the x86-64 conversion instruction answers. No other conversion of a float to an integer
-// stands anywhere in the effect.
+// what the x86-64 conversion instruction returns. Vector code converts with __builtin_convertvector
+// or TruncateLanes instead, which define neither case and are used only on values known to fit.
 inline std::int32_t TruncateToInt32(double value) {
 #if defined(__x86_64__)
-  // A compiler that knows the value would fold the instruction to its own idea of the result.
+  // With a constant argument the compiler would fold the conversion, and it may fold one that is
+  // out of range to something else; constants therefore take the comparison below.
   if (!__builtin_constant_p(value)) {
     return _mm_cvttsd_si32(_mm_set_sd(value));
   }
@@ -42,15 +44,15 @@ inline std::int32_t TruncateToInt32(float value) {
   return TruncateToInt32(static_cast<double>(value));
 }
 
-// Truncates and keeps the low 8 or 16 bits: no clamping anywhere. NaN becomes 0.
+// Truncates and keeps the low 8 or 16 bits, without clamping. NaN becomes 0.
 template <typename Channel, typename Float>
 inline Channel TruncateToChannel(Float value) {
   static_assert(std::is_floating_point_v<Float>);
   return static_cast<Channel>(static_cast<std::uint32_t>(TruncateToInt32(value)));
 }
 
-// 32-bit arithmetic that wraps in two's complement, which is what these builtins store whether it
-// overflows or not.
+// 32-bit two's complement arithmetic: the builtins store the wrapped result whether or not they
+// report an overflow.
 inline std::int32_t WrappingAdd(std::int32_t a, std::int32_t b) {
   std::int32_t sum = 0;
   static_cast<void>(__builtin_add_overflow(a, b, &sum));

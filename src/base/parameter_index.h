@@ -1,4 +1,4 @@
-// The places of the effect's parameters in the host's array.
+// The positions of the effect's parameters in the host's parameter array.
 #ifndef VITRELL_BASE_PARAMETER_INDEX_H_
 #define VITRELL_BASE_PARAMETER_INDEX_H_
 
@@ -6,7 +6,7 @@
 
 namespace vitrell {
 
-// Positions in the host's parameter array.
+// In order of registration; the input layer, which the host adds itself, is first.
 enum ParamIndex : std::int32_t {
   PARAM_INPUT = 0,
   PARAM_LENS_GROUP,

@@ -1,10 +1,11 @@
-// Bilinear samples.
+// Bilinear sampling.
 #include "base/pixel_access.h"
 
 namespace vitrell {
 namespace {
 
-// Kept: truncation less one for negatives is no floor: -0.5 gives 0 and -1.0 gives -2.
+// Kept: truncating and then subtracting 1 below zero is not floor(): -0.5 gives 0 and -1.0 gives
+// -2.
 int SampleBase(double position) {
   const std::int32_t truncated = TruncateToInt32(position);
   return truncated < 0 ? WrappingSubtract(truncated, 1) : truncated;

@@ -1,9 +1,10 @@
-// Reading worlds at any position: addresses, values and bilinear samples.
+// Reads pixels of a world at any position: addresses, values and bilinear samples.
 //
-// Positions are (row, column) in layer coordinates: the world's extent_hint.top and .left are its
-// origin. A mirror flag of exactly 1 folds positions outside the world back in; with any other
-// value outside is missing. Pure reads, safe on any number of threads. A world without data, width
-// or height has no pixels at all.
+// Positions are (row, column) in layer coordinates; the world's first pixel lies at
+// (extent_hint.top, extent_hint.left). With a mirror flag of exactly 1, positions outside the world
+// are reflected back in; with any other value they have no pixel. A world without data, width or
+// height has no pixels at all. Nothing is written, so that every function is safe on any number of
+// threads.
 #ifndef VITRELL_BASE_PIXEL_ACCESS_H_
 #define VITRELL_BASE_PIXEL_ACCESS_H_
 
@@ -26,10 +27,10 @@ inline bool HasPixelsFromOrigin(const PF_LayerDef& world) {
 // A line of size > 0 pixels, mirrored at its ends, repeats after so many positions.
 constexpr std::int64_t MirrorPeriod(std::int64_t size) { return 2 * size - 1; }
 
-// Folds one coordinate into 0..size-1 by repeated reflection: below zero c becomes -c (the edge is
-// not repeated), at or above size it becomes 2 x size - 1 - c (the edge is repeated).
-// Kept: the reflection is asymmetric, so that the first row appears once and the last one twice.
-// The reflections repeat, which makes this a remainder instead of a loop. size must be positive.
+// Folds one coordinate into [0, size) by repeated reflection: below zero c becomes -c (the edge is
+// not repeated), at or above size it becomes 2 x size - 1 - c (the edge is repeated). Kept: the
+// reflection is asymmetric, so that the first row appears once and the last one twice. It is
+// periodic, so that a remainder replaces the repetition. size must be positive.
 inline std::int64_t FoldCoordinate(std::int64_t coordinate, std::int64_t size) {
   const std::int64_t period = MirrorPeriod(size);
   std::int64_t folded = coordinate < 0 ? -coordinate : coordinate;
@@ -42,8 +43,8 @@ inline std::int64_t FoldCoordinate(std::int64_t coordinate, std::int64_t size) {
   return folded;
 }
 
-// Folds both coordinates, relative to the world's origin, in place. An empty world leaves them
-// alone.
+// Folds both coordinates in place. They are relative to the world's origin; an empty world leaves
+// them unchanged.
 inline void RecomputePosition(const PF_LayerDef* world, int& row, int& column) {
   if (world->height <= 0 || world->width <= 0) {
     return;
@@ -52,7 +53,7 @@ inline void RecomputePosition(const PF_LayerDef* world, int& row, int& column) {
   column = static_cast<int>(FoldCoordinate(column, world->width));
 }
 
-// Address of the pixel stored at (row, column) relative to the world's memory, or null.
+// Address of the pixel at (row, column) of the world's memory, or null outside it.
 template <typename Pixel>
 inline Pixel* StoredPixel(const PF_LayerDef* world, std::int64_t row, std::int64_t column) {
   if (row < 0 || row >= world->height || column < 0 || column >= world->width ||
@@ -63,7 +64,7 @@ inline Pixel* StoredPixel(const PF_LayerDef* world, std::int64_t row, std::int64
   return reinterpret_cast<Pixel*>(base + row * world->rowbytes) + column;
 }
 
-// Address of a pixel, or null where there is none.
+// Address of the pixel at a layer position, or null where there is none.
 template <typename Pixel>
 inline Pixel* GetPointerFromDataP(const PF_LayerDef* world, int row, int column,
                                   unsigned char mirror) {
@@ -79,7 +80,7 @@ inline Pixel* GetPointerFromDataP(const PF_LayerDef* world, int row, int column,
                             FoldCoordinate(c, world->width));
 }
 
-// A pixel by value; all zero where it is missing.
+// The pixel at a layer position; all channels 0 where there is none.
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
 inline Pixel GetPointerFromData(const PF_LayerDef* world, int row, int column,
                                 unsigned char mirror) {
@@ -91,17 +92,17 @@ inline Pixel GetPointerFromData(const PF_LayerDef* world, int row, int column,
   if (mirror != 1 || world->height <= 0 || world->width <= 0) {
     return Pixel{};
   }
-  // Kept: the folded position is handed on as a layer position, so that the origin is subtracted a
-  // second time. It shows only in worlds whose extent hint does not start at (0, 0).
+  // Kept: the folded position is relative to the world but passed on as a layer position, so that
+  // the origin is subtracted twice. This shows only where the extent hint does not start at (0, 0).
   const Pixel* const pixel =
       GetPointerFromDataP<Pixel>(world, static_cast<int>(FoldCoordinate(r, world->height)),
                                  static_cast<int>(FoldCoordinate(c, world->width)), mirror);
   return pixel != nullptr ? *pixel : Pixel{};
 }
 
-// Bilinear sample at a fractional position, truncated, into *out; *out is left untouched where one
-// of the four neighbours is missing. Along the first row and column nothing is interpolated. The
-// result carries no meaning.
+// Stores the bilinear sample at a fractional position, truncated, in *out, or leaves *out unchanged
+// where one of the four neighbours is missing. Where the upper left neighbour lies in row 0 or
+// column 0, it alone is the sample. Always returns 0.
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
 int GetPointerFromDataDP(const PF_LayerDef* world, double row, double column, Pixel* out,
                          unsigned char mirror);

@@ -1,5 +1,5 @@
-// The records that the stages of a render share: its settings, the plan made from them, and the
-// context of a stage.
+// The records shared by the stages of a render: its settings, the plan made from them, and the
+// worlds of one call of a stage.
 #ifndef VITRELL_BASE_RENDER_RECORDS_H_
 #define VITRELL_BASE_RENDER_RECORDS_H_
 
@@ -9,7 +9,7 @@
 
 namespace vitrell {
 
-// Popup values of "Type".
+// Values of the "Type" popup.
 enum LensType : std::int32_t {
   kLensNone = 1,
   kLensCircle = 2,
@@ -19,22 +19,23 @@ enum LensType : std::int32_t {
   kLensCustom = 6,
 };
 
-// Popup values of "Placement".
+// Values of the "Placement" popup.
 enum LensPlacement : std::int32_t { kCenterMap = 1, kStretchMapToFit = 2 };
 
-// Popup values of "MODE".
+// Values of the "MODE" popup.
 enum BlendMode : std::int32_t { kNormal = 1, kAdd = 2, kScreen = 3, kMultiply = 4 };
 
-// Flat record, rebuilt for every render. After the conversion there are no percents (fractions
-// instead) and no degrees (radians instead); positions and centres are whole pixels. Booleans are
-// the low byte of the host's checkbox value and count as on only when they are exactly 1.
+// The settings of one render, converted from the host's parameters. Percentages are stored as
+// fractions, angles in radians (except the optical field of view), positions in whole pixels.
+// Switches hold the low byte of the host's checkbox value; which of its values count as on is
+// decided in the plan.
 struct LX_Info {
   std::int32_t lensType;
-  PF_LayerDef* customLayer;  // Not owned; the render's private copy, its data null without one.
+  PF_LayerDef* customLayer;  // Not owned: the render's copy; null data if there is none.
   std::int32_t placement;
   std::uint8_t invertAlpha;
   float feather;           // Fraction of the lens size.
-  std::int32_t positionX;  // Pixels, and so every position and centre.
+  std::int32_t positionX;  // In pixels, as are all positions and centres.
   std::int32_t positionY;
   float scaleWidth;  // Factor.
   float scaleHeight;
@@ -43,14 +44,14 @@ struct LX_Info {
   float fastBlurAmount;  // Box radius in pixels.
   std::uint8_t fastBlurUseLensAsBlurMap;
   std::uint8_t realisticVisible;
-  float realisticAmount;   // Kernel radius in hundreds of pixels.
-  std::int32_t irisSides;  // Popup value; the polygon has two sides more.
+  float realisticAmount;   // Kernel radius in pixels / 100.
+  std::int32_t irisSides;  // Popup value; the polygon has this plus 2 sides.
   float irisRoundness;
   float irisAspectRatio;
   double irisRotation;  // Radians.
   std::uint8_t realisticUseLensAsBlurMap;
   std::uint8_t opticalVisible;
-  float opticalAmount;  // Field of view in degrees: the one angle that stays so.
+  float opticalAmount;  // Field of view in degrees.
   std::uint8_t opticalCenterOfLens;
   std::int32_t opticalCenterX;
   std::int32_t opticalCenterY;
@@ -75,22 +76,22 @@ struct LX_Info {
   std::int32_t mode;
 };
 
-// The context of one call of a stage: the world it reads and the world it writes. Every call has
-// its own; nothing is handed on from stage to stage.
+// The worlds of one call of a stage: the one it reads and the one it writes. Each call has its own
+// record; stages pass nothing on to each other through it.
 struct IO_Params {
   PF_InData* in_data;
-  PF_OutData* out_data;  // Read by nobody.
+  PF_OutData* out_data;  // No stage reads it.
   PF_LayerDef* src;
   PF_LayerDef* dst;
 };
 
-// The two calls of the blur dispatcher: before the lens stage, and after it.
+// The two calls of the blur dispatcher, before and after the lens stage.
 enum class BlurPass { kUniform, kLensMapped };
 
-// What a mask is drawn from.
+// What the mask is drawn from.
 enum class MaskSource {
-  kNothing,     // The lens has no extent: 0 everywhere.
-  kEverything,  // No lens shape: 1 everywhere.
+  kNothing,     // The lens has no area: 0 everywhere.
+  kEverything,  // There is no lens shape: 1 everywhere.
   kShape,
   kCustomLayer,
 };
@@ -98,12 +99,12 @@ enum class MaskSource {
 struct MaskPlan {
   MaskSource source;
   bool isInverted;
-  bool isWholeNeeded;  // A blur reads g_LensMask itself, so that every value must be in it.
+  bool isWholeNeeded;  // A blur may read every value of g_LensMask directly.
 };
 
 struct LensPlan {
   bool isOn;
-  // The mask is strengthened by a fraction of itself in place of a blur that follows it.
+  // The lens stage adds a multiple of the mask to it, instead of a blur that follows the lens.
   bool isStrengthened;
   double strength;
 };
@@ -111,9 +112,9 @@ struct LensPlan {
 struct FastBlurPlan {
   bool isInUniformPass;
   bool isInMappedPass;
-  bool isCopy;  // The stage copies whenever it runs.
+  bool isCopy;  // If the stage runs, it only copies.
   bool isByMask;
-  std::int32_t radiusPx;  // Negative for an amount that 32 bits cannot hold.
+  std::int32_t radiusPx;  // INT32_MIN for amounts beyond 32 bits.
 };
 
 struct RealisticBlurPlan {
@@ -128,7 +129,7 @@ struct PixelPosition {
   std::int32_t y;
 };
 
-// What one render does: every decision that hangs on the settings alone, taken once, before the
+// What one render does: every decision that depends on the settings alone, made once before the
 // first stage.
 struct RenderPlan {
   MaskPlan mask;
@@ -145,7 +146,8 @@ struct RenderPlan {
   bool isChromaticOn;
   bool isBlendBeforeLens;  // The final blend runs before the lens stage.
   bool isMappedPassOn;     // The lens-mapped blurs and a final blend follow the lens stage.
-  // The host's maths beyond those that every render needs.
+  // Which of the host's optional math callbacks the render calls. Sine, cosine and square root are
+  // always needed.
   bool needsPow;
   bool needsTan;
   bool needsAtan;
