@@ -1,4 +1,4 @@
-// The host's effect interface: everything the effect and a substitute host need of it.
+// The host's effect interface: everything that the effect and a substitute host need of it.
 #ifndef VITRELL_HOST_HOST_API_H_
 #define VITRELL_HOST_HOST_API_H_
 

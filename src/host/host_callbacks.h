@@ -1,6 +1,7 @@
 // The host's function tables: the callbacks of the input record and the suites.
 //
-// Slots that this project never calls are UnusedCallback: they only keep their neighbours in place.
+// Slots that this project never calls are UnusedCallback: they only keep the others at their
+// offsets.
 #ifndef VITRELL_HOST_HOST_CALLBACKS_H_
 #define VITRELL_HOST_HOST_CALLBACKS_H_
 
@@ -39,7 +40,7 @@ struct PF_InteractCallbacks {
   void* reserved[10];
 };
 
-// sprintf must stay variadic in its type: on arm64 variadic arguments travel differently.
+// sprintf must be declared variadic: arm64 passes variadic arguments differently.
 struct PF_ANSICallbacks {
   A_FpLong (*atan)(A_FpLong);
   A_FpLong (*atan2)(A_FpLong y, A_FpLong x);
@@ -113,7 +114,7 @@ struct PF_UtilCallbacks {
   A_long reserved[1];
 };
 
-// Success is 0; an unknown suite name or version answers kSPSuiteNotFoundError.
+// 0 is success; AcquireSuite returns kSPSuiteNotFoundError for an unknown name or version.
 inline constexpr SPErr kSPSuiteNotFoundError = 0x53214664;
 
 struct SPBasicSuite {
@@ -126,8 +127,7 @@ struct SPBasicSuite {
   SPErr (*Undefined)();
 };
 
-// Suites are matched by exact name and exact version; the letters' case differs between the iterate
-// suites.
+// Suites are matched by exact name and version. The iterate suites differ in the case of a letter.
 inline constexpr char kPFAnsiSuite[] = "PF ANSI Suite";
 inline constexpr std::int32_t kPFAnsiSuiteVersion1 = 1;
 inline constexpr char kPFParamUtilsSuite[] = "PF Param Utils Suite";

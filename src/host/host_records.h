@@ -1,7 +1,7 @@
 // The host's data records: pixels, worlds, parameters and the input and output records.
 //
-// Natural alignment is the host's alignment: no packing pragma may surround these records.
-// Members that this project never touches keep their place and name.
+// The host's records have natural alignment: no packing pragma may surround these declarations.
+// Members that this project never uses keep their place and name.
 #ifndef VITRELL_HOST_HOST_RECORDS_H_
 #define VITRELL_HOST_HOST_RECORDS_H_
 
@@ -51,7 +51,7 @@ struct PF_Pixel16 {
   A_u_short blue;
 };
 
-// A picture in memory. Rows start rowbytes apart and may be padded.
+// An image in memory. Rows start rowbytes apart and may be padded.
 struct PF_LayerDef {
   void* reserved0;
   void* reserved1;
@@ -111,7 +111,7 @@ struct PF_FixedSliderDef {
   PF_ValueDisplayFlags display_flags;
 };
 
-// Only value and phase are double; the limits are single.
+// Only value and phase are double; the limits are float.
 struct PF_FloatSliderDef {
   PF_FpLong value;
   PF_FpLong phase;
@@ -151,7 +151,8 @@ struct PF_ColorDef {
   PF_Pixel dephault;
 };
 
-// Defaults are percent of the layer, values at render are pixels; both 16.16.
+// Defaults are percentages of the layer's size, values during a render are pixels; both are 16.16
+// fixed point.
 struct PF_PointDef {
   PF_Fixed x_value;
   PF_Fixed y_value;
@@ -171,7 +172,7 @@ struct PF_Point3DDef {
   char reserved[16];
 };
 
-// Values are 1-based positions in the choices, which are separated by '|'.
+// The value is the 1-based position of a choice; the list separates choices by '|'.
 struct PF_PopupDef {
   PF_ParamValue value;
   A_short num_choices;

@@ -74,7 +74,7 @@ inline constexpr PF_Cmd PF_Cmd_SMART_PRE_RENDER = 23;
 inline constexpr PF_Cmd PF_Cmd_SMART_RENDER = 24;
 inline constexpr PF_Cmd PF_Cmd_NUM_CMDS = 34;
 
-// Errors. 517 is what a cancelled render answers.
+// Error codes. 517 is the result of a cancelled render.
 inline constexpr PF_Err PF_Err_NONE = 0;
 inline constexpr PF_Err PF_Err_OUT_OF_MEMORY = 4;
 inline constexpr PF_Err PF_Err_INTERNAL_STRUCT_DAMAGED = 512;
@@ -175,8 +175,8 @@ inline constexpr PF_OutFlags2 PF_OutFlag2_FLOAT_COLOR_AWARE = 0x1000;
 inline constexpr PF_OutFlags2 PF_OutFlag2_SUPPORTS_GPU_RENDER_F32 = 0x2000000;
 inline constexpr PF_OutFlags2 PF_OutFlag2_SUPPORTS_THREADED_RENDERING = 0x8000000;
 
-// PF_LayerDef::world_flags, and the flags of new_world. Beware: these are two enumerations.
-// Deep is bit 0 when a world is read and bit 1 when one is asked for.
+// PF_LayerDef::world_flags, and the flags passed to new_world. These are two enumerations: 16-bit
+// depth is bit 0 in an existing world and bit 1 in a request for one.
 inline constexpr PF_WorldFlags PF_WorldFlag_DEEP = 0x1;
 inline constexpr PF_WorldFlags PF_WorldFlag_WRITEABLE = 0x2;
 inline constexpr PF_NewWorldFlags PF_NewWorldFlag_NONE = 0;
@@ -212,7 +212,7 @@ inline constexpr PF_InFlags PF_InFlag_PROJECT_IS_RENDER_ONLY = 1;
 inline constexpr A_long PF_MAX_CHAN8 = 255;
 inline constexpr A_long PF_MAX_CHAN16 = 32768;  // 16-bit white is 0x8000, not 65535.
 
-// Pixel formats: four characters, the first in the lowest byte.
+// Pixel formats: four characters, the first in the least significant byte.
 constexpr PF_PixelFormat MakePixelFormat(char a, char b, char c, char d) {
   return static_cast<PF_PixelFormat>(
       static_cast<std::uint32_t>(static_cast<std::uint8_t>(a)) |
@@ -225,11 +225,13 @@ inline constexpr PF_PixelFormat PF_PixelFormat_ARGB64 = MakePixelFormat('a', 'e'
 inline constexpr PF_PixelFormat PF_PixelFormat_ARGB128 = MakePixelFormat('a', 'e', '3', '2');
 inline constexpr PF_PixelFormat PF_PixelFormat_INVALID = MakePixelFormat('b', 'a', 'd', 'f');
 
-// The host's own identity in PF_InData::appl_id: first character in the highest byte.
+// The host's identity in PF_InData::appl_id: four characters, the first in the most significant
+// byte.
 inline constexpr A_AppID kHostAppId = 0x46585443;
 
-// The effect version word: build 0-8, stage 9-10, bug-fix 11-14, sub-version 15-18, version 19-21.
-// Versions above 7 would need the high field as well; they are refused here.
+// The version word of an effect: build in bits 0-8, stage 9-10, bug-fix 11-14, sub-version 15-18,
+// version 19-21. Versions above 7 would need the word's high field too, which this function does
+// not set.
 constexpr A_u_long PackEffectVersion(A_u_long version, A_u_long subversion, A_u_long bugFix,
                                      A_u_long stage, A_u_long build) {
   return (version & 7U) << 19U | (subversion & 15U) << 15U | (bugFix & 15U) << 11U |

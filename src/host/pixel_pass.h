@@ -7,7 +7,7 @@
 
 namespace vitrell {
 
-// The two depths of one per-pixel callback.
+// One per-pixel callback in its two depths.
 struct PixelCallbacks {
   PF_IteratePixel8Func pixel8;
   PF_IteratePixel16Func pixel16;
@@ -21,12 +21,12 @@ constexpr PixelCallbacks CallbackOfDepth(PF_IteratePixel16Func callback) {
   return {nullptr, callback};
 }
 
-// Iterates the callback of the destination's depth over the whole of both worlds, with progress
-// from 0 to progressFinal, and returns the host's result. The suite is acquired through suites
-// (and stays acquired); a missing one throws.
+// Iterates over the whole of both worlds with the callback of the destination's depth, reports
+// progress from 0 to progressFinal, and returns the host's result. The iterate suite is acquired
+// through suites and stays acquired; a missing one throws.
 //
-// Worlds of differing depths answer PF_Err_BAD_CALLBACK_PARAM: one of the two pixel pointers would
-// otherwise be read through the wrong type. So does a destination whose callback is null.
+// Returns PF_Err_BAD_CALLBACK_PARAM if the worlds differ in depth, since the callback would then
+// read one of its two pixels as the wrong type, and if there is no callback of that depth.
 [[nodiscard]] PF_Err RunPixelPass(AEGP_SuiteHandler& suites, PF_InData* inData, PF_LayerDef* src,
                                   PF_LayerDef* dst, A_long progressFinal, PixelCallbacks callbacks,
                                   void* refcon);

@@ -1,10 +1,10 @@
-// Acquires the host's function suites on first use and gives every one of them back.
+// Acquires the host's function suites on first use and releases all of them.
 #include "host/suite_handler.h"
 
 namespace vitrell {
 namespace {
 
-// A suite without the one function of it that the effect calls is as good as none.
+// A suite that lacks the one function that the effect calls counts as missing.
 template <typename Suite, typename Function>
 const Suite* WithFunction(const void* acquired, Function Suite::*function) {
   const auto* const suite = static_cast<const Suite*>(acquired);
@@ -49,7 +49,7 @@ const PF_WorldSuite2* AEGP_SuiteHandler::WorldSuite2() {
 
 void AEGP_SuiteHandler::ReleaseAllSuites() noexcept {
   for (std::size_t i = 0; i < count_; ++i) {
-    // A suite that cannot be given back is the host's own trouble; the command's result stands.
+    // A failed release is ignored: the command's result does not depend on it.
     static_cast<void>(basic_->ReleaseSuite(acquired_[i].name, acquired_[i].version));
   }
   count_ = 0;

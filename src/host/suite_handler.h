@@ -1,4 +1,4 @@
-// Acquires the host's function suites on first use and gives every one of them back.
+// Acquires the host's function suites on first use and releases all of them.
 #ifndef VITRELL_HOST_SUITE_HANDLER_H_
 #define VITRELL_HOST_SUITE_HANDLER_H_
 
@@ -11,8 +11,8 @@ namespace vitrell {
 
 // Lives on the stack of one command or one stage; not shared between threads.
 //
-// A suite is acquired when it is first asked for and kept until ReleaseAllSuites() or the end of
-// the handler's life, whichever comes first; suites are given back in the order of acquisition.
+// A suite is acquired on first use and held until ReleaseAllSuites() or the destructor; suites are
+// released in the order of acquisition.
 class AEGP_SuiteHandler {
  public:
   // Throws (MissingSuiteError) when basic is null.
@@ -21,18 +21,18 @@ class AEGP_SuiteHandler {
   AEGP_SuiteHandler(const AEGP_SuiteHandler&) = delete;
   AEGP_SuiteHandler& operator=(const AEGP_SuiteHandler&) = delete;
 
-  // Each accessor throws (MissingSuiteError) when the host refuses the suite or the suite lacks the
-  // function that the effect calls; never null.
+  // The accessors never return null: they throw (MissingSuiteError) if the host refuses the suite,
+  // or if the suite lacks the function that the effect calls.
   const PF_ANSICallbacksSuite1* ANSICallbacksSuite1();
   const PF_ParamUtilsSuite3* ParamUtilsSuite3();
   const PF_Iterate8Suite1* Iterate8Suite1();
   const PF_iterate16Suite1* Iterate16Suite1();
   const PF_WorldSuite2* WorldSuite2();
 
-  // Gives back what was acquired and forgets it, so that nothing is ever released twice.
+  // Releases the acquired suites and forgets them, so that none is released twice.
   void ReleaseAllSuites() noexcept;
 
-  // Throws PF_Err_BAD_CALLBACK_PARAM as a plain integer; the entry point turns it into the
+  // Throws PF_Err_BAD_CALLBACK_PARAM as a plain integer; the entry point returns it as the
   // command's result.
   [[noreturn]] static void MissingSuiteError();
 

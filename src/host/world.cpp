@@ -1,4 +1,4 @@
-// Worlds: the host's pictures, made, copied, filled and disposed of through its callbacks.
+// Worlds, the host's image buffers: created, copied, filled and disposed of through its callbacks.
 #include "host/world.h"
 
 #include <cstdint>
@@ -19,7 +19,7 @@ bool HoldsPixels(const PF_LayerDef& world, bool deep) {
 }
 
 A_long ExtentLines(const PF_LayerDef& world) {
-  A_long lines = 0;  // Stored modulo 2^32 when it overflows.
+  A_long lines = 0;  // Wraps on overflow.
   static_cast<void>(
       __builtin_sub_overflow(world.extent_hint.bottom, world.extent_hint.top, &lines));
   return lines;
@@ -80,7 +80,7 @@ PF_Err OwnedWorld::CreateLike(const PF_LayerDef& source) {
 
 void OwnedWorld::Dispose() {
   if (HasData()) {
-    // Nothing can be done about a world that the host will not take back.
+    // A failed disposal is ignored: there is nothing else to do with the world.
     static_cast<void>(inData_->utils->dispose_world(inData_->effect_ref, &world_));
   }
   world_ = {};
