@@ -1,8 +1,8 @@
 // Turns the settings of a render into its plan.
 //
-// A switch counts as on only when it is exactly 1, and an amount only when it is greater than 0, so
-// that one that is not a number is off. The tests that depart from this carry a "Kept:"; saved
-// projects may hold any value of a switch's byte.
+// As a rule a switch is on only if it is exactly 1 (saved projects may hold any byte), and an
+// amount only if it is greater than 0, so that NaN is off. Tests that depart from this rule carry a
+// "Kept:".
 #include "render/plan.h"
 
 #include "base/numeric.h"
@@ -12,8 +12,8 @@ namespace {
 
 bool IsOn(std::uint8_t visible, float amount) { return visible == 1 && amount > 0; }
 
-// The amounts as they are compared with twice the feather: in single precision on both sides.
-// Kept: the realistic amount is a fraction already and is divided by 100 a second time.
+// The amounts as they are compared with twice the feather, in single precision on both sides. Kept:
+// the realistic amount already is a fraction and is divided by 100 a second time.
 float FastFraction(const LX_Info& info) { return info.fastBlurAmount / 100.0F; }
 float RealisticFraction(const LX_Info& info) { return info.realisticAmount / 100.0F; }
 float TwiceTheFeather(const LX_Info& info) { return 2.0F * info.feather; }
@@ -22,7 +22,7 @@ MaskPlan PlanMask(const LX_Info& info) {
   MaskPlan plan = {
       .source = MaskSource::kEverything,
       .isInverted = info.invertAlpha == 1,
-      // Every value of the switches but 0: a mask that nobody reads does no harm.
+      // Any value but 0, unlike elsewhere: a mask that is complete without need does no harm.
       .isWholeNeeded = info.fastBlurUseLensAsBlurMap != 0 || info.realisticUseLensAsBlurMap != 0};
   if (!(info.scaleWidth > 0 && info.scaleHeight > 0)) {
     plan.source = MaskSource::kNothing;
@@ -35,13 +35,14 @@ MaskPlan PlanMask(const LX_Info& info) {
 }
 
 LensPlan PlanLens(const LX_Info& info) {
-  // Kept: a scale that is not a number has an empty mask, but does not switch the stage off.
+  // Kept: a NaN scale makes the mask empty but does not switch the stage off.
   LensPlan plan = {
       .isOn = info.lensType != kLensNone && !(info.scaleWidth <= 0) && !(info.scaleHeight <= 0),
       .isStrengthened = false,
       .strength = 0};
-  // A narrow feather: the lens stage stands in for the blur that follows the mask. Kept: amounts of
-  // 0 take part, and the realistic blur runs as well.
+  // Where the feather is narrow compared with the amount, a strengthened mask replaces the blur
+  // that would follow it. Kept: this includes amounts of 0, and the realistic blur runs all the
+  // same.
   if (info.fastBlurVisible == 1 && info.fastBlurUseLensAsBlurMap == 1 &&
       TwiceTheFeather(info) <= FastFraction(info)) {
     plan.isStrengthened = true;
@@ -59,13 +60,14 @@ FastBlurPlan PlanFastBlur(const LX_Info& info) {
   const bool isOn = IsOn(info.fastBlurVisible, info.fastBlurAmount);
   const std::int32_t radiusPx = TruncateToInt32(info.fastBlurAmount);
   return {
-      // Kept: the blur-map switch is not asked here; with it on the blur takes part in both passes.
+      // Kept: the blur-map switch is not tested here; with it on, the blur runs in both passes.
       .isInUniformPass = isOn,
       .isInMappedPass = isOn && info.fastBlurUseLensAsBlurMap == 1,
-      // Kept: only a scale of exactly 0 counts, not a negative one or one that is not a number.
+      // Kept: only a scale of exactly 0 makes it a copy, not a negative or a NaN one.
       .isCopy = info.scaleHeight == 0.0F || info.scaleWidth == 0.0F || info.fastBlurVisible != 1 ||
                 radiusPx == 0,
-      // Kept: any value of the switch but 0, and a feather that is wide against the amount.
+      // Kept: any value of the switch but 0 counts, if the feather is wide compared with the
+      // amount.
       .isByMask = info.fastBlurUseLensAsBlurMap != 0 && TwiceTheFeather(info) > FastFraction(info),
       .radiusPx = radiusPx};
 }
@@ -73,10 +75,10 @@ FastBlurPlan PlanFastBlur(const LX_Info& info) {
 RealisticBlurPlan PlanRealisticBlur(const LX_Info& info) {
   constexpr double kSmallestAmount = 0.0001;
   const bool isOn = IsOn(info.realisticVisible, info.realisticAmount);
-  return {// Kept: exactly 0 here and exactly 1 there; any other value of the switch is in no pass.
+  return {// Kept: exactly 0 here, exactly 1 below; any other value means neither pass.
           .isInUniformPass = isOn && info.realisticUseLensAsBlurMap == 0,
           .isInMappedPass = isOn && info.realisticUseLensAsBlurMap == 1,
-          // Kept: the stage has a threshold of its own above 0.
+          // Kept: the stage itself copies at amounts that are above 0 but not above this threshold.
           .isCopy = info.realisticVisible != 1 || !(info.realisticAmount > kSmallestAmount),
           .isByMask = info.realisticUseLensAsBlurMap != 0};
 }
@@ -87,7 +89,7 @@ bool IsChromaticOn(const LX_Info& info) {
           info.chromaticBlueYellow > 0);
 }
 
-// The fast blur follows the lens only where the feather is wide against the amount.
+// The fast blur follows the lens only if the feather is wide compared with its amount.
 bool IsMappedPassOn(const RenderPlan& plan, const LX_Info& info) {
   return (plan.fastBlur.isInMappedPass && FastFraction(info) < TwiceTheFeather(info)) ||
          plan.realisticBlur.isInMappedPass;
@@ -110,7 +112,7 @@ RenderPlan MakePlan(const LX_Info& info) {
   plan.fastBlur = PlanFastBlur(info);
   plan.realisticBlur = PlanRealisticBlur(info);
   plan.isOpticalOn = IsOn(info.opticalVisible, info.opticalAmount);
-  // Kept: any value of this switch but 0, while the trail asks for exactly 1.
+  // Kept: any value of this switch but 0 counts; the trail's must be exactly 1.
   plan.opticalCenter = info.opticalCenterOfLens != 0
                            ? lensPosition
                            : PixelPosition{info.opticalCenterX, info.opticalCenterY};
@@ -118,14 +120,14 @@ RenderPlan MakePlan(const LX_Info& info) {
   plan.trailCenter = info.trailCenterOfLens == 1
                          ? lensPosition
                          : PixelPosition{info.trailCenterX, info.trailCenterY};
-  // Kept: the length is not asked; a line of one point copies.
+  // Kept: the length is not tested; a line of a single point makes the stage copy.
   plan.isDirectionalOn = info.directionalVisible == 1;
-  // Kept: an amount of 0 runs the stage as well.
+  // Kept: the stage runs at an amount of 0 too.
   plan.isLightnessOn = info.lightnessVisible == 1;
   plan.isColorOn = IsOn(info.colorVisible, info.colorOpacity);
   plan.isChromaticOn = IsChromaticOn(info);
   plan.isMappedPassOn = IsMappedPassOn(plan, info);
-  // Kept: with the chromatic aberration on the blend runs before and after the mapped blurs.
+  // Kept: with chromatic aberration on, the blend runs both before and after the mapped blurs.
   plan.isBlendBeforeLens = !plan.isMappedPassOn || plan.isChromaticOn;
   PlanMaths(info, &plan);
   return plan;

@@ -6,8 +6,8 @@
 
 namespace vitrell {
 
-// Takes every decision that hangs on the settings alone. Called once per render; the stages read
-// the plan and never ask the settings whether or how they run.
+// Makes every decision that depends on the settings alone. Called once per render; the stages read
+// the plan and do not derive from the settings whether or how they run.
 RenderPlan MakePlan(const LX_Info& info);
 
 }  // namespace vitrell

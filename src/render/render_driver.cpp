@@ -1,4 +1,4 @@
-// The render command: from the host's parameters to the finished output picture.
+// The render command: from the host's parameters to the finished output world.
 #include "render/render_driver.h"
 
 #include <algorithm>
@@ -26,9 +26,10 @@ namespace {
 
 std::recursive_mutex globalMutex;
 
-// Frees the lens mask at the end of the render. Until the first stage starts g_LensMask keeps its
-// old address, later it is set null. A host may render another frame on this thread from within a
-// host call: the outer frame's mask is put aside meanwhile.
+// Frees the lens mask at the end of the render. g_LensMask is then null, or, if the render failed
+// before its first stage, keeps its dangling address. From within a host call the host may render
+// another frame on the same thread: the inner frame's scope saves the outer frame's mask and
+// restores it.
 class LensMaskScope {
  public:
   LensMaskScope() : outerMask_(g_LensMask), outerSize_(g_LensMaskSize), outerRows_(g_LensMaskRows) {
@@ -53,12 +54,11 @@ class LensMaskScope {
   bool stagesStarted_ = false;
 };
 
-// Copies the image of the "Custom Layer" parameter, if it has one. A failing checkout means that
-// there is none; an abort request only leaves the parameter checked out, it does not end the
-// render.
+// Copies the image of the "Custom Layer" parameter, if there is one. A failed checkout counts as no
+// layer. An abort request does not end the render; it only leaves the parameter checked out.
 //
 // Kept: the layer's world flags are passed on as creation flags, which are another enumeration. The
-// copy may thus have another depth than the layer, and is read by its own.
+// copy may thus differ from the layer in depth, and its own flags say how it is read.
 PF_Err CopyCustomLayer(PF_InData* inData, OwnedWorld* copy) {
   PF_ParamDef layer = {};
   if (inData->inter.checkout_param(inData->effect_ref, PARAM_CUSTOM_LAYER, inData->current_time,
@@ -88,20 +88,21 @@ bool HasMaths(const PF_ANSICallbacks& maths, const RenderPlan& plan) {
 PF_Err UniformBlurs(const StageCall& call) { return RenderBlurEffect(call, BlurPass::kUniform); }
 PF_Err MappedBlurs(const StageCall& call) { return RenderBlurEffect(call, BlurPass::kLensMapped); }
 
-// A stage of the chain. One that is off copies, so that the picture is where the next one looks, or
-// is passed over.
+// One stage of the chain. A stage that is off either copies, so that the result always is in the
+// world that the next stage reads, or is skipped where that world holds the image anyway.
 struct ChainRow {
   enum class WhenOff { kCopies, kIsPassedOver };
   enum class Worlds { kAToB, kBToA };
 
   Stage stage;
-  bool RenderPlan::*isOn;  // Null: always.
+  bool RenderPlan::*isOn;  // Null: always on.
   WhenOff whenOff;
   Worlds worlds;
 };
 
-// The picture is in A before the first row and after the last one. Where the blend before the lens
-// is passed over, both worlds hold it.
+// The image is in A before the first row and after the last. RenderEffect before the lens stage is
+// skipped only when chromatic aberration is off and has copied B to A, so that B still holds the
+// image.
 constexpr auto kCopies = ChainRow::WhenOff::kCopies;
 constexpr auto kIsPassedOver = ChainRow::WhenOff::kIsPassedOver;
 constexpr auto kAToB = ChainRow::Worlds::kAToB;
@@ -117,8 +118,7 @@ constexpr ChainRow kChain[] = {
     {RenderEffect, &RenderPlan::isMappedPassOn, kIsPassedOver, kBToA},
 };
 
-// a holds the input picture on entry and the finished picture at the end. call's own worlds are not
-// looked at.
+// a holds the input on entry and the result on return. The worlds in call.io are ignored.
 PF_Err RunChain(const StageCall& call, PF_LayerDef* a, PF_LayerDef* b) {
   for (const ChainRow& row : kChain) {
     const StageCall own = row.worlds == kAToB ? call.Between(a, b) : call.Between(b, a);
@@ -139,7 +139,7 @@ PF_Err RenderFrame(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[]
   AEGP_SuiteHandler suites(inData->pica_basicP);
   OwnedWorld customLayer(inData);
   LensMaskScope mask;
-  // Destroyed in reverse: A, B, mask, custom layer, suites, lock.
+  // Destroyed in reverse order: A, B, mask, custom layer, suites, lock.
   OwnedWorld b(inData);
   OwnedWorld a(inData);
 
@@ -178,7 +178,7 @@ PF_Err RenderFrame(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[]
 PF_Err RenderEffect(const StageCall& call) {
   AEGP_SuiteHandler suites(call.io.in_data->pica_basicP);
   PF_PixelFormat format = PF_PixelFormat_ARGB32;
-  // Kept: a failing query leaves the preset format, and a failing blend is not told to anybody.
+  // Kept: a failed query leaves the default format, and a failed blend goes unreported.
   static_cast<void>(suites.WorldSuite2()->PF_GetPixelFormat(call.inputLayer, &format));
   suites.ReleaseAllSuites();
   const bool deep = format == PF_PixelFormat_ARGB64;

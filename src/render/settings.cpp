@@ -10,8 +10,8 @@ namespace {
 constexpr float kFixedToDegrees = 1.5258789e-05F;  // 1 / 65536.
 constexpr double kPi = 3.141592653589793;
 
-// Kept: 65566, not 65536, so that saved projects keep their look. Positions drift toward the origin
-// by about 0.046 % of their value and come out a pixel low.
+// Kept: 65566, not 65536, so that saved projects keep their look. Positions come out about 0.046 %
+// too small, which in common frame sizes is one pixel after truncation.
 constexpr float kPointDivisor = 65566.0F;
 
 std::uint8_t Checkbox(const PF_ParamDef* param) {
@@ -22,7 +22,7 @@ float Slider(const PF_ParamDef* param) { return static_cast<float>(param->u.fs_d
 
 float Percent(const PF_ParamDef* param) { return Slider(param) / 100.0F; }
 
-// Kept: the chromatic sliders alone are divided in double precision.
+// Kept: the chromatic percentages, unlike all others, are divided in double precision.
 float ChromaticPercent(const PF_ParamDef* param) {
   return static_cast<float>(param->u.fs_d.value / 100.0);
 }

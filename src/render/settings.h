@@ -7,8 +7,8 @@
 
 namespace vitrell {
 
-// Converts the host's parameters; writes every field of info but customLayer. Nothing is validated:
-// whatever the host hands over is converted as it stands. Always returns PF_Err_NONE.
+// Converts the host's parameters and sets every field of info except customLayer. Nothing is
+// validated. Always returns PF_Err_NONE.
 PF_Err SetInfoFromParam(PF_InData* inData, LX_Info* info, PF_ParamDef* params[]);
 
 }  // namespace vitrell
