@@ -1,4 +1,4 @@
-// Whether the host handed over what a command works on.
+// Checks that the host passed the records that a command needs.
 #include "shell/command_records.h"
 
 #include <algorithm>
@@ -26,7 +26,7 @@ bool CanRender(const PF_InData* inData) {
          utils.ansi.sqrt != nullptr;
 }
 
-// Groups have no value, and the custom layer is checked out instead.
+// The records of groups are never read, and the custom layer's is checked out instead.
 bool HasRenderParameters(const PF_ParamDef* const params[]) {
   return params != nullptr &&
          std::all_of(kParameterTable.begin(), kParameterTable.end(), [&](const ParameterRow& row) {

@@ -1,4 +1,4 @@
-// Command dispatch: what the effect's one exported function does.
+// Command dispatch: the body of the effect's one exported function.
 #include "shell/entry_point.h"
 
 #include "host/result.h"
@@ -14,7 +14,7 @@ namespace {
 
 void About(const PF_InData* inData, PF_OutData* outData) {
   AEGP_SuiteHandler suites(inData->pica_basicP);
-  // Kept: the pieces are joined by a carriage return, the lines of the second by line feeds.
+  // Kept: a carriage return joins the two strings; the lines of the second end in line feeds.
   suites.ANSICallbacksSuite1()->sprintf(outData->return_msg, "%s\r%s",
                                         GetStringPtr(STR_PRODUCT_NAME), GetStringPtr(STR_ABOUT));
 }

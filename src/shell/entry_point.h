@@ -1,4 +1,4 @@
-// Command dispatch: what the effect's one exported function does.
+// Command dispatch: the body of the effect's one exported function.
 #ifndef VITRELL_SHELL_ENTRY_POINT_H_
 #define VITRELL_SHELL_ENTRY_POINT_H_
 
@@ -6,7 +6,7 @@
 
 namespace vitrell {
 
-// Version 1.0.5. The stage is develop on purpose: the host compares this word with the one in the
+// Version 1.0.5. The develop stage is deliberate: the host compares this word with the one in the
 // effect's resource.
 inline constexpr A_u_long kEffectVersion = PackEffectVersion(1, 0, 5, PF_Stage_DEVELOP, 1);
 inline constexpr PF_OutFlags kEffectOutFlags =
@@ -17,9 +17,9 @@ static_assert(kEffectVersion == 0x82801);
 static_assert(kEffectOutFlags == 0x2000400);
 static_assert(kEffectOutFlags2 == 0x8000008);
 
-// Answers one host command and returns its error code. An error code thrown below (a missing suite)
-// becomes the result; so does PF_Err_BAD_CALLBACK_PARAM when a record or callback that the command
-// needs is null. Reentrant; renders exclude each other.
+// Executes one host command and returns its error code. A thrown error code (a missing suite)
+// becomes the result; a null record or callback that the command needs gives
+// PF_Err_BAD_CALLBACK_PARAM. Reentrant and thread-safe; only one thread renders at a time.
 PF_Err DispatchCommand(PF_Cmd cmd, PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[],
                        PF_LayerDef* output);
 

@@ -1,4 +1,4 @@
-// The parameter panel: which controls are greyed out for the chosen settings.
+// The parameter panel: which controls are greyed out under the current settings.
 #include "shell/panel.h"
 
 #include <cstdint>
@@ -12,7 +12,7 @@ LX_Info g_preset_infos[2] = {};
 
 namespace {
 
-// Kept: enabling clears the whole field, so that a control loses every other ui flag it had.
+// Kept: enabling a control clears its other ui flags as well.
 void SetDisabled(PF_ParamDef* param, bool disabled) {
   param->ui_flags = disabled ? param->ui_flags | PF_PUI_DISABLED : PF_PUI_NONE;
 }
@@ -23,8 +23,8 @@ bool IsTicked(const PF_ParamDef& checkbox) {
 
 }  // namespace
 
-// Kept: the order of the redraws and the repeated ones. "Scale Width" and "Scale Height" reach the
-// host only with the collapsed twirlies; "Feather", "Scale" and "Rotation" twice.
+// Kept: the order of the redraws and their repetition. "Scale Width" and "Scale Height" are redrawn
+// only with the collapsed twirlies; "Feather", "Scale" and "Rotation" twice.
 void UserChangedParam(PF_InData* inData, PF_ParamDef* params[]) {
   AEGP_SuiteHandler suites(inData->pica_basicP);
   const PF_ParamValue type = params[PARAM_TYPE]->u.pd.value;
@@ -37,7 +37,7 @@ void UserChangedParam(PF_InData* inData, PF_ParamDef* params[]) {
 
   const PF_ParamUtilsSuite3* const utils = suites.ParamUtilsSuite3();
   const auto update = [&](ParamIndex index) {
-    // A redraw that fails leaves the panel stale until the next one; nothing else depends on it.
+    // A failed redraw leaves the panel stale until the next one, and has no other effect.
     static_cast<void>(utils->PF_UpdateParamUI(inData->effect_ref, index, params[index]));
   };
   update(PARAM_INVERT_ALPHA);

@@ -75,8 +75,8 @@ constexpr ParameterRow Plain(ParamIndex index, PF_ParamType type, StringId name,
   return {.index = index, .id = index, .type = type, .name = name, .uiFlags = uiFlags};
 }
 
-// Kept: "Iris Rotation" carries the id of "Iris Roundness" and 25 is never given out; projects
-// saved by the effect hold these ids.
+// Kept: "Iris Rotation" shares the id of "Iris Roundness" and id 25 is unused; saved projects
+// contain these ids.
 constexpr ParameterRow IrisRotation() {
   ParameterRow row = Plain(PARAM_IRIS_ROTATION, PF_Param_ANGLE, STR_IRIS_ROTATION);
   row.id = PARAM_IRIS_ROUNDNESS;

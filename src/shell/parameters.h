@@ -1,5 +1,5 @@
-// The effect's parameters: their places in the host's array, their ids in saved projects, and
-// everything the host is told about them.
+// The effect's parameters: their positions in the host's array, their ids in saved projects, and
+// everything that is registered with the host.
 #ifndef VITRELL_SHELL_PARAMETERS_H_
 #define VITRELL_SHELL_PARAMETERS_H_
 
@@ -12,7 +12,7 @@
 
 namespace vitrell {
 
-// One row of the parameter table. Which of the values count depends on the type.
+// One row of the parameter table. Which values apply depends on the type.
 struct ParameterRow {
   ParamIndex index;
   A_long id;  // Stored in saved projects; never changes.
@@ -22,8 +22,8 @@ struct ParameterRow {
   PF_ParamUIFlags uiFlags = PF_PUI_NONE;
   StringId text = STR_EMPTY;  // The popup's choices, or the checkbox's label.
   A_short choiceCount = 0;    // Popups.
-  A_short defaultValue = 0;   // Popups (1-based) and checkboxes (1 on).
-  float validMin = 0;         // Sliders, from here on.
+  A_short defaultValue = 0;   // Popups (1-based) and checkboxes (1 is on).
+  float validMin = 0;         // From here on: sliders.
   float validMax = 0;
   float sliderMin = 0;
   float sliderMax = 0;
@@ -32,11 +32,12 @@ struct ParameterRow {
   PF_ValueDisplayFlags display = PF_ValueDisplayFlag_NONE;
 };
 
-// The input layer, which the host adds itself, and the 64 registered controls; the row of index i
-// stands at position i.
+// The input layer, which the host adds itself, and the 64 registered controls.
+// kParameterTable[i].index equals i.
 extern const std::array<ParameterRow, PARAM_COUNT> kParameterTable;
 
-// Registers the 64 controls in order. Stops at the first error of the host and returns it.
+// Registers the 64 controls in order. Returns the host's first error and registers nothing after
+// it.
 [[nodiscard]] PF_Err AddAllParameters(PF_InData* inData);
 
 }  // namespace vitrell

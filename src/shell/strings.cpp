@@ -6,7 +6,7 @@
 namespace vitrell {
 namespace {
 
-// PF_OutData::return_msg holds 256 characters, the closing NUL included.
+// PF_OutData::return_msg holds 256 characters including the terminating NUL.
 constexpr std::size_t kMessageSize = 256;
 
 }  // namespace

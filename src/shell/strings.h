@@ -61,11 +61,11 @@ enum StringId : std::int32_t {
 };
 
 struct StringRecord {
-  std::int32_t id;  // Equal to the record's position.
+  std::int32_t id;  // The record's own position in the table.
   char text[256];
 };
 
-// Double spaces and the lower-case "invert" are part of the texts that users know.
+// The double spaces and the lower-case "invert" are intended: users know these texts.
 inline constexpr StringRecord g_strs[STR_COUNT] = {
     {STR_EMPTY, ""},
     {STR_PRODUCT_NAME, "Vitrell"},
@@ -119,7 +119,7 @@ inline constexpr StringRecord g_strs[STR_COUNT] = {
     {STR_IRIS_SIDES_CHOICES, "Triangle|Square|Pentagon|Hexagon|Heptagon|Octagon|Nonagon|Decagon"},
 };
 
-// The text of record id. The table is indexed directly; ids outside it are the caller's error.
+// The text of a record. id is used as an index without a check.
 const char* GetStringPtr(int id);
 
 }  // namespace vitrell
