@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kLeastScale = 0.0001;
 
-// Columns whose positions are worked out together.
+// Number of columns whose sample positions are computed together.
 constexpr std::uint32_t kBlock = 256;
 
 struct Block {
@@ -22,7 +22,7 @@ struct Block {
   double columns[kBlock];
 };
 
-// Luminance times alpha of a sample, before it is scaled to 1.
+// Luminance times alpha of a sample, not yet normalised.
 double LumaTimesAlpha(double alpha, double red, double green, double blue) {
   return (0.299 * red + 0.587 * green + 0.114 * blue) * alpha;
 }
@@ -63,14 +63,14 @@ CustomLens::CustomLens(const LensMaskInput& input, const LX_Info& info)
   }
 }
 
-// The bilinear sample of GetPointerFromDataDP where it has all four neighbours.
+// The same sample as GetPointerFromDataDP's, where all four neighbours exist.
 template <typename Pixel>
 inline double CustomLens::SampleInside(std::int32_t i, std::int32_t j, double fy, double fx) const {
   const char* const upper =
       static_cast<const char*>(image_->data) + std::ptrdiff_t{i} * image_->rowbytes;
   const Pixel* const nw = reinterpret_cast<const Pixel*>(upper) + j;
   const Pixel* const sw = reinterpret_cast<const Pixel*>(upper + image_->rowbytes) + j;
-  if (fy == 0 && fx == 0) {  // All the weight is on nw.
+  if (fy == 0 && fx == 0) {  // The other weights are 0.
     return LumaTimesAlpha(nw->alpha, nw->red, nw->green, nw->blue);
   }
   F64Lanes sum = {};
@@ -109,7 +109,8 @@ void CustomLens::FillFromImage(std::int32_t y, std::int32_t left, std::uint32_t 
   const double q = info_.scaleHeight > kLeastScale
                        ? static_cast<double>(std::int64_t{info_.positionY} - y) / info_.scaleHeight
                        : 0;
-  // Nothing is read through this object while values are written: they could be its own.
+  // Members are copied to locals because a store through values may alias them: the compiler would
+  // reload them for every column.
   const double scaleWidth = info_.scaleWidth;
   const bool isWide = scaleWidth > kLeastScale;
   const double sine = sin_, cosine = cos_;
@@ -123,7 +124,8 @@ void CustomLens::FillFromImage(std::int32_t y, std::int32_t left, std::uint32_t 
     for (std::uint32_t i = 0; i < size; ++i) {
       const double dx = first + static_cast<double>(static_cast<std::int32_t>(begin + i));
       const double p = isWide ? dx / scaleWidth : 0;
-      // Kept: the sample lies one pixel up and left of the lens's own geometry.
+      // Kept: samples are taken one pixel up and to the left of where the lens's geometry puts
+      // them.
       block.columns[i] = factorX * (columnStart + cosine * p) - 1.0;
       block.rows[i] = factorY * (rowStart + sine * p - rowTurn) - 1.0;
     }

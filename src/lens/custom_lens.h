@@ -10,18 +10,18 @@
 
 namespace vitrell {
 
-// Const use is safe on any number of threads.
+// Computes the mask from the custom layer. Const use is safe on any number of threads.
 class CustomLens {
  public:
   CustomLens(const LensMaskInput& input, const LX_Info& info);
 
-  // Writes the mask values of line y from column left on; 0 where there is no image.
+  // Writes the mask values of layer row y from column left on; 0 if there is no image.
   void FillRow(std::int32_t y, std::int32_t left, std::uint32_t count, double* values) const;
 
  private:
   template <typename Pixel>
   void FillFromImage(std::int32_t y, std::int32_t left, std::uint32_t count, double* values) const;
-  // Luminance times alpha at a position of the image, in the image's own units.
+  // Unnormalised luminance times alpha at a position in the image's pixels.
   template <typename Pixel>
   double Sample(double row, double column) const;
   template <typename Pixel>
@@ -31,7 +31,8 @@ class CustomLens {
 
   const LX_Info& info_;
   const PF_LayerDef* image_;
-  // Samples whose base lies from 1 to before these have all four neighbours; 0 when unknown.
+  // A sample whose base row lies in [1, endRow_) and base column in [1, endColumn_) has all four
+  // neighbours. Both are 0 where the image's origin is not (0, 0).
   std::int32_t endRow_ = 0;
   std::int32_t endColumn_ = 0;
   double sin_ = 0;

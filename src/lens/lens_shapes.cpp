@@ -1,4 +1,4 @@
-// Distances from which the lens shapes are drawn.
+// The distance functions of the drawn lens shapes.
 #include "lens/lens_shapes.h"
 
 #include <algorithm>
@@ -17,19 +17,19 @@ constexpr double kThreePiOver2 = 4.71238898038469;
 constexpr double kElevenPiOver6 = 5.759586531581287;
 constexpr double kSevenPiOver6 = 3.665191429188092;
 
-constexpr double kShortSide = 0.35;  // Of the output's side.
+constexpr double kShortSide = 0.35;  // Fraction of the output's width or height.
 constexpr double kLongSide = 0.75;
-constexpr double kEdgePixels = 1.5;  // Least width of the soft band, for anti-aliasing.
+constexpr double kEdgePixels = 1.5;  // Minimum width of the soft band, for anti-aliasing.
 
 double LimitToOne(double distance) { return distance > 1 ? 1 : distance; }
 
-// Band width relative to the shape: the feather, and about 1.5 output pixels. The quotient is
-// formed in double precision and added in single.
+// Width of the soft band relative to the shape: the feather plus about 1.5 output pixels. The
+// quotient is computed in double precision, the sum in single.
 double RelativeBand(float feather, double scaledSize) {
   return feather + static_cast<float>(kEdgePixels / scaledSize);
 }
 
-// Angle of (u, -v), measured the way the triangle's sectors are laid out.
+// Polar angle of the point (u, -v) in [0, 2 pi).
 double TriangleAngle(double u, double v, const PF_ANSICallbacks& maths) {
   if (u == 0) {
     return v < 0 ? kHalfPi : kThreePiOver2;
@@ -136,8 +136,8 @@ ShapeSpans LensShape::SpansOf(std::int32_t y, std::int32_t left, std::uint32_t c
     inner.ClipToDisc(std::max(radius_ - 0.5 * band, 0.0) * (1 - kMargin));
     outer.ClipToDisc(band > 0 ? (radius_ + 0.5 * band) * (1 + kMargin) : beyond);
   } else if (info_.lensType == kLensTriangle) {
-    // The triangle's normals are (0, 1) and (+-sqrt(3) / 2, -1 / 2) in the point (u, -v); its
-    // inradius is half the radius.
+    // At the point (u, -v) the outward normals of the triangle's sides are (0, 1) and (+-sqrt(3) /
+    // 2, -1 / 2); its inradius is half its circumradius, radius_.
     const auto clip = [sideX = rootOf3_ / 2](LineSection* section, double limit) {
       section->ClipToHalfPlane(sideX, 0.5, limit);
       section->ClipToHalfPlane(-sideX, 0.5, limit);
@@ -161,13 +161,14 @@ ShapeSpans LensShape::SpansOf(std::int32_t y, std::int32_t left, std::uint32_t c
     clip(&outer, (hx + reach) * (1 + kMargin), (hy + reach) * (1 + kMargin));
   }
   ShapeSpans spans = {.outer = outer.Columns(true), .inner = inner.Columns(false)};
-  // What is inside is not outside either, and an empty inside lies within the rest.
+  // Keeps outer.begin <= inner.begin <= inner.end <= outer.end, also where the inner span is empty.
   spans.inner.begin = std::clamp(spans.inner.begin, spans.outer.begin, spans.outer.end);
   spans.inner.end = std::clamp(spans.inner.end, spans.inner.begin, spans.outer.end);
   return spans;
 }
 
-// The scaled coordinates of RawDistance, but for reciprocals instead of divisions.
+// The coordinates u and v of RawDistance, with a multiplication by the reciprocal instead of its
+// division; kMargin covers the difference.
 MaskLine LensShape::LineOf(std::int32_t y, std::int32_t left, std::uint32_t count) const {
   const double inverseWidth = 1 / double{info_.scaleWidth};
   const double inverseHeight = 1 / double{info_.scaleHeight};
@@ -180,7 +181,7 @@ MaskLine LensShape::LineOf(std::int32_t y, std::int32_t left, std::uint32_t coun
           .startV = -cosRotation_ * dy * inverseHeight};
 }
 
-// The band is centred on the radius.
+// The soft band is centred on the radius.
 double LensShape::Circle(double u, double v) const {
   const double band = relativeBand_ * radius_;
   const double distance = maths_.sqrt(u * u + v * v);
@@ -188,8 +189,8 @@ double LensShape::Circle(double u, double v) const {
   return t < 0 ? 0 : LimitToOne(t / band);
 }
 
-// Which side of the triangle faces (u, -v), where a comparison tells: its angle is then none of the
-// angles between two sides by far more than the host's arctangent errs.
+// Which side of the triangle the point (u, -v) faces, if a comparison can decide. It then lies much
+// farther from the border between two sides' sectors than any error of the host's arctangent.
 LensShape::Side LensShape::FacingSide(double u, double v) const {
   const double across = std::fabs(u) * 0.5;
   const double down = -v * (rootOf3_ / 2);
@@ -203,7 +204,7 @@ LensShape::Side LensShape::FacingSide(double u, double v) const {
   return Side::kUnknown;
 }
 
-// Kept: unlike the other shapes' the band lies wholly outside the edge.
+// Kept: the triangle's soft band lies wholly outside its edge; the circle's is centred on it.
 double LensShape::Triangle(double u, double v) const {
   Side side = FacingSide(u, v);
   const double toSide = std::max(std::fabs(u) * (rootOf3_ / 2) + 0.5 * v, -v);

@@ -1,4 +1,4 @@
-// Distances from which the lens shapes are drawn.
+// The distance functions of the drawn lens shapes.
 #ifndef VITRELL_LENS_LENS_SHAPES_H_
 #define VITRELL_LENS_LENS_SHAPES_H_
 
@@ -11,40 +11,40 @@
 
 namespace vitrell {
 
-// Normalised distance of (u, v) from a rectangle of half-width b and half-height a whose soft band
-// is k times the smaller of the two wide: 0 inside, 1 beyond the band, NaN only from a NaN.
+// Normalised distance of (u, v) from a rectangle of half-width b and half-height a: 0 inside, 1
+// beyond the soft band, which is k times min(a, b) wide. NaN only if an argument is NaN.
 double GetDistanceKWithRectMode(double u, double v, double k, double a, double b,
                                 const PF_InData* inData);
 
-// Distance from P to the segment AB.
-// Kept: a segment with neither ex > 0 nor ey > 0 counts as the point A alone.
+// Distance from the point P to the segment AB, where E is B - A. Kept: a segment with neither ex >
+// 0 nor ey > 0 counts as the point A alone.
 double GetDistanceFromPtToSegLine(double px, double py, double ax, double ay, double bx, double by,
                                   const PF_InData* inData);
 
-// What is known of a row of a shape.
+// What is certain about one row of a shape.
 struct ShapeSpans {
   ColumnSpan outer;
   ColumnSpan inner;  // Within outer.
 };
 
-// Draws one drawn lens shape (type 2 to 5) at the size of the output. Everything that does not
-// depend on the pixel is worked out once; const use is safe on any number of threads.
+// One of the drawn lens shapes (types 2 to 5) at the size of the output. Everything that does not
+// depend on the pixel is computed by the constructor. Const use is safe on any number of threads.
 class LensShape {
  public:
-  // width and height are the output world's own.
+  // width and height are those of the output world.
   LensShape(const PF_InData* inData, const LX_Info& info, double width, double height);
 
-  // Raw distance at layer position (x, y): 0 inside, 1 outside, in between in the soft band.
+  // Raw distance at layer position (x, y): 0 inside, 1 outside, in between across the soft band.
   double RawDistance(std::int32_t x, std::int32_t y) const;
 
-  // What is certain of row y, from column left on: outside of `outer` the raw distance is 1, within
-  // `inner` it is 0. Nothing is said of what is nearer to a limit than a margin far beyond any
-  // rounding error.
+  // The columns of row y, counted from column left, whose raw distance is certain: 1 outside
+  // `outer`, 0 within `inner`. The columns between may have any distance; the spans keep a margin
+  // from the shape's limits that is far larger than any rounding error.
   ShapeSpans SpansOf(std::int32_t y, std::int32_t left, std::uint32_t count) const;
 
-  // Mirrored through its position the shape has the same distances, to the bit.
+  // Whether the shape's distances are point-symmetric about its position, to the bit.
   bool IsSymmetric() const { return info_.lensType != kLensTriangle; }
-  // It is not turned: a symmetric shape is then the same above as below, and left as right.
+  // Whether the shape is not rotated. A symmetric shape then also mirrors about both axes.
   bool IsUpright() const { return sinRotation_ == 0; }
 
  private:

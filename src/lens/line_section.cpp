@@ -1,4 +1,4 @@
-// Which columns of a row lie within a region of the lens's coordinates.
+// Finds the columns of a row that lie within a region given in the lens's coordinates.
 #include "lens/line_section.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ LineSection::LineSection(const MaskLine& line)
 }
 
 bool LineSection::IsExact(double terms, double limit) {
-  // A clip takes some ten operations.
+  // About ten operations lead to a comparison, each with a relative error near 1e-16.
   constexpr double kRounding = 1e-14;
   return limit > 0 && terms * kRounding <= kMargin * limit;
 }
@@ -45,7 +45,7 @@ void LineSection::ClipToDisc(double radius) {
   if (radius == std::numeric_limits<double>::infinity()) {
     return;
   }
-  // a d^2 + 2 b d + c <= 0.
+  // The quadratic inequality a d^2 + 2 b d + c <= 0.
   const double a = line_.stepU * line_.stepU + line_.stepV * line_.stepV;
   const double b = line_.stepU * line_.startU + line_.stepV * line_.startV;
   const double c = line_.startU * line_.startU + line_.startV * line_.startV - radius * radius;

@@ -1,4 +1,4 @@
-// Which columns of a row lie within a region of the lens's coordinates.
+// Finds the columns of a row that lie within a region given in the lens's coordinates.
 #ifndef VITRELL_LENS_LINE_SECTION_H_
 #define VITRELL_LENS_LINE_SECTION_H_
 
@@ -6,17 +6,17 @@
 
 namespace vitrell {
 
-// Relative margin that the regions keep from the limits of a shape. Rounding errors are some 1e-16.
+// Relative margin that the regions keep from a shape's limits; rounding errors are about 1e-16.
 inline constexpr double kMargin = 1e-9;
 
-// Columns begin to end - 1 of a row; none when they are equal.
+// The half-open range [begin, end) of a row's columns.
 struct ColumnSpan {
   std::uint32_t begin = 0;
   std::uint32_t end = 0;
 };
 
-// A row of the mask in the lens's coordinates: column i lies at d = first + i,
-// u = startU + stepU x d and v = startV + stepV x d.
+// A row of the mask in the lens's coordinates. Column i lies at d = first + i, where u = startU +
+// stepU x d and v = startV + stepV x d.
 struct MaskLine {
   double first;
   std::uint32_t count;
@@ -24,28 +24,28 @@ struct MaskLine {
   double stepV, startV;
 };
 
-// A row, clipped to one region after the other. The limits that are given here have been moved by
-// kMargin already; where that is not far beyond the rounding errors of the row's coordinates, or
-// something is NaN, nothing is known.
+// The part of a row that is left after clipping it to one region after another. Callers have
+// already moved the limits by kMargin. Where that margin does not far exceed the rounding errors of
+// the row's coordinates, or something is NaN, the result is unknown.
 class LineSection {
  public:
   explicit LineSection(const MaskLine& line);
 
-  // Keeps what has normalU x u + normalV x v <= limit. A limit of infinity keeps everything.
+  // Keeps the points with normalU x u + normalV x v <= limit. An infinite limit keeps everything.
   void ClipToHalfPlane(double normalU, double normalV, double limit);
-  // Keeps what is no farther than the radius from the origin.
+  // Keeps the points within the given radius of the origin.
   void ClipToDisc(double radius);
 
-  // The columns that are left: all of them, or none, when nothing is known.
+  // The columns that are left; if the result is unknown, all of them or none.
   ColumnSpan Columns(bool allIfUnknown) const;
 
  private:
-  // Whether sums of terms of this size differ from the limit by less than the margin allows.
+  // Whether the rounding error of a sum of terms of this size is within the margin of the limit.
   static bool IsExact(double terms, double limit);
 
   MaskLine line_;
-  double farthest_;  // Of the row's positions, from 0.
-  double low_;       // What is left of the positions.
+  double farthest_;  // The largest |d| of the row.
+  double low_;       // [low_, high_] is the range of d that is left.
   double high_;
   bool known_ = true;
 };

@@ -11,8 +11,8 @@ namespace {
 
 constexpr double kPi = 3.141592653589793;
 
-// Raised-cosine fall-off from 1 inside to 0 outside; exact at both ends, whatever the host's
-// cosine. Straight edges ask for one value many times.
+// Raised-cosine fall-off from 1 inside to 0 outside; exact at both ends, whatever the host's cosine
+// returns. The last value is cached because straight edges repeat it many times.
 class FallOff {
  public:
   explicit FallOff(const PF_ANSICallbacks& maths) : maths_(maths) {}
@@ -56,7 +56,7 @@ void DrawCustom(const LensMaskInput& input, const LX_Info& info, bool invert,
   }
 }
 
-// One of the drawn shapes.
+// Draws one of the shapes that are not custom.
 class ShapeDrawing {
  public:
   ShapeDrawing(const LensMaskInput& input, const LX_Info& info, bool invert,
@@ -71,7 +71,7 @@ class ShapeDrawing {
   void Draw() {
     const auto rowCount = static_cast<std::int64_t>(canvas_.rowCount);
     for (std::int64_t r = 0; r < rowCount; ++r) {
-      // The row on the other side of the position, when it has been drawn.
+      // The row mirrored about the shape's position, usable once it has been drawn.
       const std::int64_t other = twiceY_ - r;
       const bool hasTwin = shape_.IsSymmetric() && other >= 0 && other < r;
       if (hasTwin && shape_.IsUpright()) {
@@ -96,13 +96,13 @@ class ShapeDrawing {
            .innerLength = spans.inner.end - spans.inner.begin,
            .outer = Inverted(0, invert_),
            .inner = Inverted(1, invert_)};
-    // An upright shape is its own mirror image, a turned one is that of its twin.
+    // A row of an upright shape mirrors itself; a row of a rotated one is its twin, reversed.
     const MaskRow* const mirrored = shape_.IsUpright() ? &row : twin;
     DrawBetween(y, {spans.outer.begin, spans.inner.begin}, mirrored, values);
     DrawBetween(y, {spans.inner.end, spans.outer.end}, mirrored, values);
   }
 
-  // Values that are neither certainly inside nor certainly outside.
+  // Computes the columns that are neither certainly inside nor certainly outside.
   void DrawBetween(std::int32_t y, ColumnSpan span, const MaskRow* mirrored, double* values) {
     for (std::uint32_t i = span.begin; i < span.end; ++i) {
       const std::int64_t other = twiceX_ - i;
@@ -120,11 +120,11 @@ class ShapeDrawing {
   const LensShape shape_;
   FallOff fallOff_;
   bool invert_;
-  std::int64_t twiceX_;  // Column i mirrored about the position is twiceX_ - i, and so for rows.
+  std::int64_t twiceX_;  // Column i mirrors to column twiceX_ - i, and rows likewise.
   std::int64_t twiceY_;
 };
 
-// Writes what the rows tell to the memory.
+// Expands the rows' runs into the value buffer.
 void WriteOut(const MaskCanvas& canvas) {
   for (std::uint64_t r = 0; r < canvas.rowCount; ++r) {
     const MaskRow& row = canvas.rows[r];

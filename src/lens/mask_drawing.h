@@ -10,8 +10,8 @@
 
 namespace vitrell {
 
-// Where a mask is drawn: row r holds the layer's line top + r from column left on. Value i of the
-// memory belongs to row i / width; the last row may be cut.
+// Where a mask is drawn. Row r of the mask is row top + r of the layer, starting at column left.
+// Value i belongs to row i / width; the last row may be incomplete.
 struct MaskCanvas {
   std::int32_t left;
   std::int32_t top;
@@ -27,7 +27,7 @@ struct MaskCanvas {
   }
 };
 
-// Draws every row, and every value of the memory where the plan needs the whole mask.
+// Sets every MaskRow, and, where the plan needs the whole mask, every element of values.
 void DrawMask(const LensMaskInput& input, const LX_Info& info, const MaskPlan& plan,
               const MaskCanvas& canvas);
 
