@@ -1,8 +1,8 @@
-// The blend modes on one pixel as four lanes, one for each channel.
+// The blend modes over one pixel, its four channels in the lanes of a vector.
 //
-// For opacities and mask values from 0 to 1: nothing then leaves 32 bits, where processors differ.
-// Each lane takes the steps of the channel formula in the same order and precision, so that the
-// bits are the same.
+// Opacities and mask values must lie in [0, 1]: every intermediate value then fits 32 bits, beyond
+// which processors differ. Each lane takes the steps of the scalar formula in the same order and
+// precision, so that the bits are the same.
 #ifndef VITRELL_COLOUR_BLEND_LANES_H_
 #define VITRELL_COLOUR_BLEND_LANES_H_
 
@@ -29,7 +29,7 @@ inline constexpr std::array<double, 256> kShareBelowWhite8 = [] {
   return shares;
 }();
 
-// 1 - v / 255 at every channel, looked up: a division takes longer.
+// 1 - v / 255 for every channel, by look-up table: a division takes longer.
 inline F64Lanes ShareBelowWhite(const PF_Pixel& v) {
   const auto& shares = kShareBelowWhite8;
   return {F64Pair{shares[v.alpha], shares[v.red]}, F64Pair{shares[v.green], shares[v.blue]}};
@@ -78,8 +78,8 @@ inline I32Lanes MaskedSumLanes(I32Lanes f, I32Lanes b, double m) {
 }
 
 inline I32Lanes MultiplyLanes(const PF_Pixel& /*depth*/, I32Lanes f, I32Lanes b) {
-  // The product is exact, and a quotient that is no whole number lies farther from the next one
-  // than single precision rounds.
+  // The product is exact in single precision, and a quotient that is not whole lies farther from
+  // the next whole number than single precision rounds.
   return TruncateLanes(ToFloat(f) * ToFloat(b) / 255.0F);
 }
 
@@ -88,9 +88,9 @@ inline I32Lanes MultiplyLanes(const PF_Pixel16& /*depth*/, I32Lanes f, I32Lanes 
   return reinterpret_cast<I32Lanes>(product) >> 15;
 }
 
-// All channels of front over back under a mask of m, before 16 bits fade along the feather. The
-// steps and oddities are those of the formulas in blend_modes.cpp. Mode 0 stands for the front
-// alone.
+// All channels of front blended over back under a mask value m; in 16 bits, FeatherLanes still has
+// to follow. The steps and oddities are those of the formulas in blend_modes.cpp. kMode 0 returns
+// the front unchanged.
 template <int kMode, typename Pixel>
 I32Lanes BlendedLanes(const Pixel& front, const Pixel& back, double m, float opacity) {
   const I32Lanes f = ToLanes(front);
@@ -118,7 +118,7 @@ I32Lanes BlendedLanes(const Pixel& front, const Pixel& back, double m, float opa
   }
 }
 
-// What 16 bits add: b x (1 - m) + v x m.
+// The feather of 16 bits: b x (1 - m) + v x m.
 inline I32Lanes FeatherLanes(I32Lanes b, I32Lanes v, double m) {
   const F64Lanes back = Widen(b);
   const F64Lanes blended = Widen(v);

@@ -1,4 +1,4 @@
-// The final blend of the processed picture over the unprocessed layer inside the lens.
+// The final blend of the processed image over the unprocessed layer inside the lens.
 #include "colour/blend_modes.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 namespace vitrell {
 namespace {
 
-// Kept: between depths 16-bit full scale counts as 32767, while the modes count it as 32768.
+// Kept: conversions between depths take 16-bit white as 32767, the modes as 32768.
 constexpr double kDeepFullScale = 32767.0;
 constexpr double kShallowFullScale = 255.0;
 constexpr double kInverseDeepWhite = 3.0517578125e-05;  // 1 / 32768.
@@ -38,15 +38,15 @@ PF_Pixel16 ReadBackground16(const BlendRefcon& blend, int x, int y) {
           convert(shallow.blue)};
 }
 
-// base + (target - base) x opacity in single precision; the difference is a 32-bit one.
+// base + (target - base) x opacity in single precision, with a difference that wraps at 32 bits.
 float Toward(std::int32_t base, std::int32_t target, float opacity) {
   return static_cast<float>(base) + static_cast<float>(WrappingSubtract(target, base)) * opacity;
 }
 
-// One channel of f over b; mode must be one of the four.
+// Blends one channel of front f over background b; mode must be one of the four.
 std::uint8_t Blend8(std::int32_t f, std::int32_t b, double m, float opacity, std::int32_t mode) {
   switch (mode) {
-    case kNormal:  // Kept: the feather does not show here.
+    case kNormal:  // Kept: the feather has no effect here.
       return TruncateToChannel<std::uint8_t>(static_cast<float>(f) * opacity +
                                              static_cast<float>(b) * (1.0F - opacity));
     case kAdd: {
@@ -66,7 +66,8 @@ std::uint8_t Blend8(std::int32_t f, std::int32_t b, double m, float opacity, std
   }
 }
 
-// One channel of f over b before the feather; current is what the destination holds.
+// Blends one channel of front f over background b, still without the feather; current is the
+// destination's value.
 std::int32_t Blend16(std::int32_t f, std::int32_t b, std::uint16_t current, double m, float opacity,
                      std::int32_t mode) {
   switch (mode) {
@@ -74,7 +75,7 @@ std::int32_t Blend16(std::int32_t f, std::int32_t b, std::uint16_t current, doub
       return TruncateToInt32(opacity * static_cast<float>(f) +
                              (1.0F - opacity) * static_cast<float>(b));
     case kAdd: {
-      // Kept: the masked sum decides whether to cap, the plain sum is what is added.
+      // Kept: the masked sum decides whether the result is capped, but the unmasked sum is used.
       const std::int32_t masked = TruncateToInt32(f * m + b);
       const std::int32_t sum = masked > PF_MAX_CHAN16 ? PF_MAX_CHAN16 : f + b;
       return TruncateToInt32(Toward(b, sum, opacity));
@@ -85,7 +86,7 @@ std::int32_t Blend16(std::int32_t f, std::int32_t b, std::uint16_t current, doub
       return TruncateToInt32(Toward(b, screened, opacity));
     }
     case kMultiply: {
-      // Kept: the mask enters here and once more in the feather.
+      // Kept: the mask is applied here and once more in the feather.
       const std::int32_t product = WrappingMultiply(f, b) >> 15;
       const float change = opacity * static_cast<float>(product - b);
       return TruncateToInt32(b + change * m);
@@ -99,7 +100,7 @@ std::int32_t Blend16(std::int32_t f, std::int32_t b, std::uint16_t current, doub
 
 PF_Err OpacityWithMode8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out) {
   const BlendRefcon& blend = *static_cast<const BlendRefcon*>(refcon);
-  // Normal at full opacity is f x 1 + b x 0, which is f wherever it is blended and where it is not.
+  // Normal at full opacity gives f x 1 + b x 0 inside the lens, and f outside: always f.
   if (blend.mode == kNormal && blend.intensity == 1.0F) {
     *out = *in;
     return PF_Err_NONE;
@@ -124,7 +125,7 @@ PF_Err OpacityWithMode8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel
 PF_Err OpacityWithMode16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out) {
   const BlendRefcon& blend = *static_cast<const BlendRefcon*>(refcon);
   const double m = blend.mask.At(x, y);
-  // Normal at full opacity is f, and b x 0 + f x 1 where the mask is 1.
+  // Outside the lens the result is f; so it is under a mask of 1 in Normal at full opacity.
   if (m <= kMaskThreshold || (m == 1 && blend.mode == kNormal && blend.intensity == 1.0F)) {
     *out = *in;
     return PF_Err_NONE;

@@ -1,4 +1,4 @@
-// The final blend of the processed picture over the unprocessed layer inside the lens.
+// The final blend of the processed image over the unprocessed layer inside the lens.
 #ifndef VITRELL_COLOUR_BLEND_MODES_H_
 #define VITRELL_COLOUR_BLEND_MODES_H_
 
@@ -13,15 +13,16 @@ namespace vitrell {
 struct BlendRefcon {
   const PF_LayerDef* inputLayer;  // The background.
   float intensity;                // Opacity, 0 to 1.
-  std::int32_t mode;              // BlendMode; any other value leaves the destination's colour.
-  const IO_Params* io;            // Its dst is the world of the mask look-up.
+  std::int32_t mode;              // BlendMode.
+  const IO_Params* io;            // The worlds of the pass: src is the front.
   std::uint8_t deep;              // The background is 16-bit.
-  LensMaskView mask;              // The mask as io->dst sees it.
+  LensMaskView mask;              // The mask indexed by the extent of io->dst.
 };
 
-// Iterate callbacks; in is the processed pixel. Alpha goes through the same formula as the colours.
-// The depths differ in how the mask enters: 16-bit fades every mode along the feather, 8-bit Normal
-// ignores it. Always return 0.
+// Iterate callbacks; in is the processed pixel. Alpha is blended by the colours' formula. The mask
+// acts differently in each depth: 16 bits fade every mode along the feather, 8-bit Normal ignores
+// it. With a mode that is none of the four, the destination's own value takes the place of the
+// blend. Always return 0.
 PF_Err OpacityWithMode8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out);
 PF_Err OpacityWithMode16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out);
 

@@ -1,4 +1,4 @@
-// The pass of the final blend: the callback that fits a render's mode and pictures.
+// The pass of the final blend: picks the callback for a render's mode and worlds.
 #include "colour/blend_pass.h"
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 namespace vitrell {
 namespace {
 
-// Normal at full opacity blends to the front itself, which leaves the feather of 16 bits.
+// Normal at full opacity: the blend is the front itself, and only the 16-bit feather is applied.
 constexpr int kFrontAlone = 0;
 
 template <int kMode>
@@ -55,8 +55,8 @@ PF_Err CopyFront(void* /*refcon*/, A_long /*x*/, A_long /*y*/, Pixel* in, Pixel*
 
 }  // namespace
 
-// What OpacityWithMode8 and 16 do, for modes that are known, opacities from 0 to 1 and a background
-// of the same depth.
+// The same as OpacityWithMode8 and 16 where FitsLanes holds: a known mode, an opacity in [0, 1] and
+// a background of the destination's depth with its origin at (0, 0).
 template <int kMode, typename Pixel>
 PF_Err BlendPass::BlendByLanes(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
   const auto& pass = *static_cast<const BlendPass*>(refcon);
@@ -72,7 +72,7 @@ PF_Err BlendPass::BlendByLanes(void* refcon, A_long x, A_long y, Pixel* in, Pixe
       static_cast<std::uint32_t>(y) >= pass.height_) [[unlikely]] {
     return BlendChannels(pass.blend_, x, y, in, out);
   }
-  // Kept: the threshold itself is inside in 8 bits and outside in 16.
+  // Kept: a mask value equal to the threshold is inside in 8 bits and outside in 16.
   const bool outside = kDeep ? m <= kMaskThreshold : m < kMaskThreshold;
   if (outside || (kMode == kFrontAlone && m == 1)) {
     *out = *in;
@@ -107,7 +107,7 @@ PF_Err BlendPass::UseLanes(const PF_LayerDef& dst) {
   callbacks_.pixel16 = isCopy ? CopyFront<PF_Pixel16> : BlendByLanes<kMode, PF_Pixel16>;
   if constexpr (kMode != kFrontAlone) {
     callbacks_.pixel8 = BlendByLanes<kMode, PF_Pixel>;
-    // Normal takes fewer steps than a look-up.
+    // Normal is cheaper to compute than to look up.
     if (kMode != kNormal && !IsDeep(dst)) {
       if (!pairs_.Allocate(1)) {
         return PF_Err_OUT_OF_MEMORY;

@@ -1,4 +1,4 @@
-// The pass of the final blend: the callback that fits a render's mode and pictures.
+// The pass of the final blend: picks the callback for a render's mode and worlds.
 #ifndef VITRELL_COLOUR_BLEND_PASS_H_
 #define VITRELL_COLOUR_BLEND_PASS_H_
 
@@ -14,19 +14,19 @@
 
 namespace vitrell {
 
-// One final blend: prepared, then run. While it runs it is only read, by any number of threads.
+// One final blend: Prepare(), then Run(). During Run() any number of threads only read it.
 class BlendPass {
  public:
-  // Indexed by 256 x back + front: what becomes of each pair of 8-bit channels under a mask of 1.
+  // The result for each pair of 8-bit channels under a mask of 1, at index 256 x back + front.
   using PairTable = std::array<std::uint8_t, 65536>;
 
   explicit BlendPass(const BlendRefcon& blend) : blend_(blend) {}
 
-  // Answers PF_Err_OUT_OF_MEMORY when a table is not to be had.
+  // Returns PF_Err_OUT_OF_MEMORY if the table cannot be allocated.
   [[nodiscard]] PF_Err Prepare();
 
-  // Blends the refcon's io->src over its layer into io->dst, with progress up to the lines of
-  // io->src, and answers the host's code.
+  // Blends io->src over the input layer into io->dst, with progress up to the height of io->src,
+  // and returns the host's code.
   [[nodiscard]] PF_Err Run(AEGP_SuiteHandler& suites);
 
  private:
@@ -38,13 +38,13 @@ class BlendPass {
 
   BlendRefcon blend_;
   PixelCallbacks callbacks_ = {};
-  void* refcon_ = nullptr;  // What the callbacks expect: this object or blend_.
+  void* refcon_ = nullptr;  // What callbacks_ expect: this object, or blend_.
   MaskOnes ones_;
   const char* background_ = nullptr;
   std::ptrdiff_t rowBytes_ = 0;
   std::uint32_t width_ = 0;
   std::uint32_t height_ = 0;
-  Buffer<PairTable> pairs_;  // One table, in 8 bits.
+  Buffer<PairTable> pairs_;  // One table, allocated in 8 bits only.
 };
 
 }  // namespace vitrell
