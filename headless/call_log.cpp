@@ -1,4 +1,4 @@
-// Selection and counting of logged host calls.
+// Selects and counts logged host calls.
 #include "headless/call_log.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What an effect asked of the host, call by call, in a form that tests compare as text.
+// The effect's calls to the host, logged in a form that tests compare as text.
 #ifndef VITRELL_HEADLESS_CALL_LOG_H_
 #define VITRELL_HEADLESS_CALL_LOG_H_
 
@@ -10,14 +10,14 @@
 
 namespace vitrell::headless {
 
-// Every host call but the maths functions, sprintf and strcpy. The comment shows its log line.
-// A call that answers an error has " fails with <code>" behind its line.
+// Every host call except the maths functions, sprintf and strcpy. The comment shows its log line; a
+// failed call has " fails with <code>" appended.
 //
-// Worlds are named "input", "output", "custom" (the checked-out layer), "world1", "world2", ... in
-// the order new_world made them since the command began, "none" for a record without pixels, and
-// "foreign" for pixels that are not the host's. Rectangles are written left,top,right,bottom.
+// Worlds are called "input", "output", "custom" (the checked-out layer) and "world1", "world2", ...
+// in the order in which new_world made them during the command; "none" is a record without pixels,
+// and "foreign" one whose pixels are not the host's. Rectangles are written left,top,right,bottom.
 enum class CallKind {
-  kAny,            // Stands for every kind in filters and faults; never logged.
+  kAny,            // Matches every kind in filters and faults; never logged.
   kCheckoutParam,  // checkout_param 3 time 0 step 1 scale 30
   kCheckinParam,   // checkin_param 3
   kAddParam,       // add_param -1 id 2 "Type"      (the index is the one the effect passed)
@@ -38,18 +38,18 @@ enum class CallKind {
 
 struct HostCall {
   CallKind kind = CallKind::kAny;
-  PF_Err result = PF_Err_NONE;  // What the host answered.
+  PF_Err result = PF_Err_NONE;  // What the host returned.
   std::string text;             // As in the comments above.
   double startSeconds = 0;      // Since the command began.
-  double seconds = 0;           // How long the host worked on it.
+  double seconds = 0;           // Until the host returned.
 };
 
-// The text of each call, in order. With kinds: of those kinds only.
+// The text of each call, in order; the second form keeps only the given kinds.
 std::vector<std::string> CallTexts(const std::vector<HostCall>& calls);
 std::vector<std::string> CallTexts(const std::vector<HostCall>& calls,
                                    std::initializer_list<CallKind> kinds);
 
-// How many calls of a kind there are; kAny counts all.
+// Number of calls of a kind; kAny counts all.
 int CountCalls(const std::vector<HostCall>& calls, CallKind kind);
 
 // "0,0,480,270", or "whole" for a null rectangle.

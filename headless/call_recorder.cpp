@@ -1,4 +1,4 @@
-// Time stamps, positions and results of host calls.
+// Records time stamps, positions and results of host calls.
 #include "headless/call_recorder.h"
 
 #include <utility>

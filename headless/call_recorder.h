@@ -1,4 +1,4 @@
-// Logs host calls and plays the failures planned for them.
+// Logs host calls and injects the failures planned for them.
 #ifndef VITRELL_HEADLESS_CALL_RECORDER_H_
 #define VITRELL_HEADLESS_CALL_RECORDER_H_
 
@@ -13,7 +13,7 @@
 
 namespace vitrell::headless {
 
-// May be used from several threads. A call stands in the log where it began.
+// Safe to use from several threads. Calls are logged in the order in which they began.
 class CallRecorder {
  public:
   void Start();
@@ -30,7 +30,7 @@ class CallRecorder {
   Faults faults_;
 };
 
-// One host call, from its beginning to its answer.
+// One host call, from entry to return.
 class RecordedCall {
  public:
   RecordedCall(CallRecorder& recorder, CallKind kind);
@@ -39,7 +39,7 @@ class RecordedCall {
 
   // The planned failure of this call, or 0.
   PF_Err Fault() const { return fault_; }
-  // Writes the log line and hands the result on.
+  // Completes the log line and returns the result.
   PF_Err Answer(std::string text, PF_Err result);
 
  private:

@@ -1,4 +1,4 @@
-// The thread's own pointer to its host.
+// The thread-local pointer to the current host.
 #include "headless/current_host.h"
 
 namespace vitrell::headless {

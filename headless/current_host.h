@@ -1,4 +1,4 @@
-// Which host's command the running thread works for.
+// The host on whose behalf the current thread is running.
 #ifndef VITRELL_HEADLESS_CURRENT_HOST_H_
 #define VITRELL_HEADLESS_CURRENT_HOST_H_
 
@@ -6,11 +6,11 @@ namespace vitrell::headless {
 
 class HostState;
 
-// Some host functions are told nothing of their caller; they find it here. Null on a thread that
-// works for no host, such as one that an effect started by itself.
+// Some host callbacks receive no reference to their host and look it up here. Null on a thread that
+// works for no host, such as one started by an effect.
 HostState* CurrentHost();
 
-// Makes a host current on this thread for as long as the object lives.
+// Makes a host current on this thread during the object's lifetime.
 class CurrentHostScope {
  public:
   explicit CurrentHostScope(HostState* host);

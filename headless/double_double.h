@@ -1,11 +1,11 @@
-// Sums of two doubles that stand for about 106 bits; also at compile time.
+// Unevaluated sums of two doubles with about 106 significant bits; usable at compile time.
 #ifndef VITRELL_HEADLESS_DOUBLE_DOUBLE_H_
 #define VITRELL_HEADLESS_DOUBLE_DOUBLE_H_
 
 namespace vitrell::headless {
 
-// hi is the nearest double to hi + lo. Only + - * / on doubles are used, rounded to nearest and
-// never contracted, so that results are the same everywhere.
+// hi is hi + lo rounded to double. Only + - * / on doubles are used, rounded to nearest and never
+// contracted, so that results are the same everywhere.
 struct DoubleDouble {
   double hi = 0;
   double lo = 0;
@@ -24,7 +24,7 @@ constexpr DoubleDouble TwoSum(double a, double b) {
   return {sum, (a - (sum - bPart)) + (b - bPart)};
 }
 
-// The upper 26 bits of a and the rest (Veltkamp 1968). |a| must stay below 2^995.
+// The upper 26 bits of a and the remainder (Veltkamp 1968). |a| must be below 2^995.
 constexpr DoubleDouble Split(double a) {
   constexpr double kSplitter = 0x1p27 + 1;
   const double scaled = kSplitter * a;
@@ -32,7 +32,7 @@ constexpr DoubleDouble Split(double a) {
   return {upper, a - upper};
 }
 
-// a * b without error unless it underflows (Dekker 1971); limits as Split.
+// a * b without error unless it underflows (Dekker 1971); the limit is that of Split.
 constexpr DoubleDouble TwoProduct(double a, double b) {
   const double product = a * b;
   const DoubleDouble x = Split(a);
@@ -41,8 +41,8 @@ constexpr DoubleDouble TwoProduct(double a, double b) {
   return {product, error};
 }
 
-// Relative errors of the following are a few 2^-104 (Dekker 1971); sums of opposite signs lose
-// what cancels.
+// The relative error of each operation below is a few times 2^-104 (Dekker 1971); sums of opposite
+// signs lose the bits that cancel.
 constexpr DoubleDouble Add(DoubleDouble a, DoubleDouble b) {
   const DoubleDouble high = TwoSum(a.hi, b.hi);
   const DoubleDouble low = TwoSum(a.lo, b.lo);

@@ -1,4 +1,4 @@
-// Set-up, parameters and the panel of an applied effect.
+// Set-up, parameters and panel of an applied effect.
 #include "headless/effect_host.h"
 
 #include <algorithm>

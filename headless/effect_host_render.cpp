@@ -1,4 +1,4 @@
-// The three commands of a frame, and what they may not touch.
+// Sends the three commands of a frame and checks what the effect must not touch.
 #include <algorithm>
 #include <chrono>
 
@@ -16,7 +16,7 @@ PF_LRect Intersection(const PF_LRect& a, const PF_LRect& b) {
   return empty ? PF_LRect{} : both;
 }
 
-// Layer dimensions do not shrink with the resolution.
+// The size in the input record is that at full resolution.
 A_long FullSize(A_long size, const PF_RationalScale& scale) {
   if (scale.num <= 0 || scale.den == 0) return size;
   return static_cast<A_long>(std::int64_t{size} * scale.den / scale.num);
@@ -39,7 +39,7 @@ void FillInData(const WorldBuffer& input, const WorldBuffer& output, const Rende
   in.pixel_aspect_ratio = options.pixelAspect;
 }
 
-// The pictures of one render and how they were before it.
+// The worlds of one render, with checksums of their pixels from before it.
 class PictureWatch {
  public:
   PictureWatch(const WorldBuffer& input, const WorldBuffer& output, const WorldBuffer* custom,
@@ -75,7 +75,7 @@ class PictureWatch {
   std::vector<Picture> pictures_;
 };
 
-// The extent hint of the input world is the effect's to change, as long as the world stays.
+// The effect may change the input's extent hint; everything else must stay as it was.
 void JudgeRecords(HostState& state, const std::vector<PF_ParamDef>& before) {
   for (std::size_t i = 0; i < before.size(); ++i) {
     PF_ParamDef after = state.frameRecords[i];
@@ -86,7 +86,7 @@ void JudgeRecords(HostState& state, const std::vector<PF_ParamDef>& before) {
   }
 }
 
-// Ends a frame however it is left.
+// Sets up the state of a frame and clears it again on every path.
 class FrameScope {
  public:
   FrameScope(HostState& state, const WorldBuffer& input, const WorldBuffer& output,
@@ -129,7 +129,7 @@ double SecondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// FRAME_SETUP, with the size offered as it stands. Resizing needs a host that can do it.
+// Sends FRAME_SETUP, offering the input's size for the output. A resized output is not supported.
 PF_Err SetUpFrame(HostState& state, PF_ParamDef* params[], const WorldBuffer& input) {
   state.out.width = input.Width();
   state.out.height = input.Height();
@@ -154,7 +154,7 @@ RenderResult EffectHost::Render(const WorldBuffer& input, WorldBuffer& output,
   std::vector<PF_ParamDef*> params = MakeFrameRecords(input.Width(), input.Height());
   PF_LayerDef& inputRecord = state.frameRecords[0].u.ld;
 
-  // Everything but the input's pixels is there from the start.
+  // The input record is complete from the start, except for its pixels.
   inputRecord = input.Def();
   inputRecord.data = nullptr;
   RenderResult result;

@@ -1,4 +1,4 @@
-// Loading of effect modules.
+// Loads effect modules.
 #include "headless/effect_module.h"
 
 #include <dlfcn.h>
@@ -11,7 +11,7 @@
 namespace vitrell::headless {
 namespace {
 
-// dlopen searches the system's folders for a bare file name; a path with a slash is taken as told.
+// dlopen searches the system's directories for a bare file name; a path with a slash is used as is.
 std::string LoadablePath(const std::filesystem::path& path) {
   return path.has_parent_path() ? path.string() : (std::filesystem::path(".") / path).string();
 }

@@ -1,4 +1,4 @@
-// An effect module in memory, reached through its one exported function.
+// A loaded effect module, reached through its one exported function.
 #ifndef VITRELL_HEADLESS_EFFECT_MODULE_H_
 #define VITRELL_HEADLESS_EFFECT_MODULE_H_
 
@@ -9,8 +9,8 @@
 
 namespace vitrell::headless {
 
-// Loads a module for as long as the object lives. Shared by any number of hosts through a
-// std::shared_ptr; entry point calls from several threads are the hosts' affair.
+// Keeps a module loaded during the object's lifetime. Any number of hosts share it through a
+// std::shared_ptr; this class does not serialise their calls of the entry point.
 class EffectModule {
  public:
   // Name of the function that every module exports.
@@ -19,7 +19,7 @@ class EffectModule {
   // Throws HostError when the file is missing, cannot be loaded or exports no entry point.
   explicit EffectModule(const std::filesystem::path& path);
 
-  // An effect that is linked into the calling program; nothing is loaded. `name` is for messages.
+  // An effect linked into the calling program; nothing is loaded. `name` appears in messages.
   EffectModule(PF_EntryPoint entryPoint, std::string name);
 
   ~EffectModule();

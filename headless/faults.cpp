@@ -1,4 +1,4 @@
-// Counting of host calls against the list of failures to play.
+// Counts host calls and matches them against the planned failures.
 #include "headless/faults.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Failures that the host plays on purpose, to see what the effect makes of them.
+// Host calls that are made to fail on purpose, to test the effect's error paths.
 #ifndef VITRELL_HEADLESS_FAULTS_H_
 #define VITRELL_HEADLESS_FAULTS_H_
 
@@ -12,19 +12,19 @@
 
 namespace vitrell::headless {
 
-// What a failing new_world leaves in the record that it was to fill.
+// What a failing new_world leaves in the record that it should fill.
 enum class FailedWorldRecord { kCleared, kJunk };
 
-// A list of failures. Call counts start at 1 with every command sent by a public function of
-// EffectHost (Render counts over its three commands); the list itself stays until Clear().
+// A list of planned failures. Calls are counted from 1 for every public function of EffectHost that
+// sends commands (Render counts across its three); the list itself remains until Clear().
 //
-// A failing call does nothing but answer the error. The calls that give something back
-// (checkin_param, dispose_world, release_suite) do their work and then answer the error.
+// A failing call does nothing except return the error. The calls that give something back
+// (checkin_param, dispose_world, release_suite) do their work and then return the error.
 class Faults {
  public:
-  // The nth call of the kind answers `error`; with kAny the nth call of all kinds. n from 1.
+  // The nth call of the kind returns `error`; with kAny, the nth call of any kind. n starts at 1.
   void FailNth(CallKind kind, int n, PF_Err error);
-  // Acquiring this suite answers kSPSuiteNotFoundError. Version 0 stands for all versions.
+  // Acquiring this suite returns kSPSuiteNotFoundError. Version 0 matches every version.
   void RefuseSuite(std::string name, std::int32_t version = 0);
   void SetFailedWorldRecord(FailedWorldRecord record) { failedWorldRecord_ = record; }
   // in_data->pica_basicP is null from the next command on.
@@ -33,7 +33,7 @@ class Faults {
 
   // For the host itself.
   void StartCounting();
-  PF_Err NextCall(CallKind kind);  // Counts a call; the error it must answer, or 0.
+  PF_Err NextCall(CallKind kind);  // Counts a call; returns the error to inject, or 0.
   bool IsRefused(const std::string& name, std::int32_t version) const;
   FailedWorldRecord GetFailedWorldRecord() const { return failedWorldRecord_; }
   bool NullBasicSuite() const { return nullBasicSuite_; }

@@ -1,4 +1,4 @@
-// The names of the host's error codes and what they mean for a user.
+// The names of the host's error codes and their explanations for users.
 #include "headless/host_error.h"
 
 namespace vitrell::headless {

@@ -1,4 +1,4 @@
-// Errors of the headless host, and the meaning of the error codes an effect returns.
+// Errors of the headless host, and the meanings of the error codes that an effect returns.
 #ifndef VITRELL_HEADLESS_HOST_ERROR_H_
 #define VITRELL_HEADLESS_HOST_ERROR_H_
 
@@ -9,7 +9,7 @@
 
 namespace vitrell::headless {
 
-// What went wrong, where, and what to do about it, as whole sentences for a user.
+// Says in full sentences what went wrong, where, and what the user can do about it.
 class HostError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

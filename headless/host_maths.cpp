@@ -1,4 +1,4 @@
-// Pinned maths behind the host's tables.
+// Connects the pinned maths to the host's tables.
 #include "headless/host_maths.h"
 
 #include <cmath>
@@ -9,7 +9,7 @@
 
 namespace vitrell::headless {
 
-// IEEE 754 defines the results of the five functions that come from the C library to the bit.
+// The five functions taken from the C library have results that IEEE 754 defines to the bit.
 const PF_ANSICallbacksSuite1& HostMaths() {
   static constexpr PF_ANSICallbacksSuite1 kSuite = {
       pinned::Atan, pinned::Atan2, std::ceil,   pinned::Cos,   pinned::Exp, std::fabs,   std::floor,

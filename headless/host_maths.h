@@ -1,4 +1,4 @@
-// The maths functions that the host gives to an effect.
+// The maths functions that the host provides to an effect.
 #ifndef VITRELL_HEADLESS_HOST_MATHS_H_
 #define VITRELL_HEADLESS_HOST_MATHS_H_
 
@@ -6,9 +6,9 @@
 
 namespace vitrell::headless {
 
-// The same bits on every platform, see headless/pinned_maths.h. The callbacks of the input record
-// and the suite hold these very pointers, so a reference computation that uses them sees the
-// effect's own numbers.
+// They return the same bits on every platform, see headless/pinned_maths.h. The callbacks of the
+// input record and of the suite are these very pointers, so that a reference computation that calls
+// them uses the effect's own numbers.
 const PF_ANSICallbacksSuite1& HostMaths();
 
 }  // namespace vitrell::headless

@@ -1,4 +1,4 @@
-// Sending of commands and the judgement after each.
+// Sends commands and checks the effect after each.
 #include "headless/host_state.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ struct OutField {
 #field, offsetof(PF_OutData, field), sizeof(PF_OutData::field), { __VA_ARGS__ } \
   }
 
-// return_msg is anybody's, so it is not listed.
+// return_msg is not listed because every command may write it.
 const std::vector<OutField>& OutFields() {
   static const std::vector<OutField> fields = {
       VITRELL_OUT_FIELD(my_version, PF_Cmd_GLOBAL_SETUP),

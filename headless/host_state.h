@@ -1,4 +1,4 @@
-// Everything one host holds while an effect works for it.
+// The state of one host while it runs an effect.
 #ifndef VITRELL_HEADLESS_HOST_STATE_H_
 #define VITRELL_HEADLESS_HOST_STATE_H_
 
@@ -19,25 +19,25 @@
 
 namespace vitrell::headless {
 
-// The host's callbacks find it as the current host of their thread, see CurrentHost.
+// Callbacks reach it as their thread's current host, see CurrentHost.
 class HostState {
  public:
   explicit HostState(PF_EntryPoint entryPoint);
   HostState(const HostState&) = delete;
   HostState& operator=(const HostState&) = delete;
 
-  // Sends one command and judges what the effect did with the host's records and services. An
-  // exception that leaves the entry point counts as PF_Err_INTERNAL_STRUCT_DAMAGED.
+  // Sends one command and then checks what the effect did with the host's records and services. An
+  // exception that escapes the entry point counts as PF_Err_INTERNAL_STRUCT_DAMAGED.
   PF_Err Command(PF_Cmd cmd, PF_ParamDef* params[], PF_LayerDef* output, void* extra);
-  // Adds "During <command> the effect <what>."
+  // Records the complaint "During <command> the effect <what>."
   void Complain(const std::string& what);
 
   PF_ProgPtr EffectRef() { return reinterpret_cast<PF_ProgPtr>(this); }
   const RenderOptions& Options() const;
-  int Threads() const;  // For passes, at least 1.
+  int Threads() const;  // For iterate passes; at least 1.
   bool CancelRequested() const;
-  // The real depth and geometry behind a record; nothing (and a complaint naming `call`) for a
-  // record without pixels or one that disagrees with the world it names.
+  // The true depth and geometry of the world that a record names. Empty, with a complaint that
+  // names `call`, if the record has no pixels or disagrees with that world.
   std::optional<PixelView> ViewOf(const PF_LayerDef* world, const char* call);
 
   PF_InData in{};
@@ -51,14 +51,14 @@ class HostState {
   ParameterStore parameters;
   ThreadPool pool;
 
-  // Of the frame being rendered; null and false outside.
+  // Those of the frame being rendered; null, false and 0 between frames.
   const RenderOptions* options = nullptr;
   const WorldBuffer* customLayer = nullptr;
   bool renderDeep = false;
   int passes = 0;
 
-  PF_Cmd command = -1;                    // The running one.
-  std::vector<PF_ParamDef> frameRecords;  // Copies that the effect sees in a command.
+  PF_Cmd command = -1;                    // The command being run.
+  std::vector<PF_ParamDef> frameRecords;  // The copies that the effect gets.
   std::vector<std::string> complaints;
 
  private:
@@ -74,8 +74,8 @@ class HostState {
 // "RENDER" for 11.
 std::string CommandName(PF_Cmd cmd);
 
-// The host of a callback that was given an effect_ref; null when the thread works for no host or
-// the reference is wrong, which is a complaint about `call`.
+// The host that an effect_ref refers to. Null if the thread works for no host or the reference is
+// wrong; the latter is a complaint that names `call`.
 HostState* HostOf(PF_ProgPtr effectRef, const char* call);
 
 }  // namespace vitrell::headless

@@ -8,21 +8,21 @@ namespace vitrell::headless {
 
 PF_InteractCallbacks MakeInteractCallbacks();
 PF_UtilCallbacks MakeUtilCallbacks();
-// The same for all hosts. Not const, since the input record's pointer to it is not.
+// One table for all hosts. Not const because the input record points to a non-const one.
 SPBasicSuite* BasicSuite();
 
-// Worlds, for the utility callbacks and the world suite alike.
+// Shared by the utility callbacks and the world suite.
 PF_Err NewWorldCallback(PF_ProgPtr effectRef, A_long width, A_long height, PF_NewWorldFlags flags,
                         PF_LayerDef* world);
 PF_Err DisposeWorldCallback(PF_ProgPtr effectRef, PF_LayerDef* world);
 
-// The served part of the utility table that deals in worlds.
+// Fills in those utility callbacks that work on worlds.
 void FillWorldCallbacks(PF_UtilCallbacks& callbacks);
 
 PF_Iterate8Suite1 MakeIterate8Suite();
 PF_iterate16Suite1 MakeIterate16Suite();
 
-// Stands in every slot that this host does not serve; complains.
+// Fills every slot that this host does not implement; complains when called.
 void UnservedCallback();
 
 }  // namespace vitrell::headless

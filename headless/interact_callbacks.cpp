@@ -1,4 +1,4 @@
-// Parameters, abort and progress: the callbacks inside the input record.
+// The callbacks in the input record: parameters, abort and progress.
 #include <cstring>
 
 #include "headless/current_host.h"
@@ -20,7 +20,7 @@ bool IsFrameRecord(const HostState& host, const PF_ParamDef* record) {
   return false;
 }
 
-// Indices past the table give an empty record and success, as the host does.
+// An index beyond the table yields an empty record and success, as the host does.
 void FillCheckout(const HostState& host, PF_ParamIndex index, PF_ParamDef& param) {
   param = PF_ParamDef{};
   if (index >= static_cast<PF_ParamIndex>(host.frameRecords.size())) return;

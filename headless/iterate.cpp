@@ -1,4 +1,4 @@
-// Distribution of a pass over threads, in each of the orders.
+// Distributes a pass over threads, in each of the orders.
 #include "headless/iterate.h"
 
 #include <algorithm>
@@ -38,7 +38,7 @@ class PassRunner {
     }
   }
 
-  // Takes turns until nothing is left or the pass is stopped.
+  // Claims and visits groups of units until none is left or the pass stops.
   void Work(int worker) {
     while (!Stopped()) {
       const std::int64_t begin = next_.fetch_add(unitsPerTurn_, std::memory_order_relaxed);
@@ -68,7 +68,7 @@ class PassRunner {
     return error_.load(std::memory_order_relaxed) != PF_Err_NONE;
   }
 
-  // Keeps the first error.
+  // Only the first error is kept.
   void Stop(PF_Err error) {
     PF_Err none = PF_Err_NONE;
     if (error != PF_Err_NONE) {
@@ -76,7 +76,7 @@ class PassRunner {
     }
   }
 
-  // An exception may not pass through the host's own frames.
+  // Exceptions must not propagate out of the effect's callback through the host.
   PF_Err RunTurn(std::int64_t begin, std::int64_t end) {
     try {
       for (std::int64_t unit = begin; unit < end; ++unit) {
@@ -149,7 +149,7 @@ class PassRunner {
   const A_long width_;
   const A_long height_;
   const bool byRows_;
-  const std::int64_t units_;  // Rows or pixels, as the order has it.
+  const std::int64_t units_;  // Rows or pixels, depending on the order.
   std::int64_t unitsPerTurn_ = 1;
   std::vector<std::uint32_t> permutation_;
   std::atomic<std::int64_t> next_{0};

@@ -15,14 +15,14 @@ namespace vitrell::headless {
 
 class HostState;
 
-// Pixel is PF_Pixel or PF_Pixel16. Without source pixels the function gets null for them.
+// Pixel is PF_Pixel or PF_Pixel16. If there is no source, `function` gets a null `in`.
 template <typename Pixel>
 struct PixelPass {
   using Function = PF_Err (*)(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out);
 
   PixelView source;
   PixelView destination;
-  PF_LRect area{};  // Lies in both worlds.
+  PF_LRect area{};  // Lies within both worlds.
   void* refcon = nullptr;
   Function function = nullptr;
 };
@@ -32,18 +32,18 @@ struct PassSettings {
   IterateOrder order = IterateOrder::kRows;
   std::uint64_t seed = 1;
   const std::atomic<bool>* cancel = nullptr;
-  // Rows done and rows in all, on the calling thread; may be empty.
+  // Called with rows done and rows in all, on the calling thread; may be empty.
   std::function<void(A_long, A_long)> progress;
 };
 
 struct PassOutcome {
-  // The first non-zero answer of the function (of any thread), or 517 when cancelled. Other pixels
-  // may have been visited before the pass stopped.
+  // The first non-zero result of the function on any thread, or 517 if cancelled. Other pixels may
+  // have been visited before the pass stopped.
   PF_Err error = PF_Err_NONE;
-  bool threw = false;  // An exception left the function; the error is then 512.
+  bool threw = false;  // The function threw; the error is then 512.
 };
 
-// Visits every pixel of the area once. `host` is current on all threads meanwhile.
+// Visits every pixel of the area once. On all threads `host` is current during the pass.
 template <typename Pixel>
 PassOutcome RunPass(const PixelPass<Pixel>& pass, const PassSettings& settings, ThreadPool& pool,
                     HostState* host);

@@ -1,4 +1,4 @@
-// The iterate suites: what an effect may ask of a pass, and the pass itself.
+// The iterate suites: checks the effect's request, then runs the pass.
 #include <algorithm>
 #include <optional>
 
@@ -24,7 +24,7 @@ std::string PassText(const HostState& host, const char* name, const PF_LayerDef*
   return text;
 }
 
-// Without an area: what both worlds have, or the whole destination when there is no source.
+// Without an area: the intersection of both worlds, or the whole destination if there is no source.
 PF_LRect ClippedArea(const PF_LRect* area, const PixelView& source, const PixelView& destination) {
   PF_LRect whole = {0, 0, destination.width, destination.height};
   if (source.data != nullptr) {
@@ -36,7 +36,7 @@ PF_LRect ClippedArea(const PF_LRect* area, const PixelView& source, const PixelV
           std::min(area->right, whole.right), std::min(area->bottom, whole.bottom)};
 }
 
-// Fills the worlds of a pass; false with a complaint when they do not suit it.
+// Sets the worlds of a pass; false, with a complaint, if they are unsuitable.
 template <typename Pixel>
 bool TakeWorlds(HostState& host, const char* name, const PF_LayerDef* source,
                 const PF_LayerDef* destination, PixelPass<Pixel>& pass) {

@@ -1,4 +1,4 @@
-// Counting of suites, checkouts and memory blocks.
+// Counts suites, checkouts and memory blocks.
 #include "headless/ledgers.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What an effect borrowed from the host and has to give back.
+// Records what an effect has borrowed from the host and must give back.
 #ifndef VITRELL_HEADLESS_LEDGERS_H_
 #define VITRELL_HEADLESS_LEDGERS_H_
 
@@ -15,13 +15,13 @@
 
 namespace vitrell::headless {
 
-// Counts acquired suites. May be used from several threads, as all ledgers.
+// Counts acquired suites. Like all ledgers, safe to use from several threads.
 class SuiteLedger {
  public:
   void Acquire(const std::string& name, std::int32_t version);
-  // False when the suite is not acquired at the moment.
+  // False if the suite is not currently acquired.
   bool Release(const std::string& name, std::int32_t version);
-  // Suites with their outstanding counts; the ledger is empty afterwards.
+  // Returns the suites still acquired with their counts, and empties the ledger.
   std::vector<std::pair<std::string, int>> TakeOutstanding();
 
  private:
@@ -29,11 +29,11 @@ class SuiteLedger {
   std::map<std::pair<std::string, std::int32_t>, int> counts_;
 };
 
-// Remembers checked-out parameters by the record that the effect had filled.
+// Tracks checked-out parameters by the address of the record that was filled.
 class CheckoutLedger {
  public:
   void CheckOut(const PF_ParamDef* record, int index);
-  // The index that was checked out into this record, or nothing.
+  // The index that was checked out into this record, if any.
   std::optional<int> CheckIn(const PF_ParamDef* record);
   std::vector<int> TakeOutstanding();
 
@@ -42,15 +42,15 @@ class CheckoutLedger {
   std::vector<std::pair<const PF_ParamDef*, int>> open_;
 };
 
-// Memory blocks of the basic suite.
+// Memory blocks allocated through the basic suite.
 class BlockLedger {
  public:
   ~BlockLedger();
   void* Allocate(std::size_t size);
   bool Free(void* block);
-  // Null when memory runs out; the old block stays then. Unknown blocks give null, too.
+  // Returns null if memory runs out, leaving the old block valid, and for unknown blocks.
   void* Reallocate(void* block, std::size_t size);
-  // Frees what is left; how many blocks that were.
+  // Frees the remaining blocks and returns their number.
   int FreeOutstanding();
 
  private:

@@ -1,4 +1,4 @@
-// The words by which a command line addresses parameters.
+// The paths by which a command line addresses parameters.
 #include <algorithm>
 #include <cctype>
 #include <numeric>
@@ -19,7 +19,7 @@ std::string WithoutBrackets(std::string_view title) {
   return text;
 }
 
-// "II. BLUR" -> "BLUR". A numeral is roman capitals with a full stop behind them.
+// "II. BLUR" -> "BLUR". A numeral is a run of Roman numeral letters followed by a full stop.
 std::string WithoutRomanNumeral(const std::string& title) {
   const std::size_t end = title.find_first_not_of("IVXLC");
   const bool numeral = end != std::string::npos && end > 0 && title[end] == '.';
@@ -41,7 +41,7 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
   return row[b.size()];
 }
 
-// A control typed without its group ("feather") is as near as the path's last word.
+// A control typed without its group ("feather") is compared with the path's last word as well.
 std::size_t Distance(std::string_view path, std::string_view typed) {
   const std::size_t whole = EditDistance(path, typed);
   const std::size_t dot = path.rfind('.');

@@ -1,4 +1,4 @@
-// Defaults, units and panel state of parameter records.
+// Sets defaults, converts units and keeps the panel state of parameter records.
 #include "headless/parameter_store.h"
 
 #include <cstring>
@@ -156,7 +156,7 @@ std::vector<PF_ParamDef> ParameterStore::RecordsForSize(A_long width, A_long hei
   std::vector<PF_ParamDef> copies = records_;
   for (int index = 0; index < Count(); ++index) {
     PF_ParamDef& copy = copies[static_cast<std::size_t>(index)];
-    copy.uu.change_flags = PF_ChangeFlag_NONE;  // Was the disk id when it was registered.
+    copy.uu.change_flags = PF_ChangeFlag_NONE;  // It shares its memory with the disk id.
     const std::optional<PointPercent> percent = PercentOf(index);
     if (!percent || width <= 0 || height <= 0) continue;
     copy.u.td.x_value = ToFixed(percent->x / 100.0 * width);

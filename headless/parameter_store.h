@@ -10,19 +10,19 @@
 
 namespace vitrell::headless {
 
-// Record 0 is the input layer. Points hold percent of the layer in 16.16 until they are set to
-// pixels.
+// Record 0 is the input layer. Points hold percent of the layer in 16.16 fixed point until they are
+// set in pixels.
 class ParameterStore {
  public:
   ParameterStore();
 
-  // Appends a record as registered, its value set to its default.
+  // Appends a record as registered and sets its value to the default.
   void Add(const PF_ParamDef& record);
   void Reset();
 
   const std::vector<Parameter>& All() const { return parameters_; }
   int Count() const { return static_cast<int>(records_.size()); }
-  // These throw HostError for a wrong index, the second one for a wrong type, too.
+  // These throw HostError for a wrong index, the last one for a wrong type too.
   PF_ParamDef& Record(int index);
   const PF_ParamDef& Record(int index) const;
   PF_ParamDef& Record(int index, PF_ParamType type);
@@ -31,11 +31,11 @@ class ParameterStore {
   void SetPointPercent(int index, double x, double y);
   std::optional<PointPercent> PercentOf(int index) const;
 
-  // What an effect asked to change with PF_UpdateParamUI: ui flags and the collapse bit.
+  // Applies what an effect may change through PF_UpdateParamUI: ui flags and the collapse bit.
   void UpdateUI(int index, const PF_ParamDef& wanted);
 
-  // Copies of all records with points in pixels of a layer of this size; a size of 0 leaves
-  // percent. Layer parameters are empty, change flags clear.
+  // Copies of all records with points converted to pixels of a layer of this size; size 0 leaves
+  // them in percent. Layer parameters are empty and change flags 0.
   std::vector<PF_ParamDef> RecordsForSize(A_long width, A_long height) const;
 
  private:

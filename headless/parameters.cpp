@@ -1,4 +1,4 @@
-// From registered records to parameters with a place and a path in the tree.
+// Turns registered records into parameters with a place and a path in the tree.
 #include "headless/parameters.h"
 
 #include <cmath>

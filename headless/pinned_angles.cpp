@@ -1,4 +1,4 @@
-// Sine, cosine, tangent and their inverses, the same bits everywhere.
+// Sine, cosine, tangent and their inverses, with the same bits everywhere.
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -18,22 +18,23 @@ constexpr DoubleDouble kHalfPi = {0x1.921fb54442d18p+0, 0x1.1a62633145c07p-54};
 constexpr DoubleDouble kQuarterPi = {0.5 * kHalfPi.hi, 0.5 * kHalfPi.lo};
 constexpr double kTwoOverPi = 0x1.45f306dc9c883p-1;
 
-// Below this x - x^3 / 6 and the like round to x.
+// For smaller |x|, series such as x - x^3 / 6 round to x.
 constexpr double kTiny = 0x1p-27;
 
-// --- Reduction to a quarter turn ---
+// --- Reduction by quarter turns ---
 
-// Up to here quarter turns are counted exactly.
+// Up to this |x| the product of quarter turns and a part of pi / 2 is exact.
 constexpr double kExactReduction = 0x1p20;
-// 145897 full turns; of all such multiples below 2^20 the one that is nearest to a double, 2^-69.
+// 145897 full turns: of all multiples of 2 pi below 2^20 the one nearest to a double (within 2^-69).
 constexpr double kManyTurns = 0x1.bf9b3c6059d24p+19;
-// pi / 2 in four parts; the first three have 32 bits at most, so that their products with the
-// number of quarter turns are exact (Cody and Waite, Software Manual for the Elementary Functions).
+// pi / 2 as the sum of four parts; the first three have at most 32 bits, so that their products
+// with the number of quarter turns are exact (Cody and Waite, Software Manual for the Elementary
+// Functions).
 constexpr std::array<double, 4> kHalfPiParts = {0x1.921fb544p+0, 0x1.0b4611a6p-34, 0x1.3198a2ep-69,
                                                 0x1.b839a252049c1p-104};
 
 struct Reduced {
-  DoubleDouble rest;  // Within pi / 4 of 0, a rounding error more at most.
+  DoubleDouble rest;  // In [-pi / 4, pi / 4], up to a rounding error.
   std::uint32_t quarter = 0;
 };
 
@@ -50,7 +51,7 @@ Reduced Reduce(double x) {
   return {rest, static_cast<std::uint32_t>(static_cast<std::int32_t>(turns)) & 3U};
 }
 
-// --- Sine and cosine within a quarter turn ---
+// --- Sine and cosine of the reduced angle ---
 
 constexpr double InverseFactorial(int n) {
   double factorial = 1;
@@ -58,7 +59,7 @@ constexpr double InverseFactorial(int n) {
   return 1 / factorial;
 }
 
-// Taylor's series to x^17.
+// Taylor series up to x^17.
 DoubleDouble SinKernel(DoubleDouble x) {
   const double square = x.hi * x.hi;
   double sum = InverseFactorial(17);
@@ -69,11 +70,11 @@ DoubleDouble SinKernel(DoubleDouble x) {
   sum = -InverseFactorial(7) + square * sum;
   sum = InverseFactorial(5) + square * sum;
   sum = -InverseFactorial(3) + square * sum;
-  // The lower part of x counts with the derivative, the cosine.
+  // x.lo enters to first order, times the derivative: the cosine.
   return FastTwoSum(x.hi, x.hi * square * sum + (x.lo - 0.5 * square * x.lo));
 }
 
-// Taylor's series to x^18.
+// Taylor series up to x^18.
 DoubleDouble CosKernel(DoubleDouble x) {
   const DoubleDouble exactSquare = TwoProduct(x.hi, x.hi);
   const double square = exactSquare.hi;
@@ -90,19 +91,19 @@ DoubleDouble CosKernel(DoubleDouble x) {
   return FastTwoSum(start.hi, start.lo + rest);
 }
 
-// The sine of a reduced angle that is `more` quarter turns ahead.
+// The sine of a reduced angle plus `more` quarter turns.
 DoubleDouble SinOfReduced(const Reduced& angle, std::uint32_t more) {
   const std::uint32_t quarter = (angle.quarter + more) & 3U;
   const DoubleDouble value = (quarter & 1U) == 0 ? SinKernel(angle.rest) : CosKernel(angle.rest);
   return quarter < 2 ? value : Negate(value);
 }
 
-// --- Angles of a triangle ---
+// --- Inverse functions ---
 
 constexpr int kAtanSteps = 64;
 
-// atan(i / 64), each from the one before: atan a - atan b = atan((a - b) / (1 + a b)), the
-// difference by Gregory's series.
+// atan(i / 64), each computed from the one before by atan a - atan b = atan((a - b) / (1 + a b));
+// Gregory's series gives the difference.
 constexpr auto kAtanTable = [] {
   std::array<DoubleDouble, kAtanSteps + 1> table{};
   for (int i = 1; i <= kAtanSteps; ++i) {
@@ -119,14 +120,14 @@ constexpr auto kAtanTable = [] {
   return table;
 }();
 
-// atan(y / x) for 0 <= y <= x. With c near y / x it is atan c + atan((y - c x) / (x + c y)).
+// atan(y / x) for 0 <= y <= x, as atan c + atan((y - c x) / (x + c y)) with c near y / x.
 DoubleDouble OctantAngle(DoubleDouble y, DoubleDouble x) {
   const double quotient = y.hi / x.hi;
   if (quotient < 0x1p-40) return {quotient, 0};
   const auto step = static_cast<std::int32_t>(quotient * kAtanSteps + 0.5);
   const DoubleDouble c = {static_cast<double>(step) / kAtanSteps, 0};
   const DoubleDouble t = Divide(Add(y, Negate(Multiply(c, x))), Add(x, Multiply(c, y)));
-  // Gregory's series for |t| <= 1 / 127.
+  // Gregory's series, for |t| <= 1 / 127.
   const double square = t.hi * t.hi;
   const double sum =
       -1.0 / 3 + square * (1.0 / 5 + square * (-1.0 / 7 + square * (1.0 / 9 - square / 11)));
@@ -140,7 +141,7 @@ DoubleDouble QuadrantAngle(DoubleDouble y, DoubleDouble x) {
   return Add(kHalfPi, Negate(OctantAngle(x, y)));
 }
 
-// sqrt(1 - x^2) for |x| <= 1; one step of Newton's method with the exact remainder.
+// sqrt(1 - x^2) for |x| <= 1, refined by one Newton step with the exact residual.
 DoubleDouble OtherSide(double x) {
   const DoubleDouble square = Multiply(TwoSum(1, -x), TwoSum(1, x));
   const double root = std::sqrt(square.hi);
@@ -149,13 +150,13 @@ DoubleDouble OtherSide(double x) {
   return FastTwoSum(root, rest.hi / (2 * root));
 }
 
-// The angle for x, y >= 0 of any size; both may be 0 or infinite.
+// The same for x, y >= 0 of any size; both may be 0 or infinite.
 DoubleDouble AnyQuadrantAngle(double y, double x) {
   if (y == 0) return {};
   if (std::isinf(x)) return std::isinf(y) ? kQuarterPi : DoubleDouble{};
   if (std::isinf(y)) return kHalfPi;
-  // Products must neither overflow nor underflow. What is far smaller than the other does not
-  // reach a product.
+  // Scaled so that products neither overflow nor underflow. A value far smaller than the other may
+  // still vanish, but then enters no product.
   const double larger = x > y ? x : y;
   double scale = 1;
   if (larger > 0x1p500) scale = 0x1p-600;

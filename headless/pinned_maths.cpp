@@ -1,4 +1,4 @@
-// Exponential, logarithms, powers and the hypotenuse, the same bits everywhere.
+// Exponential, logarithms, powers and the hypotenuse, with the same bits everywhere.
 #include "headless/pinned_maths.h"
 
 #include <array>
@@ -20,19 +20,19 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr DoubleDouble kLn2 = {0x1.62e42fefa39efp-1, 0x1.abc9e3b39803fp-56};
 constexpr DoubleDouble kInverseLn10 = {0x1.bcb7b1526e50ep-2, 0x1.95355baaafad3p-57};
 
-// ln 2 in two parts; the first times any exponent is exact.
+// ln 2 in two parts; the upper one times any exponent is exact.
 constexpr double kLn2Upper = 0x1.62e42fefa3000p-1;
 constexpr double kLn2Lower = 0x1.3de6af278ece6p-42;
 
 // --- Exponential ---
 
 constexpr int kExpSteps = 64;
-// ln 2 / 64 in two parts; the first times any step number is exact.
+// ln 2 / 64 in two parts; the upper one times any step number is exact.
 constexpr double kStepUpper = 0x1.62e42fef80000p-7;
 constexpr double kStepLower = 0x1.1cf79abc9e3b4p-42;
 constexpr double kStepsPerUnit = 0x1.71547652b82fep+6;
 
-// Taylor's series of exp; 28 terms are enough for 0 <= x <= ln 2.
+// Taylor series of exp; 28 terms are enough for 0 <= x <= ln 2.
 constexpr DoubleDouble ExpSeries(DoubleDouble x) {
   DoubleDouble sum = {1, 0};
   DoubleDouble term = {1, 0};
@@ -52,12 +52,12 @@ constexpr auto kExpTable = [] {
   return table;
 }();
 
-// 2^exponent for a normal result.
+// 2^exponent, for exponents of normal numbers.
 double PowerOfTwo(std::int32_t exponent) {
   return std::bit_cast<double>(static_cast<std::uint64_t>(exponent + 1023) << 52U);
 }
 
-// exp(x) = 2^k 2^(i / 64) exp(r) with |r| <= ln 2 / 128 and Taylor's series for exp(r) - 1 (table
+// exp(x) = 2^k 2^(i / 64) exp(r) with |r| <= ln 2 / 128, and the Taylor series of exp(r) - 1 (table
 // method after Tang, ACM Transactions on Mathematical Software 15, 1989).
 double ExpOf(DoubleDouble x) {
   if (x.hi > 710) return kInfinity;
@@ -71,14 +71,14 @@ double ExpOf(DoubleDouble x) {
   const std::int32_t exponent = (number - index) / kExpSteps;
   const DoubleDouble base = kExpTable[static_cast<std::size_t>(index)];
   const double value = base.hi + (base.lo + base.hi * gain);
-  // In two steps, so that neither power of two leaves the range of normal numbers.
+  // Scaled in two steps, so that each power of two is a normal number.
   const std::int32_t half = exponent / 2;
   return value * PowerOfTwo(half) * PowerOfTwo(exponent - half);
 }
 
 // --- Logarithm ---
 
-// ln c for 0.7 < c < 1.5 by 2 artanh((c - 1) / (c + 1)); c has few bits.
+// ln c for 0.7 < c < 1.5, as 2 artanh((c - 1) / (c + 1)); c has few significant bits.
 constexpr DoubleDouble LogSeries(double c) {
   const DoubleDouble z = Divide({c - 1, 0}, {c + 1, 0});
   const DoubleDouble square = Multiply(z, z);
@@ -92,12 +92,12 @@ constexpr DoubleDouble LogSeries(double c) {
 
 constexpr int kLogBits = 7;
 constexpr int kLogSteps = 1 << kLogBits;
-// Mantissas from here on (11/8) count as halves of the next power of two, so that numbers near 1
-// have exponent 0 from both sides.
+// Mantissas from this step on (11/8) are halved and the exponent raised, so that numbers just below
+// and just above 1 both have exponent 0.
 constexpr int kFirstHalved = 3 * kLogSteps / 8;
 
 struct LogEntry {
-  double inverse;         // About 1 / m in the middle of the step, of at most 10 bits.
+  double inverse;         // About 1 / m at the step's centre, at most 10 bits.
   DoubleDouble minusLog;  // -ln(inverse).
 };
 
@@ -107,7 +107,8 @@ constexpr auto kLogTable = [] {
     const double middle = (1 + (i + 0.5) / kLogSteps) * (i < kFirstHalved ? 1 : 0.5);
     const double unit = i < kFirstHalved ? 512 : 256;
     double inverse = static_cast<double>(static_cast<int>(unit / middle + 0.5)) / unit;
-    // Exactly 1 on both sides of 1, where the result is small and needs all its bits.
+    // Exactly 1 for the steps next to 1, where the logarithm is small and would lose bits to
+    // cancellation with -ln(inverse).
     if (i == 0 || i == kLogSteps - 1) inverse = 1;
     table[static_cast<std::size_t>(i)] = {inverse, Negate(LogSeries(inverse))};
   }
@@ -129,7 +130,7 @@ double LogTail(double r) {
 }
 
 // ln x = k ln 2 - ln c + ln(1 + r) with x = 2^k m and r = m c - 1 (table method after Tang, ACM
-// Transactions on Mathematical Software 16, 1990), to about 67 bits. For 0 < x < infinity.
+// Transactions on Mathematical Software 16, 1990), to about 67 bits, for 0 < x < infinity.
 DoubleDouble LogOf(double x) {
   std::int32_t exponent = 0;
   if (x < std::numeric_limits<double>::min()) {
@@ -163,7 +164,7 @@ DoubleDouble LogOf(double x) {
 
 enum class Whole { kNo, kEven, kOdd };
 
-// Infinity counts as even, as all large numbers are.
+// Infinity counts as even, as every large double is.
 Whole WholeKind(double y) {
   if (std::floor(y) != y) return Whole::kNo;
   const double half = 0.5 * y;
@@ -174,8 +175,8 @@ Whole WholeKind(double y) {
 double PowOf(double x, double y) {
   const DoubleDouble log = LogOf(x);
   const double size = std::fabs(y);
-  // |ln x| is 0 or lies between 2^-54 and 745: such a y decides alone, and would not bear
-  // splitting.
+  // |ln x| is 0 or in [2^-54, 745], so that y beyond these bounds determines the result, and
+  // TwoProduct could not split it.
   if (log.hi == 0 || size < 0x1p-70) return 1;
   if (size > 0x1p70) return (log.hi > 0) == (y > 0) ? kInfinity : 0;
   const DoubleDouble product = TwoProduct(y, log.hi);
@@ -224,7 +225,7 @@ double Pow(double x, double y) {
   return negative ? -result : result;
 }
 
-// The square root of an exact sum of squares.
+// Computes the square root of an exact sum of squares.
 double Hypot(double x, double y) {
   double larger = std::fabs(x);
   double smaller = std::fabs(y);
@@ -232,7 +233,7 @@ double Hypot(double x, double y) {
   if (std::isnan(x) || std::isnan(y)) return kNan;
   if (larger < smaller) std::swap(larger, smaller);
   if (smaller < larger * 0x1p-60) return larger;
-  // Squares must neither overflow nor underflow.
+  // Scaled so that squares neither overflow nor underflow.
   double scale = 1;
   if (larger > 0x1p500) scale = 0x1p-600;
   if (larger < 0x1p-400) scale = 0x1p600;
@@ -241,7 +242,7 @@ double Hypot(double x, double y) {
   if (larger == 0) return 0;
   const DoubleDouble sum = Add(TwoProduct(larger, larger), TwoProduct(smaller, smaller));
   const double root = std::sqrt(sum.hi);
-  // One step of Newton's method with the exact remainder.
+  // One Newton step with the exact residual.
   const DoubleDouble rest = Add(sum, Negate(TwoProduct(root, root)));
   return (root + rest.hi / (2 * root)) * (1 / scale);
 }

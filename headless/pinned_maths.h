@@ -1,14 +1,14 @@
-// Maths functions whose results have the same bits on every processor, C library and compiler.
+// Maths functions that return the same bits on every processor, C library and compiler.
 #ifndef VITRELL_HEADLESS_PINNED_MATHS_H_
 #define VITRELL_HEADLESS_PINNED_MATHS_H_
 
-// The functions of <cmath> with these names, including zeros, infinities and signs of zero; every
-// NaN that is returned is the same quiet NaN. Results are within 0.9 units in the last place. They
-// need nothing but + - * / and what IEEE 754 defines to the bit (sqrt, floor, remainder), rounded
-// to nearest, and touch neither errno nor the rounding mode. They may be called from any thread.
+// They behave like the functions of the same names in <cmath>, including infinities and signed
+// zeros; every NaN returned is the same quiet NaN. Results are within 0.9 units in the last place.
+// Only + - * / are used, and functions that IEEE 754 defines to the bit (sqrt, floor, remainder),
+// all rounded to nearest; errno and the rounding mode are left alone. Safe to call from any thread.
 namespace vitrell::headless::pinned {
 
-// For |x| above 2^20 the reduction loses |x| * 2^-69 radians; the results stay within -1 to 1.
+// For |x| above 2^20 the argument reduction errs by |x| * 2^-69 radians; results stay in [-1, 1].
 double Sin(double x);
 double Cos(double x);
 double Tan(double x);

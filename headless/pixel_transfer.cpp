@@ -39,7 +39,7 @@ struct Transfer {
   }
 };
 
-// The source position whose pixel centre lies nearest to that of a destination position.
+// The source position whose pixel centre is nearest to that of a destination position.
 A_long Nearest(A_long position, A_long toBegin, A_long toEnd, A_long fromBegin, A_long fromEnd) {
   const std::int64_t doubled = 2 * (std::int64_t{position} - toBegin) + 1;
   const std::int64_t scaled =
@@ -137,7 +137,8 @@ void CopyPixels(const PixelView& source, const PixelView& destination, const PF_
   std::vector<std::byte> snapshot;
   if (source.data == destination.data) {
     if (SameRect(transfer.from, transfer.to)) return;
-    // Overlapping rectangles of one world: read from a copy, so that no pixel is read twice.
+    // Overlapping rectangles of one world are read from a copy, so that no pixel is read after it
+    // was written.
     const auto* first = static_cast<const std::byte*>(source.data);
     const std::size_t pixelBytes = source.deep ? sizeof(PF_Pixel16) : sizeof(PF_Pixel);
     const std::size_t bytes = source.height == 0

@@ -7,7 +7,7 @@
 
 namespace vitrell::headless {
 
-// Whether nobody wrote into a record since it was copied: its padding counts, too.
+// Whether a record still equals an earlier copy byte for byte, padding included.
 template <typename Record>
 bool SameBytes(const Record& a, const Record& b) {
   return std::memcmp(reinterpret_cast<const std::byte*>(&a), reinterpret_cast<const std::byte*>(&b),

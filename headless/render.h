@@ -1,4 +1,4 @@
-// How a frame is rendered, and what comes of it.
+// The options of a render, and its result.
 #ifndef VITRELL_HEADLESS_RENDER_H_
 #define VITRELL_HEADLESS_RENDER_H_
 
@@ -14,36 +14,36 @@
 
 namespace vitrell::headless {
 
-// In which order a pass visits its pixels. Every order visits each pixel exactly once, on all
-// threads; an effect must give the same picture in each.
+// The order in which a pass visits its pixels. Each order visits every pixel exactly once on any
+// number of threads; the effect must produce the same image in all of them.
 enum class IterateOrder {
-  kRows,            // Whole rows, left to right; threads take rows from the top.
-  kReversedRows,    // The bottom row first, right to left.
+  kRows,            // Left to right; threads take rows from the top down.
+  kReversedRows,    // From the bottom row up, right to left.
   kShuffledPixels,  // A seeded permutation of all pixels.
   kSinglePixels,    // Neighbouring pixels go to different threads.
 };
 
-// The depth of worlds that new_world makes when its flags do not ask for a deep one.
+// The depth of worlds that new_world makes if its flags do not request a 16-bit one.
 enum class NewWorldDepth {
-  kRenderDepth,  // That of the input, as the host does.
-  kEightBit,     // 8-bit ones; copies convert.
+  kRenderDepth,  // The input's depth, as the host does.
+  kEightBit,     // 8 bits; copies convert.
 };
 
 struct RenderProgress {
-  int pass = 0;  // Counts the iterate passes of this render from 1.
+  int pass = 0;  // Number of the iterate pass within this render, from 1.
   A_long rowsDone = 0;
   A_long rowsTotal = 0;
 };
 
 struct RenderOptions {
-  int threads = 1;  // For iterate passes and copies; 0 is one for each processor.
+  int threads = 1;  // For iterate passes and copies; 0 means one per processor.
   IterateOrder order = IterateOrder::kRows;
   std::uint64_t seed = 1;  // Of kShuffledPixels.
   NewWorldDepth newWorldDepth = NewWorldDepth::kRenderDepth;
-  // Of the worlds that new_world makes. baseOffset is even for deep worlds whatever is asked.
+  // Layout of the worlds that new_world makes. An odd baseOffset is rounded down for 16-bit ones.
   WorldLayout newWorldLayout;
-  // Set in the records of those worlds beside the depth. Beware: PF_WorldFlag_WRITEABLE has the
-  // value by which new_world is asked for a deep world.
+  // Set in the records of those worlds in addition to the depth. PF_WorldFlag_WRITEABLE has the
+  // same value as the new_world flag that requests a 16-bit world.
   PF_WorldFlags extraWorldFlags = 0;
 
   A_long currentTime = 0;
@@ -55,23 +55,23 @@ struct RenderOptions {
   PF_RationalScale downsampleY{1, 1};
   PF_RationalScale pixelAspect{1, 1};
 
-  // Called on the rendering thread while passes run, at most once a row. Must not call the host.
+  // Called on the rendering thread during passes, at most once per row. Must not call the host.
   std::function<void(const RenderProgress&)> progress;
-  // When it becomes true, abort answers 517 and passes stop with 517 at the next row.
+  // Once it is true, abort returns 517 and passes stop with 517 at the next row.
   const std::atomic<bool>* cancel = nullptr;
 
-  // Verify that the pixels of the input and the custom layer stay as they were.
+  // Check that the effect does not change pixels of the input or the custom layer.
   bool verifyInputs = true;
 };
 
 struct RenderResult {
-  PF_Err error = PF_Err_NONE;  // Of the first command that failed.
+  PF_Err error = PF_Err_NONE;  // That of the first command that failed.
   std::string description;     // DescribeError(error); empty on success.
-  std::string message;         // What the effect left in return_msg.
-  double seconds = 0;          // Of the RENDER command alone.
+  std::string message;         // The effect's return_msg.
+  double seconds = 0;          // Wall-clock time of the RENDER command alone.
   std::vector<HostCall> calls;
-  std::vector<std::string> complaints;  // Of this render.
-  PF_LayerDef inputRecord{};            // The input world's record as the effect left it.
+  std::vector<std::string> complaints;  // Those of this render.
+  PF_LayerDef inputRecord{};            // As the effect left it.
 
   bool Ok() const { return error == PF_Err_NONE; }
 };

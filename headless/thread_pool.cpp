@@ -1,4 +1,4 @@
-// Rounds of work for threads that wait in between.
+// Threads that wait between rounds of work.
 #include "headless/thread_pool.h"
 
 namespace vitrell::headless {
@@ -6,7 +6,7 @@ namespace {
 
 thread_local bool g_inRound = false;
 
-// Marks the running thread as busy with a round.
+// Marks the current thread as taking part in a round.
 class RoundScope {
  public:
   RoundScope() { g_inRound = true; }

@@ -1,4 +1,4 @@
-// A few threads that stay alive between passes.
+// A pool of threads that stay alive between passes.
 #ifndef VITRELL_HEADLESS_THREAD_POOL_H_
 #define VITRELL_HEADLESS_THREAD_POOL_H_
 
@@ -18,9 +18,9 @@ class ThreadPool {
   ThreadPool(const ThreadPool&) = delete;
   ThreadPool& operator=(const ThreadPool&) = delete;
 
-  // Runs job(0) on the calling thread and job(1) to job(threads - 1) on others, all at the same
-  // time, and returns when all are done. The job must not throw. A job that calls Run itself does
-  // that round alone, one number after the other.
+  // Runs job(0) on the calling thread and job(1) to job(threads - 1) on others, all at once, and
+  // returns when all have finished. The job must not throw. A nested Run from within a job executes
+  // its jobs one after the other on that thread.
   void Run(int threads, const std::function<void(int)>& job);
 
  private:
@@ -32,8 +32,8 @@ class ThreadPool {
   std::vector<std::thread> workers_;
   const std::function<void(int)>* job_ = nullptr;
   std::uint64_t round_ = 0;
-  int wanted_ = 0;   // Workers with a lower number than this take part in the round.
-  int running_ = 0;  // Workers of this round that are not done yet.
+  int wanted_ = 0;   // Workers with a number below this take part in the round.
+  int running_ = 0;  // Workers still busy in this round.
   bool stop_ = false;
 };
 

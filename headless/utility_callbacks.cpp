@@ -1,4 +1,4 @@
-// The utility table: worlds and maths are served, every other slot complains.
+// The utility table: worlds and maths are implemented, every other slot complains.
 #include <algorithm>
 #include <cstring>
 #include <iterator>
@@ -57,7 +57,7 @@ PF_UtilCallbacks MakeUtilCallbacks() {
   PF_UtilCallbacks callbacks{};
   FillUnserved(callbacks);
   FillWorldCallbacks(callbacks);
-  // The embedded table is the suite's with one reserved word behind it.
+  // The embedded table is the suite's, followed by one reserved word.
   static_assert(offsetof(PF_ANSICallbacks, ansi_procs) == sizeof(PF_ANSICallbacksSuite1));
   std::memcpy(&callbacks.ansi, &HostMaths(), sizeof(PF_ANSICallbacksSuite1));
   return callbacks;

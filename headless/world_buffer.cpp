@@ -1,4 +1,4 @@
-// Allocation of guarded pictures and the watch over their borders.
+// Allocates guarded worlds and checks their guards.
 #include "headless/world_buffer.h"
 
 #include <sys/mman.h>
@@ -17,10 +17,10 @@ namespace {
 constexpr std::int32_t kMaxSize = 30000;
 constexpr std::size_t kAlignment = 64;
 constexpr std::size_t kBandBytes = 256;
-// Not a legal 16-bit channel (0xCBCB is above 32768) and an unlikely 8-bit one.
+// 0xCBCB is above 32768 and thus no legal 16-bit channel; 0xCB is a rare 8-bit one.
 constexpr std::uint8_t kPoison = 0xCB;
 
-// Differs from byte to byte, so that no constant fill can pass for it.
+// Varies from byte to byte, so that a constant fill does not match it.
 std::byte GuardByte(std::size_t offset) { return static_cast<std::byte>(0xA7U + 31U * offset); }
 
 std::size_t RoundUp(std::size_t value, std::size_t unit) {
@@ -126,7 +126,7 @@ void WorldBuffer::AllocateBetweenBands() {
 }
 
 void WorldBuffer::AllocateBetweenPages() {
-  // The last row goes without its padding, so that the last pixel itself meets the page.
+  // The last row has no padding, so that the last pixel itself abuts the page.
   std::size_t picture = 0;
   if (def_.height > 0) {
     picture = static_cast<std::size_t>(def_.rowbytes) * static_cast<std::size_t>(def_.height - 1) +

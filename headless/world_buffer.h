@@ -1,4 +1,4 @@
-// A world that owns its pixels and notices writes beside them.
+// A world that owns its pixels and detects writes outside them.
 #ifndef VITRELL_HEADLESS_WORLD_BUFFER_H_
 #define VITRELL_HEADLESS_WORLD_BUFFER_H_
 
@@ -11,22 +11,22 @@
 
 namespace vitrell::headless {
 
-// Where the picture touches a page whose access ends the process.
+// Which end of the pixels abuts an inaccessible page, so that a stray access ends the process.
 enum class GuardPages {
   kNone,     // Guard bands only.
-  kAtEnd,    // The last pixel ends where a protected page begins.
-  kAtStart,  // The first pixel begins where a protected page ends.
+  kAtEnd,    // The page follows the last pixel.
+  kAtStart,  // The page precedes the first pixel.
 };
 
-// What fresh pixels hold. Poison makes every read of an unwritten pixel visible; kUnset leaves
-// whatever the memory holds, for measurements.
+// Initial content of the pixels. Poison makes reads of unwritten pixels visible; kUnset leaves the
+// memory as it is, for measurements.
 enum class FreshPixels { kPoison, kZero, kUnset };
 
 struct WorldLayout {
-  // Bytes between the end of a row's pixels and the next row. Even for deep worlds.
+  // Bytes between the end of one row's pixels and the next row; must be even for 16-bit worlds.
   std::int32_t rowPadding = 0;
-  // Bytes that the first pixel lies behind a 64-byte boundary; odd bases are legal for 8-bit
-  // worlds. Not used together with guard pages.
+  // Offset in bytes of the first pixel from a 64-byte boundary; odd ones are legal for 8-bit
+  // worlds. Ignored with guard pages.
   std::int32_t baseOffset = 0;
   GuardPages guardPages = GuardPages::kNone;
   FreshPixels fresh = FreshPixels::kPoison;
@@ -34,17 +34,17 @@ struct WorldLayout {
   bool operator==(const WorldLayout&) const = default;
 };
 
-// A picture of straight ARGB pixels, 8-bit (0..255) or deep (0..32768), with guard bands before
-// and after it. Guard bands and row padding hold a pattern that Damage() verifies.
+// An image of straight ARGB pixels, 8-bit (0..255) or 16-bit (0..32768), between two guard bands.
+// Guard bands and row padding hold a pattern that Damage() checks.
 class WorldBuffer {
  public:
-  // Sizes are 0..30000. Throws HostError for other sizes, for an odd layout of a deep world and
-  // when memory runs out.
+  // Sizes range from 0 to 30000. Throws HostError for other sizes, for an odd layout of a 16-bit
+  // world and if memory runs out.
   WorldBuffer(std::int32_t width, std::int32_t height, bool deep, const WorldLayout& layout = {});
   ~WorldBuffer();
   WorldBuffer(WorldBuffer&& other) noexcept;
   WorldBuffer& operator=(WorldBuffer&& other) noexcept;
-  // Copies have the same layout and pixels; padding and guards are fresh.
+  // Copies have the same layout and pixels, and intact padding and guards.
   WorldBuffer(const WorldBuffer& other);
   WorldBuffer& operator=(const WorldBuffer& other);
 
@@ -55,18 +55,18 @@ class WorldBuffer {
   std::size_t PixelBytes() const { return deep_ ? sizeof(PF_Pixel16) : sizeof(PF_Pixel); }
   const WorldLayout& Layout() const { return layout_; }
 
-  // The host's record of this world. extent_hint starts as (0, 0, width, height), the pixel aspect
-  // as 1/1, world_flags as the deep bit alone where it applies. Copies of the record may be
-  // changed, but name the same pixels only while data, rowbytes, width and height stay.
+  // The host's record of this world, initially with extent_hint (0, 0, width, height), pixel aspect
+  // 1/1 and only the deep bit in world_flags. A copy of the record may be changed, but names the
+  // same pixels only as long as data, rowbytes, width and height stay.
   const PF_LayerDef& Def() const { return def_; }
   void SetExtentHint(const PF_LRect& extent) { def_.extent_hint = extent; }
-  // Replaces all flags. The deep bit must go on telling the depth of the pixels.
+  // Replaces all flags. The deep bit must still match the depth of the pixels.
   void SetWorldFlags(PF_WorldFlags flags) { def_.world_flags = flags; }
 
   std::byte* Row(std::int32_t y);
   const std::byte* Row(std::int32_t y) const;
 
-  // One pixel, without bounds check. At8 is for 8-bit worlds, At16 for deep ones.
+  // One pixel, without a bounds check. At8 is for 8-bit worlds, At16 for 16-bit ones.
   PF_Pixel& At8(std::int32_t x, std::int32_t y);
   const PF_Pixel& At8(std::int32_t x, std::int32_t y) const;
   PF_Pixel16& At16(std::int32_t x, std::int32_t y);
@@ -74,22 +74,22 @@ class WorldBuffer {
 
   // Sets every byte of every pixel.
   void FillBytes(std::uint8_t value);
-  // As the layout has it for fresh pixels.
+  // Refills the pixels with the layout's initial content.
   void FillFresh();
   // Seeded noise over the whole range of the depth: 0..255, or 0..32768.
   void FillNoise(std::uint64_t seed);
 
-  // A sentence about the first guard or padding byte that was overwritten; nothing if all is well.
+  // A sentence about the first overwritten guard or padding byte; empty if there is none.
   std::optional<std::string> Damage() const;
-  // Hash of the pixels, without padding.
+  // A hash of the pixels, excluding padding.
   std::uint64_t Checksum() const;
 
  private:
   void AllocateBetweenBands();
   void AllocateBetweenPages();
   void FillGuards();
-  // Calls function(begin, end) for each guarded range, as offsets into the watched piece, until it
-  // returns false.
+  // Calls function(begin, end) for each guarded range, as offsets from watched_, until it returns
+  // false.
   template <typename Function>
   void ForEachGuard(const Function& function) const;
   std::string DescribeDamage(std::size_t watchedOffset) const;
@@ -99,14 +99,14 @@ class WorldBuffer {
   bool deep_ = false;
   PF_LayerDef def_{};
   std::byte* pixels_ = nullptr;   // First pixel.
-  std::byte* watched_ = nullptr;  // Guards, padding and pixels in one accessible piece.
+  std::byte* watched_ = nullptr;  // Guards, padding and pixels as one block.
   std::size_t watchedBytes_ = 0;
   void* allocation_ = nullptr;
   std::size_t allocationBytes_ = 0;
 };
 
-// The first `maxShown` differing pixels with position and both values, small pictures whole;
-// empty when size, depth and all pixels agree. Padding is not compared.
+// Lists the first `maxShown` differing pixels with position and both values, and small images
+// whole. Empty if size, depth and all pixels agree. Padding is not compared.
 std::string DescribeDifference(const WorldBuffer& expected, const WorldBuffer& actual,
                                int maxShown = 8);
 

@@ -1,4 +1,4 @@
-// Making, disposing, copying and filling of worlds.
+// Creates, disposes of, copies and fills worlds.
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -141,7 +141,7 @@ PF_Err DisposeWorldCallback(PF_ProgPtr effectRef, PF_LayerDef* world) {
   RecordedCall call(host->recorder, CallKind::kDisposeWorld);
   const std::string name = host->worlds.NameOf(world);
   const std::string text = "dispose_world " + name;
-  // Nothing to dispose of: harmless, but visible in the log.
+  // There is nothing to dispose of: harmless, but logged.
   if (name == "none") return call.Answer(text, call.Fault());
   std::unique_ptr<WorldBuffer> buffer;
   switch (host->worlds.Remove(world, buffer)) {

@@ -1,4 +1,4 @@
-// Comparison of two pictures, told so that a failing test needs no debugger.
+// Compares two worlds and describes the difference in enough detail for a failing test.
 #include <cstring>
 #include <sstream>
 
@@ -7,7 +7,7 @@
 namespace vitrell::headless {
 namespace {
 
-constexpr std::int32_t kDumpWholeUpTo = 8;  // Pictures of at most this many rows and columns.
+constexpr std::int32_t kDumpWholeUpTo = 8;  // Most rows and columns shown whole.
 
 std::string PixelText(const WorldBuffer& world, std::int32_t x, std::int32_t y) {
   std::ostringstream text;

@@ -1,4 +1,4 @@
-// Book-keeping of worlds by the address of their pixels.
+// Keeps track of worlds by the address of their pixels.
 #include "headless/world_registry.h"
 
 #include <algorithm>
@@ -20,7 +20,7 @@ void WorldRegistry::AddBorrowed(const char* name, const WorldBuffer& world) {
 KnownWorld WorldRegistry::AddOwned(std::unique_ptr<WorldBuffer> buffer) {
   const std::lock_guard<std::mutex> lock(mutex_);
   const std::string name = "world" + std::to_string(++made_);
-  // The allocator may give a disposed world's address out again.
+  // The allocator may reuse the address of a disposed world.
   disposed_.erase(std::remove(disposed_.begin(), disposed_.end(), buffer->Def().data),
                   disposed_.end());
   entries_.push_back({{name, buffer->Deep(), buffer->Def()}, nullptr});

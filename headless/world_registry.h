@@ -1,4 +1,4 @@
-// The worlds that host and effect share during one command.
+// The worlds that host and effect share during a command.
 #ifndef VITRELL_HEADLESS_WORLD_REGISTRY_H_
 #define VITRELL_HEADLESS_WORLD_REGISTRY_H_
 
@@ -14,31 +14,31 @@
 
 namespace vitrell::headless {
 
-// What the host knows of a world, whatever an effect's copy of the record says.
+// What the host knows about a world, whatever an effect's copy of the record claims.
 struct KnownWorld {
   std::string name;
   bool deep = false;
   PF_LayerDef def{};
 };
 
-// Worlds are recognised by their pixels' address, since effects keep the records by value. May be
-// used from several threads.
+// Worlds are identified by the address of their pixels, since effects copy the records. Safe to use
+// from several threads.
 class WorldRegistry {
  public:
   void Clear();
-  // A world of the caller's, which outlives the command.
+  // A world of the caller's that outlives the command.
   void AddBorrowed(const char* name, const WorldBuffer& world);
-  // Takes the next free name "world1", "world2", ...
+  // Names the world "world1", "world2", ... in order.
   KnownWorld AddOwned(std::unique_ptr<WorldBuffer> buffer);
 
   std::optional<KnownWorld> Find(const PF_LayerDef* world) const;
-  // "none" without a record or pixels, "foreign" for unknown pixels.
+  // "none" if there is no record or no pixels, "foreign" if the pixels are unknown.
   std::string NameOf(const PF_LayerDef* world) const;
 
   enum class Removal { kDone, kBorrowed, kAlreadyDisposed, kUnknown };
-  // Takes an owned world out; its buffer goes to `buffer`.
+  // Removes an owned world and moves its buffer to `buffer`.
   Removal Remove(const PF_LayerDef* world, std::unique_ptr<WorldBuffer>& buffer);
-  // Takes all owned worlds out, with their names, in order of creation.
+  // Removes and returns all owned worlds with their names, in order of creation.
   std::vector<std::pair<std::string, std::unique_ptr<WorldBuffer>>> TakeOutstanding();
 
  private:

@@ -8,7 +8,7 @@ namespace vitrell::headless {
 namespace {
 
 constexpr std::size_t kMaxSpares = 4;
-constexpr std::int64_t kMaxSpareBytes = std::int64_t{64} << 20;  // Of one world.
+constexpr std::int64_t kMaxSpareBytes = std::int64_t{64} << 20;  // Per world.
 
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool kReuse = false;

@@ -1,4 +1,4 @@
-// Disposed worlds kept for the next one of the same shape.
+// Disposed worlds kept for reuse by the next one of the same shape.
 #ifndef VITRELL_HEADLESS_WORLD_SPARES_H_
 #define VITRELL_HEADLESS_WORLD_SPARES_H_
 
@@ -12,14 +12,14 @@
 
 namespace vitrell::headless {
 
-// Saves an effect that makes worlds in every stage the cost of fresh memory pages, as hosts do. A
-// build with the address sanitizer keeps none, so that uses after disposal are found.
+// Spares an effect that makes worlds in every stage the page faults of fresh memory, as hosts do.
+// With the address sanitizer nothing is kept, so that use after disposal is detected.
 class WorldSpares {
  public:
-  // A world with fresh pixels and guards; throws HostError as WorldBuffer does.
+  // A world with fresh pixels and guards. Throws HostError as WorldBuffer's constructor does.
   std::unique_ptr<WorldBuffer> Make(std::int32_t width, std::int32_t height, bool deep,
                                     const WorldLayout& layout);
-  // Takes a world whose guards are whole.
+  // Keeps a world whose guards are intact.
   void Keep(std::unique_ptr<WorldBuffer> world);
 
  private:
