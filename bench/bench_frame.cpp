@@ -1,4 +1,4 @@
-// The checks and the timed render.
+// Checks and times one case.
 #include "bench/bench_frame.h"
 
 #include <utility>
@@ -11,7 +11,7 @@
 namespace vitrell::bench {
 namespace {
 
-// Odd and small: the literal render takes every tap of every pixel.
+// Odd sizes, and small because the literal render sums every tap of every pixel.
 constexpr std::int32_t kSmallWidth = 61;
 constexpr std::int32_t kSmallHeight = 37;
 constexpr double kSmallMiddleX = 30;
@@ -36,7 +36,7 @@ void Apply(const Settings& settings, headless::EffectHost& host) {
   }
 }
 
-// A render turns points told in percent into pixels, which the literal version needs to see.
+// A render converts points set in percent to pixels; the literal version has to get those pixels.
 void PutPointsInTheMiddle(headless::EffectHost& host) {
   for (const headless::Parameter& parameter : host.Parameters()) {
     if (parameter.type != PF_Param_POINT) continue;
@@ -86,7 +86,7 @@ Timing BenchFrame::RenderFloor() {
 }
 
 Memory BenchFrame::MeasureMemory() {
-  const auto host = MakeHost();  // The other one keeps worlds of renders before.
+  const auto host = MakeHost();  // The other host keeps worlds of earlier renders.
   const double before = BeginPeakBytes();
   const headless::RenderResult result = RenderIn(*host);
   return {MostWorldBytes(result.calls, case_.deep), PeakBytes() - before};

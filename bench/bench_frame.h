@@ -1,4 +1,4 @@
-// One set of settings rendered at one size and depth: checked first, then timed.
+// One group of settings rendered at one size and depth: first checked, then timed.
 #ifndef VITRELL_BENCH_BENCH_FRAME_H_
 #define VITRELL_BENCH_BENCH_FRAME_H_
 
@@ -12,8 +12,8 @@
 
 namespace vitrell::bench {
 
-// A control's path and its number: sliders and angles their value, popups the 1-based choice,
-// checkboxes 0 or 1. Points keep their defaults.
+// A control's path and value: the number of a slider or angle, the 1-based choice of a popup, 0 or
+// 1 of a checkbox. Points keep their defaults.
 struct Setting {
   std::string path;
   double value = 0;
@@ -28,36 +28,37 @@ struct FrameCase {
   int threads = 1;
   // Whether only renders on one thread agree; the check of the full size then keeps to one.
   bool oneThreadOnly = false;
-  // Whether the frame has a custom layer for its lens.
+  // Whether a custom layer is attached as the lens.
   bool customLayer = false;
 };
 
-// What one render took.
+// Times of one render.
 struct Timing {
   RenderTimes process;     // Processor time.
-  double wallSeconds = 0;  // From the begin to the end of the RENDER command.
+  double wallSeconds = 0;  // Wall-clock time of the RENDER command.
 };
 
-// The most memory that one render held at a time, in bytes.
+// Peak memory of one render, in bytes.
 struct Memory {
-  double worlds = 0;  // Worlds that the host made for it, by their sizes.
-  double rise = 0;    // By how much the process grew, the worlds included.
+  double worlds = 0;  // Sizes of the worlds that the host made for it.
+  double rise = 0;    // Growth of the process, including the worlds.
 };
 
 class BenchFrame {
  public:
-  // The module comes from TimedModule().
+  // The module must come from TimedModule().
   BenchFrame(std::shared_ptr<const headless::EffectModule> module, FrameCase frameCase);
 
-  // An empty string when the effect's pictures are right: at a small size equal to the literal
-  // render; at the full size the same with another number of threads and padded rows; and when the
-  // floor makes the same host calls. Otherwise what is wrong.
+  // Returns an empty string if the effect's results are right, or else what is wrong. They are
+  // right if at a small size they equal the literal render, if at full size another number of
+  // threads and padded rows make no difference, and if the floor makes the same host calls.
   std::string Check();
   // Renders once.
   Timing Render();
-  // The same host calls with passes that only copy. Check() makes them known.
+  // Makes the same host calls, with passes that only copy. Check() has to be called first.
   Timing RenderFloor();
-  // Renders once in a fresh host. Throws std::runtime_error where the system does not tell.
+  // Renders once in a fresh host. Throws std::runtime_error if the system does not report memory
+  // use.
   [[nodiscard]] Memory MeasureMemory();
 
   [[nodiscard]] double Pixels() const;

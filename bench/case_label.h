@@ -1,4 +1,4 @@
-// Names of measured cases, as the benchmarks register them and the report looks them up.
+// Names of measured cases, under which the benchmarks register them and the report finds them.
 #ifndef VITRELL_BENCH_CASE_LABEL_H_
 #define VITRELL_BENCH_CASE_LABEL_H_
 

@@ -1,4 +1,4 @@
-// What is measured: settings by name, and what each is measured beside.
+// The measured cases: settings by name, and the settings each is compared with.
 #include "bench/cases.h"
 
 #include <utility>
@@ -22,7 +22,7 @@ Settings Joined(Settings first, const Settings& second) {
   return first;
 }
 
-// No lens, no stage that is visible; then what is told.
+// No lens and no visible stage, then the given settings.
 Settings AllOff(const Settings& more = {}) {
   return Joined({{"lens.type", kNone},
                  {"fast-blur.visible", 0},
@@ -36,7 +36,7 @@ Settings AllOff(const Settings& more = {}) {
                 more);
 }
 
-// A stage's name in paths, and how much of it.
+// Switches a stage on, by its name in paths, and sets its amount.
 Settings Stage(const std::string& name, double amount, const std::string& control = "amount") {
   return {{name + ".visible", 1}, {name + "." + control, amount}};
 }
@@ -47,7 +47,7 @@ Settings Lens(double type, double feather) {
   return {{"lens.type", type}, {"lens.feather", feather}};
 }
 
-// A blur within a circle, and one that follows the circle as its map.
+// A blur inside a circular lens, and one with that circle as its map.
 Settings InCircle(const std::string& blur, double amount, double feather) {
   return AllOff(Joined(Lens(kCircle, feather), Stage(blur, amount)));
 }
@@ -82,7 +82,7 @@ BenchCase Pass(std::string name, std::string detail, Settings settings, int pass
   return result;
 }
 
-// Lightness makes the picture differ from the layer that it is blended with.
+// Lightness makes the front differ from the layer it is blended with.
 BenchCase Blend(std::string detail, double mode, double intensity) {
   return Pass("Blend", std::move(detail),
               Joined(Alone("lightness", 40), {{"mode", mode}, {"intensity", intensity}}), 1, 2);
@@ -103,8 +103,8 @@ std::vector<BenchCase> FastBlurs() {
       Plain("FastBlurInLens", "r20-feather50", InCircle("fast-blur", 20, 50)),
       Plain("FastBlurMapped", "r20-feather50", Mapped("fast-blur", 20, 50),
             InCircle("fast-blur", 20, 50)),
-      // A hundredth of the amount is twice the feather or more: the lens mask is made stronger
-      // instead of the blur following it.
+      // With amount / 100 >= twice the feather the fast blur does not follow the lens: the lens
+      // mask is strengthened instead.
       Plain("FastBlurMapped", "r200-feather50", Mapped("fast-blur", 200, 50),
             Mapped("fast-blur", 20, 50)),
       Plain("FastBlurMapped", "r20-feather150", Mapped("fast-blur", 20, 150)),

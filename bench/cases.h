@@ -1,4 +1,4 @@
-// What is measured: settings by name, and what each is measured beside.
+// The measured cases: settings by name, and the settings each is compared with.
 #ifndef VITRELL_BENCH_CASES_H_
 #define VITRELL_BENCH_CASES_H_
 
@@ -11,28 +11,29 @@ namespace vitrell::bench {
 
 struct BenchCase {
   std::string name;
-  std::string detail;  // Behind the size, such as "r20"; may be empty.
+  std::string detail;  // Follows the size, such as "r20"; may be empty.
   Settings settings;
   // With a trail the picture depends on the threads' timing: it can only be checked on one.
   bool oneThreadOnly = false;
   bool customLayer = false;
-  // Rendered in turn with the case; x_other is the case's time over the other's. The other settings
-  // are another case's own, so that their picture is checked there.
+  // Rendered alternately with the case; x_other is the ratio of the two times. These settings
+  // always are those of another case as well, where their result is checked.
   Settings other;
-  // Which pass is the stage's own, counted from 0, and how many the render has; x_pass is its time,
-  // with what the effect prepares for it, over the floor's same pass. -1: none.
+  // The index of the stage's own pass, counted from 0, and the number of passes of the render;
+  // x_pass is the time of that pass, including the effect's preparation, relative to the same pass
+  // of the floor. -1: none.
   int pass = -1;
   int passes = 0;
-  // x_pass is the time that the lens mask takes, over a pass of the floor.
+  // x_pass is the time of the lens mask relative to a pass of the floor.
   bool mask = false;
   // Whether it is also measured at 7680 x 4320.
   bool huge = false;
 };
 
-// Every case but the sum of stages.
+// Every case except EverythingOn().
 std::vector<BenchCase> AllCases();
 
-// Every stage at once, the lens alone, and each stage alone in that lens.
+// Every stage at once, the lens alone, and each stage alone within that lens.
 Settings EverythingOn();
 Settings CircleAlone();
 std::vector<Settings> EachAlone();

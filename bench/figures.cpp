@@ -1,4 +1,4 @@
-// Medians of what a case is asked for, out of the renders of one case.
+// Medians of the measured times over the renders of one case.
 #include "bench/figures.h"
 
 #include <algorithm>
@@ -6,8 +6,8 @@
 namespace vitrell::bench {
 namespace {
 
-// From the end of the pass or copy before it, so that what the effect prepares is in it, to its own
-// end. What the effect clears up behind a pass counts for whatever comes next.
+// Counted from the end of the previous pass or copy, so as to include the effect's preparation.
+// What the effect cleans up after a pass counts towards the next one.
 double PassSeconds(const Timing& timing, int pass) {
   double begin = 0;
   for (const FrameCall& call : timing.process.calls) {
@@ -17,7 +17,7 @@ double PassSeconds(const Timing& timing, int pass) {
   return 0;
 }
 
-// The lens mask is all that a render does before it copies the layer.
+// Everything that a render does before it copies the layer is the lens mask.
 double BeforeLayerCopySeconds(const Timing& timing) {
   for (const FrameCall& call : timing.process.calls) {
     if (call.readsLayer) return call.beginSeconds;

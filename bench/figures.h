@@ -1,4 +1,4 @@
-// Medians of what a case is asked for, out of the renders of one case.
+// Medians of the measured times over the renders of one case.
 #ifndef VITRELL_BENCH_FIGURES_H_
 #define VITRELL_BENCH_FIGURES_H_
 
@@ -14,32 +14,31 @@ class Median {
  public:
   void Add(double value) { values_.push_back(value); }
   [[nodiscard]] std::size_t Count() const { return values_.size(); }
-  // The middle value, the upper one of two; 0 without any.
+  // The median, or the upper of the two middle values; 0 if there is none.
   [[nodiscard]] double Get() const;
-  // The smallest value; 0 without any.
+  // The smallest value; 0 if there is none.
   [[nodiscard]] double Best() const;
 
  private:
   std::vector<double> values_;
 };
 
-// How many passes the host was asked for.
+// Number of passes that the host ran.
 int CountPasses(const Timing& timing);
 
-// Seconds. Whole renders on more than one thread are time on the wall, everything else is processor
-// time.
+// All in seconds: wall-clock time for whole renders on several threads, processor time otherwise.
 class Figures {
  public:
   explicit Figures(int threads) : wall_(threads > 1) {}
 
-  // One render of the case and one of its floor.
+  // Adds one render of the case and one of its floor.
   void Add(const BenchCase& benchCase, const Timing& own, const Timing& ofFloor);
   void AddOther(double seconds) { other.Add(seconds); }
   [[nodiscard]] double SecondsOf(const Timing& timing) const;
 
   Median whole;
   Median floor;
-  Median other;      // What the case is measured beside.
+  Median other;      // The settings that the case is compared with.
   Median part;       // The stage's own pass, or the lens mask.
   Median floorPass;  // One pass of the floor.
 

@@ -1,5 +1,5 @@
-// The floor's passes: each pixel is copied. In a module of its own, as an effect's callbacks are: a
-// call into another module costs more than one within a program.
+// The floor's passes, which copy each pixel. They are built as a separate module, like an effect's
+// callbacks, because a call into another module costs more than one within a program.
 #include "host/host_api.h"
 
 extern "C" {

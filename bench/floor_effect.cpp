@@ -1,4 +1,4 @@
-// Reads the log of a render and plays it back.
+// Parses the log of a render's host calls and replays them.
 #include "bench/floor_effect.h"
 
 #include <dlfcn.h>
@@ -20,8 +20,7 @@ namespace {
 
 using headless::CallKind;
 
-// Worlds by number: 0 the input, 1 the output, 2 none, 3 the custom layer, 4 world1
-// and so on.
+// Indices of worlds: 0 is the input, 1 the output, 2 none, 3 the custom layer, 4 world1, and so on.
 constexpr std::size_t kInput = 0;
 constexpr std::size_t kOutput = 1;
 constexpr std::size_t kNone = 2;
@@ -31,7 +30,7 @@ constexpr std::size_t kMaxWorlds = 64;
 
 struct Step {
   CallKind kind = CallKind::kAny;
-  std::size_t first = kNone;   // The world read, made, filled or asked about.
+  std::size_t first = kNone;   // The world read, made, filled or queried.
   std::size_t second = kNone;  // The world written.
   std::array<A_long, 4> numbers{};
   std::string suite;
@@ -43,7 +42,7 @@ struct Plan {
   std::vector<Step> steps;
 };
 
-// The entry point of an effect is a plain function; this is what it plays.
+// Global because an entry point is a plain function: the calls that it replays.
 Plan g_plan;
 
 std::size_t WorldNumber(const std::string& name) {
@@ -112,7 +111,7 @@ Step ReadStep(const headless::HostCall& call) {
   return step;
 }
 
-// The passes of the loaded module beside this program.
+// The copying callbacks from the module that is loaded beside this program.
 struct FloorCallbacks {
   PF_IteratePixel8Func copyPixel8 = nullptr;
   PF_IteratePixel16Func copyPixel16 = nullptr;
@@ -229,7 +228,7 @@ PF_Err FloorEntryPoint(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data, PF_
 std::shared_ptr<const headless::EffectModule> MakeFloorModule(
     std::shared_ptr<const headless::EffectModule> real,
     const std::vector<headless::HostCall>& calls) {
-  static_cast<void>(LoadedCallbacks());  // Not for the first time while something is measured.
+  static_cast<void>(LoadedCallbacks());  // Loads the module now rather than while measuring.
   std::vector<Step> steps;
   std::transform(calls.begin(), calls.end(), std::back_inserter(steps), ReadStep);
   g_plan = {std::move(real), std::move(steps)};

@@ -1,6 +1,6 @@
-// An effect that makes the host calls of a recorded render and does nothing in between: its passes
-// copy each pixel. Its time is what the host itself costs, the floor below which no effect with
-// the same passes can come.
+// An effect that makes the host calls of a recorded render and does no work of its own: its passes
+// copy each pixel. Its time is what the host itself costs; no effect with the same passes can be
+// faster.
 #ifndef VITRELL_BENCH_FLOOR_EFFECT_H_
 #define VITRELL_BENCH_FLOOR_EFFECT_H_
 
@@ -12,8 +12,9 @@
 
 namespace vitrell::bench {
 
-// The floor of the effect whose render made these calls. Every command but RENDER goes to the real
-// module. One floor module exists at a time. Throws std::runtime_error for a call it cannot replay.
+// Makes the floor of the effect whose render made these calls. Every command except RENDER is
+// passed to the real module. Only one floor module may exist at a time. Throws std::runtime_error
+// for a call that it cannot replay.
 std::shared_ptr<const headless::EffectModule> MakeFloorModule(
     std::shared_ptr<const headless::EffectModule> real,
     const std::vector<headless::HostCall>& calls);

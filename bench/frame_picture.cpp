@@ -1,4 +1,4 @@
-// The pictures that frames are rendered from.
+// The input images of the measured frames.
 #include "bench/frame_picture.h"
 
 #include <array>
@@ -12,7 +12,7 @@ namespace {
 constexpr std::int32_t kWhite8 = 255;
 constexpr std::int32_t kWhite16 = 32768;
 
-// Alpha, red, green, blue, in the depth's own scale.
+// Alpha, red, green and blue in the range of the depth.
 using Channels = std::array<std::int32_t, 4>;
 
 void Put(headless::WorldBuffer& buffer, std::int32_t x, std::int32_t y, const Channels& c) {

@@ -1,4 +1,4 @@
-// The pictures that frames are rendered from.
+// The input images of the measured frames.
 #ifndef VITRELL_BENCH_FRAME_PICTURE_H_
 #define VITRELL_BENCH_FRAME_PICTURE_H_
 
@@ -8,12 +8,12 @@
 
 namespace vitrell::bench {
 
-// The sample picture in its own size; larger frames show it again, mirrored at its far edges.
-// Throws std::runtime_error when it cannot be read.
+// The sample picture at its own size; larger frames repeat it, mirrored at its right and lower
+// edge. Throws std::runtime_error if it cannot be read.
 headless::WorldBuffer MakeStreet(std::int32_t width, std::int32_t height, bool deep);
 
-// Soft gradients with fine noise, bright spots and a transparent corner: nothing that a stage could
-// take a short cut through.
+// Soft gradients with fine noise, bright spots and a transparent corner, which leave no stage a
+// shortcut.
 headless::WorldBuffer MakeNoise(std::int32_t width, std::int32_t height, bool deep);
 
 }  // namespace vitrell::bench

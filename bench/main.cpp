@@ -1,12 +1,12 @@
-// Benchmarks of whole frames and of each stage alone, with the picture checked before a time is
-// told. A wrong picture, or a filter that fits nothing, is exit code 1.
+// Benchmarks of whole frames and of each stage alone. Every result is checked before its time is
+// reported; a wrong one, or a filter that matches nothing, ends with exit code 1.
 //
-// Names are CASE/8bit/1080p/DETAIL/threads1. Counters, 0 where not measured: ms, the median of the
-// renders; floor_ms, the same for the floor, rendered in turn; x_floor, their ratio; other_ms and
-// x_other, the settings that the case is measured beside, with two threads the same case on one;
-// best_ms and best_other_ms, the shortest renders; pass_ms, floor_pass_ms and x_pass, the stage's
-// own part against one pass of the floor; worlds_mb and rise_mb, the memory of one render. Times
-// are processor time, those of whole renders on two threads time on the wall.
+// Names are CASE/8bit/1080p/DETAIL/threads1. Counters, 0 where not measured: ms, the median over
+// the renders; floor_ms, the same for the floor, rendered alternately; x_floor, their ratio;
+// other_ms and x_other, the settings that the case is compared with, or for two threads the same
+// case on one; best_ms and best_other_ms, the shortest renders; pass_ms, floor_pass_ms and x_pass,
+// the stage's own part against one pass of the floor; worlds_mb and rise_mb, the memory of one
+// render. Times are processor time, except wall-clock time for whole renders on two threads.
 #include <benchmark/benchmark.h>
 
 #include <CLI/CLI.hpp>
@@ -35,15 +35,15 @@ constexpr Size k1080p = {"1080p", 1920, 1080};
 constexpr Size k2160p = {"2160p", 3840, 2160};
 constexpr Size k4320p = {"4320p", 7680, 4320};
 
-// How often a case is rendered: the fewest times, then until the seconds are over.
+// How often a case is rendered: at least `fewest` times, then up to `most` while time is left.
 struct Patience {
   std::size_t fewest = 3;
   std::size_t most = 11;
   double seconds = 0.8;
-  // A render that takes longer than this is enough by itself: its share of noise is small.
+  // A single render that takes longer than this is enough: its relative noise is small.
   double longSeconds = 5;
 };
-// Time on the wall is less steady than processor time.
+// Wall-clock time varies more than processor time.
 constexpr Patience kOnTheWall = {5, 21, 2, 5};
 constexpr Patience kQuick = {1, 3, 0.2, 1};
 
@@ -92,7 +92,7 @@ void Fail(benchmark::State& state, Bench& bench, const std::string& wrong) {
   state.SkipWithError(wrong.substr(0, wrong.find('\n')).c_str());
 }
 
-// The same case on one thread, or the case's other settings; null if there is neither.
+// The case that this one is compared with: on one thread, or with the other settings; null if none.
 std::unique_ptr<BenchFrame> MakeOther(const Bench& bench, const BenchCase& benchCase,
                                       FrameCase frameCase) {
   if (frameCase.threads == 1) {
@@ -128,7 +128,7 @@ void Run(benchmark::State& state, Bench& bench, const BenchCase& benchCase,
   Tell(state, figures, frame, frameCase.threads == 1 ? frame.MeasureMemory() : Memory{});
 }
 
-// Everything on; the other time is that of the lens alone and of what each stage adds to it.
+// Everything on; other_ms is the sum of the lens alone and of what each stage adds to it.
 void RunEverything(benchmark::State& state, Bench& bench, FrameCase frameCase) {
   const auto makeFrame = [&](const Settings& settings) {
     frameCase.settings = settings;

@@ -1,4 +1,4 @@
-// Picture files for the measurements: straight RGBA, row by row.
+// Image files for the measurements: straight RGBA, row-major.
 #include "bench/picture.h"
 
 #include <OpenImageIO/imageio.h>

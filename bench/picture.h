@@ -1,4 +1,4 @@
-// Picture files for the measurements: straight RGBA, row by row.
+// Image files for the measurements: straight RGBA, row-major.
 #ifndef VITRELL_BENCH_PICTURE_H_
 #define VITRELL_BENCH_PICTURE_H_
 
@@ -15,7 +15,7 @@ struct Picture {
   int height = 0;
   std::vector<Channel> rgba;
 
-  // The first channel of a pixel.
+  // Index of a pixel's first channel.
   [[nodiscard]] std::size_t At(int x, int y) const {
     return (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
             static_cast<std::size_t>(x)) *
@@ -23,8 +23,8 @@ struct Picture {
   }
 };
 
-// The four channels of a picture as full-range integers. Throws std::runtime_error for a file that
-// cannot be read or has another number of channels.
+// Reads an image's four channels as full-range integers. Throws std::runtime_error for a file that
+// cannot be read or does not have four channels.
 Picture<std::uint8_t> ReadPicture8(const std::string& path);
 Picture<std::uint16_t> ReadPicture16(const std::string& path);
 

@@ -8,15 +8,15 @@
 namespace vitrell::bench {
 namespace {
 
-// The entry point of an effect is a plain function, and so are the host's callbacks: what they hand
-// on to and what they measure is held here.
+// Global because an entry point and the host's callbacks are plain functions: what they forward to,
+// and what they measure.
 struct Clock {
   PF_InData* inData = nullptr;
   const void* layerPixels = nullptr;
   double start = 0;
   RenderTimes times;
 
-  // The host's, while the record holds the ones below.
+  // The host's tables, while the record holds those of the clock.
   PF_UtilCallbacks* hostUtils = nullptr;
   decltype(PF_InData::pica_basicP) hostBasic = nullptr;
   const PF_Iterate8Suite1* hostIterate8 = nullptr;
@@ -36,7 +36,7 @@ double ProcessSeconds() {
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-// Calls the host and writes down how long it took.
+// Calls the host and records the duration.
 template <typename Call>
 PF_Err Timed(bool isPass, const PF_LayerDef* from, const Call& call) {
   const double begin = ProcessSeconds() - g_clock.start;

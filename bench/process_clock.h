@@ -1,5 +1,5 @@
-// Processor time of RENDER commands and of the host calls within them. The machine may be shared:
-// what other programs take is not in it, unlike in the time on the wall.
+// Processor time of RENDER commands and of the host calls within them. Unlike wall-clock time it
+// excludes what other programs take on a shared machine.
 #ifndef VITRELL_BENCH_PROCESS_CLOCK_H_
 #define VITRELL_BENCH_PROCESS_CLOCK_H_
 
@@ -11,7 +11,7 @@
 
 namespace vitrell::bench {
 
-// A host call that goes over a whole frame: a pass or a copy. Seconds since the command began.
+// A host call that processes a whole frame: a pass or a copy. Seconds since the command began.
 struct FrameCall {
   bool isPass = false;
   bool readsLayer = false;
@@ -19,14 +19,15 @@ struct FrameCall {
   double endSeconds = 0;
 };
 
-// Seconds are processor time, all threads together.
+// Processor seconds, summed over all threads.
 struct RenderTimes {
   double seconds = 0;
   std::vector<FrameCall> calls;
 };
 
-// Measures while it lives; its end is what LastRenderTimes() tells. Meanwhile the record's iterate
-// suites and its copy are the clock's own, which hand on to the host's. One at a time.
+// Measures during its lifetime; afterwards LastRenderTimes() returns the result. Meanwhile the
+// record's iterate suites and copy callback are the clock's, which forward to the host's. Only one
+// may exist at a time.
 class RenderClock {
  public:
   RenderClock(PF_InData* in_data, const PF_LayerDef& layer);
@@ -37,7 +38,7 @@ class RenderClock {
 
 const RenderTimes& LastRenderTimes();
 
-// The module with a clock around its RENDER. A program makes one such module.
+// Wraps the module so that its RENDER is timed. Only one such module may exist in a program.
 std::shared_ptr<const headless::EffectModule> TimedModule(
     std::shared_ptr<const headless::EffectModule> real);
 

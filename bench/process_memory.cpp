@@ -1,4 +1,4 @@
-// How much memory the process holds, by /proc/self, and what the host's worlds take of it.
+// Memory use of the process, from /proc/self, and the share of the host's worlds.
 #include "bench/process_memory.h"
 
 #include <malloc.h>
@@ -13,7 +13,7 @@
 namespace vitrell::bench {
 namespace {
 
-// A line of /proc/self/status, in bytes.
+// The value of a line of /proc/self/status, in bytes.
 double StatusBytes(const std::string& name) {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
@@ -28,7 +28,7 @@ double StatusBytes(const std::string& name) {
 double BeginPeakBytes() {
   malloc_trim(0);
   std::ofstream request("/proc/self/clear_refs");
-  request << 5 << std::flush;  // The peak begins anew.
+  request << 5 << std::flush;  // 5 resets the peak.
   if (!request) throw std::runtime_error("/proc/self/clear_refs cannot be written");
   return StatusBytes("VmRSS");
 }

@@ -1,4 +1,4 @@
-// How much memory the process holds, and what the host's worlds take of it.
+// Memory use of the process, and the share of the host's worlds.
 #ifndef VITRELL_BENCH_PROCESS_MEMORY_H_
 #define VITRELL_BENCH_PROCESS_MEMORY_H_
 
@@ -8,13 +8,13 @@
 
 namespace vitrell::bench {
 
-// Gives free memory back to the system, then starts a new peak. Returns the resident bytes. Throws
-// std::runtime_error where the system does not tell.
+// Returns free memory to the system, resets the peak and returns the resident size in bytes. Throws
+// std::runtime_error if the system does not report it.
 double BeginPeakBytes();
-// The most resident bytes since then.
+// The peak resident size since then.
 double PeakBytes();
 
-// The most bytes of worlds made by new_world that lived at a time.
+// The largest total size of worlds from new_world that existed at once.
 double MostWorldBytes(const std::vector<headless::HostCall>& calls, bool deep);
 
 }  // namespace vitrell::bench

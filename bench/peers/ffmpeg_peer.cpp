@@ -1,4 +1,4 @@
-// FFmpeg's filter library: box blur three times over, and lens correction with bilinear sampling.
+// FFmpeg's filter library: three successive box blurs, and lens correction with bilinear sampling.
 extern "C" {
 #include <libavfilter/avfilter.h>
 #include <libavfilter/buffersink.h>
@@ -18,7 +18,7 @@ extern "C" {
 namespace vitrell::peers {
 namespace {
 
-// These filters take planes; red, green, blue and alpha lie in planes 2, 0, 1 and 3.
+// These filters work on planar images: red, green, blue and alpha are planes 2, 0, 1 and 3.
 constexpr std::array<std::size_t, 4> kPlaneOfChannel = {2, 0, 1, 3};
 
 struct FreeFrame {
@@ -67,7 +67,7 @@ Picture8 FromFrame(const AVFrame& frame) {
   return picture;
 }
 
-// source -> the filter -> sink, on one thread.
+// A filter graph source -> filter -> sink, on one thread.
 class Chain {
  public:
   Chain(const Picture8& picture, const char* filter, const char* options)
@@ -84,7 +84,7 @@ class Chain {
     Check(avfilter_link(source_, 0, middle, 0), "linking");
     Check(avfilter_link(middle, 0, sink_, 0), "linking");
     Check(avfilter_graph_config(graph_.get(), nullptr), "configuring");
-    // Nothing may be converted beside the filter.
+    // A fourth filter would be an implicit pixel format conversion, which must not be measured.
     if (graph_->nb_filters != 3) throw std::runtime_error("a conversion was put in");
   }
 

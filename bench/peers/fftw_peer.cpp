@@ -1,4 +1,4 @@
-// FFTW: the pentagon as a product of spectra, single precision, three channels.
+// FFTW: convolution with a pentagon as a product of spectra, single precision, three channels.
 #include <fftw3.h>
 
 #include <algorithm>
@@ -17,7 +17,7 @@ struct Free {
   void operator()(Value* values) const { fftwf_free(values); }
 };
 
-// The next size whose only factors are 2, 3 and 5, and which is even.
+// The next even size without prime factors other than 2, 3 and 5.
 int GoodSize(int atLeast) {
   for (int size = atLeast + atLeast % 2;; size += 2) {
     int rest = size;
@@ -33,8 +33,8 @@ int Mirrored(int position, int size) {
   return position < size ? position : 2 * (size - 1) - position;
 }
 
-// One convolution by a kernel of this radius, edges mirrored. Plans and the kernel's spectrum are
-// made beforehand.
+// Convolution by one kernel of the given radius with mirrored edges. Plans and the kernel's
+// spectrum are computed in advance.
 class Convolver {
  public:
   Convolver(int width, int height, int radiusPx)
@@ -54,7 +54,7 @@ class Convolver {
     std::fill_n(plane_.get(), Count(columns_), 0.0F);
     const std::vector<float> weights = PentagonKernel(radiusPx);
     const int size = 2 * radiusPx + 1;
-    // Turned by half, as a convolution turns it back; its middle lies at the origin.
+    // Rotated by 180 degrees, which the convolution undoes, with its centre at the origin.
     for (int i = 0; i < size * size; ++i) {
       const int y = (rows_ - (i / size - radiusPx)) % rows_;
       const int x = (columns_ - (i % size - radiusPx)) % columns_;

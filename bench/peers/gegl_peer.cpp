@@ -15,7 +15,7 @@ struct Buffers {
   GeglBuffer* map;
 };
 
-// Blits source -> operation (-> with the map on its second pad) into memory, nothing cached.
+// Renders source -> operation (with the map on its auxiliary input if byMap) to memory, uncached.
 void Run(const Peer& peer, const Buffers& buffers, const std::string& caseName, bool byMap,
          const std::function<GeglNode*(GeglNode*)>& makeOperation) {
   GeglNode* const graph = gegl_node_new();
@@ -94,8 +94,8 @@ void Measure(const Peer& peer) {
 }  // namespace vitrell::peers
 
 int main(int argc, char** argv) {
-  // Some operations are offered only to programs that may be given on under this licence; this one
-  // is given to nobody. No swap means that buffers stay in memory.
+  // Some operations are available only to programs that declare a compatible licence; this program
+  // is never distributed. Without a swap file, buffers stay in memory.
   g_object_set(gegl_config(), "application-license", "GPL3", "threads", 1, "use-opencl", FALSE,
                "swap", nullptr, nullptr);
   gegl_init(nullptr, nullptr);

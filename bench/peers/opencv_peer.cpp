@@ -1,4 +1,4 @@
-// OpenCV: box blurs, pentagon and line by filter2D, remap with ready maps, lookup and blend.
+// OpenCV: box blurs, pentagon and line by filter2D, remap with precomputed maps, look-up and blend.
 #include <cmath>
 #include <opencv2/core.hpp>
 #include <opencv2/core/utility.hpp>
@@ -14,7 +14,7 @@ Picture8 FromMat(const cv::Mat& mat) {
   return {mat.cols, mat.rows, std::vector<std::uint8_t>(mat.datastart, mat.dataend)};
 }
 
-// Where each pixel comes from when the picture is seen through a lens with this field of view.
+// The source position of each pixel of an image seen through a lens with this field of view.
 void LensMaps(cv::Size size, double fieldOfView, cv::Mat* mapX, cv::Mat* mapY) {
   mapX->create(size, CV_32FC1);
   mapY->create(size, CV_32FC1);

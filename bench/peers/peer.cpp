@@ -1,4 +1,4 @@
-// What the peer programs share: the command line, the picture, the clock and the printed lines.
+// Shared by the peer programs: command line, image files, clock and output.
 #include "bench/peers/peer.h"
 
 #include <algorithm>
@@ -102,7 +102,7 @@ void Peer::Measure(const std::string& caseName, const std::function<void()>& run
     if (quick_) break;
   }
   const Picture8 picture = result();
-  // What did nothing may not tell a time.
+  // An operation without effect must not be timed.
   if (picture.rgba == input_.rgba) throw std::runtime_error(name + " left the picture as it was");
   std::sort(times.begin(), times.end());
   std::printf("%s\t%.3f\n", name.c_str(), times[times.size() / 2]);

@@ -1,4 +1,4 @@
-// libvips: a box blur with integer sums, once and three times over.
+// libvips: a box blur with integer sums, once and three times in succession.
 #include <vips/vips.h>
 
 #include <array>

@@ -1,4 +1,4 @@
-// Turns what the benchmarks and the peers have measured into the tables of docs/performance.md.
+// Turns the results of the benchmarks and the peers into the tables of docs/performance.md.
 #include <CLI/CLI.hpp>
 #include <cstddef>
 #include <cstdio>
@@ -29,7 +29,8 @@ std::string Title(const CaseName& what) {
   return what.detail.empty() ? what.name : what.name + " " + what.detail;
 }
 
-// A Markdown table: the first column holds words, the others numbers. Prints nothing without rows.
+// A Markdown table whose first column is text and whose others are numbers. Prints nothing if it
+// has no rows.
 class Table {
  public:
   Table(std::string title, std::vector<std::string> head)
@@ -75,8 +76,8 @@ void TargetTable(const Results& results) {
   table.Print();
 }
 
-// The stage's own milliseconds: its pass or mask, otherwise what the frame takes longer than the
-// one with all stages off.
+// The stage's own milliseconds: those of its pass or of the mask, or else the difference between
+// the frame and the frame with all stages off.
 std::optional<double> OwnMs(const Results& results, const CaseName& what, bool deep) {
   const auto part = results.Get(what, {deep}, "pass_ms");
   if (part && *part > 0) return part;
@@ -86,8 +87,8 @@ std::optional<double> OwnMs(const Results& results, const CaseName& what, bool d
   return *frame - *off;
 }
 
-// The same in passes of the floor: its own frame's if the stage is a pass, otherwise that of the
-// frame with all stages off.
+// The same in units of a pass of the floor: that of its own frame if the stage is a pass, otherwise
+// that of the frame with all stages off.
 std::optional<double> OwnPasses(const Results& results, const CaseName& what, bool deep) {
   const auto part = results.Get(what, {deep}, "x_pass");
   if (part && *part > 0) return part;
@@ -123,7 +124,7 @@ void CaseTable(const Results& results, bool deep) {
   table.Print();
 }
 
-// Medians, how many times as fast they are, and the same of the shortest renders.
+// The two medians and their ratio, and the ratio of the shortest renders.
 std::vector<std::string> ThreadCells(const Results& results, const CaseName& what, bool deep) {
   const Setup setup = {deep, "1080p", 2};
   const auto one = results.Get(what, setup, "other_ms");
@@ -148,7 +149,7 @@ void ThreadTable(const Results& results) {
   table.Print();
 }
 
-// Nanoseconds a pixel in the three sizes, and the largest over the smallest.
+// Nanoseconds per pixel at three sizes, and the ratio of the largest to the smallest size.
 std::vector<std::string> SizeCells(const Results& results, const CaseName& what, bool deep,
                                    const std::string& counter) {
   std::vector<std::string> cells;

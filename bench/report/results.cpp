@@ -1,4 +1,4 @@
-// What the benchmarks and the peers have measured.
+// The results of the benchmarks and the peers.
 #include "bench/report/results.h"
 
 #include <algorithm>

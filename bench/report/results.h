@@ -1,4 +1,4 @@
-// What the benchmarks and the peers have measured.
+// The results of the benchmarks and the peers.
 #ifndef VITRELL_BENCH_REPORT_RESULTS_H_
 #define VITRELL_BENCH_REPORT_RESULTS_H_
 
@@ -9,13 +9,13 @@
 
 namespace vitrell::report {
 
-// A case without depth, size and threads: {"FastBlur", "r20"}.
+// A case without its depth, size and threads: {"FastBlur", "r20"}.
 struct CaseName {
   std::string name;
   std::string detail;
 };
 
-// Where a case was measured.
+// The configuration in which a case was measured.
 struct Setup {
   bool deep = false;
   std::string size = "1080p";
@@ -24,19 +24,19 @@ struct Setup {
 
 class Results {
  public:
-  // The benchmarks' JSON file, and lines of "peer/case <tab> milliseconds", which may be none.
-  // Throws std::runtime_error for a file that cannot be read and for a case whose picture was
-  // wrong.
+  // Reads the benchmarks' JSON file and lines of "peer/case <tab> milliseconds", which may be
+  // absent. Throws std::runtime_error for a file that cannot be read and for a case whose result
+  // was wrong.
   Results(const std::string& benchmarks, const std::string& peers);
 
-  // A counter of a case; nothing if the case was not measured.
+  // A counter of a case; empty if the case was not measured.
   [[nodiscard]] std::optional<double> Get(const CaseName& what, const Setup& setup,
                                           const std::string& counter) const;
   [[nodiscard]] bool Has(const CaseName& what, const Setup& setup) const;
-  // Milliseconds of a peer, such as "fftw/pentagon/r20".
+  // Milliseconds of a peer's case, such as "fftw/pentagon/r20".
   [[nodiscard]] std::optional<double> Peer(const std::string& name) const;
 
-  // The cases in the order in which they were measured, each once.
+  // The cases in the order of measurement, without repetitions.
   [[nodiscard]] const std::vector<CaseName>& Cases() const { return cases_; }
 
  private:
@@ -45,7 +45,7 @@ class Results {
   std::vector<CaseName> cases_;
 };
 
-// a / b, where both are known and b is not 0.
+// a / b, or nothing if either is unknown or b is 0.
 std::optional<double> Ratio(std::optional<double> a, std::optional<double> b);
 
 }  // namespace vitrell::report

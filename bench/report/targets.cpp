@@ -1,4 +1,4 @@
-// What the measured cases are to reach.
+// The performance targets of the measured cases.
 #include "bench/report/targets.h"
 
 #include <map>
@@ -7,7 +7,7 @@
 namespace vitrell::report {
 namespace {
 
-// What the realistic blur may hold beside the worlds: 64 MB and four floats a pixel.
+// Memory that the realistic blur may use besides the worlds: 64 MB and four floats a pixel.
 constexpr double kRealisticMegabytes = 64 + 16 * 1920 * 1080 / 1e6;
 
 Target Of(std::string what, std::string beside, double limit, CaseName name, std::string counter) {
@@ -76,7 +76,8 @@ Target TwoThreads() {
   return target;
 }
 
-// A sum of nine differences is not exact; a stage that costs more than alone shows all the same.
+// 1.05 allows for the error of a sum of nine differences, yet would show a stage that costs more
+// within the whole than alone.
 Target Everything() {
   Target target = Beside("Everything on", "the lens and what each stage adds to it alone", 1.05,
                          {"Everything", ""});

@@ -1,4 +1,4 @@
-// What the measured cases are to reach.
+// The performance targets of the measured cases.
 #ifndef VITRELL_BENCH_REPORT_TARGETS_H_
 #define VITRELL_BENCH_REPORT_TARGETS_H_
 
@@ -13,12 +13,12 @@ namespace vitrell::report {
 
 struct Target {
   std::string what;
-  std::string beside;  // What the figure is a multiple of.
+  std::string beside;  // The reference that the figure is a multiple of.
   double limit = 1;
-  // Nothing where it was not measured.
+  // Empty if it was not measured.
   std::function<std::optional<double>(const Results&, bool deep)> figure;
-  double deepSlack = 1.5;  // The limit in 16 bit is this many times the one in 8 bit.
-  bool atLeast = false;    // Whether the figure is to be the limit or more instead of or less.
+  double deepSlack = 1.5;  // The 16-bit limit is this multiple of the 8-bit one.
+  bool atLeast = false;    // The limit is a minimum, not a maximum.
 
   [[nodiscard]] double Limit(bool deep) const { return deep ? limit * deepSlack : limit; }
   [[nodiscard]] bool IsReached(double value, bool deep) const {
@@ -28,7 +28,7 @@ struct Target {
 
 std::vector<Target> AllTargets();
 
-// The peers that do work like a case's, by their names in Results.
+// The peers that do the nearest equivalent of a case, by their names in Results.
 std::vector<std::string> PeersOf(const CaseName& what);
 
 }  // namespace vitrell::report
