@@ -1,4 +1,4 @@
-// Layout of the property list and of the resource file around it.
+// Writes the property list and the resource file around it.
 #include "resource_file.h"
 
 #include <stdexcept>
@@ -29,7 +29,7 @@ void PutCharacters(Bytes& bytes, std::string_view characters) {
   bytes.insert(bytes.end(), characters.begin(), characters.end());
 }
 
-// Collects properties and counts them.
+// Collects and counts properties.
 class PropertyWriter {
  public:
   void AddWord16(std::string_view key, std::uint32_t value) {
@@ -44,7 +44,8 @@ class PropertyWriter {
     Add(key, data);
   }
 
-  // Kept: the major number comes first, although an old remark of the host's makers says otherwise.
+  // Kept: the major number comes first, although an old note by the host's makers states the
+  // reverse.
   void AddVersion(std::string_view key, ApiVersion version) {
     Bytes data;
     Put16(data, version.major);
@@ -56,7 +57,7 @@ class PropertyWriter {
     Add(key, Bytes(code.begin(), code.end()));
   }
 
-  // A length byte and the characters.
+  // The characters, preceded by a length byte.
   void AddText(std::string_view key, const std::string& text) {
     if (text.empty() || text.size() > kMaxTextLength) {
       throw std::length_error("'" + text + "' must have 1 to 31 characters");
@@ -75,7 +76,7 @@ class PropertyWriter {
   }
 
  private:
-  // The padding to four bytes does not count in the length.
+  // The length excludes the padding to a multiple of four bytes.
   void Add(std::string_view key, const Bytes& data) {
     PutCharacters(properties_, "8BIM");
     PutCharacters(properties_, key);
@@ -97,13 +98,13 @@ void PutMap(Bytes& file, const Bytes& header) {
   Put16(file, 0);  // Attributes.
   Put16(file, kMapHeaderSize);
   Put16(file, kMapHeaderSize + kTypeListSize + kReferenceSize);  // Name list, empty.
-  Put16(file, 0);                                                // Types, less one.
+  Put16(file, 0);                                                // Number of types - 1.
   PutCharacters(file, "PiPL");
-  Put16(file, 0);  // Resources of the type, less one.
+  Put16(file, 0);  // Number of resources of this type - 1.
   Put16(file, kTypeListSize);
   Put16(file, kPropertyListId);
   Put16(file, kNoName);
-  Put32(file, 0);  // Attributes, and the place in the data section.
+  Put32(file, 0);  // Attributes, and the offset in the data section.
   Put32(file, 0);  // Handle, ignored.
 }
 

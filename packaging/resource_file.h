@@ -1,4 +1,4 @@
-// The resource that tells the host about an effect before its code is loaded.
+// The resource that describes an effect to the host before its code is loaded.
 #ifndef VITRELL_PACKAGING_RESOURCE_FILE_H_
 #define VITRELL_PACKAGING_RESOURCE_FILE_H_
 
@@ -12,29 +12,29 @@ namespace vitrell::packaging {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// The host's interface that an effect was written for.
+// The version of the host's interface that an effect was written for.
 struct ApiVersion {
   std::uint16_t major;
   std::uint16_t minor;
 };
 
-// What the host wants to know. The texts hold 31 characters at most, as the host's records do.
+// The contents of the resource. Texts have at most 31 characters, as in the host's records.
 struct EffectDescription {
   std::string name;        // Shown in the effects menu.
   std::string matchName;   // Stored in projects.
   std::string category;    // The submenu.
-  std::string entryPoint;  // The exported function, without the symbol table's underscore.
+  std::string entryPoint;  // The exported function, without a leading underscore.
   ApiVersion apiVersion;
-  A_u_long version;  // The same word that GLOBAL_SETUP answers.
+  A_u_long version;  // The version word that GLOBAL_SETUP sets too.
   PF_OutFlags outFlags;
   PF_OutFlags2 outFlags2;
 };
 
-// The property list alone: version, count, properties; all numbers big-endian. Throws
-// std::length_error when a text is empty or too long.
+// The property list alone: version, count and properties, with all numbers big-endian. Throws
+// std::length_error if a text is empty or too long.
 Bytes MakePropertyList(const EffectDescription& effect);
 
-// A resource file whose one resource, type PiPL and id 16000, is the list.
+// A resource file that holds only the list, as a resource of type PiPL with id 16000.
 Bytes MakeResourceFile(const Bytes& propertyList);
 
 }  // namespace vitrell::packaging

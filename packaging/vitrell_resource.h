@@ -1,4 +1,4 @@
-// How Vitrell describes itself to the host.
+// Vitrell's description of itself for the host.
 #ifndef VITRELL_PACKAGING_VITRELL_RESOURCE_H_
 #define VITRELL_PACKAGING_VITRELL_RESOURCE_H_
 
@@ -7,12 +7,12 @@
 
 namespace vitrell::packaging {
 
-// The interface of the first host that renders frames on several threads. Under an older number
-// the host does not believe PF_OutFlag2_SUPPORTS_THREADED_RENDERING.
+// The interface of the first host that renders frames on several threads. With an older version the
+// host ignores PF_OutFlag2_SUPPORTS_THREADED_RENDERING.
 inline constexpr ApiVersion kApiVersion{13, 25};
 
-// The version and the flags are those the code registers; the host refuses an effect whose code
-// and resource disagree. The match name never changes: projects find the effect by it.
+// Version and flags are those that the code reports in GLOBAL_SETUP; the host rejects an effect
+// whose code and resource disagree. The match name must never change: projects store it.
 inline EffectDescription DescribeVitrell() {
   return {.name = "Vitrell",
           .matchName = "VTRL Vitrell",

@@ -1,12 +1,13 @@
-// The record behind __builtin_cpu_supports, which Apple's compilers bring in a library of their own
-// and the cross build has to bring itself. It tells what the effect asks for: AVX2 and AVX-512 F.
+// The record that __builtin_cpu_supports reads. Apple's compilers supply it in a library; the cross
+// build has to define it. Only the features that the effect asks for are filled in: AVX2 and
+// AVX-512 F.
 #include <cpuid.h>
 
 #include <cstdint>
 
 namespace {
 
-// The compiler tests these bits.
+// Bit positions that the compiler tests.
 constexpr unsigned kAvx2Feature = 1u << 10;
 constexpr unsigned kAvx512Feature = 1u << 15;
 constexpr std::uint32_t kYmmState = 6;
@@ -27,8 +28,8 @@ unsigned Features() {
       (EnabledStates() & kYmmState) != kYmmState || __get_cpuid_count(7, 0, &a, &b, &c, &d) == 0) {
     return 0;
   }
-  // macOS enables the AVX-512 state at a thread's first such instruction, so that the state's own
-  // bits tell nothing.
+  // The operating system's AVX-512 state bits are not tested: macOS enables that state only when a
+  // thread first executes such an instruction.
   return ((b & bit_AVX2) != 0 ? kAvx2Feature : 0) | ((b & bit_AVX512F) != 0 ? kAvx512Feature : 0);
 }
 
