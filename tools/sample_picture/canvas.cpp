@@ -1,10 +1,10 @@
-// Shapes, light and bloom of the sample picture's canvas.
+// Shapes, glow and bloom on the sample picture's canvas.
 #include "canvas.h"
 
 namespace vitrell::sample {
 namespace {
 
-// Replaces a row or column of `count` values, `step` apart, by its running mean.
+// Replaces a row or column of `count` values, `step` apart, by its moving average.
 void BlurLine(Rgb* line, std::size_t count, std::size_t step, std::size_t radius,
               std::vector<Rgb>& copy) {
   copy.resize(count);

@@ -1,8 +1,8 @@
-// A canvas in linear light on which shapes are painted by their signed distance.
+// A canvas in linear light on which shapes are painted by their signed distance functions.
 //
-// Coordinates are those of a 1920 x 1080 scene; the canvas shows its middle at any size, scaled so
-// that nothing stays empty. Only the four operations and the square root are used, all exactly
-// defined, so that the picture has the same bits everywhere.
+// Coordinates are those of a 1920 x 1080 scene; a canvas of any size shows its middle, scaled to
+// cover the canvas. Only + - * / and square roots are used, whose results are exactly defined, so
+// that the image has the same bits everywhere.
 #ifndef VITRELL_TOOLS_SAMPLE_PICTURE_CANVAS_H_
 #define VITRELL_TOOLS_SAMPLE_PICTURE_CANVAS_H_
 
@@ -28,7 +28,7 @@ constexpr double Clamp01(double v) { return v < 0 ? 0 : (v > 1 ? 1 : v); }
 constexpr double Mix(double a, double b, double t) { return a + (b - a) * t; }
 constexpr Rgb Mix(Rgb a, Rgb b, double t) { return a * (1 - t) + b * t; }
 
-// 0 below `low`, 1 above `high`, an S between.
+// A smoothstep: 0 below `low`, 1 above `high`, an S-shaped curve between.
 constexpr double Smooth(double low, double high, double v) {
   const double t = Clamp01((v - low) / (high - low));
   return t * t * (3 - 2 * t);
@@ -69,24 +69,24 @@ class Canvas {
   }
   [[nodiscard]] double SceneY(int row) const { return (row + 0.5 - height_ * 0.5) * unit_ + 540; }
   [[nodiscard]] CanvasPixel& At(int column, int row);
-  // The light at a scene position; positions beyond the canvas give its border.
+  // The light at a scene position, clamped to the canvas's border.
   [[nodiscard]] Rgb LightAt(double x, double y) const;
 
   // Visits every pixel whose centre lies in `box`: visit(x, y, pixel).
   template <typename Visit>
   void ForEach(Box box, Visit visit);
-  // Covers what lies inside distance(x, y) <= 0 with paint(x, y), smooth at the edge.
+  // Paints paint(x, y) where distance(x, y) <= 0, with an anti-aliased edge.
   template <typename Distance, typename Paint>
   void Fill(Box box, Distance distance, Paint paint);
 
   void FillBox(Box box, Rgb colour);
   void FillRound(Box box, double radius, Rgb colour);
   void FillDisc(double x, double y, double radius, Rgb colour);
-  // A line with round ends; lines thinner than a pixel fade instead of growing.
+  // A line with round caps; one thinner than a pixel is drawn fainter instead of wider.
   void Line(double ax, double ay, double bx, double by, double radius, Rgb colour);
-  // Adds light that fades to nothing at `radius`.
+  // Adds light that fades to zero at `radius`.
   void Glow(double x, double y, double radius, Rgb colour);
-  // Adds to the picture what its bright places scatter.
+  // Adds the light that bright areas scatter.
   void Bloom(double radius, double threshold, double strength);
 
  private:

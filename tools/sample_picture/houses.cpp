@@ -5,7 +5,7 @@
 namespace vitrell::sample {
 namespace {
 
-// Bricks in running bond, each of its own tone, with pale joints.
+// Bricks in running bond, each with its own tone, and pale joints.
 Rgb BrickTone(Rgb colour, double x, double y, std::uint32_t seed) {
   constexpr double kCourse = 8.0;
   constexpr double kLength = 23.0;
@@ -58,7 +58,7 @@ void DrawRoof(Canvas& canvas, const House& house) {
   }
 }
 
-// The room behind a lit window: a lamp's gradient, curtains, sometimes somebody.
+// The room behind a lit window: a lamp's gradient, curtains, sometimes a person.
 void DrawRoom(Canvas& canvas, Box pane, Random& random) {
   const bool cold = random.Chance(0.16);
   const Rgb light = cold ? Rgb{0.35, 0.62, 1.05}

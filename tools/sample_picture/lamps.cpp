@@ -1,4 +1,4 @@
-// Street lamps, the bulbs on their wires, the fence in front, and the cut-outs.
+// Street lamps, strings of bulbs, the fence in front, and the transparent areas.
 #include "random.h"
 #include "scene.h"
 
@@ -37,7 +37,7 @@ void DrawLamp(Canvas& canvas, double x) {
   canvas.FillRound({x - 12, kLampTop + 29, x + 12, kLampTop + 35}, 2, kIron);
 }
 
-// A sagging wire from one point to another with a coloured bulb every so often.
+// A sagging wire between two points with coloured bulbs at regular intervals.
 void DrawString(Canvas& canvas, double x0, double y0, double x1, double y1, double sag, int bulbs,
                 std::uint32_t seed) {
   constexpr std::array<Rgb, 5> kColours = {
@@ -81,7 +81,7 @@ void DrawFence(Canvas& canvas) {
   constexpr double kMesh = 17;
   const auto rail = [](double x) { return kTop + x * 0.075; };
   for (double x = -320; x < kRight; x += kMesh) {
-    // Each wire runs down at an angle until it leaves the picture or the fence.
+    // Each wire runs down at an angle until it leaves the image or the fence.
     for (const double slope : {1.0, -1.0}) {
       const double startX = slope > 0 ? x : x + 260;
       double lastX = startX;
@@ -116,7 +116,7 @@ void CutAlpha(Canvas& canvas) {
     const double round = std::sqrt(dx * dx + (y - spring) * (y - spring)) - half;
     return std::max(y < spring ? round : std::abs(dx) - half, y - kArch.y1);
   };
-  // Stones around the opening, then the opening itself: clear, with haze rising from the ground.
+  // Stones around the archway, then its opening: transparent, with haze rising from the ground.
   const Box around = Grow(kArch, 14);
   canvas.Fill(
       {around.x0, around.y0, around.x1, kGround},
@@ -134,7 +134,7 @@ void CutAlpha(Canvas& canvas) {
     pixel.light = Mix(pixel.light, fog, inside);
     pixel.alpha = Mix(pixel.alpha, haze, inside);
   });
-  // Shop glass lets a little of what is behind through.
+  // Shop windows are slightly transparent.
   for (const Box pane :
        {Box{24, 655, 206, 752}, Box{346, 672, 566, 752}, Box{1328, 670, 1534, 752}}) {
     canvas.ForEach(pane, [&](double x, double y, CanvasPixel& pixel) {

@@ -31,13 +31,14 @@ void DrawScene(Canvas& canvas) {
   DrawFence(canvas);
 }
 
-// Film-like: straight for the dark, bending toward white; the square root stands for the display.
+// A film-like tone curve: linear in the dark, rolling off towards white. The square root stands for
+// the display's gamma.
 double Develop(double light) {
   const double exposed = light * 1.35;
   return std::sqrt(Clamp01(exposed * (1 + exposed / 14) / (1 + exposed)));
 }
 
-// Red, green, blue and straight alpha, row by row; noise hides the steps of 8 bits.
+// Red, green, blue and straight alpha, row-major; noise dithers the steps of 8 bits.
 template <typename Channel>
 std::vector<Channel> Quantise(Canvas& canvas, bool opaque) {
   constexpr double kWhite = std::numeric_limits<Channel>::max();

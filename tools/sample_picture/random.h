@@ -1,4 +1,4 @@
-// The sample picture's own random numbers: integers only, so that every machine draws the same.
+// The sample picture's random numbers: integer arithmetic, so that every machine draws the same.
 #ifndef VITRELL_TOOLS_SAMPLE_PICTURE_RANDOM_H_
 #define VITRELL_TOOLS_SAMPLE_PICTURE_RANDOM_H_
 
@@ -7,7 +7,7 @@
 
 namespace vitrell::sample {
 
-// A 32-bit number that depends on nothing but its arguments.
+// A 32-bit hash of the arguments.
 constexpr std::uint32_t Hash(std::int32_t x, std::int32_t y, std::uint32_t seed) {
   std::uint32_t h = static_cast<std::uint32_t>(x) * 0x9E3779B1U;
   h ^= static_cast<std::uint32_t>(y) * 0x85EBCA77U + seed * 0xC2B2AE3DU;
@@ -18,12 +18,12 @@ constexpr std::uint32_t Hash(std::int32_t x, std::int32_t y, std::uint32_t seed)
   return h ^ (h >> 15);
 }
 
-// The same as a number in [0, 1).
+// The same hash as a number in [0, 1).
 constexpr double HashUnit(std::int32_t x, std::int32_t y, std::uint32_t seed) {
   return Hash(x, y, seed) * (1.0 / 4294967296.0);
 }
 
-// A sequence of numbers from a seed.
+// A sequence of random numbers from a seed.
 class Random {
  public:
   explicit constexpr Random(std::uint32_t seed) : seed_(seed) {}
@@ -37,7 +37,7 @@ class Random {
   std::int32_t count_ = 0;
 };
 
-// Smooth noise in [0, 1] whose features are one unit wide.
+// Smooth noise in [0, 1] with features one unit wide.
 inline double Noise(double x, double y, std::uint32_t seed) {
   const double fx = std::floor(x);
   const double fy = std::floor(y);

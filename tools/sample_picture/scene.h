@@ -1,4 +1,4 @@
-// The night street of the sample picture, from the back to the front.
+// The layers of the sample picture's night street, from back to front.
 #ifndef VITRELL_TOOLS_SAMPLE_PICTURE_SCENE_H_
 #define VITRELL_TOOLS_SAMPLE_PICTURE_SCENE_H_
 
@@ -36,28 +36,28 @@ inline constexpr std::array<House, 6> kHouses = {{
     {{1560, 238, 1960, kGround}, {0.13, 0.12, 0.24}, false, 5, 4, 61},
 }};
 
-// The archway through the narrow house; nothing is behind it, not even a background.
+// The archway through the narrow house; nothing is behind it, not even the sky.
 inline constexpr Box kArch = {724, 650, 804, kGround};
 
-// What the lamps, the sky and the shops throw on a surface at this position.
+// Light that lamps, sky and shops cast on a surface at this position.
 Rgb LightOn(double x, double y);
 
-// Sky, moon, stars and the far houses. The sky's alpha falls to nothing toward the top.
+// Sky, moon, stars and the distant houses. The sky's alpha falls to 0 towards the top.
 void DrawSky(Canvas& canvas);
 void DrawHouses(Canvas& canvas);
 void DrawShops(Canvas& canvas);
-// The signs with their letters.
+// The signs and their lettering.
 void DrawSigns(Canvas& canvas);
 void DrawPavement(Canvas& canvas);
 void DrawPeople(Canvas& canvas);
 // Street lamps, and the bulbs on wires across the street.
 void DrawLamps(Canvas& canvas);
 void DrawBulbs(Canvas& canvas);
-// The wet road, mirroring whatever was drawn above it.
+// The wet road, reflecting whatever was drawn above it.
 void DrawRoad(Canvas& canvas);
 // The wire fence in front.
 void DrawFence(Canvas& canvas);
-// Cuts the archway out and makes its haze and the shop windows partly transparent.
+// Makes the archway transparent, with haze, and the shop windows partly so.
 void CutAlpha(Canvas& canvas);
 
 }  // namespace vitrell::sample

@@ -1,4 +1,4 @@
-// The ground floors: shop windows, doors, awnings and what lies in the windows.
+// The ground floors: shop windows and their displays, doors and awnings.
 #include "random.h"
 #include "scene.h"
 

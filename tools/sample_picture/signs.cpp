@@ -19,7 +19,7 @@ void DrawBoard(Canvas& canvas, Box box, Rgb colour, std::string_view text, Rgb l
                   {size, size * 0.085, letters, 0});
 }
 
-// The hotel's upright sign, sticking out over the street.
+// The hotel's vertical sign, projecting over the street.
 void DrawHotel(Canvas& canvas) {
   constexpr Box kPanel = {1180, 214, 1240, 560};
   canvas.Line(1160, 250, 1184, 250, 3, {0.03, 0.03, 0.04});
@@ -39,7 +39,7 @@ void DrawCafe(Canvas& canvas) {
   constexpr Rgb kTube = {0.35, 3.6, 4.2};
   canvas.Glow(506, 618, 230, {0.02, 0.16, 0.20});
   DrawTextCentred(canvas, "CAFE LUNA", 500, 605, {28, 2.0, kTube, 0.008});
-  // A crescent beside the name: a disc and the disc that bites it.
+  // A crescent beside the name: a disc minus an offset disc.
   const auto crescent = [](double x, double y) {
     return std::max(CapsuleDistance(640, 619, 640, 619, 15, x, y),
                     -CapsuleDistance(647, 614, 647, 614, 13, x, y));

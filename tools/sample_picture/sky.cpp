@@ -41,7 +41,7 @@ void DrawStars(Canvas& canvas) {
   }
 }
 
-// A row of far houses with their lit windows, in the haze.
+// A row of distant houses with lit windows, in haze.
 void DrawFarHouses(Canvas& canvas, double base, double haze, std::uint32_t seed) {
   Random random(seed);
   double x = -30;

@@ -7,7 +7,7 @@ namespace {
 
 constexpr Rgb kSilhouette = {0.010, 0.009, 0.014};
 
-// Somebody in a coat, seen from behind against the light of the shops.
+// A person in a coat, seen from behind against the light of the shops.
 void DrawWalker(Canvas& canvas, double x, double height, double lean) {
   const double foot = kGround + 28;
   const double head = foot - height;
@@ -40,14 +40,14 @@ void DrawUmbrella(Canvas& canvas, double x, double y, double radius) {
   canvas.Line(x, y - radius * 0.69, x, y - radius * 0.69 - 6, 1.1, kSilhouette);
 }
 
-// How much the road mirrors at a position: puddles between rougher patches.
+// How strongly the road reflects at a position: puddles between rougher patches.
 double Wetness(double x, double y) {
   const double depth = (y - kKerb) / 242;
   const double puddle = Clouds(x / (150 + 160 * depth), y / (20 + 26 * depth), 301);
   return Mix(0.34, 0.92, Smooth(0.42, 0.60, puddle));
 }
 
-// The mirrored street, drawn out downward as wet asphalt does.
+// The reflected street, stretched downwards as on wet asphalt.
 Rgb Mirrored(const Canvas& canvas, double x, double y, double wet) {
   const double below = y - kKerb;
   const double ripple = (Noise(x / 34, y / 3.2, 311) - 0.5) * (3 + below * 0.05) * (1.5 - wet) +

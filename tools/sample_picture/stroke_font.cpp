@@ -1,4 +1,4 @@
-// The letters' strokes and their drawing.
+// The strokes of each letter, and their drawing.
 #include "stroke_font.h"
 
 #include <cstddef>
@@ -8,8 +8,8 @@ namespace {
 
 struct Letter {
   char name;
-  // Strokes separated by commas; each is a row of points, a digit for x (0..4) and one for y
-  // (0..6).
+  // Strokes separated by commas. Each is a sequence of points, given by one digit for x (0..4) and
+  // one for y (0..6).
   std::string_view strokes;
 };
 
@@ -63,7 +63,7 @@ std::string_view StrokesOf(char name) {
   return {};
 }
 
-// Draws one letter with the grid's unit `step`.
+// Draws one letter; `step` is the size of a grid unit.
 void DrawLetter(Canvas& canvas, std::string_view strokes, double x, double y,
                 const Lettering& lettering) {
   const double step = lettering.size / 6;
