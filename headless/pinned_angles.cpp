@@ -25,7 +25,8 @@ constexpr double kTiny = 0x1p-27;
 
 // Up to this |x| the product of quarter turns and a part of pi / 2 is exact.
 constexpr double kExactReduction = 0x1p20;
-// 145897 full turns: of all multiples of 2 pi below 2^20 the one nearest to a double (within 2^-69).
+// 145897 full turns: of all multiples of 2 pi below 2^20 the one nearest to a double (within
+// 2^-69).
 constexpr double kManyTurns = 0x1.bf9b3c6059d24p+19;
 // pi / 2 as the sum of four parts; the first three have at most 32 bits, so that their products
 // with the number of quarter turns are exact (Cody and Waite, Software Manual for the Elementary

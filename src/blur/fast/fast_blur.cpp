@@ -141,9 +141,9 @@ PF_Err FastBlurA(const IO_Params& io, std::int32_t horizontalRadiusPx,
   const A_long lines = ExtentLines(*io.dst);
   OwnedWorld unblurred(io.in_data);
   // Only the lens map reads this world pixel by pixel, so that only then its depth matters.
-  if (const PF_Err err =
-          lensMap != 0 ? unblurred.CreateLike(*io.src)
-                       : unblurred.Create(io.src->width, io.src->height, io.src->world_flags);
+  if (const PF_Err err = lensMap != 0
+                             ? unblurred.CreateLike(*io.src)
+                             : unblurred.Create(io.src->width, io.src->height, io.src->world_flags);
       err != 0) {
     return err;
   }
