@@ -6,12 +6,12 @@ namespace vitrell {
 
 enum class LaneTarget { kBaseline, kAvx2, kAvx512 };
 
-// One engine compiled for several targets; null where there is none.
+// One engine, a table of functions, compiled for several targets; null where there is none.
 template <typename Engine>
 struct LaneEngines {
   const Engine* baseline;
-  const Engine* avx2 = nullptr;
-  const Engine* avx512 = nullptr;
+  const Engine* avx2;
+  const Engine* avx512;
 
   // Null also where this processor cannot run it.
   const Engine* For(LaneTarget target) const {
@@ -40,6 +40,22 @@ struct LaneEngines {
     return *baseline;
   }
 };
+
+// Specialised beside every engine's kernels; for_each_target.inc compiles them.
+template <typename Engine>
+const LaneEngines<Engine>& EnginesOf();
+
+// The engine of a target, for tests; null when this processor does not have it.
+template <typename Engine>
+const Engine* EngineFor(LaneTarget target) {
+  return EnginesOf<Engine>().For(target);
+}
+
+// The fastest that this processor has.
+template <typename Engine>
+const Engine& BestEngine() {
+  return EnginesOf<Engine>().Best();
+}
 
 }  // namespace vitrell
 

@@ -47,7 +47,7 @@ PF_Err LineStrips<Pixel>::Prepare(const PF_LayerDef& src, const LensMaskView& ma
   }
   src_ = src;
   mask_ = mask;
-  engine_ = &BestLineEngine();
+  engine_ = &BestEngine<LineEngine>();
   weightSum_ = line.weightSum();
   const LineReach reach = ReachOf(line);
   const bool isReady = planes_.Build(src, reach.minX, reach.maxX, engine_->lanes) &&

@@ -7,33 +7,14 @@
 #include <cstdint>
 #include <initializer_list>
 
-#define VITRELL_LANES_NAMESPACE baseline
-#define VITRELL_LANES_BYTES 16
-#define VITRELL_LANES_TARGET
-#include "blur/directional/line_sums.inc"
-
-#if defined(__x86_64__)
-#define VITRELL_LANES_NAMESPACE avx2
-#define VITRELL_LANES_BYTES 32
-#define VITRELL_LANES_TARGET __attribute__((target("avx2")))
-#include "blur/directional/line_sums.inc"
-
-#define VITRELL_LANES_NAMESPACE avx512
-#define VITRELL_LANES_BYTES 64
-#define VITRELL_LANES_TARGET __attribute__((target("avx512f")))
-#include "blur/directional/line_sums.inc"
-#endif
+#define VITRELL_LANES_SOURCE "blur/directional/line_sums.inc"
+#define VITRELL_LANES_AVX512 1
+#include "simd/for_each_target.inc"
 
 namespace vitrell {
 namespace {
 
-constexpr LaneEngines<LineEngine> kEngines = {
-    &baseline::kEngine,
-#if defined(__x86_64__)
-    &avx2::kEngine,
-    &avx512::kEngine,
-#endif
-};
+constexpr LaneEngines<LineEngine> kEngines = VITRELL_LANE_ENGINES(kEngine);
 
 constexpr int kShallowValues = 256;
 
@@ -58,9 +39,10 @@ bool IsExactSplit(double weight, float high, float low) {
 
 }  // namespace
 
-const LineEngine* LineEngineFor(LaneTarget target) { return kEngines.For(target); }
-
-const LineEngine& BestLineEngine() { return kEngines.Best(); }
+template <>
+const LaneEngines<LineEngine>& EnginesOf<LineEngine>() {
+  return kEngines;
+}
 
 bool SplitWeight(LineSumTap* tap) {
   tap->high = UpperPart(static_cast<float>(tap->weight));

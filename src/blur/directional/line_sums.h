@@ -51,11 +51,8 @@ struct LineEngine {
   void (*divide)(const float* sums, const double* divisors, std::int32_t* quotients);
 };
 
-// The engine compiled for a target; null where this processor cannot run it.
-const LineEngine* LineEngineFor(LaneTarget target);
-
-// The widest one that this processor runs.
-const LineEngine& BestLineEngine();
+template <>
+const LaneEngines<LineEngine>& EnginesOf<LineEngine>();
 
 // Splits tap->weight so that for each value from 0 to 255 single(value x high + value x low), every
 // step in single precision, has the bits of single(value x weight). False when there is no such

@@ -56,13 +56,10 @@ struct WeightedEngine {
                              std::int64_t first, Pixel* out);
 };
 
-// The engine of a vector width; null when this processor does not have it.
-template <typename Pixel>
-const WeightedEngine<Pixel>* WeightedEngineFor(LaneTarget target);
-
-// The fastest that this processor has.
-template <typename Pixel>
-const WeightedEngine<Pixel>& BestWeightedEngine();
+template <>
+const LaneEngines<WeightedEngine<PF_Pixel>>& EnginesOf<WeightedEngine<PF_Pixel>>();
+template <>
+const LaneEngines<WeightedEngine<PF_Pixel16>>& EnginesOf<WeightedEngine<PF_Pixel16>>();
 
 }  // namespace vitrell
 

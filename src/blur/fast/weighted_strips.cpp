@@ -41,7 +41,7 @@ std::int32_t NextSoftPosition(const WeightedLines& lines, std::int32_t position)
 template <BoxAxis kAxis, typename PixelType>
 bool WeightedStrips<kAxis, PixelType>::Prepare(WeightedMemory<Pixel>* memory) {
   rect_ = box_.io->dst->extent_hint;
-  engine_ = &BestWeightedEngine<Pixel>();
+  engine_ = &BestEngine<WeightedEngine<Pixel>>();
   sums_ = &memory->sums;
   weights_ = mask_.ValuesInMemory();
   const std::int64_t width = std::int64_t{rect_.right} - rect_.left;

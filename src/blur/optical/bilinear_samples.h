@@ -19,13 +19,10 @@ struct BilinearEngine {
                  Pixel* out);
 };
 
-// The engine of a vector width; null when there is none of it for this processor.
-template <typename Pixel>
-const BilinearEngine<Pixel>* BilinearEngineFor(LaneTarget target);
-
-// The fastest that this processor has.
-template <typename Pixel>
-const BilinearEngine<Pixel>& BestBilinearEngine();
+template <>
+const LaneEngines<BilinearEngine<PF_Pixel>>& EnginesOf<BilinearEngine<PF_Pixel>>();
+template <>
+const LaneEngines<BilinearEngine<PF_Pixel16>>& EnginesOf<BilinearEngine<PF_Pixel16>>();
 
 }  // namespace vitrell
 

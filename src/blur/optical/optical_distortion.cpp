@@ -89,8 +89,12 @@ template <typename Pixel>
 PF_Err RunPass(const StageCall& call, const DistortRefcon& refcon) {
   const PF_LayerDef& src = *call.io.src;
   const PF_LayerDef& dst = *call.io.dst;
-  StripPass<DistortionStage<Pixel>> pass = {
-      {{}, refcon, DistortionField(refcon), LensMaskView(dst), &BestBilinearEngine<Pixel>()}, {}};
+  StripPass<DistortionStage<Pixel>> pass = {{{},
+                                             refcon,
+                                             DistortionField(refcon),
+                                             LensMaskView(dst),
+                                             &BestEngine<BilinearEngine<Pixel>>()},
+                                            {}};
   // Worlds with another origin and extreme fields of view have no strips.
   const bool hasStrips = HasPixelsFromOrigin(src) && IsDeep(src) == IsDeep(dst) &&
                          !(refcon.focalLengthPx < kFocalLengthThreshold);

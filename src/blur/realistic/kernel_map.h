@@ -17,7 +17,7 @@ namespace vitrell {
 // Read-only once built; safe on any number of threads. Positions are the output's pixels.
 class KernelMap {
  public:
-  explicit KernelMap(const LaneEngine& engine) : engine_(engine) {}
+  explicit KernelMap(const IrisEngine& engine) : engine_(engine) {}
 
   // Picks each pixel's kernel by the lens mask: radius 0 where it is 0, maxRadius (at most
   // kMaxIrisRadius) where it is 1 or more. False when there is no memory.
@@ -41,7 +41,7 @@ class KernelMap {
                                   const Buffer<std::uint8_t>& used);
   int GroupLanes(std::int64_t x, std::int64_t y, LaneGroup* groups) const;
 
-  const LaneEngine& engine_;
+  const IrisEngine& engine_;
   HighlightMap map_;
   std::unique_ptr<IrisKernel[]> kernels_;
   Buffer<std::uint16_t> kernelIndex_;  // One per output pixel, row by row.

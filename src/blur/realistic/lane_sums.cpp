@@ -6,38 +6,20 @@
 
 #include "blur/realistic/kernel_rows.h"
 
-#define VITRELL_LANES_NAMESPACE baseline
-#define VITRELL_LANES_BYTES 16
-#define VITRELL_LANES_TARGET
-#include "blur/realistic/lane_sums.inc"
-
-#if defined(__x86_64__)
-#define VITRELL_LANES_NAMESPACE avx2
-#define VITRELL_LANES_BYTES 32
-#define VITRELL_LANES_TARGET __attribute__((target("avx2")))
-#include "blur/realistic/lane_sums.inc"
-
-#define VITRELL_LANES_NAMESPACE avx512
-#define VITRELL_LANES_BYTES 64
-#define VITRELL_LANES_TARGET __attribute__((target("avx512f")))
-#include "blur/realistic/lane_sums.inc"
-#endif
+#define VITRELL_LANES_SOURCE "blur/realistic/lane_sums.inc"
+#define VITRELL_LANES_AVX512 1
+#include "simd/for_each_target.inc"
 
 namespace vitrell {
 namespace {
 
-constexpr LaneEngines<LaneEngine> kEngines = {
-    &baseline::kEngine,
-#if defined(__x86_64__)
-    &avx2::kEngine,
-    &avx512::kEngine,
-#endif
-};
+constexpr LaneEngines<IrisEngine> kEngines = VITRELL_LANE_ENGINES(kEngine);
 
 }  // namespace
 
-const LaneEngine* LaneEngineFor(LaneTarget target) { return kEngines.For(target); }
-
-const LaneEngine& BestLaneEngine() { return kEngines.Best(); }
+template <>
+const LaneEngines<IrisEngine>& EnginesOf<IrisEngine>() {
+  return kEngines;
+}
 
 }  // namespace vitrell

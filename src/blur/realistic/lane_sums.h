@@ -75,7 +75,7 @@ struct LaneRow {
 };
 
 // Weights must be finite: a tap that is outside the map for some lanes only reads zeros there.
-struct LaneEngine {
+struct IrisEngine {
   int lanes;
 
   // Sums a kernel from scratch, in the order of the weight grid.
@@ -95,11 +95,8 @@ struct LaneEngine {
                   LaneSums* sums);
 };
 
-// The engine compiled for a target; null where this processor cannot run it.
-const LaneEngine* LaneEngineFor(LaneTarget target);
-
-// The widest one that this processor runs.
-const LaneEngine& BestLaneEngine();
+template <>
+const LaneEngines<IrisEngine>& EnginesOf<IrisEngine>();
 
 }  // namespace vitrell
 

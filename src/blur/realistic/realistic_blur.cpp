@@ -48,8 +48,8 @@ PF_Err RenderReleasticBlurEffect(const StageCall& call) {
     return PF_Err_OUT_OF_MEMORY;
   }
   const IrisShape shape = MakeIrisShape(call.info, io.in_data->utils->ansi);
-  const PF_Err err = plan.isByMask ? BlurByMask(io, shape, maxRadius, BestLaneEngine())
-                                   : BlurUniformly(io, shape, maxRadius, BestLaneEngine());
+  const PF_Err err = plan.isByMask ? BlurByMask(io, shape, maxRadius, BestEngine<IrisEngine>())
+                                   : BlurUniformly(io, shape, maxRadius, BestEngine<IrisEngine>());
   // An error of the pass does not keep the edges from being mended.
   if (IsDeep(*io.dst)) {
     MendEdges<PF_Pixel16>(*io.dst);

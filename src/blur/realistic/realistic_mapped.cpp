@@ -72,7 +72,7 @@ PF_Err IrisBlur(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
 
 template <typename Pixel>
 PF_Err BlurByMaskInDepth(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius,
-                         const LaneEngine& engine) {
+                         const IrisEngine& engine) {
   StripPass<MappedIrisStage<Pixel>> pass = {{{}, KernelMap(engine)}, {}};
   if (!pass.strips.Reset(io.dst->width, io.dst->height) ||
       !pass.stage.kernels.Build(io, shape, maxRadius)) {
@@ -86,7 +86,7 @@ PF_Err BlurByMaskInDepth(const IO_Params& io, const IrisShape& shape, std::int32
 }  // namespace
 
 PF_Err BlurByMask(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius,
-                  const LaneEngine& engine) {
+                  const IrisEngine& engine) {
   return IsDeep(*io.dst) ? BlurByMaskInDepth<PF_Pixel16>(io, shape, maxRadius, engine)
                          : BlurByMaskInDepth<PF_Pixel>(io, shape, maxRadius, engine);
 }

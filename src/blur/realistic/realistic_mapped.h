@@ -16,7 +16,7 @@ namespace vitrell {
 // Both worlds have the same depth. Answers the host's code, or PF_Err_OUT_OF_MEMORY without having
 // called the host; a missing suite throws.
 [[nodiscard]] PF_Err BlurByMask(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius,
-                                const LaneEngine& engine);
+                                const IrisEngine& engine);
 
 }  // namespace vitrell
 

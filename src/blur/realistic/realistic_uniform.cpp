@@ -76,7 +76,7 @@ bool HasFiniteWeights(const UniformPass& pass) {
 }  // namespace
 
 PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape, std::int32_t radius,
-                     const LaneEngine& engine) {
+                     const IrisEngine& engine) {
   UniformPass pass;
   pass.input = io.src;
   pass.output = io.dst;

@@ -15,7 +15,7 @@ namespace vitrell {
 // the same depth; radius is 0..kMaxIrisRadius. Answers the code of a failing fill, with nothing
 // blurred, or PF_Err_OUT_OF_MEMORY, with nothing written.
 [[nodiscard]] PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape, std::int32_t radius,
-                                   const LaneEngine& engine);
+                                   const IrisEngine& engine);
 
 }  // namespace vitrell
 

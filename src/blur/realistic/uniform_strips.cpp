@@ -33,7 +33,7 @@ struct LaneColours {
 template <typename Pixel>
 class StripBlur {
  public:
-  StripBlur(const UniformPass& pass, const LaneEngine& engine)
+  StripBlur(const UniformPass& pass, const IrisEngine& engine)
       : pass_(pass),
         engine_(engine),
         top_(pass.input->extent_hint.top),
@@ -157,7 +157,7 @@ class StripBlur {
   static constexpr std::int32_t kBlockColumns = 16;
 
   const UniformPass& pass_;
-  const LaneEngine& engine_;
+  const IrisEngine& engine_;
   const std::int64_t top_;
   const std::int64_t left_;
   Buffer<LaneTap> taps_;
@@ -183,7 +183,7 @@ class StripBlur {
 };
 
 template <typename Pixel>
-PF_Err Blur(const UniformPass& pass, const LaneEngine& engine) {
+PF_Err Blur(const UniformPass& pass, const IrisEngine& engine) {
   StripBlur<Pixel> blur(pass, engine);
   if (!blur.Prepare()) {
     return PF_Err_OUT_OF_MEMORY;
@@ -194,7 +194,7 @@ PF_Err Blur(const UniformPass& pass, const LaneEngine& engine) {
 
 }  // namespace
 
-PF_Err BlurStrips(const UniformPass& pass, const LaneEngine& engine) {
+PF_Err BlurStrips(const UniformPass& pass, const IrisEngine& engine) {
   return IsDeep(*pass.output) ? Blur<PF_Pixel16>(pass, engine) : Blur<PF_Pixel>(pass, engine);
 }
 

@@ -22,7 +22,7 @@ struct UniformPass {
 
 // Writes the whole output, strips of engine.lanes rows from the top. All weights must be finite.
 // PF_Err_OUT_OF_MEMORY, with nothing written, when there is no memory for its tables.
-[[nodiscard]] PF_Err BlurStrips(const UniformPass& pass, const LaneEngine& engine);
+[[nodiscard]] PF_Err BlurStrips(const UniformPass& pass, const IrisEngine& engine);
 
 }  // namespace vitrell
 

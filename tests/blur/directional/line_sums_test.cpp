@@ -60,7 +60,7 @@ class LineEnginesTest : public testing::TestWithParam<TargetName> {
   static constexpr std::int64_t kRows = 7;
 
   void SetUp() override {
-    engine_ = LineEngineFor(GetParam().target);
+    engine_ = EngineFor<LineEngine>(GetParam().target);
     if (engine_ == nullptr) {
       GTEST_SKIP() << "this processor has no " << GetParam().name;
     }

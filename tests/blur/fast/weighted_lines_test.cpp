@@ -162,7 +162,7 @@ class WeightedLinesTest : public testing::TestWithParam<TargetName> {
  protected:
   template <typename Pixel>
   static void ExpectRandomCases() {
-    const WeightedEngine<Pixel>* const engine = WeightedEngineFor<Pixel>(GetParam().target);
+    const WeightedEngine<Pixel>* const engine = EngineFor<WeightedEngine<Pixel>>(GetParam().target);
     if (engine == nullptr) {
       GTEST_SKIP() << "this processor has no " << GetParam().name;
     }
@@ -193,7 +193,8 @@ TEST_P(WeightedLinesTest, DeepMeansEqualEveryTap) { ExpectRandomCases<PF_Pixel16
 // Twenty taps of 0.1 over 10 and 11: the mean is 10.5, and whether the loop's roundings leave it
 // there is not for the running sums to say.
 TEST_P(WeightedLinesTest, HalvesAreLeftToTheLoop) {
-  const WeightedEngine<PF_Pixel>* const engine = WeightedEngineFor<PF_Pixel>(GetParam().target);
+  const WeightedEngine<PF_Pixel>* const engine =
+      EngineFor<WeightedEngine<PF_Pixel>>(GetParam().target);
   if (engine == nullptr) {
     GTEST_SKIP() << "this processor has no " << GetParam().name;
   }
@@ -212,7 +213,8 @@ TEST_P(WeightedLinesTest, HalvesAreLeftToTheLoop) {
 }
 
 TEST_P(WeightedLinesTest, OnlyWeightsFromZeroToOneAreSummed) {
-  const WeightedEngine<PF_Pixel16>* const engine = WeightedEngineFor<PF_Pixel16>(GetParam().target);
+  const WeightedEngine<PF_Pixel16>* const engine =
+      EngineFor<WeightedEngine<PF_Pixel16>>(GetParam().target);
   if (engine == nullptr) {
     GTEST_SKIP() << "this processor has no " << GetParam().name;
   }

@@ -25,7 +25,7 @@ class BilinearSamplesTest : public testing::TestWithParam<TargetName> {
   // Points within, on and far beyond the picture, whole numbers and their neighbours among them.
   template <typename Pixel>
   static void ExpectSamplesOfOnePoint(A_long width, A_long height) {
-    const BilinearEngine<Pixel>* const engine = BilinearEngineFor<Pixel>(GetParam().target);
+    const BilinearEngine<Pixel>* const engine = EngineFor<BilinearEngine<Pixel>>(GetParam().target);
     if (engine == nullptr) {
       GTEST_SKIP() << "this processor has no " << GetParam().name;
     }

@@ -26,7 +26,7 @@ struct TargetName {
 class LaneEnginesTest : public testing::TestWithParam<TargetName> {
  protected:
   void SetUp() override {
-    engine_ = LaneEngineFor(GetParam().target);
+    engine_ = EngineFor<IrisEngine>(GetParam().target);
     if (engine_ == nullptr) {
       GTEST_SKIP() << "this processor has no " << GetParam().name;
     }
@@ -80,7 +80,7 @@ class LaneEnginesTest : public testing::TestWithParam<TargetName> {
   std::mt19937 random_{kSeed};
   std::vector<PF_Pixel> pixels_;
   PF_LayerDef world_ = {};
-  const LaneEngine* engine_ = nullptr;
+  const IrisEngine* engine_ = nullptr;
 };
 
 // Lanes along a row, as the lens-mapped mode uses them.
