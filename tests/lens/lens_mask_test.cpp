@@ -10,7 +10,6 @@
 
 #include "host/fake_host.h"
 #include "host/picture.h"
-#include "lens/lens_shapes.h"
 #include "render/plan.h"
 
 namespace vitrell {
@@ -251,123 +250,23 @@ TEST_F(LensMaskTest, KeepsTheOldAddressOnEarlyFailures) {
   EXPECT_EQ(g_LensMask, nullptr);
 }
 
-class CustomLensTest : public LensMaskTest {
- protected:
-  CustomLensTest() {
-    info_.lensType = kLensCustom;
-    info_.positionX = 10;
-    info_.positionY = 5;
-    SetOutput(20, 10, {});
-  }
-};
-
-TEST_F(CustomLensTest, WithoutAnImageIsOutside) {
-  EXPECT_EQ(At(10, 5), 0.0);
+// The custom lens itself has its own test.
+TEST_F(LensMaskTest, CustomLensInvertsLikeAnyOther) {
+  SetOutput(20, 10, {});
+  info_.lensType = kLensCustom;
+  info_.positionX = 10;
+  info_.positionY = 5;
+  EXPECT_EQ(At(10, 5), 0.0);  // Without an image.
   info_.invertAlpha = 1;
   EXPECT_EQ(At(10, 5), 1.0);
-}
-
-// An image of the layer's size, centred: the lens centre (10, 5) reads the image's (9, 4).
-TEST_F(CustomLensTest, KeepsTheSampleOnePixelUpAndLeft) {
-  Picture<PF_Pixel> image(20, 10);
-  image.Fill({255, 0, 0, 0});
-  image.At(9, 4) = {255, 255, 255, 255};
-  info_.customLayer = image.get();
-  for (int y = 2; y <= 8; ++y) {
-    for (int x = 2; x <= 18; ++x) {
-      EXPECT_NEAR(At(x, y), x == 10 && y == 5 ? 1.0 : 0.0, 1e-12) << x << "," << y;
-    }
-  }
-}
-
-// (0.299 x 200 + 0.587 x 100 + 0.114 x 50) x 128 / 65025 = 124.2 x 128 / 65025.
-TEST_F(CustomLensTest, ValueIsLuminanceTimesAlpha) {
+  // (0.299 x 200 + 0.587 x 100 + 0.114 x 50) x 128 / 65025 = 124.2 x 128 / 65025.
   Picture<PF_Pixel> image(20, 10);
   image.Fill({128, 200, 100, 50});
   info_.customLayer = image.get();
-  EXPECT_NEAR(At(10, 5), 124.2 * 128 / 65025, 1e-12);
-  info_.invertAlpha = 1;
   EXPECT_NEAR(At(10, 5), 1 - 124.2 * 128 / 65025, 1e-12);
-}
-
-// (0.299 x 20000 + 0.587 x 10000 + 0.114 x 5000) x 16384 / 2^30 = 12420 / 65536; values above
-// white are not limited: 65535 x 65535 / 2^30 = 3.9999.
-TEST_F(CustomLensTest, DeepImagesAreScaledByTwoToTheThirty) {
-  Picture<PF_Pixel16> image(20, 10);
-  image.Fill({16384, 20000, 10000, 5000});
-  info_.customLayer = image.get();
-  EXPECT_NEAR(At(10, 5), 12420.0 / 65536, 1e-12);
-  image.Fill({65535, 65535, 65535, 65535});
-  EXPECT_NEAR(At(10, 5), 65535.0 * 65535 / 1073741824, 1e-9);
-}
-
-// Twice the layer's size. Stretched: column 2 x (10 + p) - 1, row 2 x (5 - q) - 1 with q the
-// position's row less the pixel's. Centred: column 20 + p - 1, row 10 - q - 1.
-TEST_F(CustomLensTest, PlacementStretchesOrCentres) {
-  Picture<PF_Pixel> image(40, 20);
-  image.Fill({255, 0, 0, 0});
-  image.At(21, 11) = {255, 255, 255, 255};
-  info_.customLayer = image.get();
-  info_.placement = kStretchMapToFit;
-  EXPECT_NEAR(At(11, 6), 1.0, 1e-12);
-  EXPECT_NEAR(At(12, 7), 0.0, 1e-12);
-  info_.placement = kCenterMap;
-  EXPECT_NEAR(At(12, 7), 1.0, 1e-12);
-  EXPECT_NEAR(At(11, 6), 0.0, 1e-12);
-}
-
-// Extent (4, 2, 20, 10): the middle is ((4 + 20) / 2, (2 + 10) / 2) = (12, 6), so that the lens
-// centre reads (11, 5).
-TEST_F(CustomLensTest, MiddleIsThatOfTheInputsOwnExtent) {
-  Picture<PF_Pixel> image(20, 10);
-  image.Fill({255, 0, 0, 0});
-  image.At(11, 5) = {255, 255, 255, 255};
-  info_.customLayer = image.get();
-  inputExtent_ = {4, 2, 20, 10};
-  EXPECT_NEAR(At(10, 5), 1.0, 1e-12);
-}
-
-TEST_F(CustomLensTest, SamplesOutsideTheImageAreZero) {
-  Picture<PF_Pixel> image(20, 10);
-  image.Fill({255, 255, 255, 255});
-  info_.customLayer = image.get();
-  EXPECT_NEAR(At(19, 5), 1.0, 1e-12);  // Column 18 and its neighbour 19.
-  EXPECT_NEAR(At(20, 5), 0.0, 1e-12);  // Column 19, whose neighbour is missing.
-  EXPECT_NEAR(At(-1, 5), 0.0, 1e-12);  // Column -2.
-  info_.invertAlpha = 1;
-  EXPECT_NEAR(At(40, 5), 1.0, 1e-12);
-}
-
-TEST(LensShapesTest, KeepsSegmentsThatGoNeitherRightNorDownAsPoints) {
-  FakeHost host;
-  const auto distance = [&](double px, double py, double ax, double ay, double bx, double by) {
-    return GetDistanceFromPtToSegLine(px, py, ax, ay, bx, by, host.inData());
-  };
-  EXPECT_EQ(distance(4, 3, 0, 0, 10, 0), 3);   // Beside it.
-  EXPECT_EQ(distance(-3, 4, 0, 0, 10, 0), 5);  // Before A.
-  EXPECT_EQ(distance(13, 4, 0, 0, 10, 0), 5);  // Beyond B.
-  EXPECT_EQ(distance(3, 5, 0, 0, 0, 10), 3);   // Downward.
-  // From (10, 0) to (0, 0): the point (10, 0) alone.
-  EXPECT_EQ(distance(4, 8, 10, 0, 0, 0), 10);
-  EXPECT_EQ(distance(3, 4, 0, 0, 0, 0), 5);
-}
-
-TEST(LensShapesTest, RectangleDistances) {
-  FakeHost host;
-  const auto distance = [&](double u, double v, double k) {
-    return GetDistanceKWithRectMode(u, v, k, 10, 20, host.inData());
-  };
-  // k = 0.4: band 4, inner half-sizes 18 and 8.
-  EXPECT_EQ(distance(18, -8, 0.4), 0);
-  EXPECT_DOUBLE_EQ(distance(19, 0, 0.4), 0.25);
-  EXPECT_DOUBLE_EQ(distance(0, -11, 0.4), 0.75);
-  EXPECT_DOUBLE_EQ(distance(-5, 10, 0.4), 0.5);
-  EXPECT_DOUBLE_EQ(distance(21, 12, 0.4), 1);  // (3, 4) from the corner: 5 / 4, limited.
-  // k = 3: band 30, inner half-sizes 20 - 10 and 10 - 10.
-  EXPECT_DOUBLE_EQ(distance(0, 6, 3), 0.2);
-  EXPECT_DOUBLE_EQ(distance(5, 6, 3), 0.2);
-  EXPECT_DOUBLE_EQ(distance(16, 0, 3), 0.2);
-  EXPECT_TRUE(std::isnan(distance(kNan, 0, 0.4)));
+  EXPECT_NEAR(At(40, 5), 1.0, 1e-12);  // Outside the image.
+  info_.invertAlpha = 0;
+  EXPECT_NEAR(At(10, 5), 124.2 * 128 / 65025, 1e-12);
 }
 
 }  // namespace
