@@ -30,7 +30,7 @@ class LargePicturesTest : public testing::TestWithParam<Size> {
   // A lens in the middle, with a wide soft band.
   static void SetLens(RenderCase& c) {
     const auto [width, height, deep] = GetParam();
-    c.SetCircle(width / 2, height / 2, height / 4, width).Set("lens.feather", 60);
+    c.SetCircle(width / 2, height / 2, 0.25 * height, width).Set("lens.feather", 60);
   }
 };
 

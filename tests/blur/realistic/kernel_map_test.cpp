@@ -61,7 +61,7 @@ TEST_F(KernelMapTest, MaskSelectsTheKernelByHand) {
   const double masks[9] = {0, 0.39, 0.4, 0.82, 0.83, 1, 4, -1, nan};
   const int radii[9] = {0, 0, 1, 1, 2, 2, 2, 0, 0};
   const double totals[3] = {1, 5 + 4 * 0.414114, 13 + 8 * 0.235968 + 4 * 0.828327};
-  std::vector<double> values(16 * 7, 0.0);
+  std::vector<double> values(std::size_t{16} * 7, 0.0);
   for (std::size_t i = 0; i < 9; ++i) {
     values[3 * 16 + 3 + i] = masks[i];
   }
@@ -93,7 +93,7 @@ TEST_F(KernelMapTest, BlocksOfEveryPlaceMatchThePlainSums) {
   src.FillNoise(kSeed);
   src.get()->extent_hint = {2, 1, 85, 12};
   Picture<PF_Pixel> dst(79, 9);
-  std::vector<double> values(79 * 9);
+  std::vector<double> values(std::size_t{79} * 9);
   for (std::size_t i = 0; i < values.size(); ++i) {
     // Runs of one value and single ones.
     values[i] = i % 31 < 12 ? 1.0 : static_cast<double>(random() % 1001) / 1000;
