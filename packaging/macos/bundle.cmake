@@ -8,7 +8,7 @@ if(CMAKE_CROSSCOMPILING AND VITRELL_CROSS_ARCH STREQUAL "x86_64")
   target_sources(Vitrell PRIVATE ${CMAKE_CURRENT_LIST_DIR}/cpu_model.cpp)
 endif()
 
-# The signature covers the resource, so that it comes last.
+# The signature covers the resource and is therefore made last.
 set(contents "$<TARGET_BUNDLE_CONTENT_DIR:Vitrell>")
 set(sign "")
 if(CMAKE_HOST_APPLE)

@@ -1,7 +1,7 @@
 # Toolchain file: macOS modules built on Linux, one architecture at a time.
 #   -DVITRELL_CROSS_ARCH=x86_64|arm64  -DVITRELL_ZIG=<folder of the zig package>
-# Compiled by zig, which brings the system's headers; linked by LLVM's linker for Mach-O against the
-# lists of the system libraries' symbols. zig's own linker exports a static C++ runtime.
+# zig compiles, since it brings the system's headers; LLVM's Mach-O linker links against lists of
+# the system libraries' symbols, because zig's own linker exports a static C++ runtime.
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_VERSION 20)
 set(CMAKE_SYSTEM_PROCESSOR ${VITRELL_CROSS_ARCH})
@@ -16,8 +16,8 @@ set(CMAKE_RANLIB llvm-ranlib-14 CACHE STRING "")
 set(CMAKE_INSTALL_NAME_TOOL true CACHE STRING "")
 set(CMAKE_OSX_DEPLOYMENT_TARGET "" CACHE STRING "Told by the compiler's target")
 
-# Without a frame pointer a function has no entry in the compact unwind table of arm64, and an
-# exception that passes through it ends the process.
+# Without a frame pointer a function has no entry in arm64's compact unwind table, and an exception
+# that propagates through it ends the process.
 set(CMAKE_CXX_FLAGS_INIT "-fno-omit-frame-pointer")
-# The linker is called by itself and understands no compiler's options.
+# The linker is invoked directly and does not understand compiler options.
 set(CMAKE_USER_MAKE_RULES_OVERRIDE ${CMAKE_CURRENT_LIST_DIR}/cross_link.cmake)

@@ -1,4 +1,4 @@
-# How the cross build links a module.
+# The command with which the cross build links a module.
 set(CMAKE_CXX_LINKER_WRAPPER_FLAG "")
 set(CMAKE_CXX_LINKER_WRAPPER_FLAG_SEP " ")
 set(CMAKE_CXX_CREATE_SHARED_MODULE
