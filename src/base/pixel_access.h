@@ -17,20 +17,20 @@
 
 namespace vitrell {
 
-// Whether the world has pixels and its origin is (0, 0), so that layer positions are those of its
-// memory and a row's pixels are found without the columns.
+// Whether the world has pixels and its origin is (0, 0): layer positions are then indices into its
+// memory.
 inline bool HasPixelsFromOrigin(const PF_LayerDef& world) {
   return world.data != nullptr && world.width > 0 && world.height > 0 &&
          world.extent_hint.left == 0 && world.extent_hint.top == 0;
 }
 
-// A line of size > 0 pixels, mirrored at its ends, repeats after so many positions.
+// The period with which a line of size > 0 pixels repeats when it is mirrored at its ends.
 constexpr std::int64_t MirrorPeriod(std::int64_t size) { return 2 * size - 1; }
 
 // Folds one coordinate into [0, size) by repeated reflection: below zero c becomes -c (the edge is
-// not repeated), at or above size it becomes 2 x size - 1 - c (the edge is repeated). Kept: the
-// reflection is asymmetric, so that the first row appears once and the last one twice. It is
-// periodic, so that a remainder replaces the repetition. size must be positive.
+// not repeated), at or above size it becomes 2 x size - 1 - c (the edge is repeated). size must be
+// positive. Reflection is periodic, so that a remainder replaces the repetition.
+// Kept: it is asymmetric, so that the first row appears once and the last one twice.
 inline std::int64_t FoldCoordinate(std::int64_t coordinate, std::int64_t size) {
   const std::int64_t period = MirrorPeriod(size);
   std::int64_t folded = coordinate < 0 ? -coordinate : coordinate;

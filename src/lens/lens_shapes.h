@@ -16,8 +16,8 @@ namespace vitrell {
 double GetDistanceKWithRectMode(double u, double v, double k, double a, double b,
                                 const PF_InData* inData);
 
-// Distance from the point P to the segment AB, where E is B - A. Kept: a segment with neither ex >
-// 0 nor ey > 0 counts as the point A alone.
+// Distance from the point P to the segment AB, where E is B - A.
+// Kept: a segment with neither ex > 0 nor ey > 0 counts as the point A alone.
 double GetDistanceFromPtToSegLine(double px, double py, double ax, double ay, double bx, double by,
                                   const PF_InData* inData);
 

@@ -12,8 +12,8 @@ namespace {
 
 bool IsOn(std::uint8_t visible, float amount) { return visible == 1 && amount > 0; }
 
-// The amounts as they are compared with twice the feather, in single precision on both sides. Kept:
-// the realistic amount already is a fraction and is divided by 100 a second time.
+// The amounts as they are compared with twice the feather, in single precision on both sides.
+// Kept: the realistic amount already is a fraction and is divided by 100 a second time.
 float FastFraction(const LX_Info& info) { return info.fastBlurAmount / 100.0F; }
 float RealisticFraction(const LX_Info& info) { return info.realisticAmount / 100.0F; }
 float TwiceTheFeather(const LX_Info& info) { return 2.0F * info.feather; }
@@ -41,8 +41,8 @@ LensPlan PlanLens(const LX_Info& info) {
       .isStrengthened = false,
       .strength = 0};
   // Where the feather is narrow compared with the amount, a strengthened mask replaces the blur
-  // that would follow it. Kept: this includes amounts of 0, and the realistic blur runs all the
-  // same.
+  // that would follow it.
+  // Kept: this includes amounts of 0, and the realistic blur runs all the same.
   if (info.fastBlurVisible == 1 && info.fastBlurUseLensAsBlurMap == 1 &&
       TwiceTheFeather(info) <= FastFraction(info)) {
     plan.isStrengthened = true;
