@@ -4,7 +4,20 @@ set -euo pipefail
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 cd "$root"
 
-jobs="$(nproc)"
+# How many jobs run side by side.
+jobs="${VITRELL_JOBS:-$(nproc)}"
+
+# The project's own sources, tracked or new; further arguments are path patterns of git.
+own_sources() {
+  local files
+  files="$(git ls-files --cached --others --exclude-standard -- '*.cpp' '*.h' '*.inc' "$@" |
+    while IFS= read -r file; do [[ -f "$file" ]] && printf '%s\n' "$file"; done)"
+  if [[ -z "$files" ]]; then
+    echo "git lists no sources in $root" >&2
+    return 1
+  fi
+  printf '%s\n' "$files"
+}
 
 # Says what is about to happen, on a line that stands out in a long log.
 say() {
@@ -19,14 +32,22 @@ launcher_of() {
   fi
 }
 
+# Lets what is configured from here on compile through ccache, where it is installed. In depend mode
+# a compilation that is not in the cache costs no more than without it; the folder of the clone is
+# taken out of what is compared, so that another clone finds what this one compiled.
+use_ccache() {
+  command -v ccache >/dev/null || return 0
+  export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+  export CCACHE_DEPEND=true CCACHE_BASEDIR="$root" CCACHE_NOHASHDIR=true
+  export CCACHE_SLOPPINESS=pch_defines,time_macros
+}
+
 # Configures and builds one preset; further arguments are targets (none: everything).
 build_preset() {
   local preset="$1" launcher
   shift
   mapfile -t launcher < <(launcher_of "$preset")
-  if command -v ccache >/dev/null; then
-    export CMAKE_CXX_COMPILER_LAUNCHER=ccache
-  fi
+  use_ccache
   say "Building build/$preset ($jobs jobs)"
   cmake --preset "$preset" --log-level=WARNING &&
     "${launcher[@]}" cmake --build --preset "$preset" --parallel "$jobs" ${1:+--target "$@"}
