@@ -4,8 +4,8 @@
 set -euo pipefail
 
 packages=(
-  # compilers, build
-  g++ clang-14 clang cmake ninja-build pkg-config ccache
+  # sources, compilers, build
+  git g++ clang-14 clang cmake ninja-build pkg-config ccache
   # checks
   clang-format-14 clang-tidy-14 libclang-rt-14-dev
   # libraries of the command line, the headless host and the tests; the picture library's CMake

@@ -1,15 +1,27 @@
 #!/usr/bin/env bash
-# Sets the machine up, then runs every check: format, clang-tidy, and the test suite built with
-# gcc, clang, the address and undefined-behaviour sanitizers and the thread sanitizer. The fuzzers
-# look for a minute each, and what has to come out the same on every processor also runs on an
-# emulated 64-bit ARM.
+# Sets the machine up and checks the project.
 #
-#   scripts/test.sh            everything; the gcc release suite comes last
-#   scripts/test.sh PART...    only these parts: format tidy asan-ubsan fuzz tsan aarch64 clang release
+#   scripts/test.sh              builds the release build and runs every test of it; minutes
+#   scripts/test.sh --thorough   every part below, the release suite last; the better part of an hour
+#   scripts/test.sh PART...      only these parts, in this order
 #   scripts/test.sh --help
+#
+# The parts:
+#   format      clang-format over all sources
+#   arrows      who includes whom, against the table in docs/architecture.md
+#   tidy        clang-tidy over the shipped code; what has not changed since it was clean is skipped
+#   asan-ubsan  the suite with the address and undefined-behaviour sanitizers
+#   fuzz        each fuzzer for a minute (VITRELL_FUZZ_SECONDS)
+#   tsan        the suite with the thread sanitizer
+#   aarch64     what has to come out the same on every processor, on an emulated 64-bit ARM
+#   clang       the suite built with clang
+#   release     the suite built with gcc
+#
+# The exit code is 0 when everything passed, 1 when something failed, 2 for wrong usage.
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-all_parts=(format tidy asan-ubsan fuzz tsan aarch64 clang release)
+# A part is a name here and a function check_NAME below (a - in the name is a _ there).
+all_parts=(format arrows tidy asan-ubsan fuzz tsan aarch64 clang release)
 
 # The random renders are compared in full by the two release suites. Under a sanitizer every
 # render costs many times as much and looks for another kind of mistake: a few are enough.
@@ -26,28 +38,35 @@ usage() {
   sed -n '2,/^source/{/^source/d;s/^# \{0,1\}//;p}' "${BASH_SOURCE[0]}"
 }
 
-own_sources() {
-  git ls-files --cached --others --exclude-standard -- '*.cpp' '*.h' '*.inc' "$@" |
-    while IFS= read -r file; do [[ -f "$file" ]] && printf '%s\n' "$file"; done
-}
-
-run_format() {
+check_format() {
   local files
   mapfile -t files < <(own_sources ':!*.inc')
   clang-format-14 --dry-run -Werror "${files[@]}" && echo "${#files[@]} files are formatted."
 }
 
-# Runs clang-tidy over the shipped code. Headers are checked through the files that include them.
-run_tidy() {
-  local files
-  say "Configuring build/clang for its compile commands"
-  cmake --preset clang --log-level=WARNING || return 1
-  mapfile -t files < <(own_sources | grep -E '^(src|headless|cli|tools)/.*\.cpp$')
-  printf '%s\0' "${files[@]}" |
-    xargs -0 -n 1 -P "$jobs" clang-tidy-14 -p build/clang --quiet --warnings-as-errors='*' \
-      2> >(grep -v -E '^[0-9]+ warnings? generated\.$|^$|^Suppressed ' >&2) || return 1
-  echo "${#files[@]} files are tidy."
+check_arrows() { bash scripts/check_arrows.sh; }
+
+check_tidy() { bash scripts/tidy.sh; }
+
+check_asan_ubsan() { run_sanitized_suite asan-ubsan; }
+
+check_fuzz() { bash scripts/fuzz.sh --seconds "$fuzz_seconds"; }
+
+check_tsan() { run_sanitized_suite tsan; }
+
+# The renders and the vector engines on another processor: one hash for all of them.
+check_aarch64() {
+  install_packages g++-aarch64-linux-gnu googletest qemu-user-static || return 1
+  build_preset aarch64 platform_hash_test lane_sums_test line_sums_test \
+    weighted_lines_test bilinear_samples_test blend_modes_test || return 1
+  say "Testing build/aarch64"
+  ctest --test-dir build/aarch64 --parallel "$jobs" --no-tests=error --output-on-failure \
+    -R '^PlatformHashTest|(LaneEngines|LineEngines|WeightedLines|BilinearSamples|BlendPass)Test'
 }
+
+check_clang() { run_suite clang; }
+
+check_release() { run_suite release; }
 
 # Builds a preset and runs its suite; further arguments go to ctest.
 run_suite() {
@@ -59,41 +78,36 @@ run_suite() {
   "${launcher[@]}" ctest --preset "$preset" --parallel "$jobs" --no-tests=error --progress "$@"
 }
 
-# The renders and the vector engines on another processor: one hash for all of them.
-run_aarch64() {
-  install_packages g++-aarch64-linux-gnu googletest qemu-user-static || return 1
-  build_preset aarch64 platform_hash_test lane_sums_test line_sums_test \
-    weighted_lines_test bilinear_samples_test blend_modes_test || return 1
-  say "Testing build/aarch64"
-  ctest --test-dir build/aarch64 --parallel "$jobs" --no-tests=error --output-on-failure \
-    -R '^PlatformHashTest|(LaneEngines|LineEngines|WeightedLines|BilinearSamples|BlendPass)Test'
+run_sanitized_suite() {
+  VITRELL_RANDOM_RENDERS="$sanitizer_random_renders" run_suite "$1" -E "$tool_runs"
 }
 
-run_part() {
-  case "$1" in
-    format) run_format ;;
-    tidy) run_tidy ;;
-    asan-ubsan | tsan)
-      VITRELL_RANDOM_RENDERS="$sanitizer_random_renders" run_suite "$1" -E "$tool_runs"
-      ;;
-    aarch64) run_aarch64 ;;
-    fuzz) bash scripts/fuzz.sh --seconds "$fuzz_seconds" ;;
-    clang | release) run_suite "$1" ;;
-  esac
+wrong_usage() {
+  echo "$1 See scripts/test.sh --help." >&2
+  exit 2
 }
 
 parts=()
+thorough=
 for argument in "$@"; do
-  if [[ "$argument" == -h || "$argument" == --help ]]; then
-    usage
-    exit 0
-  elif [[ " ${all_parts[*]} " != *" $argument "* ]]; then
-    echo "Unknown part '$argument'; the parts are: ${all_parts[*]}" >&2
-    exit 2
-  fi
-  parts+=("$argument")
+  case "$argument" in
+    -h | --help)
+      usage
+      exit 0
+      ;;
+    --thorough) thorough=1 ;;
+    *)
+      [[ " ${all_parts[*]} " == *" $argument "* ]] ||
+        wrong_usage "Unknown part '$argument'; the parts are: ${all_parts[*]}."
+      parts+=("$argument")
+      ;;
+  esac
 done
-((${#parts[@]})) || parts=("${all_parts[@]}")
+if [[ -n "$thorough" ]]; then
+  ((${#parts[@]} == 0)) || wrong_usage "--thorough is all parts; name none beside it."
+  parts=("${all_parts[@]}")
+fi
+((${#parts[@]})) || parts=(release)
 
 bash scripts/setup.sh
 
@@ -106,7 +120,7 @@ for part in "${parts[@]}"; do
   say "Part: $part"
   start=$SECONDS
   verdict=passed
-  run_part "$part" || {
+  "check_${part//-/_}" || {
     verdict=FAILED
     failed+=("$part")
   }
