@@ -106,7 +106,7 @@ CLI::App* AddParams(CLI::App& app, ParamsArguments& arguments) {
   return command;
 }
 
-int TellFailure(ExitCode code, const std::string& message) {
+int TellFailure(int code, const std::string& message) {
   std::fprintf(stderr, "vitrell: %s\n", message.c_str());
   return code;
 }
@@ -158,7 +158,7 @@ int RunCommandLine(int argc, const char* const* argv) noexcept {
   try {
     return Run(argc, argv);
   } catch (const Failure& failure) {
-    return TellFailure(failure.code(), failure.what());
+    return TellFailure(static_cast<int>(failure.Kind()), failure.what());
   } catch (const headless::HostError& error) {
     return TellFailure(kFailed, error.what());
   } catch (const std::bad_alloc&) {

@@ -6,25 +6,18 @@
 #define VITRELL_CLI_FAILURE_H_
 
 #include <stdexcept>
-#include <string>
+
+#include "media/failure.h"
 
 namespace vitrell::cli {
 
-enum ExitCode : int {
-  kDone = 0,
-  kFailed = 1,       // a file or the effect
-  kWrongUsage = 2,   // an option, a control's name or value
-  kCancelled = 130,  // Ctrl-C or a termination request
-};
+using media::Failure;
+using media::kCancelled;
+using media::kFailed;
+using media::kWrongUsage;
 
-class Failure : public std::runtime_error {
- public:
-  Failure(ExitCode code, const std::string& message) : std::runtime_error(message), code_(code) {}
-  ExitCode code() const { return code_; }
-
- private:
-  ExitCode code_;
-};
+// The exit code beside those of failures.
+constexpr int kDone = 0;
 
 // A text that is no value for a control. The catcher knows where the text came from (an option or
 // a preset) and puts that in front of the message.

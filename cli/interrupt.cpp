@@ -3,11 +3,10 @@
 
 #include <unistd.h>
 
-#include <array>
-#include <climits>
 #include <csignal>
 
 #include "cli/failure.h"
+#include "media/unfinished_file.h"
 
 namespace vitrell::cli {
 namespace {
@@ -15,12 +14,10 @@ namespace {
 constexpr unsigned kGraceSeconds = 2;
 
 std::atomic<bool> g_interrupted{false};
-std::array<char, PATH_MAX> g_unfinishedFile{};
-std::atomic<bool> g_hasUnfinishedFile{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "the handlers must not lock");
 
 void EndAtOnce(int) {
-  if (g_hasUnfinishedFile) ::unlink(g_unfinishedFile.data());
+  media::RemoveUnfinishedFile();
   ::_exit(kCancelled);
 }
 
@@ -52,14 +49,6 @@ const std::atomic<bool>& InterruptFlag() { return g_interrupted; }
 
 void ThrowIfInterrupted() {
   if (g_interrupted) throw Failure(kCancelled, "cancelled; no file was written.");
-}
-
-void RemoveWhenKilled(const std::string& file) {
-  g_hasUnfinishedFile = false;
-  if (file.empty() || file.size() >= g_unfinishedFile.size()) return;
-  file.copy(g_unfinishedFile.data(), file.size());
-  g_unfinishedFile[file.size()] = '\0';
-  g_hasUnfinishedFile = true;
 }
 
 }  // namespace vitrell::cli

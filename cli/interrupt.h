@@ -7,7 +7,6 @@
 #define VITRELL_CLI_INTERRUPT_H_
 
 #include <atomic>
-#include <string>
 
 namespace vitrell::cli {
 
@@ -20,10 +19,6 @@ const std::atomic<bool>& InterruptFlag();
 
 // Throws Failure (cancelled) once a signal came.
 void ThrowIfInterrupted();
-
-// The file that is removed if the process is ended at once; empty for none. Longer names than the
-// system allows are not watched.
-void RemoveWhenKilled(const std::string& file);
 
 }  // namespace vitrell::cli
 

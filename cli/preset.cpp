@@ -8,8 +8,8 @@
 #include <string>
 
 #include "cli/failure.h"
-#include "cli/output_file.h"
 #include "cli/value_text.h"
+#include "media/output_file.h"
 
 namespace vitrell::cli {
 namespace {
@@ -30,7 +30,7 @@ std::string ReadText(const std::filesystem::path& file) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(file.c_str(), "rb"),
                                                                &std::fclose);
   if (stream == nullptr) {
-    Fail(file, LastSystemError() + ". Check the name and your right to read it.");
+    Fail(file, media::LastSystemError() + ". Check the name and your right to read it.");
   }
   std::string text;
   std::array<char, 4096> block{};
@@ -144,7 +144,7 @@ void SavePreset(const std::filesystem::path& file, const Settings& settings) {
     json[control.name] = JsonFromValue(control, value);
   }
   // File names need not be UTF-8; what is not is replaced rather than refused.
-  WriteTextFile(file, json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+  media::WriteTextFile(file, json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 
 }  // namespace vitrell::cli

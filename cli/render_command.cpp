@@ -10,15 +10,15 @@
 #include "cli/call_report.h"
 #include "cli/commands.h"
 #include "cli/effect_finder.h"
-#include "cli/exchange.h"
 #include "cli/failure.h"
 #include "cli/interrupt.h"
-#include "cli/output_file.h"
-#include "cli/picture.h"
-#include "cli/picture_writer.h"
 #include "cli/preset.h"
 #include "cli/progress_bar.h"
 #include "cli/value_text.h"
+#include "media/exchange.h"
+#include "media/output_file.h"
+#include "media/picture.h"
+#include "media/picture_writer.h"
 
 namespace vitrell::cli {
 namespace {
@@ -40,12 +40,12 @@ class RenderJob {
   void Run() {
     PrepareLayer();
     CheckTargets();
-    const Picture input = ReadPicture(arguments_.input, FileStage(1));
+    const media::Picture input = media::ReadPicture(arguments_.input, FileStage(1));
     TellAll(input.notices);
     const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
-    const Given given = GiveToEffect(input, deep);
+    const media::Given given = media::GiveToEffect(input, deep);
     TellClipping(input, given);
-    const std::optional<Given> layer = ReadLayer(deep);
+    const std::optional<media::Given> layer = ReadLayer(deep);
     headless::WorldBuffer result(input.Width(), input.Height(), deep);
     const double seconds = RenderEffect(given, layer ? &layer->world : nullptr, result);
     Write(input, given, result);
@@ -104,30 +104,30 @@ class RenderJob {
 
   // Before any long work.
   void CheckTargets() {
-    CheckTarget(arguments_.output, arguments_.force);
-    CheckWritable(arguments_.output);
-    if (!arguments_.savePreset.empty()) CheckTarget(arguments_.savePreset, arguments_.force);
+    media::CheckTarget(arguments_.output, arguments_.force);
+    media::CheckWritable(arguments_.output);
+    if (!arguments_.savePreset.empty()) media::CheckTarget(arguments_.savePreset, arguments_.force);
   }
 
-  FileProgress FileStage(int stage) {
+  media::FileProgress FileStage(int stage) {
     return [this, stage](float done) {
       bar_.Show(stage, static_cast<double>(done));
       return InterruptFlag().load();
     };
   }
 
-  void TellClipping(const Picture& picture, const Given& given) {
+  void TellClipping(const media::Picture& picture, const media::Given& given) {
     if (given.clippedPixels == 0) return;
     Tell(picture.file.string() + ": " + std::to_string(given.clippedPixels) +
          " pixels had values outside black to white and were clipped.");
   }
 
-  std::optional<Given> ReadLayer(bool deep) {
+  std::optional<media::Given> ReadLayer(bool deep) {
     const std::string path = LayerPath();
     if (path.empty()) return std::nullopt;
-    const Picture picture = ReadPicture(path, FileStage(1));
+    const media::Picture picture = media::ReadPicture(path, FileStage(1));
     TellAll(picture.notices);
-    Given given = GiveToEffect(picture, deep);
+    media::Given given = media::GiveToEffect(picture, deep);
     TellClipping(picture, given);
     return given;
   }
@@ -142,7 +142,7 @@ class RenderJob {
     return CountPasses(host_->Render(pixel, result, layer, options));
   }
 
-  double RenderEffect(const Given& given, const headless::WorldBuffer* layer,
+  double RenderEffect(const media::Given& given, const headless::WorldBuffer* layer,
                       headless::WorldBuffer& result) {
     settings_.Apply(*host_, given.world.Width(), given.world.Height());
     headless::RenderOptions options;
@@ -179,14 +179,15 @@ class RenderJob {
     throw Failure(kFailed, message);
   }
 
-  void Write(const Picture& input, const Given& given, const headless::WorldBuffer& result) {
-    WriteOrder order;
+  void Write(const media::Picture& input, const media::Given& given,
+             const headless::WorldBuffer& result) {
+    media::WriteOrder order;
     order.target = arguments_.output;
     order.force = arguments_.force;
-    order.depth = arguments_.depth == "8"    ? Depth::k8
-                  : arguments_.depth == "16" ? Depth::k16
-                                             : Depth::kAuto;
-    TellAll(WritePicture(input, given.world, result, order, FileStage(stages_)));
+    order.depth = arguments_.depth == "8"    ? media::Depth::k8
+                  : arguments_.depth == "16" ? media::Depth::k16
+                                             : media::Depth::kAuto;
+    TellAll(media::WritePicture(input, given.world, result, order, FileStage(stages_)));
   }
 
   const RenderArguments& arguments_;

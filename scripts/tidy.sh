@@ -78,7 +78,7 @@ for argument in "$@"; do
   esac
 done
 ((${#files[@]})) ||
-  mapfile -t files < <(own_sources | grep -E '^(src|headless|cli|tools)/.*\.cpp$')
+  mapfile -t files < <(own_sources | grep -E '^(src|headless|media|cli|tools)/.*\.cpp$')
 ((${#files[@]})) || exit 1
 
 use_ccache

@@ -19,7 +19,7 @@ class ControlTest : public testing::Test {
     try {
       Settings(panel_).Set(assignment);
     } catch (const Failure& failure) {
-      EXPECT_EQ(failure.code(), kWrongUsage);
+      EXPECT_EQ(failure.Kind(), kWrongUsage);
       return failure.what();
     }
     return "nothing";

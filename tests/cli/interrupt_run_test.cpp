@@ -5,11 +5,14 @@
 #include <chrono>
 #include <string>
 
-#include "cli/picture_files.h"
 #include "cli/tool_run.h"
+#include "media/picture_files.h"
 
 namespace vitrell::cli {
 namespace {
+
+using media::NoisePicture;
+using media::WritePictureFile;
 
 constexpr useconds_t kMoment = 20000;
 constexpr int kMoments = 1500;

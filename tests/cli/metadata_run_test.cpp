@@ -2,11 +2,16 @@
 #include <cstring>
 #include <string>
 
-#include "cli/picture_files.h"
 #include "cli/tool_run.h"
+#include "media/picture_files.h"
 
 namespace vitrell::cli {
 namespace {
+
+using media::FilePicture;
+using media::NoisePicture;
+using media::ReadPictureFile;
+using media::WritePictureFile;
 
 void PutNumber(std::vector<uint8_t>& bytes, std::size_t offset, std::size_t number) {
   for (std::size_t i = 0; i < 4; ++i) {

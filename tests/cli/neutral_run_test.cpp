@@ -2,11 +2,16 @@
 #include <string>
 #include <tuple>
 
-#include "cli/picture_files.h"
 #include "cli/tool_run.h"
+#include "media/picture_files.h"
 
 namespace vitrell::cli {
 namespace {
+
+using media::FilePicture;
+using media::NoisePicture;
+using media::ReadPictureFile;
+using media::WritePictureFile;
 
 // Without lens and blur every stage leaves the picture alone.
 std::vector<std::string> Neutral(const std::string& input, const std::string& output,

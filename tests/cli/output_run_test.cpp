@@ -5,11 +5,15 @@
 
 #include <string>
 
-#include "cli/picture_files.h"
 #include "cli/tool_run.h"
+#include "media/picture_files.h"
 
 namespace vitrell::cli {
 namespace {
+
+using media::NoisePicture;
+using media::ReadPictureFile;
+using media::WritePictureFile;
 
 namespace fs = std::filesystem;
 

@@ -1,11 +1,14 @@
 // Presets as users keep and use them.
 #include <string>
 
-#include "cli/picture_files.h"
 #include "cli/tool_run.h"
+#include "media/picture_files.h"
 
 namespace vitrell::cli {
 namespace {
+
+using media::NoisePicture;
+using media::WritePictureFile;
 
 class PresetRunTest : public ToolTest {
  protected:

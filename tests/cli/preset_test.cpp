@@ -24,7 +24,7 @@ class PresetTest : public testing::Test {
     try {
       LoadPreset(file_, settings);
     } catch (const Failure& failure) {
-      EXPECT_EQ(failure.code(), kFailed);
+      EXPECT_EQ(failure.Kind(), kFailed);
       EXPECT_NE(std::string(failure.what()).find(file_.string()), std::string::npos);
       return failure.what();
     }

@@ -3,11 +3,14 @@
 
 #include <string>
 
-#include "cli/picture_files.h"
 #include "cli/tool_run.h"
+#include "media/picture_files.h"
 
 namespace vitrell::cli {
 namespace {
+
+using media::NoisePicture;
+using media::WritePictureFile;
 
 class WrongInputRunTest : public ToolTest {
  protected:

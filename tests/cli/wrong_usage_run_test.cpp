@@ -1,11 +1,14 @@
 // Options and values that are wrong end with exit code 2 and a message, before any work.
 #include <string>
 
-#include "cli/picture_files.h"
 #include "cli/tool_run.h"
+#include "media/picture_files.h"
 
 namespace vitrell::cli {
 namespace {
+
+using media::NoisePicture;
+using media::WritePictureFile;
 
 class WrongUsageRunTest : public ToolTest {
  protected:

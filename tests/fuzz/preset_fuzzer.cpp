@@ -33,7 +33,7 @@ bool Load(const std::filesystem::path& file, cli::Settings& settings) {
     cli::LoadPreset(file, settings);
     return true;
   } catch (const cli::Failure& failure) {
-    Require(failure.code() == cli::kFailed, "another exit code than a failure's");
+    Require(failure.Kind() == cli::kFailed, "another exit code than a failure's");
     Require(std::string(failure.what()).find(file.string()) != std::string::npos,
             "the message does not name the file");
     return false;

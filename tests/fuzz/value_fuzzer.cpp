@@ -31,7 +31,7 @@ void ReadAssignment(std::string_view text) {
   try {
     settings.Set(text);
   } catch (const cli::Failure& failure) {
-    Require(failure.code() == cli::kWrongUsage, "fails as something else than wrong usage");
+    Require(failure.Kind() == cli::kWrongUsage, "fails as something else than wrong usage");
     Require(settings.Values() == cli::Settings(ThePanel()).Values(), "refused, but changed");
   }
 }

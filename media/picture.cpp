@@ -1,16 +1,15 @@
 // Reading pictures.
-#include "cli/picture.h"
+#include "media/picture.h"
 
 #include <algorithm>
 #include <array>
 #include <memory>
 #include <string_view>
 
-#include "cli/failure.h"
-#include "cli/interrupt.h"
-#include "cli/quiet_libraries.h"
+#include "media/failure.h"
+#include "media/quiet_libraries.h"
 
-namespace vitrell::cli {
+namespace vitrell::media {
 namespace {
 
 namespace fs = std::filesystem;
@@ -67,11 +66,11 @@ Samples ReadSamples(OIIO::ImageInput& input, const Picture& picture, OIIO::TypeD
                     const FileProgress& progress) {
   std::vector<Sample> samples(static_cast<std::size_t>(picture.Width()) *
                               static_cast<std::size_t>(picture.Height()) * picture.Channels());
-  void* const context = const_cast<FileProgress*>(&progress);
+  StoppableProgress stoppable(progress);
   const bool done =
       input.read_image(0, 0, 0, picture.spec.nchannels, type, samples.data(), OIIO::AutoStride,
-                       OIIO::AutoStride, OIIO::AutoStride, &CallFileProgress, context);
-  ThrowIfInterrupted();
+                       OIIO::AutoStride, OIIO::AutoStride, &CallFileProgress, &stoppable);
+  stoppable.ThrowIfStopped();
   const std::string message = OneLine(input.geterror());
   if (!done || !message.empty()) {
     Fail(picture.file, "is damaged or incomplete (" +
@@ -91,7 +90,7 @@ bool IsStraight(const Picture& picture) {
 }  // namespace
 
 bool CallFileProgress(void* progress, float done) {
-  return (*static_cast<const FileProgress*>(progress))(done);
+  return static_cast<StoppableProgress*>(progress)->Tell(done);
 }
 
 std::string OneLine(std::string message) {
@@ -150,4 +149,4 @@ Picture ReadPicture(const fs::path& file, const FileProgress& progress) {
   return picture;
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media

@@ -1,6 +1,6 @@
 // A picture as its file holds it, with all that the output must keep.
-#ifndef VITRELL_CLI_PICTURE_H_
-#define VITRELL_CLI_PICTURE_H_
+#ifndef VITRELL_MEDIA_PICTURE_H_
+#define VITRELL_MEDIA_PICTURE_H_
 
 #include <OpenImageIO/imageio.h>
 
@@ -12,7 +12,9 @@
 #include <variant>
 #include <vector>
 
-namespace vitrell::cli {
+#include "media/failure.h"
+
+namespace vitrell::media {
 
 // Samples of all channels, interleaved, rows from top to bottom without padding. 8-bit and 16-bit
 // integers stay what they are in the file; every other type is held as float.
@@ -52,7 +54,26 @@ using FileProgress = std::function<bool(float done)>;
 // Failure naming file, cause and remedy, also when stopped.
 Picture ReadPicture(const std::filesystem::path& file, const FileProgress& progress);
 
-// For the callback arguments of the picture library.
+// Passes progress on and remembers that it asked to stop.
+class StoppableProgress {
+ public:
+  explicit StoppableProgress(const FileProgress& progress) : progress_(progress) {}
+
+  bool Tell(float done) {
+    if (progress_ && progress_(done)) stopped_ = true;
+    return stopped_;
+  }
+  // Throws Failure (cancelled) once the work was asked to stop.
+  void ThrowIfStopped() const {
+    if (stopped_) throw Failure(kCancelled, "cancelled; no file was written.");
+  }
+
+ private:
+  const FileProgress& progress_;
+  bool stopped_ = false;
+};
+
+// For the callback arguments of the picture library; the first is a StoppableProgress.
 bool CallFileProgress(void* progress, float done);
 
 // The layout of channels told by a file's header.
@@ -61,6 +82,6 @@ ChannelLayout FindChannels(const OIIO::ImageSpec& spec);
 // The library's last message on one line.
 std::string OneLine(std::string message);
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media
 
-#endif  // VITRELL_CLI_PICTURE_H_
+#endif  // VITRELL_MEDIA_PICTURE_H_

@@ -1,5 +1,5 @@
 // Writing beside the target and renaming.
-#include "cli/output_file.h"
+#include "media/output_file.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -7,10 +7,10 @@
 #include <cerrno>
 #include <system_error>
 
-#include "cli/failure.h"
-#include "cli/interrupt.h"
+#include "media/failure.h"
+#include "media/unfinished_file.h"
 
-namespace vitrell::cli {
+namespace vitrell::media {
 namespace {
 
 namespace fs = std::filesystem;
@@ -86,7 +86,7 @@ OutputFile::OutputFile(const fs::path& target) : shown_(target), target_(Resolve
         ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
     if (file >= 0) {
       ::close(file);
-      RemoveWhenKilled(temporary_.string());
+      SetUnfinishedFile(temporary_.string());
       return;
     }
     if (errno != EEXIST) break;
@@ -97,7 +97,7 @@ OutputFile::OutputFile(const fs::path& target) : shown_(target), target_(Resolve
 
 OutputFile::~OutputFile() {
   if (!committed_) ::unlink(temporary_.c_str());
-  RemoveWhenKilled({});
+  SetUnfinishedFile({});
 }
 
 void OutputFile::CheckRoom() const {
@@ -137,4 +137,4 @@ void WriteTextFile(const fs::path& target, std::string_view text) {
   output.Commit(true);
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media

@@ -1,8 +1,8 @@
 // Keeps the picture libraries from printing to standard error.
-#ifndef VITRELL_CLI_QUIET_LIBRARIES_H_
-#define VITRELL_CLI_QUIET_LIBRARIES_H_
+#ifndef VITRELL_MEDIA_QUIET_LIBRARIES_H_
+#define VITRELL_MEDIA_QUIET_LIBRARIES_H_
 
-namespace vitrell::cli {
+namespace vitrell::media {
 
 // They print what they also return as an error, in words that name neither file nor remedy. While
 // an object lives, standard error leads nowhere. Objects must not overlap.
@@ -17,6 +17,6 @@ class QuietLibraries {
   int standardError_ = -1;
 };
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media
 
-#endif  // VITRELL_CLI_QUIET_LIBRARIES_H_
+#endif  // VITRELL_MEDIA_QUIET_LIBRARIES_H_

@@ -1,6 +1,6 @@
 // Picture files for tests, written and read with the picture library alone.
-#ifndef VITRELL_TESTS_CLI_PICTURE_FILES_H_
-#define VITRELL_TESTS_CLI_PICTURE_FILES_H_
+#ifndef VITRELL_TESTS_MEDIA_PICTURE_FILES_H_
+#define VITRELL_TESTS_MEDIA_PICTURE_FILES_H_
 
 #include <OpenImageIO/imageio.h>
 
@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <vector>
 
-namespace vitrell::cli {
+namespace vitrell::media {
 
 struct FilePicture {
   OIIO::ImageSpec spec;
@@ -27,6 +27,6 @@ void WritePictureFile(const std::filesystem::path& file, const FilePicture& pict
 // The stored samples, alpha left as it is.
 FilePicture ReadPictureFile(const std::filesystem::path& file);
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media
 
-#endif  // VITRELL_TESTS_CLI_PICTURE_FILES_H_
+#endif  // VITRELL_TESTS_MEDIA_PICTURE_FILES_H_

@@ -1,16 +1,16 @@
 // Writing the result of the effect as a picture.
-#ifndef VITRELL_CLI_PICTURE_WRITER_H_
-#define VITRELL_CLI_PICTURE_WRITER_H_
+#ifndef VITRELL_MEDIA_PICTURE_WRITER_H_
+#define VITRELL_MEDIA_PICTURE_WRITER_H_
 
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include "cli/exchange.h"
-#include "cli/picture.h"
 #include "headless/world_buffer.h"
+#include "media/exchange.h"
+#include "media/picture.h"
 
-namespace vitrell::cli {
+namespace vitrell::media {
 
 enum class Depth { kAuto, k8, k16 };
 
@@ -32,6 +32,6 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
                                       const headless::WorldBuffer& result, const WriteOrder& order,
                                       const FileProgress& progress);
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media
 
-#endif  // VITRELL_CLI_PICTURE_WRITER_H_
+#endif  // VITRELL_MEDIA_PICTURE_WRITER_H_

@@ -1,14 +1,14 @@
 // Pixels on their way from a picture to the effect and back.
-#ifndef VITRELL_CLI_EXCHANGE_H_
-#define VITRELL_CLI_EXCHANGE_H_
+#ifndef VITRELL_MEDIA_EXCHANGE_H_
+#define VITRELL_MEDIA_EXCHANGE_H_
 
 #include <cstdint>
 #include <vector>
 
-#include "cli/picture.h"
 #include "headless/world_buffer.h"
+#include "media/picture.h"
 
-namespace vitrell::cli {
+namespace vitrell::media {
 
 // What a picture became when it was given to the effect.
 struct Given {
@@ -50,6 +50,6 @@ struct OutputForm {
 Samples TakeFromEffect(const Picture& input, const headless::WorldBuffer& given,
                        const headless::WorldBuffer& result, const OutputForm& form);
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media
 
-#endif  // VITRELL_CLI_EXCHANGE_H_
+#endif  // VITRELL_MEDIA_EXCHANGE_H_

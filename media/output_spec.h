@@ -1,17 +1,17 @@
 // The header of the output: the input's metadata as far as they stay true.
-#ifndef VITRELL_CLI_OUTPUT_SPEC_H_
-#define VITRELL_CLI_OUTPUT_SPEC_H_
+#ifndef VITRELL_MEDIA_OUTPUT_SPEC_H_
+#define VITRELL_MEDIA_OUTPUT_SPEC_H_
 
 #include <OpenImageIO/imageio.h>
 
 #include <string>
 #include <vector>
 
-#include "cli/exchange.h"
-#include "cli/picture.h"
-#include "cli/picture_writer.h"
+#include "media/exchange.h"
+#include "media/picture.h"
+#include "media/picture_writer.h"
 
-namespace vitrell::cli {
+namespace vitrell::media {
 
 // What the output's format can do, as its writer tells.
 struct FormatTraits {
@@ -38,6 +38,6 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form,
 // "resolution".
 std::vector<std::string> LostMetadata(const OIIO::ImageSpec& input, const OIIO::ImageSpec& written);
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media
 
-#endif  // VITRELL_CLI_OUTPUT_SPEC_H_
+#endif  // VITRELL_MEDIA_OUTPUT_SPEC_H_

@@ -1,12 +1,12 @@
 // Files that appear complete or not at all.
-#ifndef VITRELL_CLI_OUTPUT_FILE_H_
-#define VITRELL_CLI_OUTPUT_FILE_H_
+#ifndef VITRELL_MEDIA_OUTPUT_FILE_H_
+#define VITRELL_MEDIA_OUTPUT_FILE_H_
 
 #include <filesystem>
 #include <string>
 #include <string_view>
 
-namespace vitrell::cli {
+namespace vitrell::media {
 
 // The text of errno: "No space left on device".
 std::string LastSystemError();
@@ -44,6 +44,6 @@ class OutputFile {
 // Writes a whole text through an OutputFile, over an existing file too. Throws Failure.
 void WriteTextFile(const std::filesystem::path& target, std::string_view text);
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media
 
-#endif  // VITRELL_CLI_OUTPUT_FILE_H_
+#endif  // VITRELL_MEDIA_OUTPUT_FILE_H_

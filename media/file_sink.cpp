@@ -1,5 +1,5 @@
 // The file behind picture writers.
-#include "cli/file_sink.h"
+#include "media/file_sink.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -7,9 +7,9 @@
 
 #include <cerrno>
 
-#include "cli/output_file.h"
+#include "media/output_file.h"
 
-namespace vitrell::cli {
+namespace vitrell::media {
 
 FileSink::FileSink(const std::filesystem::path& file)
     : IOProxy(file.string(), Write), file_(::open(file.c_str(), O_RDWR | O_TRUNC | O_CLOEXEC)) {
@@ -78,4 +78,4 @@ size_t FileSink::size() const {
   return ::fstat(file_, &status) == 0 ? static_cast<size_t>(status.st_size) : 0;
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media

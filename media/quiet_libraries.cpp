@@ -1,12 +1,12 @@
 // Turning standard error away for a while.
-#include "cli/quiet_libraries.h"
+#include "media/quiet_libraries.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>
 
-namespace vitrell::cli {
+namespace vitrell::media {
 
 QuietLibraries::QuietLibraries() {
   std::fflush(stderr);
@@ -24,4 +24,4 @@ QuietLibraries::~QuietLibraries() {
   ::close(standardError_);
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media

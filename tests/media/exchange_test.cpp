@@ -1,5 +1,5 @@
 // Pixels on their way to the effect and back.
-#include "cli/exchange.h"
+#include "media/exchange.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <limits>
 #include <numeric>
 
-namespace vitrell::cli {
+namespace vitrell::media {
 namespace {
 
 using headless::WorldBuffer;
@@ -208,4 +208,4 @@ TEST(ExchangeTest, FindChannelsKnowsNamesAndOrder) {
 }
 
 }  // namespace
-}  // namespace vitrell::cli
+}  // namespace vitrell::media

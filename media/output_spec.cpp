@@ -1,12 +1,12 @@
 // Choosing channels and metadata of the output.
-#include "cli/output_spec.h"
+#include "media/output_spec.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <string_view>
 
-namespace vitrell::cli {
+namespace vitrell::media {
 namespace {
 
 // The other formats with alpha hold multiplied colours or, as TIFF, both.
@@ -204,4 +204,4 @@ std::vector<std::string> LostMetadata(const OIIO::ImageSpec& input,
   return lost;
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media

@@ -1,12 +1,12 @@
 // Test pictures.
-#include "cli/picture_files.h"
+#include "media/picture_files.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
 
-namespace vitrell::cli {
+namespace vitrell::media {
 namespace {
 
 bool IsFloat(OIIO::TypeDesc type) { return type.is_floating_point(); }
@@ -83,4 +83,4 @@ FilePicture ReadPictureFile(const std::filesystem::path& file) {
   return picture;
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media

@@ -1,18 +1,17 @@
 // Writing pictures beside their target.
-#include "cli/picture_writer.h"
+#include "media/picture_writer.h"
 
 #include <memory>
 #include <string_view>
 #include <variant>
 
-#include "cli/failure.h"
-#include "cli/file_sink.h"
-#include "cli/interrupt.h"
-#include "cli/output_file.h"
-#include "cli/output_spec.h"
-#include "cli/quiet_libraries.h"
+#include "media/failure.h"
+#include "media/file_sink.h"
+#include "media/output_file.h"
+#include "media/output_spec.h"
+#include "media/quiet_libraries.h"
 
-namespace vitrell::cli {
+namespace vitrell::media {
 namespace {
 
 namespace fs = std::filesystem;
@@ -69,19 +68,18 @@ std::unique_ptr<OIIO::ImageOutput> OpenWriter(FileSink& sink, const OutputFile& 
 
 // Returns whether the writer is sure of its success.
 bool WriteSamples(OIIO::ImageOutput& writer, FileSink& sink, const Samples& samples,
-                  const fs::path& target, const FileProgress& progress) {
+                  const fs::path& target, StoppableProgress& progress) {
   const bool written = std::visit(
       [&](const auto& values) {
         using Sample = typename std::decay_t<decltype(values)>::value_type;
-        void* const context = const_cast<FileProgress*>(&progress);
         return writer.write_image(OIIO::BaseTypeFromC<Sample>::value, values.data(),
                                   OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride,
-                                  &CallFileProgress, context);
+                                  &CallFileProgress, &progress);
       },
       samples);
   const bool closed = writer.close();
   sink.close();
-  ThrowIfInterrupted();
+  progress.ThrowIfStopped();
   if (!sink.FirstError().empty()) {
     Fail(target, "cannot be written (" + sink.FirstError() + "). Free some space and try again.");
   }
@@ -147,16 +145,18 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   const std::unique_ptr<OIIO::ImageOutput> writer = OpenWriter(sink, file, spec, order.target);
   const OIIO::TypeDesc actual = writer->spec().format;
   form.type = SampleTypeOf(actual);
+  StoppableProgress stoppable(progress);
   const bool sure = WriteSamples(*writer, sink, TakeFromEffect(input, given, result, form),
-                                 order.target, progress);
+                                 order.target, stoppable);
   if (!sure) file.CheckRoom();
   const OIIO::ImageSpec written = ReadBack(file, !sure, order.target);
   TellLosses(input, spec, actual, written, notices);
-  ThrowIfInterrupted();
+  stoppable.Tell(1.0F);
+  stoppable.ThrowIfStopped();
   file.Commit(order.force);
   const std::string prefix = order.target.string() + ": ";
   for (std::string& notice : notices) notice.insert(0, prefix);
   return notices;
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media

@@ -1,13 +1,13 @@
 // A file that picture writers write to, which remembers the first write that failed.
-#ifndef VITRELL_CLI_FILE_SINK_H_
-#define VITRELL_CLI_FILE_SINK_H_
+#ifndef VITRELL_MEDIA_FILE_SINK_H_
+#define VITRELL_MEDIA_FILE_SINK_H_
 
 #include <OpenImageIO/filesystem.h>
 
 #include <filesystem>
 #include <string>
 
-namespace vitrell::cli {
+namespace vitrell::media {
 
 // Some writers do not look at the result of every write; without this a full disk would leave a
 // damaged picture that counts as written.
@@ -40,6 +40,6 @@ class FileSink : public OIIO::Filesystem::IOProxy {
   std::string firstError_;
 };
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media
 
-#endif  // VITRELL_CLI_FILE_SINK_H_
+#endif  // VITRELL_MEDIA_FILE_SINK_H_

@@ -1,5 +1,5 @@
 // Conversions between file samples and the effect's pixels.
-#include "cli/exchange.h"
+#include "media/exchange.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <utility>
 
-namespace vitrell::cli {
+namespace vitrell::media {
 namespace {
 
 // In the order alpha, red, green, blue of the host's pixels.
@@ -225,4 +225,4 @@ Samples TakeFromEffect(const Picture& input, const headless::WorldBuffer& given,
       input.samples);
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::media

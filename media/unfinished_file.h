@@ -1,0 +1,18 @@
+// The one file that a process must not leave behind when it is ended from outside.
+#ifndef VITRELL_MEDIA_UNFINISHED_FILE_H_
+#define VITRELL_MEDIA_UNFINISHED_FILE_H_
+
+#include <string>
+
+namespace vitrell::media {
+
+// The file that RemoveUnfinishedFile removes from now on; empty for none. Longer names than the
+// system allows are not watched.
+void SetUnfinishedFile(const std::string& file);
+
+// May be called by a signal handler.
+void RemoveUnfinishedFile();
+
+}  // namespace vitrell::media
+
+#endif  // VITRELL_MEDIA_UNFINISHED_FILE_H_
