@@ -2,11 +2,13 @@
 # Builds dist/Vitrell.plugin, the bundle for macOS on Intel and Apple silicon, on Debian 12.
 #
 #   scripts/build-macos.sh           builds and inspects the bundle
-#   scripts/build-macos.sh --test    also runs its Intel half here and compares renders with the
-#                                    Linux module's
+#   scripts/build-macos.sh --test    also runs both halves here, on an x86_64 machine, and compares
+#                                    renders with the Linux module's
 #   scripts/build-macos.sh --help
 #
 # Everything it needs comes with apt, and with npm into build/macos; nothing is installed elsewhere.
+# The Apple silicon half runs under emulation with Debian's libraries for that processor, which are
+# unpacked below build/macos.
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 bundle="dist/Vitrell.plugin"
@@ -105,15 +107,62 @@ inspect_bundle() {
   echo "$bundle: $size bytes"
 }
 
+# Fetches Debian's libraries for 64-bit ARM and unpacks them into the given folder. They are not
+# installed: the C++ runtimes of two processors claim the same files. Packages are chosen by lists
+# and a status of their own, so that the system's are left alone.
+unpack_arm64_libraries() {
+  local target="$1" apt="$work/apt-arm64" package
+  [[ ! -f "$target/complete" ]] || return 0
+  say "Unpacking libraries for arm64"
+  rm -rf "$target" "$apt"
+  mkdir -p "$target" "$apt/lists/partial" "$apt/cache/archives/partial"
+  touch "$apt/status"
+  local options=(-qq -o APT::Architecture=arm64 -o APT::Architectures=arm64
+    -o APT::Install-Recommends=0 -o APT::Sandbox::User="$(id -un)" -o Debug::NoLocking=1
+    -o Dir::State::Lists="$apt/lists" -o Dir::State::Status="$apt/status" -o Dir::Cache="$apt/cache")
+  apt-get "${options[@]}" update
+  apt-get "${options[@]}" install -y --download-only libc++1-14 libc++abi1-14 libllvm14 libstdc++6
+  for package in "$apt"/cache/archives/*.deb; do
+    dpkg-deb --extract "$package" "$target"
+  done
+  rm -rf "$apt"
+  touch "$target/complete"
+}
+
 # Runs the Intel slice in a Linux process.
-run_tests() {
-  [[ "$(uname -m)" == x86_64 ]] || fail "The bundle's Intel half runs on an x86_64 machine only."
+test_intel_half() {
   say "Building build/macos/native"
   cmake -S . -B "$work/native" -DVITRELL_BUILD_TESTS=ON -DVITRELL_BUILD_TOOL=ON \
     -DVITRELL_MACOS_BUNDLE="$root/$bundle" --log-level=WARNING
   cmake --build "$work/native" --parallel "$jobs" --target bundle_test resource_test
-  say "Testing $bundle"
-  ctest --test-dir "$work/native/tests/packaging" --no-tests=error --output-on-failure
+  say "Testing $bundle on x86_64"
+  ctest --test-dir "$work/native/tests/packaging" --parallel "$jobs" --no-tests=error \
+    --output-on-failure
+}
+
+# Runs the Apple silicon slice in an emulated Linux process.
+test_arm_half() {
+  local libraries="$work/arm64-libraries" build="$work/native-arm64"
+  unpack_arm64_libraries "$libraries"
+  local found="$libraries/usr/lib/aarch64-linux-gnu"
+  say "Building build/macos/native-arm64"
+  cmake -S . -B "$build" -G Ninja --log-level=WARNING -DCMAKE_BUILD_TYPE=Release \
+    --toolchain cmake/aarch64_linux.cmake -DVITRELL_AARCH64_ROOT="$libraries" \
+    -DCMAKE_EXE_LINKER_FLAGS="-Wl,-rpath-link,$found:$libraries/lib/aarch64-linux-gnu" \
+    -DVITRELL_BUILD_CLI=OFF -DVITRELL_BUILD_BENCH=OFF -DVITRELL_GTEST_SOURCE=/usr/src/googletest \
+    -DVITRELL_MACOS_BUNDLE="$root/$bundle" -DVITRELL_GOLDEN_RECORDS="$work/native/golden.records" \
+    -DVITRELL_LLVM="$found/libLLVM-14.so.1" -DVITRELL_LLVM_INCLUDE=/usr/include/llvm-14 \
+    -DVITRELL_LLVM_C_INCLUDE=/usr/include/llvm-c-14
+  cmake --build "$build" --parallel "$jobs" --target bundle_test
+  say "Testing $bundle on arm64"
+  ctest --test-dir "$build/tests/packaging" --parallel "$jobs" --no-tests=error \
+    --output-on-failure -R '^(Shares/)?Bundle'
+}
+
+run_tests() {
+  [[ "$(uname -m)" == x86_64 ]] || fail "The bundle's halves run on an x86_64 machine only."
+  test_intel_half
+  test_arm_half
 }
 
 test=0
@@ -127,7 +176,8 @@ done
 
 packages=(lld-14 llvm-14 nodejs)
 command -v npm >/dev/null || packages+=(npm)
-((!test)) || packages+=(llvm-14-dev libc++1-14 libc++abi1-14)
+((!test)) || packages+=(llvm-14-dev libc++1-14 libc++abi1-14
+  g++-aarch64-linux-gnu googletest qemu-user-static)
 bash scripts/setup.sh
 install_packages "${packages[@]}"
 

@@ -1,4 +1,5 @@
-// The finished bundle: its Intel slice runs here and renders what the Linux module renders.
+// The finished bundle: the slice of this processor runs here and renders what the Linux module
+// renders.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,8 +12,10 @@
 
 #include "headless/effect_host.h"
 #include "packaging/mapped_image.h"
+#include "packaging/processor.h"
 #include "vitrell_resource.h"
-#include "whole/golden_case.h"
+#include "whole/golden_record.h"
+#include "whole/literal_bridge.h"
 #include "whole/picture_hash.h"
 #include "whole/random_case.h"
 
@@ -22,6 +25,7 @@ namespace {
 constexpr int kDefaultCases = 1500;
 constexpr std::uint64_t kDefaultSeed = 51000000;
 constexpr int kReportedCases = 3;
+constexpr int kShares = 6;
 
 const std::filesystem::path kContents = std::filesystem::path(VITRELL_MACOS_BUNDLE) / "Contents";
 
@@ -39,8 +43,9 @@ const MappedImage& Image() {
 
 std::shared_ptr<const headless::EffectModule> BundleModule() {
   return std::make_shared<headless::EffectModule>(
-      reinterpret_cast<PF_EntryPoint>(Image().Find(headless::EffectModule::kEntryPointName)),
-      "the bundle's Intel slice");
+      AdaptEntryPoint(
+          reinterpret_cast<PF_EntryPoint>(Image().Find(headless::EffectModule::kEntryPointName))),
+      std::string("the bundle's slice for ") + kSlice);
 }
 
 std::shared_ptr<const headless::EffectModule> LinuxModule() {
@@ -97,28 +102,40 @@ TEST(BundleTest, AnswersSetupAsTheLinuxModule) {
   EXPECT_EQ(hosts.bundle.OutData().out_flags2, hosts.linuxModule.OutData().out_flags2);
 }
 
-TEST(BundleTest, RendersWhatTheLinuxModuleRenders) {
-  const std::uint64_t seed = whole::BaseSeed(kDefaultSeed);
+// Spread over several tests, which may run at once.
+class BundleRenderTest : public testing::TestWithParam<int> {};
+
+TEST_P(BundleRenderTest, RendersWhatTheLinuxModuleRenders) {
   const int count = whole::CaseCount(kDefaultCases);
   ASSERT_GT(count, 0) << "VITRELL_RANDOM_RENDERS must be a positive number";
-  std::cout << count << " renders from seed " << seed << std::endl;
+  const std::uint64_t seed = whole::BaseSeed(kDefaultSeed);
   Hosts hosts;
   int failed = 0;
-  for (int i = 0; i < count && failed < kReportedCases; ++i) {
+  int done = 0;
+  for (int i = GetParam(); i < count && failed < kReportedCases; i += kShares, ++done) {
     failed += AgreeOn(seed + static_cast<std::uint64_t>(i), hosts) ? 0 : 1;
   }
+  std::cout << done << " of " << count << " renders from seed " << seed << " on " << kSlice
+            << std::endl;
 }
 
+INSTANTIATE_TEST_SUITE_P(Shares, BundleRenderTest, testing::Range(0, kShares));
+
 TEST(BundleTest, RendersTheGoldens) {
-  const whole::FilePicture input = whole::ReadFilePicture(VITRELL_GOLDEN_INPUT);
   whole::PictureHash hash;
-  for (const std::string& name : whole::GoldenNames()) {
-    const auto settings = whole::GoldenFolder(name) / "settings.json";
-    hash.Add(
-        whole::RenderGolden(settings, input, whole::IsDeepGolden(name), BundleModule()).actual);
+  const auto records = whole::ReadGoldenRecords(VITRELL_GOLDEN_RECORDS);
+  for (const whole::GoldenRecord& expected : records) {
+    whole::GoldenRecord actual = whole::RenderRecord(expected, BundleModule());
+    EXPECT_EQ(headless::DescribeDifference(whole::FromLiteral(expected.output),
+                                           whole::FromLiteral(actual.output)),
+              "")
+        << expected.name;
+    EXPECT_EQ(actual.calls, expected.calls) << expected.name;
+    whole::CutAtWhite(actual.output);
+    hash.Add(actual.output);
   }
-  std::cout << "hash of " << whole::GoldenNames().size() << " goldens: " << std::hex << hash.Value()
-            << std::dec << std::endl;
+  std::cout << "hash of " << records.size() << " goldens: " << std::hex << hash.Value() << std::dec
+            << std::endl;
   EXPECT_EQ(hash.Value(), whole::kAllGoldens);
 }
 

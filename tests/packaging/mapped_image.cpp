@@ -10,6 +10,7 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "packaging/processor.h"
 #include "packaging/system_symbols.h"
 #include "packaging/unwind_table.h"
 
@@ -68,11 +69,10 @@ MappedImage::MappedImage(const std::filesystem::path& path) {
   const auto* const universal =
       llvm::dyn_cast<llvm::object::MachOUniversalBinary>(binary.getBinary());
   if (universal == nullptr) throw std::runtime_error(path.string() + " has no slices");
-  const auto object = Require(universal->getMachOObjectForArch("x86_64"));
+  const auto object = Require(universal->getMachOObjectForArch(kSlice));
   MapSegments(*object);
   Rebase(*object);
   Bind(*object);
-  PrepareThreadLocals(*object);
   RegisterUnwindTables(*object);
   ReadExports(*object);
   for (const auto& segment : Segments(*object)) {
@@ -146,26 +146,6 @@ void MappedImage::Bind(MachOObjectFile& object) {
   const auto weak = object.weakBindTable(weakError);
   if (weak.begin() != weak.end()) throw std::runtime_error("weak symbols are not known");
   RequireNone(std::move(weakError));
-}
-
-void MappedImage::PrepareThreadLocals(const MachOObjectFile& object) {
-  std::uint64_t first = size_;
-  std::uint64_t end = 0;
-  for (const auto type :
-       {llvm::MachO::S_THREAD_LOCAL_REGULAR, llvm::MachO::S_THREAD_LOCAL_ZEROFILL}) {
-    for (const auto& section : SectionsOfType(object, type)) {
-      first = std::min(first, std::uint64_t{section.addr});
-      end = std::max(end, std::uint64_t{section.addr} + section.size);
-    }
-  }
-  if (end == 0) return;
-  const auto* const variables = new ThreadLocals{At(first), end - first};  // As long as the image.
-  for (const auto& section : SectionsOfType(object, llvm::MachO::S_THREAD_LOCAL_VARIABLES)) {
-    auto* const descriptors = reinterpret_cast<ThreadLocalDescriptor*>(At(section.addr));
-    for (std::uint64_t i = 0; i < section.size / sizeof(ThreadLocalDescriptor); ++i) {
-      descriptors[i].variables = variables;
-    }
-  }
 }
 
 void MappedImage::RegisterUnwindTables(const MachOObjectFile& object) {

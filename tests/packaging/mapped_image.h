@@ -14,9 +14,10 @@ class MachOObjectFile;
 
 namespace vitrell::packaging {
 
-// Maps the x86_64 slice of a universal file, adjusts its pointers, binds what it imports to this
-// system's C library and to LLVM's C++ runtime, registers its unwind tables and runs its
+// Maps this processor's slice of a universal file, adjusts its pointers, binds what it imports to
+// this system's C library and to LLVM's C++ runtime, registers its unwind tables and runs its
 // initialisers. The image stays mapped until the process ends, as its destructors run only then.
+// Thread-local variables are not served: what they import is unknown.
 // Throws std::runtime_error with what is wrong.
 class MappedImage {
  public:
@@ -34,7 +35,6 @@ class MappedImage {
   void MapSegments(const llvm::object::MachOObjectFile& object);
   void Rebase(llvm::object::MachOObjectFile& object);
   void Bind(llvm::object::MachOObjectFile& object);
-  void PrepareThreadLocals(const llvm::object::MachOObjectFile& object);
   void RegisterUnwindTables(const llvm::object::MachOObjectFile& object);
   void RunInitialisers(const llvm::object::MachOObjectFile& object);
   void ReadExports(const llvm::object::MachOObjectFile& object);

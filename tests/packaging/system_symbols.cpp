@@ -5,86 +5,9 @@
 
 #include <cstring>
 #include <map>
-#include <memory>
 #include <stdexcept>
 #include <utility>
 #include <vector>
-
-// Keeps all registers but rax: the general ones on the stack, the rest by the processor's own
-// saving instruction (x87, SSE, AVX and AVX-512 state).
-__asm__(R"(
-  .text
-  .globl VitrellThreadLocalThunk
-  .hidden VitrellThreadLocalThunk
-  .type VitrellThreadLocalThunk, @function
-VitrellThreadLocalThunk:
-  push %rbp
-  mov %rsp, %rbp
-  push %rbx
-  push %rcx
-  push %rdx
-  push %rsi
-  push %rdi
-  push %r8
-  push %r9
-  push %r10
-  push %r11
-  sub $4096, %rsp
-  and $-64, %rsp
-  xor %eax, %eax
-  mov %rax, 512(%rsp)
-  mov %rax, 520(%rsp)
-  mov %rax, 528(%rsp)
-  mov %rax, 536(%rsp)
-  mov %rax, 544(%rsp)
-  mov %rax, 552(%rsp)
-  mov %rax, 560(%rsp)
-  mov %rax, 568(%rsp)
-  mov $0xE7, %eax
-  xor %edx, %edx
-  xsave64 (%rsp)
-  call VitrellThreadLocalAddress
-  mov %rax, %rbx
-  mov $0xE7, %eax
-  xor %edx, %edx
-  xrstor64 (%rsp)
-  mov %rbx, %rax
-  lea -72(%rbp), %rsp
-  pop %r11
-  pop %r10
-  pop %r9
-  pop %r8
-  pop %rdi
-  pop %rsi
-  pop %rdx
-  pop %rcx
-  pop %rbx
-  pop %rbp
-  ret
-  .size VitrellThreadLocalThunk, . - VitrellThreadLocalThunk
-)");
-
-extern "C" {
-
-void VitrellThreadLocalThunk();
-
-__attribute__((visibility("hidden"), used)) void* VitrellThreadLocalAddress(
-    const vitrell::packaging::ThreadLocalDescriptor* descriptor) {
-  // Aligned as strictly as any variable can ask for.
-  struct alignas(64) Line {
-    std::uint8_t bytes[64];
-  };
-  thread_local std::map<const void*, std::vector<Line>> copies;
-  const vitrell::packaging::ThreadLocals& variables = *descriptor->variables;
-  std::vector<Line>& copy = copies[&variables];
-  if (copy.empty()) {
-    copy.resize(variables.size / sizeof(Line) + 1);
-    std::memcpy(copy.data(), variables.start, variables.size);
-  }
-  return reinterpret_cast<std::uint8_t*>(copy.data()) + descriptor->offset;
-}
-
-}  // extern "C"
 
 namespace vitrell::packaging {
 namespace {
@@ -105,7 +28,6 @@ const std::map<std::string, void*>& MacOnlySymbols() {
       {"__bzero", reinterpret_cast<void*>(&ClearBytes)},
       {"bzero", reinterpret_cast<void*>(&ClearBytes)},
       {"memset_pattern16", reinterpret_cast<void*>(&FillWithPattern16)},
-      {"_tlv_bootstrap", reinterpret_cast<void*>(&VitrellThreadLocalThunk)},
       {"dyld_stub_binder", reinterpret_cast<void*>(&BindLazily)},
   };
   return symbols;

@@ -8,20 +8,6 @@
 
 namespace vitrell::packaging {
 
-// The picture that the thread-local variables of an image start from, for each thread.
-struct ThreadLocals {
-  const std::uint8_t* start = nullptr;
-  std::uint64_t size = 0;
-};
-
-// What the image's code holds for each of its thread-local variables. `address` is called with the
-// descriptor in the first argument's register and keeps every register but the result's.
-struct ThreadLocalDescriptor {
-  void* address;
-  const ThreadLocals* variables;
-  std::uint64_t offset;
-};
-
 // The address of a symbol of "libSystem" or "libc++", told without the leading underscore. The
 // unwinder counts as C++ runtime. Throws std::runtime_error for an unknown library or symbol.
 void* SystemSymbol(const std::string& library, const std::string& name);

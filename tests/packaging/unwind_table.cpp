@@ -7,15 +7,16 @@
 #include <stdexcept>
 #include <utility>
 
+#include "packaging/processor.h"
+
 namespace vitrell::packaging {
 namespace {
 
 constexpr std::uint32_t kRegularPage = 2;
 constexpr std::uint32_t kCompressedPage = 3;
 
-// Bits of an encoding of this processor.
+// Bits of an encoding, the same on every processor.
 constexpr std::uint32_t kModeMask = 0x0F000000;
-constexpr std::uint32_t kFramePointerMode = 0x01000000;
 constexpr std::uint32_t kHasHandlers = 0x40000000;
 constexpr std::uint32_t kPersonalityMask = 0x30000000;
 constexpr int kPersonalityShift = 28;
@@ -118,27 +119,31 @@ class Writer {
   std::vector<std::uint8_t> bytes;
 };
 
+constexpr int kOffset = 0x80;          // With the register's number in it.
+constexpr int kOffsetExtended = 0x05;  // Before a register's number of more than 6 bits.
+constexpr int kDefineFrame = 0x0C;
+
 // Return address at CFA - 8, the caller's frame pointer at CFA - 16, CFA = frame pointer + 16.
 void PutCommonRecord(std::uint64_t personality, Writer* out) {
   const std::size_t start = out->bytes.size();
   out->Put(std::uint32_t{0}).Put(std::uint32_t{0});
-  out->Bytes({1, 'z', 'P', 'L', 'R', 0, 1, 0x78, 16, 11});
+  out->Bytes({1, 'z', 'P', 'L', 'R', 0, 1, 0x78, kFrameRules.returnAddress, 11});
   out->Bytes({0}).Put(personality).Bytes({0, 0});  // All addresses are absolute.
-  out->Bytes({0x0C, 6, 16, 0x80 | 6, 2, 0x80 | 16, 1});
+  out->Bytes({kDefineFrame, kFrameRules.framePointer, 16});
+  out->Bytes({kOffset | kFrameRules.framePointer, 2, kOffset | kFrameRules.returnAddress, 1});
   out->Close(start);
 }
 
-// The registers that the encoding says are saved below the frame pointer.
+// Numbers stay below 128 and distances below 2^14: one and two bytes of LEB128.
 void PutSavedRegisters(std::uint32_t encoding, Writer* out) {
-  constexpr int kNumberOf[] = {0, 3, 12, 13, 14, 15};  // rbx, r12 to r15.
-  const std::uint32_t offset = (encoding >> 16) & 0xFF;
-  for (std::uint32_t i = 0; i < 5; ++i) {
-    const std::uint32_t saved = (encoding >> (3 * i)) & 7;
-    if (saved == 0) continue;
-    if (saved > 5) throw std::runtime_error("an unwind entry saves no known register");
-    const std::uint32_t distance = 2 + offset - i;
-    out->Bytes({0x80 | kNumberOf[saved], static_cast<int>(distance & 0x7F) | 0x80,
-                static_cast<int>(distance >> 7)});
+  for (const SavedRegister& saved : SavedRegisters(encoding)) {
+    if (saved.number < 64) {
+      out->Bytes({kOffset | saved.number});
+    } else {
+      out->Bytes({kOffsetExtended, saved.number});
+    }
+    out->Bytes(
+        {static_cast<int>(saved.distance & 0x7F) | 0x80, static_cast<int>(saved.distance >> 7)});
   }
 }
 
@@ -153,7 +158,7 @@ std::vector<std::uint8_t> CallFrameRecords(const std::vector<UnwindFunction>& fu
   Writer out;
   const auto origin = reinterpret_cast<std::uint64_t>(base);
   for (const UnwindFunction& function : functions) {
-    if ((function.encoding & kModeMask) != kFramePointerMode) {
+    if ((function.encoding & kModeMask) != kFrameRules.mode) {
       if (function.exceptions != 0) throw std::runtime_error("handlers without a frame pointer");
       continue;
     }

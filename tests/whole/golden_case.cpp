@@ -4,7 +4,6 @@
 #include <OpenImageIO/imageio.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -54,6 +53,20 @@ void PlacePoints(headless::EffectHost& host, const FilePicture& input) {
                           percent->y * input.height / 100);
     }
   }
+}
+
+// Gives the values of a settings file to the host. The custom layer that it names, if any.
+std::optional<literal::World> ApplySettings(const std::filesystem::path& settings,
+                                            const FilePicture& input, bool deep,
+                                            headless::EffectHost& host) {
+  const cli::Panel panel = cli::MakePanel(host.Parameters());
+  cli::Settings values(panel);
+  cli::LoadPreset(settings, values);
+  values.Apply(host, input.width, input.height);
+  PlacePoints(host, input);
+  const auto& layer = std::get<cli::LayerValue>(values.ValueOf(*panel.Find("lens.custom-layer")));
+  if (layer.path.empty()) return std::nullopt;
+  return WorldOf(ReadFilePicture(layer.path), deep);
 }
 
 }  // namespace
@@ -119,23 +132,11 @@ literal::World WorldOf(const FilePicture& picture, bool deep) {
 }
 
 GoldenResults RenderGolden(const std::filesystem::path& settings, const FilePicture& input,
-                           bool deep, std::shared_ptr<const headless::EffectModule> module) {
-  if (module == nullptr) {
-    module = std::make_shared<headless::EffectModule>(std::filesystem::path(VITRELL_MODULE_PATH));
-  }
-  headless::EffectHost host{std::move(module)};
-  const cli::Panel panel = cli::MakePanel(host.Parameters());
-  cli::Settings values(panel);
-  cli::LoadPreset(settings, values);
-  values.Apply(host, input.width, input.height);
-  PlacePoints(host, input);
-  const auto& layer = std::get<cli::LayerValue>(values.ValueOf(*panel.Find("lens.custom-layer")));
-  std::optional<literal::World> customWorld;
+                           bool deep) {
+  headless::EffectHost host{std::filesystem::path(VITRELL_MODULE_PATH)};
+  const std::optional<literal::World> customWorld = ApplySettings(settings, input, deep, host);
   std::optional<headless::WorldBuffer> custom;
-  if (!layer.path.empty()) {
-    customWorld = WorldOf(ReadFilePicture(layer.path), deep);
-    custom.emplace(FromLiteral(*customWorld));
-  }
+  if (customWorld.has_value()) custom.emplace(FromLiteral(*customWorld));
   const headless::WorldBuffer given = FromLiteral(WorldOf(input, deep));
   headless::WorldBuffer output(input.width, input.height, deep);
   const headless::RenderOptions options;
@@ -147,14 +148,20 @@ GoldenResults RenderGolden(const std::filesystem::path& settings, const FilePict
       host.Render(given, output, custom.has_value() ? &*custom : nullptr, options);
   EXPECT_EQ(result.error, 0) << result.description;
   GoldenResults results{std::move(expected.output), ToLiteral(output)};
-  for (literal::World* world : {&results.expected, &results.actual}) {
-    for (literal::Pixel& pixel : world->pixels) {
-      for (std::uint16_t& channel : pixel.channel) {
-        channel = std::min(channel, deep ? kDeepWhite : std::uint16_t{255});
-      }
-    }
-  }
+  CutAtWhite(results.expected);
+  CutAtWhite(results.actual);
   return results;
+}
+
+GoldenRecord DescribeGolden(const std::string& name, const FilePicture& input) {
+  const bool deep = IsDeepGolden(name);
+  headless::EffectHost host{std::filesystem::path(VITRELL_MODULE_PATH)};
+  GoldenRecord record;
+  record.name = name;
+  record.custom = ApplySettings(GoldenFolder(name) / "settings.json", input, deep, host);
+  record.controls = ReadControls(host);
+  record.input = WorldOf(input, deep);
+  return record;
 }
 
 }  // namespace vitrell::whole

@@ -4,18 +4,15 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "headless/effect_host.h"
 #include "literal/base/types.h"
+#include "whole/golden_record.h"
 
 namespace vitrell::whole {
-
-// Of the literal renders of all goldens in order, on every platform.
-inline constexpr std::uint64_t kAllGoldens = 0x93811D41C7914C52ULL;
 
 // The folders below tests/golden, each with settings.json and expected.png.
 const std::vector<std::string>& GoldenNames();
@@ -41,14 +38,16 @@ FilePicture ReadFilePicture(const std::filesystem::path& file);
 literal::World WorldOf(const FilePicture& picture, bool deep);
 
 // What both renders of one settings file give. The effect's is made by the headless host on one
-// thread, with the given module or with that of this system. Both are cut at white, as a file is.
+// thread. Both are cut at white, as a file is.
 struct GoldenResults {
   literal::World expected;
   literal::World actual;
 };
 GoldenResults RenderGolden(const std::filesystem::path& settings, const FilePicture& input,
-                           bool deep,
-                           std::shared_ptr<const headless::EffectModule> module = nullptr);
+                           bool deep);
+
+// A golden's values and pictures; output and calls are empty.
+GoldenRecord DescribeGolden(const std::string& name, const FilePicture& input);
 
 }  // namespace vitrell::whole
 
