@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <mutex>
 
+#include "base/global_mutex.h"
 #include "base/parameter_index.h"
 #include "blur/blur_dispatcher.h"
 #include "colour/blend_pass.h"
@@ -24,7 +25,7 @@
 namespace vitrell {
 namespace {
 
-std::recursive_mutex globalMutex;
+GlobalMutex globalMutex;
 
 // Frees the lens mask at the end of the render. g_LensMask is then null, or, if the render failed
 // before its first stage, keeps its dangling address. From within a host call the host may render
@@ -135,7 +136,7 @@ PF_Err RunChain(const StageCall& call, PF_LayerDef* a, PF_LayerDef* b) {
 
 PF_Err RenderFrame(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[],
                    PF_LayerDef* output) {
-  const std::lock_guard<std::recursive_mutex> lock(globalMutex);
+  const std::lock_guard<GlobalMutex> lock(globalMutex);
   AEGP_SuiteHandler suites(inData->pica_basicP);
   OwnedWorld customLayer(inData);
   LensMaskScope mask;
