@@ -1,15 +1,12 @@
 // Allocates guarded worlds and checks their guards.
 #include "headless/world_buffer.h"
 
-#include <sys/mman.h>
-#include <unistd.h>
-
-#include <cstdlib>
 #include <cstring>
 #include <random>
 #include <utility>
 
 #include "headless/host_error.h"
+#include "headless/platform.h"
 
 namespace vitrell::headless {
 namespace {
@@ -26,8 +23,6 @@ std::byte GuardByte(std::size_t offset) { return static_cast<std::byte>(0xA7U + 
 std::size_t RoundUp(std::size_t value, std::size_t unit) {
   return (value + unit - 1) / unit * unit;
 }
-
-std::size_t PageBytes() { return static_cast<std::size_t>(sysconf(_SC_PAGESIZE)); }
 
 [[noreturn]] void ThrowNoMemory(const PF_LayerDef& def) {
   throw HostError("There is not enough memory for a picture of " + std::to_string(def.width) +
@@ -75,9 +70,9 @@ WorldBuffer::WorldBuffer(std::int32_t width, std::int32_t height, bool deep,
 WorldBuffer::~WorldBuffer() {
   if (allocation_ == nullptr) return;
   if (layout_.guardPages == GuardPages::kNone) {
-    std::free(allocation_);
+    FreeAligned(allocation_);
   } else {
-    munmap(allocation_, allocationBytes_);
+    UnmapBetweenClosedPages(watched_, watchedBytes_);
   }
 }
 
@@ -110,18 +105,16 @@ void WorldBuffer::Swap(WorldBuffer& other) noexcept {
   std::swap(watched_, other.watched_);
   std::swap(watchedBytes_, other.watchedBytes_);
   std::swap(allocation_, other.allocation_);
-  std::swap(allocationBytes_, other.allocationBytes_);
 }
 
 void WorldBuffer::AllocateBetweenBands() {
   const std::size_t picture =
       static_cast<std::size_t>(def_.rowbytes) * static_cast<std::size_t>(def_.height);
   const auto offset = static_cast<std::size_t>(layout_.baseOffset);
-  allocationBytes_ = RoundUp(kBandBytes + offset + picture + kBandBytes, kAlignment);
-  allocation_ = std::aligned_alloc(kAlignment, allocationBytes_);
+  watchedBytes_ = RoundUp(kBandBytes + offset + picture + kBandBytes, kAlignment);
+  allocation_ = AllocateAligned(kAlignment, watchedBytes_);
   if (allocation_ == nullptr) ThrowNoMemory(def_);
   watched_ = static_cast<std::byte*>(allocation_);
-  watchedBytes_ = allocationBytes_;
   pixels_ = watched_ + kBandBytes + offset;
 }
 
@@ -132,17 +125,10 @@ void WorldBuffer::AllocateBetweenPages() {
     picture = static_cast<std::size_t>(def_.rowbytes) * static_cast<std::size_t>(def_.height - 1) +
               static_cast<std::size_t>(def_.width) * PixelBytes();
   }
-  const std::size_t page = PageBytes();
-  watchedBytes_ = RoundUp(picture == 0 ? 1 : picture, page);
-  allocationBytes_ = watchedBytes_ + 2 * page;
-  void* mapping = mmap(nullptr, allocationBytes_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (mapping == MAP_FAILED) ThrowNoMemory(def_);
-  watched_ = static_cast<std::byte*>(mapping) + page;
-  if (mprotect(watched_, watchedBytes_, PROT_READ | PROT_WRITE) != 0) {
-    munmap(mapping, allocationBytes_);
-    ThrowNoMemory(def_);
-  }
-  allocation_ = mapping;
+  watchedBytes_ = RoundUp(picture == 0 ? 1 : picture, PageBytes());
+  watched_ = MapBetweenClosedPages(watchedBytes_);
+  if (watched_ == nullptr) ThrowNoMemory(def_);
+  allocation_ = watched_;
   pixels_ = watched_;
   if (layout_.guardPages == GuardPages::kAtEnd) pixels_ += watchedBytes_ - picture;
 }

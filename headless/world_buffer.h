@@ -102,7 +102,6 @@ class WorldBuffer {
   std::byte* watched_ = nullptr;  // Guards, padding and pixels as one block.
   std::size_t watchedBytes_ = 0;
   void* allocation_ = nullptr;
-  std::size_t allocationBytes_ = 0;
 };
 
 // Lists the first `maxShown` differing pixels with position and both values, and small images
