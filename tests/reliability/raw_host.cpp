@@ -1,9 +1,6 @@
 // A host that hands over any record, sound or not, and itself touches only memory that is there.
 #include "reliability/raw_host.h"
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -12,6 +9,7 @@
 #include <new>
 
 #include "headless/host_maths.h"
+#include "headless/platform.h"
 
 namespace vitrell::reliability {
 namespace {
@@ -257,18 +255,14 @@ GuardedPixels::GuardedPixels(std::size_t bytes, MemoryEnd end) : bytes_(bytes) {
 }
 
 void GuardedPixels::Map(MemoryEnd end) {
-  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-  const std::size_t open = RoundUp(std::max<std::size_t>(bytes_, 1), page);
-  mappingBytes_ = open + 2 * page;
-  mapping_ = mmap(nullptr, mappingBytes_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (mapping_ == MAP_FAILED) throw std::bad_alloc();
-  auto* const first = static_cast<std::byte*>(mapping_) + page;
-  if (mprotect(first, open, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
-  begin_ = end == MemoryEnd::kFirst ? first : first + open - bytes_;
+  mappedBytes_ = RoundUp(std::max<std::size_t>(bytes_, 1), headless::PageBytes());
+  mapped_ = headless::MapBetweenClosedPages(mappedBytes_);
+  if (mapped_ == nullptr) throw std::bad_alloc();
+  begin_ = end == MemoryEnd::kFirst ? mapped_ : mapped_ + mappedBytes_ - bytes_;
 }
 
 GuardedPixels::~GuardedPixels() {
-  if (mapping_ != nullptr) munmap(mapping_, mappingBytes_);
+  if (mapped_ != nullptr) headless::UnmapBetweenClosedPages(mapped_, mappedBytes_);
 }
 
 bool GuardedPixels::Contains(const void* address, std::size_t bytes) const {

@@ -36,8 +36,8 @@ class GuardedPixels {
   std::unique_ptr<std::byte[]> heap_;
   std::byte* begin_ = nullptr;
   std::size_t bytes_ = 0;
-  void* mapping_ = nullptr;
-  std::size_t mappingBytes_ = 0;
+  std::byte* mapped_ = nullptr;  // What lies between the closed pages.
+  std::size_t mappedBytes_ = 0;
 };
 
 // What is wrong with a world, or only unusual. The memory suits the record in every case, as far as

@@ -1,18 +1,15 @@
 // Thousands of renders in one process: nothing grows.
 #include <gtest/gtest.h>
-#include <malloc.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <string>
 
 #include "headless/effect_host.h"
+#include "reliability/process_usage.h"
 #include "reliability/sanitizers.h"
 #include "whole/random_case.h"
 
@@ -29,34 +26,7 @@ int RenderCount() {
   return kSanitized ? 300 : 10000;
 }
 
-struct Usage {
-  long residentKb = 0;
-  long heapKb = 0;
-  long handles = 0;
-  long threads = 0;
-};
-
-long EntriesIn(const char* folder) {
-  return static_cast<long>(std::distance(std::filesystem::directory_iterator(folder),
-                                         std::filesystem::directory_iterator()));
-}
-
-Usage MeasureUsage() {
-  malloc_trim(0);  // What the allocator merely keeps is nobody's leak.
-  Usage usage;
-  std::ifstream statm("/proc/self/statm");
-  long total = 0;
-  long resident = 0;
-  statm >> total >> resident;
-  usage.residentKb = resident * (sysconf(_SC_PAGESIZE) / 1024);
-  const struct mallinfo2 heap = mallinfo2();
-  usage.heapKb = static_cast<long>((heap.uordblks + heap.hblkhd) / 1024);
-  usage.handles = EntriesIn("/proc/self/fd");
-  usage.threads = EntriesIn("/proc/self/task");
-  return usage;
-}
-
-void Print(int renders, const Usage& usage) {
+void Print(int renders, const ProcessUsage& usage) {
   std::cout << renders << " renders: resident " << usage.residentKb << " kB, heap " << usage.heapKb
             << " kB, " << usage.handles << " handles, " << usage.threads << " threads" << std::endl;
 }
@@ -69,8 +39,8 @@ TEST(SoakTest, NothingGrows) {
   const auto module = std::make_shared<const headless::EffectModule>(VITRELL_MODULE_PATH);
   std::cout << "seeds from " << kSeed << std::endl;
   std::unique_ptr<headless::EffectHost> host;
-  Usage start;
-  Usage largest;
+  ProcessUsage start;
+  ProcessUsage largest;
   for (int i = 0; i < count; ++i) {
     if (i % 100 == 0) host = std::make_unique<headless::EffectHost>(module);
     whole::RandomCase one = whole::MakeRandomCase(kSeed + static_cast<std::uint64_t>(i), *host);
@@ -83,7 +53,7 @@ TEST(SoakTest, NothingGrows) {
       largest = start;
       Print(i + 1, start);
     } else if (i > warmUp && (i + 1) % std::max(count / 10, 1) == 0) {
-      const Usage now = MeasureUsage();
+      const ProcessUsage now = MeasureUsage();
       Print(i + 1, now);
       largest.residentKb = std::max(largest.residentKb, now.residentKb);
       largest.heapKb = std::max(largest.heapKb, now.heapKb);

@@ -1,6 +1,4 @@
-// Cases that may crash or hang without taking the test with them.
-#include "reliability/guarded_cases.h"
-
+// Linux: the cases run in a fork of this process, which shares a page with it.
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/time.h>
@@ -14,6 +12,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "reliability/guarded_cases.h"
 #include "reliability/sanitizers.h"
 
 namespace vitrell::reliability {
