@@ -106,7 +106,8 @@ function judge_inclusion(includer, place, name, quoted,    target) {
   if (target != "") judge_arrow(place, includer, target)
   else if (!in_src(includer)) return
   else if (quoted) complain(place, "\"" name "\" is not in src/")
-  else if (name ~ /[.\/]/ && name !~ /^([a-z]+intrin|arm_neon)\.h$/)
+  else if (name ~ /[.\/]/ && name !~ /^([a-z]+intrin|arm_neon)\.h$/ &&
+           !(name == "windows.h" && includer ~ /_windows\.(h|cpp)$/))
     complain(place, "<" name "> is not of the standard library")
 }
 

@@ -6,7 +6,8 @@
 #   - a row permits what no #include uses, or names a folder that holds no source,
 #   - a folder with sources has no row,
 #   - the permitted arrows run in a circle,
-#   - src/ includes something from beside it, the standard library and intrinsics apart.
+#   - src/ includes something from beside it, the standard library and intrinsics apart, and
+#     <windows.h> in the files whose name ends in _windows.
 #
 #   scripts/check_arrows.sh [ROOT]    ROOT: the tree to check; default: the one of this script
 #

@@ -107,6 +107,14 @@ put src/lens/mask.h '#include <png.h>'
 expect fail 'src/lens/mask.h:1: <png.h> is not of the standard library'
 
 write_right_tree
+put src/lens/mask_windows.cpp '#include <windows.h>'
+expect pass
+
+write_right_tree
+put src/lens/mask.h '#include <windows.h>'
+expect fail 'src/lens/mask.h:1: <windows.h> is not of the standard library'
+
+write_right_tree
 put tool/main.h '#include "src/lens/mask.h"'
 expect fail 'tool/main.h:1: `../tool` may not include `lens`'
 
