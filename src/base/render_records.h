@@ -104,7 +104,8 @@ struct MaskPlan {
 
 struct LensPlan {
   bool isOn;
-  // The lens stage adds a multiple of the mask to it, instead of a blur that follows the lens.
+  // The lens stage raises each mask value m to m + m x strength, instead of a blur that follows the
+  // lens.
   bool isStrengthened;
   double strength;
 };

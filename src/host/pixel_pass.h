@@ -13,7 +13,7 @@ struct PixelCallbacks {
   PF_IteratePixel16Func pixel16;
 };
 
-// For a pass whose refcon is made for one depth, chosen by the destination's.
+// Callbacks for a pass whose refcon was made for one depth, that of its destination.
 constexpr PixelCallbacks CallbackOfDepth(PF_IteratePixel8Func callback) {
   return {callback, nullptr};
 }

@@ -38,10 +38,10 @@ class OwnedWorld {
   // PF_Err_BAD_CALLBACK_PARAM.
   [[nodiscard]] PF_Err Create(A_long width, A_long height, PF_NewWorldFlags flags);
 
-  // Asks for a world of the source's size that can hold a copy of it, passing the source's own
-  // world flags as creation flags. When the world that comes back has another depth than the
-  // source, it is disposed of and asked for once more with the creation flag of that depth; if
-  // that fails too the result is PF_Err_BAD_CALLBACK_PARAM. Copies no pixels.
+  // Asks for a world of the source's size that can hold a copy of it, passing the source's world
+  // flags as creation flags. If the new world has another depth than the source, it is disposed of
+  // and requested again with the creation flag of the right depth; if that fails too, the result is
+  // PF_Err_BAD_CALLBACK_PARAM. Copies no pixels.
   [[nodiscard]] PF_Err CreateLike(const PF_LayerDef& source);
 
   void Dispose();

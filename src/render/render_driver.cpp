@@ -58,8 +58,8 @@ class LensMaskScope {
 // Copies the image of the "Custom Layer" parameter, if there is one. A failed checkout counts as no
 // layer. An abort request does not end the render; it only leaves the parameter checked out.
 //
-// Kept: the layer's world flags are passed on as creation flags, which are another enumeration. The
-// copy may thus differ from the layer in depth, and its own flags say how it is read.
+// Kept: the layer's world flags are passed as creation flags, which are another enumeration. The
+// copy may therefore differ from the layer in depth; its own flags say how it is read.
 PF_Err CopyCustomLayer(PF_InData* inData, OwnedWorld* copy) {
   PF_ParamDef layer = {};
   if (inData->inter.checkout_param(inData->effect_ref, PARAM_CUSTOM_LAYER, inData->current_time,
