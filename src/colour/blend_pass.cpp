@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/pixel_access.h"
 #include "colour/blend_lanes.h"
 #include "host/world.h"
 
@@ -38,13 +39,13 @@ inline void LookUpPairs(const BlendPass::PairTable& table, const PF_Pixel& front
           pair(front.blue, back.blue)};
 }
 
-PF_Err BlendChannels(const BlendRefcon& blend, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out) {
-  return OpacityWithMode8(const_cast<BlendRefcon*>(&blend), x, y, in, out);
+PF_Err BlendChannels(const MaskedBlend& blend, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out) {
+  return OpacityWithMode8(const_cast<MaskedBlend*>(&blend), x, y, in, out);
 }
 
-PF_Err BlendChannels(const BlendRefcon& blend, A_long x, A_long y, PF_Pixel16* in,
+PF_Err BlendChannels(const MaskedBlend& blend, A_long x, A_long y, PF_Pixel16* in,
                      PF_Pixel16* out) {
-  return OpacityWithMode16(const_cast<BlendRefcon*>(&blend), x, y, in, out);
+  return OpacityWithMode16(const_cast<MaskedBlend*>(&blend), x, y, in, out);
 }
 
 template <typename Pixel>
@@ -66,11 +67,11 @@ PF_Err BlendPass::BlendByLanes(void* refcon, A_long x, A_long y, Pixel* in, Pixe
     return PF_Err_NONE;
   }
   double m = 1;
-  const bool isKnown = isOne || pass.blend_.mask.QuickAt(x, y, &m);
+  const bool isKnown = isOne || pass.masked_.mask.QuickAt(x, y, &m);
   constexpr bool kDeep = sizeof(Pixel) == sizeof(PF_Pixel16);
   if (!isKnown || !(m <= 1) || static_cast<std::uint32_t>(x) >= pass.width_ ||
       static_cast<std::uint32_t>(y) >= pass.height_) [[unlikely]] {
-    return BlendChannels(pass.blend_, x, y, in, out);
+    return BlendChannels(pass.masked_, x, y, in, out);
   }
   // Kept: a mask value equal to the threshold is inside in 8 bits and outside in 16.
   const bool outside = kDeep ? m <= kMaskThreshold : m < kMaskThreshold;
@@ -85,7 +86,7 @@ PF_Err BlendPass::BlendByLanes(void* refcon, A_long x, A_long y, Pixel* in, Pixe
     }
     return PF_Err_NONE;
   }
-  I32Lanes result = BlendedLanes<kMode>(*in, back, m, pass.blend_.intensity);
+  I32Lanes result = BlendedLanes<kMode>(*in, back, m, pass.masked_.blend.intensity);
   if (kDeep && m != 1) {
     result = FeatherLanes(ToLanes(back), result, m);
   }
@@ -94,11 +95,10 @@ PF_Err BlendPass::BlendByLanes(void* refcon, A_long x, A_long y, Pixel* in, Pixe
 }
 
 bool BlendPass::FitsLanes(const PF_LayerDef& dst) const {
-  const PF_LayerDef& layer = *blend_.inputLayer;
-  return blend_.mode >= kNormal && blend_.mode <= kMultiply && blend_.intensity >= 0 &&
-         blend_.intensity <= 1 && (blend_.deep != 0) == IsDeep(dst) && layer.data != nullptr &&
-         layer.extent_hint.left == 0 && layer.extent_hint.top == 0 && layer.width > 0 &&
-         layer.height > 0;
+  const BlendRefcon& blend = masked_.blend;
+  return blend.mode >= kNormal && blend.mode <= kMultiply && blend.intensity >= 0 &&
+         blend.intensity <= 1 && (blend.deep != 0) == IsDeep(dst) &&
+         HasPixelsFromOrigin(*blend.inputLayer);
 }
 
 template <int kMode>
@@ -112,28 +112,29 @@ PF_Err BlendPass::UseLanes(const PF_LayerDef& dst) {
       if (!pairs_.Allocate(1)) {
         return PF_Err_OUT_OF_MEMORY;
       }
-      FillPairs<kMode>(blend_.intensity, pairs_.data());
+      FillPairs<kMode>(masked_.blend.intensity, pairs_.data());
     }
   }
   return PF_Err_NONE;
 }
 
 PF_Err BlendPass::Prepare() {
-  const PF_LayerDef& dst = *blend_.io->dst;
-  const bool frontAlone = blend_.mode == kNormal && blend_.intensity == 1.0F;
-  refcon_ = &blend_;
+  const BlendRefcon& blend = masked_.blend;
+  const PF_LayerDef& dst = *blend.io->dst;
+  const bool frontAlone = blend.mode == kNormal && blend.intensity == 1.0F;
+  refcon_ = &masked_;
   callbacks_ = {frontAlone ? CopyFront<PF_Pixel> : OpacityWithMode8, OpacityWithMode16};
   if (!FitsLanes(dst)) {
     return PF_Err_NONE;
   }
   refcon_ = this;
-  ones_ = blend_.mask.Ones();
-  const PF_LayerDef& layer = *blend_.inputLayer;
+  ones_ = masked_.mask.Ones();
+  const PF_LayerDef& layer = *blend.inputLayer;
   background_ = static_cast<const char*>(layer.data);
   rowBytes_ = layer.rowbytes;
   width_ = static_cast<std::uint32_t>(layer.width);
   height_ = static_cast<std::uint32_t>(layer.height);
-  switch (blend_.mode) {
+  switch (blend.mode) {
     case kNormal:
       return frontAlone ? UseLanes<kFrontAlone>(dst) : UseLanes<kNormal>(dst);
     case kAdd:
@@ -146,7 +147,7 @@ PF_Err BlendPass::Prepare() {
 }
 
 PF_Err BlendPass::Run(AEGP_SuiteHandler& suites) {
-  const IO_Params& io = *blend_.io;
+  const IO_Params& io = *masked_.blend.io;
   return RunPixelPass(suites, io.in_data, io.src, io.dst, io.src->height, callbacks_, refcon_);
 }
 

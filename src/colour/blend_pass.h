@@ -20,7 +20,7 @@ class BlendPass {
   // The result for each pair of 8-bit channels under a mask of 1, at index 256 x back + front.
   using PairTable = std::array<std::uint8_t, 65536>;
 
-  explicit BlendPass(const BlendRefcon& blend) : blend_(blend) {}
+  explicit BlendPass(const BlendRefcon& blend) : masked_{blend, LensMaskView(*blend.io->dst)} {}
 
   // Returns PF_Err_OUT_OF_MEMORY if the table cannot be allocated.
   [[nodiscard]] PF_Err Prepare();
@@ -36,9 +36,9 @@ class BlendPass {
   template <int kMode, typename Pixel>
   static PF_Err BlendByLanes(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out);
 
-  BlendRefcon blend_;
+  MaskedBlend masked_;
   PixelCallbacks callbacks_ = {};
-  void* refcon_ = nullptr;  // What callbacks_ expect: this object, or blend_.
+  void* refcon_ = nullptr;  // What callbacks_ expect: this object, or masked_.
   MaskOnes ones_;
   const char* background_ = nullptr;
   std::ptrdiff_t rowBytes_ = 0;

@@ -1,10 +1,8 @@
 // Chromatic aberration: fetches red, green and blue from points scaled about the lens position.
 #include "colour/chromatic_aberration.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <limits>
 
 #include "base/buffer.h"
@@ -39,11 +37,9 @@ struct ColorColumns {
   std::uint32_t of[kColorCount];
 };
 
-struct ChromaticRefcon {
-  float scales[kColorCount];
-  std::int32_t centerX;
-  std::int32_t centerY;
-  const IO_Params* io;
+// The refcon of the callbacks: the record, and what was prepared for the pass.
+struct ChromaticPass {
+  ChromaticRefcon refcon;
   LensMaskView mask;
   MaskOnes ones;
   Buffer<ColorRows> rows;  // Filled before the pass, or empty; and so the columns.
@@ -52,15 +48,15 @@ struct ChromaticRefcon {
 
 // Any pixel of any source.
 template <typename Pixel>
-[[gnu::noinline]] PF_Err LookUpColors(const ChromaticRefcon& refcon, A_long x, A_long y, Pixel* in,
+[[gnu::noinline]] PF_Err LookUpColors(const ChromaticPass& pass, A_long x, A_long y, Pixel* in,
                                       Pixel* out) {
   out->alpha = in->alpha;
-  if (refcon.mask.At(x, y) <= kMaskThreshold) {
+  if (pass.mask.At(x, y) <= kMaskThreshold) {
     *out = *in;
     return PF_Err_NONE;
   }
-  const auto fetch = [&](int color, ChannelOf<Pixel> Pixel::*channel) {
-    const float scale = refcon.scales[color];
+  const ChromaticRefcon& refcon = pass.refcon;
+  const auto fetch = [&](float scale, ChannelOf<Pixel> Pixel::*channel) {
     if (!(scale > kScaleThreshold)) {
       // Kept: the channel keeps what the destination held before.
       return;
@@ -69,27 +65,27 @@ template <typename Pixel>
     const std::int32_t column = ScaleAboutCenter(x, refcon.centerX, scale);
     out->*channel = GetPointerFromData<Pixel>(refcon.io->src, row, column, 1).*channel;
   };
-  fetch(0, &Pixel::red);
-  fetch(1, &Pixel::green);
-  fetch(2, &Pixel::blue);
+  fetch(refcon.redScale, &Pixel::red);
+  fetch(refcon.greenScale, &Pixel::green);
+  fetch(refcon.blueScale, &Pixel::blue);
   return PF_Err_NONE;
 }
 
 template <typename Pixel>
-PF_Err ChromaticAberration(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
-  const auto& refcon = *static_cast<const ChromaticRefcon*>(refconPtr);
+PF_Err ChromaticAberration(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
+  const auto& pass = *static_cast<const ChromaticPass*>(refcon);
   double m = 1;
-  const bool isKnown = refcon.ones.Contain(x, y) || refcon.mask.QuickAt(x, y, &m);
-  if (!isKnown || static_cast<std::uint32_t>(x) >= refcon.columns.size() ||
-      static_cast<std::uint32_t>(y) >= refcon.rows.size()) [[unlikely]] {
-    return LookUpColors(refcon, x, y, in, out);
+  const bool isKnown = pass.ones.Contain(x, y) || pass.mask.QuickAt(x, y, &m);
+  if (!isKnown || static_cast<std::uint32_t>(x) >= pass.columns.size() ||
+      static_cast<std::uint32_t>(y) >= pass.rows.size()) [[unlikely]] {
+    return LookUpColors(pass, x, y, in, out);
   }
   if (m <= kMaskThreshold) {
     *out = *in;
     return PF_Err_NONE;
   }
-  const ColorRows& rows = refcon.rows.data()[y];
-  const ColorColumns& columns = refcon.columns.data()[x];
+  const ColorRows& rows = pass.rows.data()[y];
+  const ColorColumns& columns = pass.columns.data()[x];
   const auto fetch = [&](int color) {
     return *reinterpret_cast<const ChannelOf<Pixel>*>(rows.of[color] + columns.of[color]);
   };
@@ -103,37 +99,38 @@ bool HasTables(const ChromaticRefcon& refcon, std::size_t pixelBytes) {
   const PF_LayerDef& src = *refcon.io->src;
   const PF_LayerDef& dst = *refcon.io->dst;
   constexpr auto kMaxRowBytes = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
-  return src.data != nullptr && src.width > 0 && src.height > 0 && src.extent_hint.left == 0 &&
-         src.extent_hint.top == 0 && dst.width > 0 && dst.height > 0 &&
+  return HasPixelsFromOrigin(src) && dst.width > 0 && dst.height > 0 &&
          static_cast<std::size_t>(src.width) <= kMaxRowBytes / pixelBytes &&
-         std::all_of(std::begin(refcon.scales), std::end(refcon.scales),
-                     [](float scale) { return scale > kScaleThreshold; });
+         refcon.redScale > kScaleThreshold && refcon.greenScale > kScaleThreshold &&
+         refcon.blueScale > kScaleThreshold;
 }
 
 template <typename Pixel>
-PF_Err FillTables(ChromaticRefcon* refcon) {
-  if (!HasTables(*refcon, sizeof(Pixel))) {
+PF_Err FillTables(ChromaticPass* pass) {
+  const ChromaticRefcon& refcon = pass->refcon;
+  if (!HasTables(refcon, sizeof(Pixel))) {
     return PF_Err_NONE;
   }
-  const PF_LayerDef& src = *refcon->io->src;
-  const PF_LayerDef& dst = *refcon->io->dst;
-  if (!refcon->rows.Allocate(static_cast<std::size_t>(dst.height)) ||
-      !refcon->columns.Allocate(static_cast<std::size_t>(dst.width))) {
+  const PF_LayerDef& src = *refcon.io->src;
+  const PF_LayerDef& dst = *refcon.io->dst;
+  if (!pass->rows.Allocate(static_cast<std::size_t>(dst.height)) ||
+      !pass->columns.Allocate(static_cast<std::size_t>(dst.width))) {
     return PF_Err_OUT_OF_MEMORY;
   }
   const std::size_t channels[kColorCount] = {offsetof(Pixel, red), offsetof(Pixel, green),
                                              offsetof(Pixel, blue)};
+  const float scales[kColorCount] = {refcon.redScale, refcon.greenScale, refcon.blueScale};
   for (int color = 0; color < kColorCount; ++color) {
-    const float scale = refcon->scales[color];
+    const float scale = scales[color];
     const char* const data = static_cast<const char*>(src.data) + channels[color];
     for (std::int32_t y = 0; y < dst.height; ++y) {
-      const std::int32_t position = ScaleAboutCenter(y, refcon->centerY, scale);
-      refcon->rows.data()[y].of[color] =
+      const std::int32_t position = ScaleAboutCenter(y, refcon.centerY, scale);
+      pass->rows.data()[y].of[color] =
           data + static_cast<std::ptrdiff_t>(FoldCoordinate(position, src.height)) * src.rowbytes;
     }
     for (std::int32_t x = 0; x < dst.width; ++x) {
-      const std::int32_t position = ScaleAboutCenter(x, refcon->centerX, scale);
-      refcon->columns.data()[x].of[color] =
+      const std::int32_t position = ScaleAboutCenter(x, refcon.centerX, scale);
+      pass->columns.data()[x].of[color] =
           static_cast<std::uint32_t>(FoldCoordinate(position, src.width)) *
           static_cast<std::uint32_t>(sizeof(Pixel));
     }
@@ -141,23 +138,28 @@ PF_Err FillTables(ChromaticRefcon* refcon) {
   return PF_Err_NONE;
 }
 
+template <typename Pixel>
+PF_Err RunPass(const StageCall& call, ChromaticPass* pass) {
+  RETURN_IF_ERROR(FillTables<Pixel>(pass));
+  return call.Iterate(CallbackOfDepth(ChromaticAberration<Pixel>), pass);
+}
+
 }  // namespace
 
 PF_Err RunChromaticAberration(const StageCall& call) {
   const LX_Info& info = call.info;
-  ChromaticRefcon refcon = {
-      {1.0f - 0.5f * info.chromaticRedCyan, 1.0f - 0.5f * info.chromaticGreenMagenta,
-       1.0f - 0.5f * info.chromaticBlueYellow},
-      info.positionX,
-      info.positionY,
-      &call.io,
-      LensMaskView(*call.io.dst),
-      LensMaskView(*call.io.dst).Ones(),
-      {},
-      {}};
-  RETURN_IF_ERROR(IsDeep(*call.io.dst) ? FillTables<PF_Pixel16>(&refcon)
-                                       : FillTables<PF_Pixel>(&refcon));
-  return call.Iterate({ChromaticAberration<PF_Pixel>, ChromaticAberration<PF_Pixel16>}, &refcon);
+  const LensMaskView mask(*call.io.dst);
+  ChromaticPass pass = {.refcon = {.redScale = 1.0f - 0.5f * info.chromaticRedCyan,
+                                   .greenScale = 1.0f - 0.5f * info.chromaticGreenMagenta,
+                                   .blueScale = 1.0f - 0.5f * info.chromaticBlueYellow,
+                                   .centerX = info.positionX,
+                                   .centerY = info.positionY,
+                                   .io = &call.io},
+                        .mask = mask,
+                        .ones = mask.Ones(),
+                        .rows = {},
+                        .columns = {}};
+  return IsDeep(*call.io.dst) ? RunPass<PF_Pixel16>(call, &pass) : RunPass<PF_Pixel>(call, &pass);
 }
 
 }  // namespace vitrell

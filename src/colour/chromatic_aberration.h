@@ -2,10 +2,22 @@
 #ifndef VITRELL_COLOUR_CHROMATIC_ABERRATION_H_
 #define VITRELL_COLOUR_CHROMATIC_ABERRATION_H_
 
+#include <cstdint>
+
+#include "base/render_records.h"
 #include "host/host_api.h"
 #include "pass/stage.h"
 
 namespace vitrell {
+
+struct ChromaticRefcon {
+  float redScale;
+  float greenScale;
+  float blueScale;
+  std::int32_t centerX;
+  std::int32_t centerY;
+  const IO_Params* io;
+};
 
 // Runs the stage from call.io.src into call.io.dst. Answers the host's code, or
 // PF_Err_OUT_OF_MEMORY.

@@ -54,7 +54,7 @@ PF_Err RunPass(const StageCall& call, const ColorRefcon& refcon) {
     const auto value = static_cast<Channel>(i);
     RETURN_IF_ERROR(PullTowardColor(refcon, Pixel{value, value, value, value}, &table[i]));
   }
-  return call.Iterate({LookUpColor<PF_Pixel>, LookUpColor<PF_Pixel16>}, table.data());
+  return call.Iterate(CallbackOfDepth(LookUpColor<Pixel>), table.data());
 }
 
 }  // namespace

@@ -12,20 +12,21 @@
 namespace vitrell {
 namespace {
 
-using PowFunc = A_FpLong (*)(A_FpLong, A_FpLong);
-
 constexpr double kWhite8 = 255.0;
 constexpr double kWhite16 = 32768.0;
 constexpr double kUnit16 = 3.0517578125e-05;  // 1 / 32768, exactly.
 
+// The host's power function.
+auto PowOf(const LightnessRefcon& refcon) { return refcon.io->in_data->utils->ansi.pow; }
+
 // The curve for one channel value. Nothing is clamped: a value above white may leave the channel's
 // range, and then its low 8 or 16 bits are kept.
-std::uint8_t BendChannel(PowFunc power, std::uint8_t value, double gain) {
-  return TruncateToChannel<std::uint8_t>(power(value / kWhite8, gain) * kWhite8);
+std::uint8_t BendChannel(const LightnessRefcon& refcon, std::uint8_t value) {
+  return TruncateToChannel<std::uint8_t>(PowOf(refcon)(value / kWhite8, refcon.gain) * kWhite8);
 }
 
-std::uint16_t BendChannel(PowFunc power, std::uint16_t value, double gain) {
-  return TruncateToChannel<std::uint16_t>(power(value * kUnit16, gain) * kWhite16);
+std::uint16_t BendChannel(const LightnessRefcon& refcon, std::uint16_t value) {
+  return TruncateToChannel<std::uint16_t>(PowOf(refcon)(value * kUnit16, refcon.gain) * kWhite16);
 }
 
 constexpr std::size_t kValues8 = std::size_t{1} << 8;
@@ -36,9 +37,14 @@ PF_Err Copy8(void* /*refcon*/, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF_Pixe
   return PF_Err_NONE;
 }
 
-// The refcon is the curve.
+// The refcon of the 8-bit callbacks: the record, and its curve.
+struct ShallowCurve {
+  LightnessRefcon refcon;
+  std::uint8_t values[kValues8];
+};
+
 PF_Err Lightness8(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF_Pixel* out) {
-  const auto* const curve = static_cast<const std::uint8_t*>(refcon);
+  const std::uint8_t* const curve = static_cast<const ShallowCurve*>(refcon)->values;
   *out = {curve[in->alpha], curve[in->red], curve[in->green], curve[in->blue]};
   return PF_Err_NONE;
 }
@@ -46,8 +52,7 @@ PF_Err Lightness8(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF_Pix
 // The 16-bit curve: worked out before the pass up to white, and above by the first pixel that has a
 // value, since few pictures do. Threads that come upon one at the same time write the same.
 struct DeepCurve {
-  PowFunc power;
-  double gain;
+  LightnessRefcon refcon;
   Buffer<std::uint16_t> upToWhite;
   Buffer<std::uint32_t> aboveWhite;  // By what is above: kWorkedOut and the value, or 0.
 
@@ -71,7 +76,7 @@ bool HasAboveWhite(const PF_Pixel16& pixel) {
     std::uint32_t* const place = &curve->aboveWhite[value - PF_MAX_CHAN16];
     std::uint32_t known = __atomic_load_n(place, __ATOMIC_RELAXED);
     if (known == 0) {
-      known = DeepCurve::kWorkedOut | BendChannel(curve->power, value, curve->gain);
+      known = DeepCurve::kWorkedOut | BendChannel(curve->refcon, value);
       __atomic_store_n(place, known, __ATOMIC_RELAXED);
     }
     return static_cast<std::uint16_t>(known);
@@ -102,11 +107,11 @@ PF_Err LightnessOnlyAboveWhite16(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pi
 
 // Fills the curve at values from 0 on, and tells whether it changes any of them.
 template <typename Channel>
-bool FillCurve(PowFunc power, double gain, Buffer<Channel>* curve) {
+bool FillCurve(const LightnessRefcon& refcon, std::size_t count, Channel* curve) {
   bool changes = false;
-  for (std::size_t value = 0; value < curve->size(); ++value) {
-    (*curve)[value] = BendChannel(power, static_cast<Channel>(value), gain);
-    changes |= (*curve)[value] != value;
+  for (std::size_t value = 0; value < count; ++value) {
+    curve[value] = BendChannel(refcon, static_cast<Channel>(value));
+    changes |= curve[value] != value;
   }
   return changes;
 }
@@ -114,23 +119,20 @@ bool FillCurve(PowFunc power, double gain, Buffer<Channel>* curve) {
 }  // namespace
 
 PF_Err RunLightness(const StageCall& call) {
-  const PowFunc power = call.io.in_data->utils->ansi.pow;
-  const double gain = power(10.0, -double{call.info.lightnessAmount});
+  const PF_ANSICallbacks& maths = call.io.in_data->utils->ansi;
+  const LightnessRefcon refcon = {maths.pow(10.0, -double{call.info.lightnessAmount}), &call.io};
   if (IsDeep(*call.io.dst)) {
-    DeepCurve curve = {power, gain, {}, {}};
+    DeepCurve curve = {refcon, {}, {}};
     if (!curve.upToWhite.Allocate(PF_MAX_CHAN16 + 1) ||
         !curve.aboveWhite.AllocateZeroed(kValues16 - PF_MAX_CHAN16)) {
       return PF_Err_OUT_OF_MEMORY;
     }
-    const bool changes = FillCurve(power, gain, &curve.upToWhite);
-    return call.Iterate({Lightness8, changes ? Lightness16 : LightnessOnlyAboveWhite16}, &curve);
+    const bool changes = FillCurve(refcon, curve.upToWhite.size(), curve.upToWhite.data());
+    return call.Iterate(CallbackOfDepth(changes ? Lightness16 : LightnessOnlyAboveWhite16), &curve);
   }
-  Buffer<std::uint8_t> curve;
-  if (!curve.Allocate(kValues8)) {
-    return PF_Err_OUT_OF_MEMORY;
-  }
-  const bool changes = FillCurve(power, gain, &curve);
-  return call.Iterate({changes ? Lightness8 : Copy8, Lightness16}, curve.data());
+  ShallowCurve curve = {refcon, {}};
+  const bool changes = FillCurve(refcon, kValues8, curve.values);
+  return call.Iterate(CallbackOfDepth(changes ? Lightness8 : Copy8), &curve);
 }
 
 }  // namespace vitrell

@@ -2,10 +2,16 @@
 #ifndef VITRELL_COLOUR_LIGHTNESS_H_
 #define VITRELL_COLOUR_LIGHTNESS_H_
 
+#include "base/render_records.h"
 #include "host/host_api.h"
 #include "pass/stage.h"
 
 namespace vitrell {
+
+struct LightnessRefcon {
+  double gain;  // The exponent.
+  const IO_Params* io;
+};
 
 // Runs the stage from call.io.src into call.io.dst with the exponent 10 to the power
 // -lightnessAmount. Answers the host's code, or PF_Err_OUT_OF_MEMORY.

@@ -58,9 +58,21 @@ double Strengthened(const LensRefcon& lens, double m) {
   return strengthened > 1 ? 1 : strengthened;
 }
 
+// The refcon of the callbacks: the record, and what was prepared for the pass.
+struct LensPass {
+  LensRefcon lens;
+  LensMaskView mask;  // As lens.io->dst sees it.
+  MaskOnes ones;      // Where the processed pixel is copied.
+  const char* layer;
+  std::ptrdiff_t rowBytes;
+  std::uint32_t width;
+  std::uint32_t height;
+};
+
 template <typename Pixel>
-PF_Err Lens(const LensRefcon& lens, int x, int y, const Pixel& in, Pixel* out) {
-  const double m = Strengthened(lens, lens.mask.At(x, y));
+PF_Err Lens(const LensPass& pass, int x, int y, const Pixel& in, Pixel* out) {
+  const LensRefcon& lens = pass.lens;
+  const double m = Strengthened(lens, pass.mask.At(x, y));
   if (m == 1) {  // The mix below would give exactly this.
     *out = in;
     return PF_Err_NONE;
@@ -80,37 +92,27 @@ PF_Err Lens(const LensRefcon& lens, int x, int y, const Pixel& in, Pixel* out) {
 
 // A function of its own that the quick way ends in, so that the quick way saves no registers.
 template <typename Pixel>
-[[gnu::noinline]] PF_Err LensPlainly(const LensRefcon& lens, int x, int y, const Pixel& in,
+[[gnu::noinline]] PF_Err LensPlainly(const LensPass& pass, int x, int y, const Pixel& in,
                                      Pixel* out) {
-  return Lens(lens, x, y, in, out);
+  return Lens(pass, x, y, in, out);
 }
-
-// The refcon of the callbacks on lanes.
-struct LanesRefcon {
-  LensRefcon lens;
-  const char* layer;
-  std::ptrdiff_t rowBytes;
-  std::uint32_t width;
-  std::uint32_t height;
-  MaskOnes ones;  // Where the processed pixel is copied.
-};
 
 // The same, a pixel's four channels side by side, for a layer of the same depth.
 template <typename Pixel>
 PF_Err LensByLanes(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
-  const auto& refcon = *static_cast<const LanesRefcon*>(refconPtr);
-  if (refcon.ones.Contain(x, y)) {
+  const auto& pass = *static_cast<const LensPass*>(refconPtr);
+  if (pass.ones.Contain(x, y)) {
     *out = *in;
     return PF_Err_NONE;
   }
   double m = 0;
-  const bool isKnown = refcon.lens.mask.QuickAt(x, y, &m);
-  m = Strengthened(refcon.lens, m);
-  if (!isKnown || !(m < 1) || static_cast<std::uint32_t>(x) >= refcon.width ||
-      static_cast<std::uint32_t>(y) >= refcon.height) [[unlikely]] {
-    return LensPlainly(refcon.lens, x, y, *in, out);
+  const bool isKnown = pass.mask.QuickAt(x, y, &m);
+  m = Strengthened(pass.lens, m);
+  if (!isKnown || !(m < 1) || static_cast<std::uint32_t>(x) >= pass.width ||
+      static_cast<std::uint32_t>(y) >= pass.height) [[unlikely]] {
+    return LensPlainly(pass, x, y, *in, out);
   }
-  const Pixel& outside = reinterpret_cast<const Pixel*>(refcon.layer + y * refcon.rowBytes)[x];
+  const Pixel& outside = reinterpret_cast<const Pixel*>(pass.layer + y * pass.rowBytes)[x];
   if (m <= kMaskThreshold) {
     *out = outside;
     return PF_Err_NONE;
@@ -124,19 +126,17 @@ PF_Err LensByLanes(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
 }
 
 bool FitsLanes(const LensRefcon& lens) {
-  const PF_LayerDef& layer = *lens.inputLayer;
-  return (lens.deep != 0) == IsDeep(*lens.io->dst) && layer.data != nullptr && layer.width > 0 &&
-         layer.height > 0 && layer.extent_hint.left == 0 && layer.extent_hint.top == 0;
+  return (lens.deep != 0) == IsDeep(*lens.io->dst) && HasPixelsFromOrigin(*lens.inputLayer);
 }
 
 }  // namespace
 
 PF_Err Lens8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out) {
-  return Lens(*static_cast<const LensRefcon*>(refcon), x, y, *in, out);
+  return Lens(*static_cast<const LensPass*>(refcon), x, y, *in, out);
 }
 
 PF_Err Lens16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out) {
-  return Lens(*static_cast<const LensRefcon*>(refcon), x, y, *in, out);
+  return Lens(*static_cast<const LensPass*>(refcon), x, y, *in, out);
 }
 
 PF_Err RunLensStage(const StageCall& call) {
@@ -148,22 +148,23 @@ PF_Err RunLensStage(const StageCall& call) {
                            .io = &call.io,
                            .useBlurMap = static_cast<std::uint8_t>(plan.isStrengthened ? 1 : 0),
                            .blurMapAmount = plan.strength,
-                           .deep = static_cast<std::uint8_t>(format == PF_PixelFormat_ARGB64),
-                           .mask = LensMaskView(*call.io.dst)};
+                           .deep = static_cast<std::uint8_t>(format == PF_PixelFormat_ARGB64)};
   if (!plan.isOn) {
     return call.Copy();
   }
   if (!HoldsPixels(*layer, lens.deep != 0)) {
     return PF_Err_BAD_CALLBACK_PARAM;
   }
-  LanesRefcon lanes = {lens,
-                       static_cast<const char*>(layer->data),
-                       layer->rowbytes,
-                       static_cast<std::uint32_t>(layer->width),
-                       static_cast<std::uint32_t>(layer->height),
-                       Strengthened(lens, 1) == 1 ? lens.mask.Ones() : MaskOnes()};
-  return FitsLanes(lens) ? call.Iterate({LensByLanes<PF_Pixel>, LensByLanes<PF_Pixel16>}, &lanes)
-                         : call.Iterate({Lens8, Lens16}, &lanes.lens);
+  const LensMaskView mask(*call.io.dst);
+  LensPass pass = {.lens = lens,
+                   .mask = mask,
+                   .ones = Strengthened(lens, 1) == 1 ? mask.Ones() : MaskOnes(),
+                   .layer = static_cast<const char*>(layer->data),
+                   .rowBytes = layer->rowbytes,
+                   .width = static_cast<std::uint32_t>(layer->width),
+                   .height = static_cast<std::uint32_t>(layer->height)};
+  return FitsLanes(lens) ? call.Iterate({LensByLanes<PF_Pixel>, LensByLanes<PF_Pixel16>}, &pass)
+                         : call.Iterate({Lens8, Lens16}, &pass);
 }
 
 }  // namespace vitrell

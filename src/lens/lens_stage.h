@@ -6,7 +6,6 @@
 
 #include "base/render_records.h"
 #include "host/host_api.h"
-#include "lens/lens_mask.h"
 #include "pass/stage.h"
 
 namespace vitrell {
@@ -17,10 +16,10 @@ struct LensRefcon {
   std::uint8_t useBlurMap;  // The mask is strengthened by blurMapAmount.
   double blurMapAmount;
   std::uint8_t deep;  // The input layer is 16-bit.
-  LensMaskView mask;  // The mask as io->dst sees it.
 };
 
-// Iterate callbacks; in is the processed pixel. Always return 0.
+// Iterate callbacks; in is the processed pixel. The refcon begins with a LensRefcon, behind which
+// stand the tables of the pass. Always return 0.
 PF_Err Lens8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out);
 PF_Err Lens16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out);
 

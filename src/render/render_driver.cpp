@@ -190,8 +190,7 @@ PF_Err RenderEffect(const StageCall& call) {
                              .intensity = call.info.intensity,
                              .mode = call.info.mode,
                              .io = &call.io,
-                             .deep = static_cast<std::uint8_t>(deep ? 1 : 0),
-                             .mask = LensMaskView(*call.io.dst)};
+                             .deep = static_cast<std::uint8_t>(deep ? 1 : 0)};
   BlendPass pass(blend);
   RETURN_IF_ERROR(pass.Prepare());
   static_cast<void>(pass.Run(suites));
