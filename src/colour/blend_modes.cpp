@@ -99,13 +99,14 @@ std::int32_t Blend16(std::int32_t f, std::int32_t b, std::uint16_t current, doub
 }  // namespace
 
 PF_Err OpacityWithMode8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out) {
-  const auto& [blend, mask] = *static_cast<const MaskedBlend*>(refcon);
+  const auto& masked = *static_cast<const MaskedBlend*>(refcon);
+  const BlendRefcon& blend = masked.blend;
   // Normal at full opacity gives f x 1 + b x 0 inside the lens, and f outside: always f.
   if (blend.mode == kNormal && blend.intensity == 1.0F) {
     *out = *in;
     return PF_Err_NONE;
   }
-  const double m = mask.At(x, y);
+  const double m = masked.mask.At(x, y);
   if (m < kMaskThreshold) {
     *out = *in;
     return PF_Err_NONE;
@@ -123,8 +124,9 @@ PF_Err OpacityWithMode8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel
 }
 
 PF_Err OpacityWithMode16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out) {
-  const auto& [blend, mask] = *static_cast<const MaskedBlend*>(refcon);
-  const double m = mask.At(x, y);
+  const auto& masked = *static_cast<const MaskedBlend*>(refcon);
+  const BlendRefcon& blend = masked.blend;
+  const double m = masked.mask.At(x, y);
   // Outside the lens the result is f; so it is under a mask of 1 in Normal at full opacity.
   if (m <= kMaskThreshold || (m == 1 && blend.mode == kNormal && blend.intensity == 1.0F)) {
     *out = *in;
