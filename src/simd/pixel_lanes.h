@@ -139,7 +139,7 @@ inline void WidenLanes(U32Lanes lanes, F64Pair* low, F64Pair* high) {
 
 // Stores three colours, each within the channel, with the alpha of another pixel.
 template <typename Pixel>
-inline void StoreColours(I32Lanes lanes, const Pixel& alphaOf, Pixel* out) {
+inline void StoreColors(I32Lanes lanes, const Pixel& alphaOf, Pixel* out) {
   using Channel = decltype(out->alpha);
   *out = {alphaOf.alpha, static_cast<Channel>(lanes[1]), static_cast<Channel>(lanes[2]),
           static_cast<Channel>(lanes[3])};
@@ -147,7 +147,7 @@ inline void StoreColours(I32Lanes lanes, const Pixel& alphaOf, Pixel* out) {
 
 #if defined(__x86_64__)
 template <>
-inline void StoreColours(I32Lanes lanes, const PF_Pixel& alphaOf, PF_Pixel* out) {
+inline void StoreColors(I32Lanes lanes, const PF_Pixel& alphaOf, PF_Pixel* out) {
   const auto dwords = reinterpret_cast<__m128i>(lanes);
   const __m128i words = _mm_packs_epi32(dwords, dwords);
   const std::int32_t bytes = _mm_cvtsi128_si32(_mm_packus_epi16(words, words));

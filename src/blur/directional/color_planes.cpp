@@ -1,5 +1,5 @@
 // A world's colours as planes of floats with mirrored borders, for sums in vector lanes.
-#include "blur/directional/colour_planes.h"
+#include "blur/directional/color_planes.h"
 
 #include "base/pixel_access.h"
 #include "host/world.h"
@@ -67,8 +67,8 @@ void MarkOpaque(const Pixel* source, std::int64_t width, float* opacity) {
 
 }  // namespace
 
-bool ColourPlanes::Build(const PF_LayerDef& world, std::int64_t minColumn, std::int64_t maxColumn,
-                         std::int64_t lanes) {
+bool ColorPlanes::Build(const PF_LayerDef& world, std::int64_t minColumn, std::int64_t maxColumn,
+                        std::int64_t lanes) {
   width_ = world.width;
   const std::int64_t reached = width_ - minColumn + maxColumn;
   const std::int64_t period = MirrorPeriod(width_);
@@ -79,15 +79,15 @@ bool ColourPlanes::Build(const PF_LayerDef& world, std::int64_t minColumn, std::
   return IsDeep(world) ? Fill<PF_Pixel16>(world) : Fill<PF_Pixel>(world);
 }
 
-std::int64_t ColourPlanes::IndexOf(std::int64_t column) const {
+std::int64_t ColorPlanes::IndexOf(std::int64_t column) const {
   const std::int64_t index = (column - firstColumn_) % count_;
   return index < 0 ? index + count_ : index;
 }
 
 template <typename Pixel>
-bool ColourPlanes::Fill(const PF_LayerDef& world) {
+bool ColorPlanes::Fill(const PF_LayerDef& world) {
   hasHoles_ = HasTransparentPixel<Pixel>(world);
-  const int planes = hasHoles_ ? kColourCount + 1 : kColourCount;
+  const int planes = hasHoles_ ? kColorCount + 1 : kColorCount;
   const std::size_t values =
       static_cast<std::size_t>(planeSize_) * static_cast<std::size_t>(planes) + kLineValues;
   if (!values_.Allocate(values) || !FoldBorders()) {
@@ -99,7 +99,7 @@ bool ColourPlanes::Fill(const PF_LayerDef& world) {
     float* const row = planes_ + y * rowStride_;
     SplitRow(source, width_, planeSize_, row - firstColumn_);
     if (hasHoles_) {
-      MarkOpaque(source, width_, row + kColourCount * planeSize_ - firstColumn_);
+      MarkOpaque(source, width_, row + kColorCount * planeSize_ - firstColumn_);
     }
     for (int plane = 0; plane < planes; ++plane) {
       MirrorRow(row + plane * planeSize_);
@@ -108,7 +108,7 @@ bool ColourPlanes::Fill(const PF_LayerDef& world) {
   return true;
 }
 
-bool ColourPlanes::FoldBorders() {
+bool ColorPlanes::FoldBorders() {
   if (!folded_.Allocate(static_cast<std::size_t>(rowStride_))) {
     return false;
   }
@@ -118,7 +118,7 @@ bool ColourPlanes::FoldBorders() {
   return true;
 }
 
-void ColourPlanes::MirrorRow(float* row) const {
+void ColorPlanes::MirrorRow(float* row) const {
   const std::int64_t* const folded = folded_.data();
   for (std::int64_t i = 0; i < -firstColumn_; ++i) {
     row[i] = row[folded[i]];

@@ -1,6 +1,6 @@
 // A world's colours as planes of floats with mirrored borders, for sums in vector lanes.
-#ifndef VITRELL_BLUR_DIRECTIONAL_COLOUR_PLANES_H_
-#define VITRELL_BLUR_DIRECTIONAL_COLOUR_PLANES_H_
+#ifndef VITRELL_BLUR_DIRECTIONAL_COLOR_PLANES_H_
+#define VITRELL_BLUR_DIRECTIONAL_COLOR_PLANES_H_
 
 #include <cstddef>
 #include <cstdint>
@@ -10,12 +10,12 @@
 
 namespace vitrell {
 
-inline constexpr int kColourCount = 3;  // Red, green, blue.
+inline constexpr int kColorCount = 3;  // Red, green, blue.
 
 // Each row holds the columns of one mirrored stretch: from firstColumn on, count columns, at most
 // one period of the mirroring, after which index count stands for index 0 again; then so many more
 // that lanes may start at any index below count. Transparent pixels count as black.
-class ColourPlanes {
+class ColorPlanes {
  public:
   // Copies a world with pixels, reached from minColumn to width - 1 + maxColumn, where minColumn
   // must not be positive and maxColumn not negative. False when there is no memory.
@@ -23,8 +23,8 @@ class ColourPlanes {
                            std::int64_t lanes);
 
   // First value of a colour's plane; of the plane that is 1 where the world is not transparent.
-  const float* Colour(int colour) const { return planes_ + planeSize_ * colour; }
-  const float* Opacity() const { return Colour(kColourCount); }
+  const float* Color(int color) const { return planes_ + planeSize_ * color; }
+  const float* Opacity() const { return Color(kColorCount); }
 
   // Whether any pixel is transparent. There is an opacity plane only then.
   bool HasHoles() const { return hasHoles_; }
@@ -55,4 +55,4 @@ class ColourPlanes {
 
 }  // namespace vitrell
 
-#endif  // VITRELL_BLUR_DIRECTIONAL_COLOUR_PLANES_H_
+#endif  // VITRELL_BLUR_DIRECTIONAL_COLOR_PLANES_H_

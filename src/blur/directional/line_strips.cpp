@@ -114,11 +114,10 @@ void LineStrips<Pixel>::SumBlock(std::int32_t firstRow, std::int32_t endRow, std
   for (std::int32_t row = firstRow; row < endRow; ++row) {
     block->isInLens[row - firstRow] = IsAnyInLens(row, column);
   }
-  for (int colour = 0; colour < kColourCount; ++colour) {
-    const LineView view = {planes_.Colour(colour), rows_.data() + firstRow, column,
-                           planes_.count()};
+  for (int color = 0; color < kColorCount; ++color) {
+    const LineView view = {planes_.Color(color), rows_.data() + firstRow, column, planes_.count()};
     SumRows(isSplit_ ? engine_->sumSplit : engine_->sum, view, endRow - firstRow, 0.0f, *block,
-            block->colours[colour]);
+            block->colors[color]);
   }
   if (planes_.HasHoles()) {
     const LineView view = {planes_.Opacity(), rows_.data() + firstRow, column, planes_.count()};
@@ -165,15 +164,15 @@ void LineStrips<Pixel>::StoreRow(std::int32_t row, std::int32_t column, const Bl
   double divisors[kMaxLineLanes];
   std::transform(weights, weights + engine_->lanes, divisors,
                  [](double weight) { return weight == 0.0 ? 1.0 : weight; });
-  std::int32_t colours[kColourCount][kMaxLineLanes];
-  for (int colour = 0; colour < kColourCount; ++colour) {
-    engine_->divide(block.colours[colour][blockRow], divisors, colours[colour]);
+  std::int32_t colors[kColorCount][kMaxLineLanes];
+  for (int color = 0; color < kColorCount; ++color) {
+    engine_->divide(block.colors[color][blockRow], divisors, colors[color]);
   }
   for (std::int32_t i = 0; i < columns; ++i) {
     const bool isBlurred = weights[i] != 0.0 && mask_.At(column + i, row) > kMaskThreshold;
     out[i] = isBlurred
-                 ? Pixel{in[i].alpha, static_cast<Channel>(colours[0][i]),
-                         static_cast<Channel>(colours[1][i]), static_cast<Channel>(colours[2][i])}
+                 ? Pixel{in[i].alpha, static_cast<Channel>(colors[0][i]),
+                         static_cast<Channel>(colors[1][i]), static_cast<Channel>(colors[2][i])}
                  : in[i];
   }
 }

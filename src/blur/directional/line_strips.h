@@ -6,7 +6,7 @@
 #include <cstdint>
 
 #include "base/buffer.h"
-#include "blur/directional/colour_planes.h"
+#include "blur/directional/color_planes.h"
 #include "blur/directional/line_sums.h"
 #include "blur/directional/line_taps.h"
 #include "host/host_api.h"
@@ -36,7 +36,7 @@ class LineStrips {
   // The sums of one block: as many columns as there are lanes, and the rows of a strip.
   struct Block {
     bool isInLens[kStripRows];  // Rows without a pixel in the lens have no sums.
-    alignas(64) float colours[kColourCount][kStripRows][kMaxLineLanes];
+    alignas(64) float colors[kColorCount][kStripRows][kMaxLineLanes];
     alignas(64) double weights[kStripRows][kMaxLineLanes];
   };
 
@@ -56,7 +56,7 @@ class LineStrips {
   const LineEngine* engine_ = nullptr;
   bool isSplit_ = false;  // Every tap has a split weight that is exact for this depth.
   double weightSum_ = 0;  // Of a line without transparent pixels.
-  ColourPlanes planes_;
+  ColorPlanes planes_;
   Buffer<LineSumTap> taps_;
   std::size_t tapCount_ = 0;
   Buffer<std::ptrdiff_t> rows_;  // Where the row of each position begins in a plane, mirrored.

@@ -33,7 +33,7 @@ class SingleMeans {
   void Store(const Sums& sums, const Pixel& alphaOf, Pixel* out) const {
     const F32Lanes values =
         __builtin_convertvector(reinterpret_cast<I32Lanes>(sums), F32Lanes) * inverseTaps_ + 0.5F;
-    StoreColours(TruncateLanes(values), alphaOf, out);
+    StoreColors(TruncateLanes(values), alphaOf, out);
   }
 
  private:
@@ -51,7 +51,7 @@ class DoubleMeans {
     F64Pair low;
     F64Pair high;
     WidenLanes(sums, &low, &high);
-    StoreColours(TruncateLanes(low * inverseTaps_ + 0.5, high * inverseTaps_ + 0.5), alphaOf, out);
+    StoreColors(TruncateLanes(low * inverseTaps_ + 0.5, high * inverseTaps_ + 0.5), alphaOf, out);
   }
 
  private:
@@ -93,7 +93,7 @@ class WideMeans {
     const auto mean = [&](int i) {
       return TruncateToInt32(static_cast<double>(sums.lane[i]) * inverseTaps_ + 0.5);
     };
-    StoreColours(I32Lanes{0, mean(1), mean(2), mean(3)}, alphaOf, out);
+    StoreColors(I32Lanes{0, mean(1), mean(2), mean(3)}, alphaOf, out);
   }
 
  private:

@@ -11,7 +11,7 @@ namespace vitrell {
 namespace {
 
 // Unrounded colour means.
-struct ColourMeans {
+struct ColorMeans {
   double red;
   double green;
   double blue;
@@ -20,8 +20,8 @@ struct ColourMeans {
 // Means of the taps from -reach to reach around (x, y), each weighted by the lens mask, summed in
 // tap order. Taps outside the mask's rectangle weigh 0 and are left out: adding 0 changes no sum.
 template <BoxAxis kAxis, typename Pixel>
-ColourMeans WeightedMeans(const BoxBlurRefcon& box, const LensMaskView& mask, std::int32_t x,
-                          std::int32_t y, std::int64_t reach) {
+ColorMeans WeightedMeans(const BoxBlurRefcon& box, const LensMaskView& mask, std::int32_t x,
+                         std::int32_t y, std::int64_t reach) {
   constexpr bool kRows = kAxis == BoxAxis::kRows;
   const PF_LRect& rect = box.io->dst->extent_hint;
   const std::int64_t center = kRows ? x : y;
@@ -45,7 +45,7 @@ ColourMeans WeightedMeans(const BoxBlurRefcon& box, const LensMaskView& mask, st
 }
 
 template <typename Pixel>
-void StoreMeans(const Pixel& in, const ColourMeans& means, Pixel* out) {
+void StoreMeans(const Pixel& in, const ColorMeans& means, Pixel* out) {
   using Channel = ChannelOf<Pixel>;
   *out = {in.alpha, TruncateToChannel<Channel>(means.red + 0.5),
           TruncateToChannel<Channel>(means.green + 0.5),
@@ -54,8 +54,8 @@ void StoreMeans(const Pixel& in, const ColourMeans& means, Pixel* out) {
 
 // A faint mask leaves the pixel close to its unblurred colour; full blur from m x radius = 5 on.
 template <typename Pixel>
-ColourMeans BlendWithUnblurred(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, double m,
-                               const ColourMeans& means) {
+ColorMeans BlendWithUnblurred(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, double m,
+                              const ColorMeans& means) {
   const double t = std::min(1.0, std::max(0.0, (m * box.radiusPx - 1.0) * 0.25));
   const Pixel* const stored =
       GetPointerFromDataP<Pixel>(&box.unblurred, y, x, static_cast<unsigned char>(box.mirror));
@@ -103,7 +103,7 @@ template <BoxAxis kAxis, typename Pixel>
 void StoreWeightedBox(const BoxBlurRefcon& box, const LensMaskView& mask, std::int32_t x,
                       std::int32_t y, const Pixel& in, Pixel* out) {
   const double m = mask.At(x, y);
-  ColourMeans means =
+  ColorMeans means =
       WeightedMeans<kAxis, Pixel>(box, mask, x, y, TruncateToInt32(box.radiusPx * m));
   // Kept: the vertical pass alone blends.
   if (kAxis == BoxAxis::kColumns && m < 1 && box.radiusPx != 0) {

@@ -25,7 +25,7 @@ struct BoxBlurRefcon {
 
 // The blurred colours with the alpha of the pass's input.
 template <typename Pixel>
-inline void PublishColours(const Pixel& blurred, const Pixel& in, Pixel* out) {
+inline void PublishColors(const Pixel& blurred, const Pixel& in, Pixel* out) {
   *out = {in.alpha, blurred.red, blurred.green, blurred.blue};
 }
 

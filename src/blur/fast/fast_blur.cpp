@@ -22,7 +22,7 @@ struct PlainBoxStage : StripsOfRows<Pixel, 1> {
   // In a world whose extent does not begin at (0, 0) a pixel of a row was worked out for another
   // place of the memory, and so was its alpha.
   static void Publish(const Pixel& stored, const Pixel& in, Pixel* out) {
-    PublishColours(stored, in, out);
+    PublishColors(stored, in, out);
   }
   std::int32_t ColumnOf(std::int32_t x) const { return WrappingSubtract(x, left); }
   std::int32_t RowOf(std::int32_t y) const { return WrappingSubtract(y, top); }

@@ -56,7 +56,7 @@ class WeightedStrips {
   }
 
   static void Publish(const Pixel& stored, const Pixel& in, Pixel* out) {
-    PublishColours(stored, in, out);
+    PublishColors(stored, in, out);
   }
 
  private:

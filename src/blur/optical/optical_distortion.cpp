@@ -23,7 +23,7 @@ constexpr double kFocalLengthThreshold = 0.0001;
 
 // The bilinear sample of GetPointerFromDataDP with the alpha of another pixel.
 template <typename Pixel>
-void SampleColours(const PF_LayerDef& src, const SamplePoint& point, const Pixel& in, Pixel* out) {
+void SampleColors(const PF_LayerDef& src, const SamplePoint& point, const Pixel& in, Pixel* out) {
   static_cast<void>(GetPointerFromDataDP<Pixel>(&src, point.row, point.column, out, 1));
   out->alpha = in.alpha;
 }
@@ -59,7 +59,7 @@ struct DistortionStage : StripsOfRows<Pixel, 8> {
     } else if (refcon.focalLengthPx < kFocalLengthThreshold) {
       *out = GetPointerFromData<Pixel>(&src, refcon.centerY, refcon.centerX, 1);
     } else {
-      SampleColours(src, field.SourceOf(x, y, distance), in, out);
+      SampleColors(src, field.SourceOf(x, y, distance), in, out);
     }
   }
 

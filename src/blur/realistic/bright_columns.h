@@ -9,7 +9,7 @@
 
 namespace vitrell {
 
-// Follows a band of rows down a map whose rows are contiguous; each step costs the rows that come
+// Follows a band of rows down a column-major map; each step costs the rows that come
 // and go. Columns and rows outside the map have no weight.
 class BrightColumns {
  public:

@@ -78,7 +78,7 @@ bool HighlightMap::Build(const PF_InData* inData, const PF_LayerDef& input, Plan
   if (input.data == nullptr || input.width <= 0 || input.height <= 0) {
     return true;
   }
-  const bool byColumns = order == PlaneOrder::kColumnsContiguous;
+  const bool byColumns = order == PlaneOrder::kRowMajor;
   const std::int64_t lineCount = byColumns ? input.height : input.width;
   planeStride_ = PaddedLength(byColumns ? input.width : input.height);
   const std::int64_t lineStride = (use == MapUse::kByMask ? 7 : 4) * planeStride_;

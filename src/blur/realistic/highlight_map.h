@@ -11,8 +11,9 @@
 
 namespace vitrell {
 
-// Whose neighbours lie next to each other in memory.
-enum class PlaneOrder { kRowsContiguous, kColumnsContiguous };
+// Whether neighbours of one row lie next to each other in memory (row-major) or those of one
+// column.
+enum class PlaneOrder { kRowMajor, kColumnMajor };
 
 // What the sums are for. By mask a transparent pixel weighs nothing, even where the weight is taken
 // from another pixel (see Fill), and there are planes of products for the taps of weight 1.
@@ -20,9 +21,9 @@ enum class MapUse { kUniform, kByMask };
 
 // Floats per input pixel, planeStride() apart: highlight weight, red, green and blue; by mask also
 // the products of the weight with each of the three, rounded to float. A line
-// (a row, or a column when columns are contiguous) has kLinePadding zeros before and after it, so
-// that up to kLinePadding + 1 neighbours may be read from any pixel of a line, or from any place
-// of the padding before it. Positions are relative to the memory of the input world.
+// (a row of a row-major map, a column of a column-major one) has kLinePadding zeros before and
+// after it, so that up to kLinePadding + 1 neighbours may be read from any pixel of a line, or from
+// any place of the padding before it. Positions are relative to the memory of the input world.
 //
 // Read-only once built; safe on any number of threads.
 class HighlightMap {

@@ -90,7 +90,7 @@ bool KernelMap::Build(const IO_Params& io, const IrisShape& shape, std::int32_t 
   Buffer<std::uint8_t> used;
   return ChooseKernels(io.in_data->utils->ansi, maxRadius, &used) &&
          BuildKernels(shape, ReachBetween(*io.src, *io.dst), used) &&
-         map_.Build(io.in_data, *io.src, PlaneOrder::kColumnsContiguous, MapUse::kByMask);
+         map_.Build(io.in_data, *io.src, PlaneOrder::kRowMajor, MapUse::kByMask);
 }
 
 // Runs of equal kernels among the pixels from (x, y) to the end of the block or of the row.

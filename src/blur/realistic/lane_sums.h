@@ -39,7 +39,7 @@ struct LaneSums {
 // direction.
 struct LaneView {
   const float* origin;  // Highlight weight of the map's first pixel.
-  std::int64_t centre;  // Offset of the lane 0 pixel's from there; may lie outside the map.
+  std::int64_t center;  // Offset of the lane 0 pixel's from there; may lie outside the map.
   std::int64_t planeStride;
   std::int64_t dxStride;
   std::int64_t dyStride;

@@ -26,7 +26,7 @@ struct MappedIrisStage : StripsOfRows<Pixel, kMaxLaneRows> {
     Pixel pixel = {};
     if (sums.weight >= kSmallestTotal) {
       pixel.alpha = 1;
-      StoreColours(sums, &pixel);
+      StoreColors(sums, &pixel);
     }
     return pixel;
   }

@@ -15,7 +15,7 @@ namespace vitrell {
 namespace {
 
 // Moves the window of one pixel to the next pixel, at (row, column) of the map.
-void Slide(const UniformPass& pass, std::int64_t row, std::int64_t column, TapSums* sums) {
+void Slide(const UniformTables& pass, std::int64_t row, std::int64_t column, TapSums* sums) {
   const HighlightMap& map = pass.map;
   for (const Weight_Pt& point : pass.points) {
     const std::int64_t tapRow = row + point.y;
@@ -39,7 +39,7 @@ bool IsAllZero(const Pixel& pixel) {
 // This is the definition. It also serves the kernels with weights that are not numbers, which a
 // squeeze to nothing gives: lanes must not see those where their pixel has no tap.
 template <typename Pixel>
-void BlurRow(const UniformPass& pass, std::int32_t y) {
+void BlurRow(const UniformTables& pass, std::int32_t y) {
   const std::int64_t row = std::int64_t{y} - pass.input->extent_hint.top;
   TapSums sums;
   bool startAfresh = true;
@@ -52,12 +52,12 @@ void BlurRow(const UniformPass& pass, std::int32_t y) {
     }
     auto* const pixel = StoredPixel<Pixel>(pass.output, y, x);
     pixel->alpha = GetPointerFromData<Pixel>(pass.input, y, x, 0).alpha;
-    StoreColours(sums, pixel);
+    StoreColors(sums, pixel);
     startAfresh = IsAllZero(*pixel);
   }
 }
 
-void BlurRows(const UniformPass& pass) {
+void BlurRows(const UniformTables& pass) {
   for (std::int32_t y = 0; y < pass.output->height; ++y) {
     if (IsDeep(*pass.output)) {
       BlurRow<PF_Pixel16>(pass, y);
@@ -67,7 +67,7 @@ void BlurRows(const UniformPass& pass) {
   }
 }
 
-bool HasFiniteWeights(const UniformPass& pass) {
+bool HasFiniteWeights(const UniformTables& pass) {
   const auto isFinite = [](const auto& tap) { return std::isfinite(tap.weight); };
   return std::all_of(pass.kernel.spans.begin(), pass.kernel.spans.end(), isFinite) &&
          std::all_of(pass.points.begin(), pass.points.end(), isFinite);
@@ -77,13 +77,13 @@ bool HasFiniteWeights(const UniformPass& pass) {
 
 PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape, std::int32_t radius,
                      const IrisEngine& engine) {
-  UniformPass pass;
+  UniformTables pass;
   pass.input = io.src;
   pass.output = io.dst;
   pass.radius = radius;
   IrisKernelBuilder builder(shape, ReachBetween(*io.src, *io.dst));
   if (!builder.Build(radius, TapChoice::kNonZero, &pass.kernel, &pass.points) ||
-      !pass.map.Build(io.in_data, *io.src, PlaneOrder::kRowsContiguous, MapUse::kUniform)) {
+      !pass.map.Build(io.in_data, *io.src, PlaneOrder::kColumnMajor, MapUse::kUniform)) {
     return PF_Err_OUT_OF_MEMORY;
   }
   RETURN_IF_ERROR(FillTransparent(io.in_data, io.dst));

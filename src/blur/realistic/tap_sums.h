@@ -57,7 +57,7 @@ inline TapSums SumKernel(const HighlightMap& map, const IrisKernel& kernel, std:
 // The colours of the sums: truncated, not clamped; 0 where the total weight is 0. Leaves alpha
 // alone.
 template <typename Pixel>
-inline void StoreColours(const TapSums& sums, Pixel* pixel) {
+inline void StoreColors(const TapSums& sums, Pixel* pixel) {
   using Channel = ChannelOf<Pixel>;
   const bool nothing = sums.weight == 0.0f;
   pixel->red = nothing ? Channel{0} : TruncateToChannel<Channel>(sums.red / sums.weight);

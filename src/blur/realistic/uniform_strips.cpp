@@ -15,7 +15,7 @@ namespace vitrell {
 namespace {
 
 // Colours of all lanes before truncation; 0 where the total weight is 0.
-struct LaneColours {
+struct LaneColors {
   alignas(64) float red[kMaxLanes];
   alignas(64) float green[kMaxLanes];
   alignas(64) float blue[kMaxLanes];
@@ -33,7 +33,7 @@ struct LaneColours {
 template <typename Pixel>
 class StripBlur {
  public:
-  StripBlur(const UniformPass& pass, const IrisEngine& engine)
+  StripBlur(const UniformTables& pass, const IrisEngine& engine)
       : pass_(pass),
         engine_(engine),
         top_(pass.input->extent_hint.top),
@@ -140,13 +140,13 @@ class StripBlur {
   // Sets one pixel of every live lane. A lane whose pixel is all zero starts afresh.
   void StoreColumn(std::int32_t column) {
     using Channel = ChannelOf<Pixel>;
-    colours_.Divide(sums_, engine_.lanes);
+    colors_.Divide(sums_, engine_.lanes);
     afreshLanes_ = 0;
     for (int lane = 0; lane < liveLanes_; ++lane) {
       Pixel pixel = block_[lane][column];
-      pixel.red = TruncateToChannel<Channel>(colours_.red[lane]);
-      pixel.green = TruncateToChannel<Channel>(colours_.green[lane]);
-      pixel.blue = TruncateToChannel<Channel>(colours_.blue[lane]);
+      pixel.red = TruncateToChannel<Channel>(colors_.red[lane]);
+      pixel.green = TruncateToChannel<Channel>(colors_.green[lane]);
+      pixel.blue = TruncateToChannel<Channel>(colors_.blue[lane]);
       block_[lane][column] = pixel;
       afresh_[lane] = (pixel.alpha | pixel.red | pixel.green | pixel.blue) == 0;
       afreshLanes_ += afresh_[lane] ? 1 : 0;
@@ -156,7 +156,7 @@ class StripBlur {
   // Columns whose pixels are put together before they are stored, so that whole cache lines are.
   static constexpr std::int32_t kBlockColumns = 16;
 
-  const UniformPass& pass_;
+  const UniformTables& pass_;
   const IrisEngine& engine_;
   const std::int64_t top_;
   const std::int64_t left_;
@@ -176,14 +176,14 @@ class StripBlur {
   // The current column.
   LaneSums sums_ = {};
   LaneSums fresh_ = {};
-  LaneColours colours_ = {};
+  LaneColors colors_ = {};
   Pixel block_[kMaxLanes][kBlockColumns] = {};
   bool afresh_[kMaxLanes] = {};
   int afreshLanes_ = 0;
 };
 
 template <typename Pixel>
-PF_Err Blur(const UniformPass& pass, const IrisEngine& engine) {
+PF_Err Blur(const UniformTables& pass, const IrisEngine& engine) {
   StripBlur<Pixel> blur(pass, engine);
   if (!blur.Prepare()) {
     return PF_Err_OUT_OF_MEMORY;
@@ -194,7 +194,7 @@ PF_Err Blur(const UniformPass& pass, const IrisEngine& engine) {
 
 }  // namespace
 
-PF_Err BlurStrips(const UniformPass& pass, const IrisEngine& engine) {
+PF_Err BlurStrips(const UniformTables& pass, const IrisEngine& engine) {
   return IsDeep(*pass.output) ? Blur<PF_Pixel16>(pass, engine) : Blur<PF_Pixel>(pass, engine);
 }
 

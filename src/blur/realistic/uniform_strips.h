@@ -10,8 +10,8 @@
 
 namespace vitrell {
 
-// Everything a uniform pass reads. The map's rows are contiguous.
-struct UniformPass {
+// Everything a uniform pass reads. The map is column-major.
+struct UniformTables {
   const PF_LayerDef* input;
   const PF_LayerDef* output;  // Of the input's depth.
   std::int32_t radius;
@@ -22,7 +22,7 @@ struct UniformPass {
 
 // Writes the whole output, strips of engine.lanes rows from the top. All weights must be finite.
 // PF_Err_OUT_OF_MEMORY, with nothing written, when there is no memory for its tables.
-[[nodiscard]] PF_Err BlurStrips(const UniformPass& pass, const IrisEngine& engine);
+[[nodiscard]] PF_Err BlurStrips(const UniformTables& pass, const IrisEngine& engine);
 
 }  // namespace vitrell
 

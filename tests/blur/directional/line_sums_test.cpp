@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "base/pixel_access.h"
-#include "blur/directional/colour_planes.h"
+#include "blur/directional/color_planes.h"
 #include "pass/lazy_strips.h"
 
 namespace vitrell {
@@ -201,7 +201,7 @@ void ExpectMirroredPlanes(std::int32_t width, std::int32_t reach) {
   constexpr std::int64_t kLanes = 16;
   std::mt19937 random(kSeed);
   const Picture<Pixel> picture(width, 3, &random);
-  ColourPlanes planes;
+  ColorPlanes planes;
   ASSERT_TRUE(planes.Build(picture.world, -reach, reach, kLanes));
   EXPECT_LE(planes.count(), 2 * std::int64_t{width} - 1);
   for (std::int32_t row = 0; row < 3; ++row) {
@@ -213,9 +213,9 @@ void ExpectMirroredPlanes(std::int32_t width, std::int32_t reach) {
         const Pixel& pixel = *GetPointerFromDataP<Pixel>(&picture.world, row, column + tap, 1);
         const bool isOpaque = pixel.alpha != 0;
         const std::ptrdiff_t at = row * planes.rowStride() + index;
-        EXPECT_EQ(planes.Colour(0)[at], static_cast<float>(isOpaque ? pixel.red : 0));
-        EXPECT_EQ(planes.Colour(1)[at], static_cast<float>(isOpaque ? pixel.green : 0));
-        EXPECT_EQ(planes.Colour(2)[at], static_cast<float>(isOpaque ? pixel.blue : 0));
+        EXPECT_EQ(planes.Color(0)[at], static_cast<float>(isOpaque ? pixel.red : 0));
+        EXPECT_EQ(planes.Color(1)[at], static_cast<float>(isOpaque ? pixel.green : 0));
+        EXPECT_EQ(planes.Color(2)[at], static_cast<float>(isOpaque ? pixel.blue : 0));
         if (planes.HasHoles()) {
           EXPECT_EQ(planes.Opacity()[at], isOpaque ? 1.0f : 0.0f);
         } else {
@@ -226,7 +226,7 @@ void ExpectMirroredPlanes(std::int32_t width, std::int32_t reach) {
   }
 }
 
-TEST(ColourPlanesTest, EveryReachedColumnIsMirrored) {
+TEST(ColorPlanesTest, EveryReachedColumnIsMirrored) {
   for (const std::int32_t width : {1, 2, 3, 15, 16, 17, 33, 50}) {
     for (const std::int32_t reach : {0, 1, 2, 7, 16, 40, 123}) {
       ExpectMirroredPlanes<PF_Pixel>(width, reach);

@@ -17,7 +17,7 @@ class BrightColumnsTest : public testing::Test {
  protected:
   void BuildMap(const Picture<PF_Pixel>& picture) {
     ASSERT_TRUE(
-        map_.Build(host_.inData(), *picture.get(), PlaneOrder::kRowsContiguous, MapUse::kUniform));
+        map_.Build(host_.inData(), *picture.get(), PlaneOrder::kColumnMajor, MapUse::kUniform));
   }
 
   FakeHost host_;

@@ -101,8 +101,7 @@ TEST_F(KernelMapTest, BlocksOfEveryPlaceMatchThePlainSums) {
   const TestMask mask(values);
   Build(src, dst, kMaxRadius);
   HighlightMap plain;
-  ASSERT_TRUE(
-      plain.Build(host_.inData(), *src.get(), PlaneOrder::kColumnsContiguous, MapUse::kByMask));
+  ASSERT_TRUE(plain.Build(host_.inData(), *src.get(), PlaneOrder::kRowMajor, MapUse::kByMask));
   IrisKernelBuilder builder(Shape(), ReachBetween(*src.get(), *dst.get()));
   std::vector<IrisKernel> kernels(kMaxRadius + 1);
   for (std::int32_t radius = 0; radius <= kMaxRadius; ++radius) {

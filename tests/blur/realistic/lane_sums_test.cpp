@@ -87,7 +87,7 @@ class LaneEnginesTest : public testing::TestWithParam<TargetName> {
 TEST_P(LaneEnginesTest, KernelSumsEqualThePlainOnes) {
   MakePicture(71, 23);
   HighlightMap map;
-  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kColumnsContiguous, MapUse::kByMask));
+  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kRowMajor, MapUse::kByMask));
   for (const std::int32_t radius : {0, 1, 2, 5, 13, 30}) {
     const IrisKernel kernel = MakeKernel(radius, nullptr);
     for (std::int64_t row = 0; row < map.height(); row += 3) {
@@ -112,7 +112,7 @@ TEST_P(LaneEnginesTest, KernelSumsEqualThePlainOnes) {
 TEST_P(LaneEnginesTest, RowsOfKernelsEqualThePlainOnes) {
   MakePicture(71, 23);
   HighlightMap map;
-  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kColumnsContiguous, MapUse::kByMask));
+  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kRowMajor, MapUse::kByMask));
   ASSERT_LE(engine_->rowCount, kMaxLaneRows);
   ASSERT_LE(engine_->rowLanes, engine_->lanes);
   std::vector<IrisKernel> kernels;
@@ -159,7 +159,7 @@ TEST_P(LaneEnginesTest, RowsOfKernelsEqualThePlainOnes) {
 TEST_P(LaneEnginesTest, StepsToTheRightEqualThePlainOnes) {
   MakePicture(37, 41);
   HighlightMap map;
-  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kRowsContiguous, MapUse::kUniform));
+  ASSERT_TRUE(map.Build(host_.inData(), world_, PlaneOrder::kColumnMajor, MapUse::kUniform));
   Buffer<Weight_Pt> points;
   const IrisKernel kernel = MakeKernel(6, &points);
   std::vector<LaneTap> taps;

@@ -1,5 +1,5 @@
 // The planes of floats with mirrored borders, place by place.
-#include "blur/directional/colour_planes.h"
+#include "blur/directional/color_planes.h"
 
 #include <gtest/gtest.h>
 
@@ -21,10 +21,10 @@ std::int64_t Fold(std::int64_t column, std::int64_t width) {
 }
 
 template <typename Pixel>
-class ColourPlanesTest : public testing::Test {
+class ColorPlanesTest : public testing::Test {
  protected:
   // What lane `lane` reads that begins at column x and looks `tap` columns to the right.
-  static float ValueAt(const ColourPlanes& planes, const float* plane, std::int64_t y,
+  static float ValueAt(const ColorPlanes& planes, const float* plane, std::int64_t y,
                        std::int64_t x, std::int64_t tap, std::int64_t lane) {
     const std::int64_t index = x + planes.IndexOf(tap);
     return plane[y * planes.rowStride() +
@@ -33,46 +33,46 @@ class ColourPlanesTest : public testing::Test {
 };
 
 using Depths = testing::Types<PF_Pixel, PF_Pixel16>;
-TYPED_TEST_SUITE(ColourPlanesTest, Depths);
+TYPED_TEST_SUITE(ColorPlanesTest, Depths);
 
 // Width 3, from -2 to 4: columns 2 1 | 0 1 2 | 2 1 of the picture, of which 5 are a period.
-TYPED_TEST(ColourPlanesTest, BordersAreReflectedByHand) {
+TYPED_TEST(ColorPlanesTest, BordersAreReflectedByHand) {
   Picture<TypeParam> picture(3, 1);
   picture.At(0, 0) = {1, 10, 40, 70};
   picture.At(1, 0) = {1, 20, 50, 80};
   picture.At(2, 0) = {1, 30, 60, 90};
-  ColourPlanes planes;
+  ColorPlanes planes;
   ASSERT_TRUE(planes.Build(*picture.get(), -2, 2, 1));
   EXPECT_FALSE(planes.HasHoles());
   const float expected[7] = {30, 20, 10, 20, 30, 30, 20};
   for (int tap = -2; tap <= 2; ++tap) {
     for (int x = 0; x < 3; ++x) {
-      EXPECT_EQ(this->ValueAt(planes, planes.Colour(0), 0, x, tap, 0), expected[x + tap + 2])
+      EXPECT_EQ(this->ValueAt(planes, planes.Color(0), 0, x, tap, 0), expected[x + tap + 2])
           << x << " " << tap;
-      EXPECT_EQ(this->ValueAt(planes, planes.Colour(1), 0, x, tap, 0), expected[x + tap + 2] + 30);
-      EXPECT_EQ(this->ValueAt(planes, planes.Colour(2), 0, x, tap, 0), expected[x + tap + 2] + 60);
+      EXPECT_EQ(this->ValueAt(planes, planes.Color(1), 0, x, tap, 0), expected[x + tap + 2] + 30);
+      EXPECT_EQ(this->ValueAt(planes, planes.Color(2), 0, x, tap, 0), expected[x + tap + 2] + 60);
     }
   }
 }
 
-TYPED_TEST(ColourPlanesTest, TransparentPixelsAreBlackAndMarked) {
+TYPED_TEST(ColorPlanesTest, TransparentPixelsAreBlackAndMarked) {
   Picture<TypeParam> picture(2, 2);
   picture.Fill({1, 10, 20, 30});
   picture.At(1, 0).alpha = 0;
-  ColourPlanes planes;
+  ColorPlanes planes;
   ASSERT_TRUE(planes.Build(*picture.get(), 0, 0, 4));
   ASSERT_TRUE(planes.HasHoles());
   const float opaque[4] = {1, 0, 1, 1};
   for (int i = 0; i < 4; ++i) {
     EXPECT_EQ(this->ValueAt(planes, planes.Opacity(), i / 2, i % 2, 0, 0), opaque[i]);
-    EXPECT_EQ(this->ValueAt(planes, planes.Colour(0), i / 2, i % 2, 0, 0), 10 * opaque[i]);
-    EXPECT_EQ(this->ValueAt(planes, planes.Colour(2), i / 2, i % 2, 0, 0), 30 * opaque[i]);
+    EXPECT_EQ(this->ValueAt(planes, planes.Color(0), i / 2, i % 2, 0, 0), 10 * opaque[i]);
+    EXPECT_EQ(this->ValueAt(planes, planes.Color(2), i / 2, i % 2, 0, 0), 30 * opaque[i]);
   }
 }
 
 // Every lane that begins within the picture and every tap of the reach, shorter and longer than a
 // period. What a lane reads beyond the picture's last column has only to be there.
-TYPED_TEST(ColourPlanesTest, EveryPlaceIsTheFoldedPixel) {
+TYPED_TEST(ColorPlanesTest, EveryPlaceIsTheFoldedPixel) {
   constexpr std::int64_t kLanes = 16;
   for (const A_long width : {1, 2, 3, 7, 20}) {
     for (const std::int64_t reach : {0, 1, 5, 13, 60}) {
@@ -81,7 +81,7 @@ TYPED_TEST(ColourPlanesTest, EveryPlaceIsTheFoldedPixel) {
       for (A_long x = 0; x < width; x += 3) {
         picture.At(x, 1).alpha = 0;
       }
-      ColourPlanes planes;
+      ColorPlanes planes;
       ASSERT_TRUE(planes.Build(*picture.get(), -reach, reach / 2, kLanes));
       SCOPED_TRACE("width " + std::to_string(width) + " reach " + std::to_string(reach));
       for (std::int64_t tap = -reach; tap <= reach / 2; ++tap) {
@@ -91,11 +91,11 @@ TYPED_TEST(ColourPlanesTest, EveryPlaceIsTheFoldedPixel) {
               const TypeParam& pixel =
                   picture.At(static_cast<A_long>(Fold(x + tap + lane, width)), y);
               const bool isOpaque = pixel.alpha != 0;
-              ASSERT_EQ(this->ValueAt(planes, planes.Colour(0), y, x, tap, lane),
+              ASSERT_EQ(this->ValueAt(planes, planes.Color(0), y, x, tap, lane),
                         isOpaque ? pixel.red : 0);
-              ASSERT_EQ(this->ValueAt(planes, planes.Colour(1), y, x, tap, lane),
+              ASSERT_EQ(this->ValueAt(planes, planes.Color(1), y, x, tap, lane),
                         isOpaque ? pixel.green : 0);
-              ASSERT_EQ(this->ValueAt(planes, planes.Colour(2), y, x, tap, lane),
+              ASSERT_EQ(this->ValueAt(planes, planes.Color(2), y, x, tap, lane),
                         isOpaque ? pixel.blue : 0);
               ASSERT_EQ(this->ValueAt(planes, planes.Opacity(), y, x, tap, lane), isOpaque ? 1 : 0);
             }
