@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <numbers>
 #include <type_traits>
 
 #if defined(__x86_64__)
@@ -19,6 +20,8 @@
 #endif
 
 namespace vitrell {
+
+inline constexpr double kPi = std::numbers::pi;
 
 // Truncates toward zero. NaN and values outside int32 become INT32_MIN on every platform, which is
 // what the x86-64 conversion instruction returns. Vector code converts with __builtin_convertvector

@@ -24,6 +24,11 @@ inline bool HasPixelsFromOrigin(const PF_LayerDef& world) {
          world.extent_hint.left == 0 && world.extent_hint.top == 0;
 }
 
+template <typename Pixel>
+inline bool IsTransparentBlack(const Pixel& pixel) {
+  return (pixel.alpha | pixel.red | pixel.green | pixel.blue) == 0;
+}
+
 // The period with which a line of size > 0 pixels repeats when it is mirrored at its ends.
 constexpr std::int64_t MirrorPeriod(std::int64_t size) { return 2 * size - 1; }
 

@@ -5,10 +5,11 @@
 #include <cmath>
 #include <limits>
 
+#include "base/numeric.h"
+
 namespace vitrell {
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 constexpr double kTwoPi = 6.283185307179586;
 constexpr double kHalfPi = 1.5707963267948966;
 constexpr double kPiOver6 = 0.5235987755982988;

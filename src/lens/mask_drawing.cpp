@@ -3,13 +3,12 @@
 
 #include <algorithm>
 
+#include "base/numeric.h"
 #include "lens/custom_lens.h"
 #include "lens/lens_shapes.h"
 
 namespace vitrell {
 namespace {
-
-constexpr double kPi = 3.141592653589793;
 
 // Raised-cosine fall-off from 1 inside to 0 outside; exact at both ends, whatever the host's cosine
 // returns. The last value is cached because straight edges repeat it many times.

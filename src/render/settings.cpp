@@ -8,7 +8,6 @@ namespace vitrell {
 namespace {
 
 constexpr float kFixedToDegrees = 1.5258789e-05F;  // 1 / 65536.
-constexpr double kPi = 3.141592653589793;
 
 // Kept: 65566, not 65536, so that saved projects keep their look. Positions come out about 0.046 %
 // too small, which in common frame sizes is one pixel after truncation.

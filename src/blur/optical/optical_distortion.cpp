@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <numbers>
 
 #include "base/depth_traits.h"
 #include "base/numeric.h"
@@ -111,7 +110,7 @@ PF_Err RunOpticalDistortion(const StageCall& call) {
   const PF_LayerDef& dst = *call.io.dst;
   const double diagonalPx = maths.sqrt(WrappingAdd(WrappingMultiply(dst.width, dst.width),
                                                    WrappingMultiply(dst.height, dst.height)));
-  const double halfFieldOfView = call.info.opticalAmount * std::numbers::pi / 180 * 0.5;
+  const double halfFieldOfView = call.info.opticalAmount * kPi / 180 * 0.5;
   const PixelPosition center = call.plan.opticalCenter;
   const DistortRefcon refcon = {center.x, center.y, diagonalPx / maths.tan(halfFieldOfView),
                                 &call.io};

@@ -8,7 +8,6 @@
 namespace vitrell {
 namespace {
 
-constexpr double kPi = 3.141592653589793;
 constexpr double kTwoPi = 6.283185307179586;
 constexpr double kHalfPi = 1.5707963267948966;
 constexpr double kThreeHalvesPi = 4.71238898038469;

@@ -28,11 +28,6 @@ void Slide(const UniformTables& pass, std::int64_t row, std::int64_t column, Tap
   }
 }
 
-template <typename Pixel>
-bool IsAllZero(const Pixel& pixel) {
-  return (pixel.alpha | pixel.red | pixel.green | pixel.blue) == 0;
-}
-
 // Kept: the sums are carried from pixel to pixel in single precision and start afresh only after a
 // pixel of zeros. What rounding leaves in them shows on black beside bright areas.
 //
@@ -53,7 +48,7 @@ void BlurRow(const UniformTables& pass, std::int32_t y) {
     auto* const pixel = StoredPixel<Pixel>(pass.output, y, x);
     pixel->alpha = GetPointerFromData<Pixel>(pass.input, y, x, 0).alpha;
     StoreColors(sums, pixel);
-    startAfresh = IsAllZero(*pixel);
+    startAfresh = IsTransparentBlack(*pixel);
   }
 }
 

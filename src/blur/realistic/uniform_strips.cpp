@@ -148,7 +148,7 @@ class StripBlur {
       pixel.green = TruncateToChannel<Channel>(colors_.green[lane]);
       pixel.blue = TruncateToChannel<Channel>(colors_.blue[lane]);
       block_[lane][column] = pixel;
-      afresh_[lane] = (pixel.alpha | pixel.red | pixel.green | pixel.blue) == 0;
+      afresh_[lane] = IsTransparentBlack(pixel);
       afreshLanes_ += afresh_[lane] ? 1 : 0;
     }
   }
