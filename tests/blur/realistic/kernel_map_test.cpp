@@ -45,7 +45,7 @@ class KernelMapTest : public testing::Test {
 
   FakeHost host_;
   LX_Info info_ = {};
-  KernelMap map_{BestLaneEngine()};
+  KernelMap map_{BestEngine<IrisEngine>()};
 };
 
 // White everywhere, so that the total weight far from the border is that of the kernel: 1, then the
