@@ -60,65 +60,73 @@ TEST(ChromaticAberrationTest, RunsWhenVisibleAndAnyFractionIsPositive) {
 // Only the third pixel is above the threshold; its colours come from half the distance to column 0.
 TEST(ChromaticAberrationTest, MaskAtTheThresholdCountsAsOutside) {
   PlainHost host;
-  TestMask mask(5, 1, 0.0);
-  mask.At(3, 0) = 0.0001;
-  mask.At(4, 0) = 0.00010001;
-  TestWorld<PF_Pixel16> src(5, 1);
-  TestWorld<PF_Pixel16> dst(5, 1);
-  FillWithColumns(&src);
-  SplitColours(&host, &src, &dst, Settings(1, 1, 1, 0, 0));
-  for (A_long x = 0; x < 4; ++x) {
-    EXPECT_EQ(2000 + x, dst.At(x, 0).red);
+  for (const bool isInRows : {false, true}) {
+    TestMask mask(5, 1, 0.0, isInRows);
+    mask.At(3, 0) = 0.0001;
+    mask.At(4, 0) = 0.00010001;
+    TestWorld<PF_Pixel16> src(5, 1);
+    TestWorld<PF_Pixel16> dst(5, 1);
+    FillWithColumns(&src);
+    SplitColours(&host, &src, &dst, Settings(1, 1, 1, 0, 0));
+    for (A_long x = 0; x < 4; ++x) {
+      EXPECT_EQ(2000 + x, dst.At(x, 0).red);
+    }
+    EXPECT_EQ(2002, dst.At(4, 0).red);
+    EXPECT_EQ(3002, dst.At(4, 0).green);
+    EXPECT_EQ(4002, dst.At(4, 0).blue);
   }
-  EXPECT_EQ(2002, dst.At(4, 0).red);
-  EXPECT_EQ(3002, dst.At(4, 0).green);
-  EXPECT_EQ(4002, dst.At(4, 0).blue);
 }
 
 // Scale 0.5 about column 5: 0 comes from 5 - 2 = 3 (2.5 truncated), 10 from 5 + 2 = 7.
 TEST(ChromaticAberrationTest, SliderAtHundredFetchesFromHalfTheDistance) {
   PlainHost host;
-  const TestMask mask(11, 1, 1.0);
-  TestWorld<PF_Pixel16> src(11, 1);
-  TestWorld<PF_Pixel16> dst(11, 1, 6);
-  FillWithColumns(&src);
-  SplitColours(&host, &src, &dst, Settings(1, 0, 0, 5, 0));
-  constexpr int kSources[11] = {3, 3, 4, 4, 5, 5, 5, 6, 6, 7, 7};
-  for (A_long x = 0; x < 11; ++x) {
-    EXPECT_EQ(2000 + kSources[x], dst.At(x, 0).red) << x;
-    EXPECT_EQ(3000 + x, dst.At(x, 0).green);
-    EXPECT_EQ(4000 + x, dst.At(x, 0).blue);
-    EXPECT_EQ(1000 + x, dst.At(x, 0).alpha);
+  for (const bool isInRows : {false, true}) {
+    const TestMask mask(11, 1, 1.0, isInRows);
+    TestWorld<PF_Pixel16> src(11, 1);
+    TestWorld<PF_Pixel16> dst(11, 1, 6);
+    FillWithColumns(&src);
+    SplitColours(&host, &src, &dst, Settings(1, 0, 0, 5, 0));
+    constexpr int kSources[11] = {3, 3, 4, 4, 5, 5, 5, 6, 6, 7, 7};
+    for (A_long x = 0; x < 11; ++x) {
+      EXPECT_EQ(2000 + kSources[x], dst.At(x, 0).red) << x;
+      EXPECT_EQ(3000 + x, dst.At(x, 0).green);
+      EXPECT_EQ(4000 + x, dst.At(x, 0).blue);
+      EXPECT_EQ(1000 + x, dst.At(x, 0).alpha);
+    }
+    EXPECT_TRUE(dst.IsPaddingIntact());
   }
-  EXPECT_TRUE(dst.IsPaddingIntact());
 }
 
 TEST(ChromaticAberrationTest, RowsAreScaledLikeColumns) {
   PlainHost host;
-  const TestMask mask(2, 7, 1.0);
-  TestWorld<PF_Pixel16> src(2, 7);
-  TestWorld<PF_Pixel16> dst(2, 7);
-  FillWithColumns(&src);
-  SplitColours(&host, &src, &dst, Settings(0, 0, 1, 0, 6));
-  constexpr int kSources[7] = {3, 4, 4, 5, 5, 6, 6};
-  for (A_long y = 0; y < 7; ++y) {
-    EXPECT_EQ(4000 + 100 * kSources[y], dst.At(0, y).blue) << y;
-    EXPECT_EQ(2000 + 100 * y + 1, dst.At(1, y).red);
+  for (const bool isInRows : {false, true}) {
+    const TestMask mask(2, 7, 1.0, isInRows);
+    TestWorld<PF_Pixel16> src(2, 7);
+    TestWorld<PF_Pixel16> dst(2, 7);
+    FillWithColumns(&src);
+    SplitColours(&host, &src, &dst, Settings(0, 0, 1, 0, 6));
+    constexpr int kSources[7] = {3, 4, 4, 5, 5, 6, 6};
+    for (A_long y = 0; y < 7; ++y) {
+      EXPECT_EQ(4000 + 100 * kSources[y], dst.At(0, y).blue) << y;
+      EXPECT_EQ(2000 + 100 * y + 1, dst.At(1, y).red);
+    }
   }
 }
 
 TEST(ChromaticAberrationTest, SliderAtZeroFetchesThePixelItself) {
   PlainHost host;
-  const TestMask mask(6, 4, 1.0);
-  TestWorld<PF_Pixel16> src(6, 4);
-  TestWorld<PF_Pixel16> dst(6, 4);
-  FillWithColumns(&src);
-  SplitColours(&host, &src, &dst, Settings(0, 0, 0, 2, 1));
-  for (A_long y = 0; y < 4; ++y) {
-    for (A_long x = 0; x < 6; ++x) {
-      EXPECT_EQ(2000 + 100 * y + x, dst.At(x, y).red);
-      EXPECT_EQ(3000 + 100 * y + x, dst.At(x, y).green);
-      EXPECT_EQ(4000 + 100 * y + x, dst.At(x, y).blue);
+  for (const bool isInRows : {false, true}) {
+    const TestMask mask(6, 4, 1.0, isInRows);
+    TestWorld<PF_Pixel16> src(6, 4);
+    TestWorld<PF_Pixel16> dst(6, 4);
+    FillWithColumns(&src);
+    SplitColours(&host, &src, &dst, Settings(0, 0, 0, 2, 1));
+    for (A_long y = 0; y < 4; ++y) {
+      for (A_long x = 0; x < 6; ++x) {
+        EXPECT_EQ(2000 + 100 * y + x, dst.At(x, y).red);
+        EXPECT_EQ(3000 + 100 * y + x, dst.At(x, y).green);
+        EXPECT_EQ(4000 + 100 * y + x, dst.At(x, y).blue);
+      }
     }
   }
 }

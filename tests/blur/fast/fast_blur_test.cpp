@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <limits>
 #include <random>
 #include <string>
@@ -329,27 +330,31 @@ TYPED_TEST(FastBlurTest, KeepsThePixelsOwnAlphaAtADisplacedExtent) {
 }
 
 TYPED_TEST(FastBlurTest, MaskZeroKeepsThePixelThroughAllRounds) {
-  FakeHost host;
-  const TestMask mask({0.0, 1.0, 1.0});
-  Picture<TypeParam> src(3, 1);
-  src.Fill({9, 200, 200, 200});
-  src.At(0, 0) = {9, 10, 20, 30};
-  Picture<TypeParam> dst(3, 1);
-  ASSERT_EQ(Blur(host, Mapped(2), src, dst), PF_Err_NONE);
-  EXPECT_EQ(dst.At(0, 0), (TypeParam{9, 10, 20, 30}));
-  EXPECT_LT(dst.At(1, 0).red, 200);
+  for (const std::size_t rowWidth : {0, 3}) {  // The mask told in rows or not.
+    FakeHost host;
+    const TestMask mask({0.0, 1.0, 1.0}, rowWidth);
+    Picture<TypeParam> src(3, 1);
+    src.Fill({9, 200, 200, 200});
+    src.At(0, 0) = {9, 10, 20, 30};
+    Picture<TypeParam> dst(3, 1);
+    ASSERT_EQ(Blur(host, Mapped(2), src, dst), PF_Err_NONE);
+    EXPECT_EQ(dst.At(0, 0), (TypeParam{9, 10, 20, 30}));
+    EXPECT_LT(dst.At(1, 0).red, 200);
+  }
 }
 
 // Mask 1: taps outside are mirrored and weigh as much as any, also beside mask values of 0.
 TYPED_TEST(FastBlurTest, MaskOneIsThePlainBox) {
-  const TestMask mask({1.0, 0.0, 0.0});
   Picture<TypeParam> row(3, 1);
   row.At(0, 0) = {1, 0, 0, 0};
   row.At(1, 0) = {2, 90, 0, 0};
   row.At(2, 0) = {3, 255, 0, 0};
-  const Picture<TypeParam> blurred = HorizontalPass(Mapped(1), row);
-  EXPECT_EQ(blurred.At(0, 0).red, 60);
-  EXPECT_EQ(blurred.At(1, 0).red, 90);
+  for (const std::size_t rowWidth : {0, 3}) {
+    const TestMask mask({1.0, 0.0, 0.0}, rowWidth);
+    const Picture<TypeParam> blurred = HorizontalPass(Mapped(1), row);
+    EXPECT_EQ(blurred.At(0, 0).red, 60);
+    EXPECT_EQ(blurred.At(1, 0).red, 90);
+  }
 }
 
 // m = 0.5, radius 6: reach 3. Inside the mask lie three taps; those outside weigh nothing:
@@ -391,10 +396,12 @@ TYPED_TEST(FastBlurTest, VerticalPassAtMaskOneIsThePlainBox) {
   column.At(0, 2) = {3, 255, 0, 0};
   Picture<TypeParam> unblurred(1, 3);
   unblurred.Fill({1, 7, 0, 0});
-  const TestMask ends({1.0, 0.0, 1.0});
-  const Picture<TypeParam> blurred = VerticalPass(Mapped(1), column, unblurred);
-  EXPECT_EQ(blurred.At(0, 0).red, 60);
-  EXPECT_EQ(blurred.At(0, 2).red, 200);
+  for (const std::size_t rowWidth : {0, 1}) {
+    const TestMask ends({1.0, 0.0, 1.0}, rowWidth);
+    const Picture<TypeParam> blurred = VerticalPass(Mapped(1), column, unblurred);
+    EXPECT_EQ(blurred.At(0, 0).red, 60);
+    EXPECT_EQ(blurred.At(0, 2).red, 200);
+  }
 }
 
 // Radius 6. Row 0, mask 0.5: reach 3, taps on rows -3 to -1 weigh nothing: (0 x 0.5 + 70 x 1 +
