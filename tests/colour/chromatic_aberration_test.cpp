@@ -1,18 +1,26 @@
 // Chromatic aberration: where each colour comes from, and which pixels and channels are written.
 #include "colour/chromatic_aberration.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <random>
+#include <vector>
 
 #include "base/numeric.h"
-#include "colour/plain_host.h"
+#include "host/fake_host.h"
+#include "host/picture.h"
+#include "lens/test_mask.h"
 #include "pass/call_stage.h"
+
 namespace vitrell {
 namespace {
+
+using ::testing::ElementsAre;
 
 LX_Info Settings(float red, float green, float blue, std::int32_t x, std::int32_t y) {
   LX_Info info = {};
@@ -26,14 +34,13 @@ LX_Info Settings(float red, float green, float blue, std::int32_t x, std::int32_
 }
 
 template <typename Pixel>
-void SplitColours(PlainHost* host, TestWorld<Pixel>* src, TestWorld<Pixel>* dst,
-                  const LX_Info& info) {
+void SplitColours(FakeHost* host, Picture<Pixel>* src, Picture<Pixel>* dst, const LX_Info& info) {
   ASSERT_EQ(PF_Err_NONE,
             CallStage(RunChromaticAberration, host->inData(), src->get(), dst->get(), info));
 }
 
 // A row of 16-bit pixels whose channels tell their column: 1000 + x, 2000 + x and so on.
-void FillWithColumns(TestWorld<PF_Pixel16>* world) {
+void FillWithColumns(Picture<PF_Pixel16>* world) {
   for (A_long y = 0; y < world->get()->height; ++y) {
     for (A_long x = 0; x < world->get()->width; ++x) {
       const auto place = static_cast<std::uint16_t>(100 * y + x);
@@ -59,13 +66,11 @@ TEST(ChromaticAberrationTest, RunsWhenVisibleAndAnyFractionIsPositive) {
 
 // Only the third pixel is above the threshold; its colours come from half the distance to column 0.
 TEST(ChromaticAberrationTest, MaskAtTheThresholdCountsAsOutside) {
-  PlainHost host;
+  FakeHost host;
   for (const bool isInRows : {false, true}) {
-    TestMask mask(5, 1, 0.0, isInRows);
-    mask.At(3, 0) = 0.0001;
-    mask.At(4, 0) = 0.00010001;
-    TestWorld<PF_Pixel16> src(5, 1);
-    TestWorld<PF_Pixel16> dst(5, 1);
+    const TestMask mask({0, 0, 0, 0.0001, 0.00010001}, isInRows ? 5 : 0);
+    Picture<PF_Pixel16> src(5, 1);
+    Picture<PF_Pixel16> dst(5, 1);
     FillWithColumns(&src);
     SplitColours(&host, &src, &dst, Settings(1, 1, 1, 0, 0));
     for (A_long x = 0; x < 4; ++x) {
@@ -79,11 +84,11 @@ TEST(ChromaticAberrationTest, MaskAtTheThresholdCountsAsOutside) {
 
 // Scale 0.5 about column 5: 0 comes from 5 - 2 = 3 (2.5 truncated), 10 from 5 + 2 = 7.
 TEST(ChromaticAberrationTest, SliderAtHundredFetchesFromHalfTheDistance) {
-  PlainHost host;
+  FakeHost host;
   for (const bool isInRows : {false, true}) {
-    const TestMask mask(11, 1, 1.0, isInRows);
-    TestWorld<PF_Pixel16> src(11, 1);
-    TestWorld<PF_Pixel16> dst(11, 1, 6);
+    const TestMask mask = TestMask::Uniform(11, 1, 1.0, isInRows);
+    Picture<PF_Pixel16> src(11, 1);
+    Picture<PF_Pixel16> dst(11, 1, 6);
     FillWithColumns(&src);
     SplitColours(&host, &src, &dst, Settings(1, 0, 0, 5, 0));
     constexpr int kSources[11] = {3, 3, 4, 4, 5, 5, 5, 6, 6, 7, 7};
@@ -98,11 +103,11 @@ TEST(ChromaticAberrationTest, SliderAtHundredFetchesFromHalfTheDistance) {
 }
 
 TEST(ChromaticAberrationTest, RowsAreScaledLikeColumns) {
-  PlainHost host;
+  FakeHost host;
   for (const bool isInRows : {false, true}) {
-    const TestMask mask(2, 7, 1.0, isInRows);
-    TestWorld<PF_Pixel16> src(2, 7);
-    TestWorld<PF_Pixel16> dst(2, 7);
+    const TestMask mask = TestMask::Uniform(2, 7, 1.0, isInRows);
+    Picture<PF_Pixel16> src(2, 7);
+    Picture<PF_Pixel16> dst(2, 7);
     FillWithColumns(&src);
     SplitColours(&host, &src, &dst, Settings(0, 0, 1, 0, 6));
     constexpr int kSources[7] = {3, 4, 4, 5, 5, 6, 6};
@@ -114,11 +119,11 @@ TEST(ChromaticAberrationTest, RowsAreScaledLikeColumns) {
 }
 
 TEST(ChromaticAberrationTest, SliderAtZeroFetchesThePixelItself) {
-  PlainHost host;
+  FakeHost host;
   for (const bool isInRows : {false, true}) {
-    const TestMask mask(6, 4, 1.0, isInRows);
-    TestWorld<PF_Pixel16> src(6, 4);
-    TestWorld<PF_Pixel16> dst(6, 4);
+    const TestMask mask = TestMask::Uniform(6, 4, 1.0, isInRows);
+    Picture<PF_Pixel16> src(6, 4);
+    Picture<PF_Pixel16> dst(6, 4);
     FillWithColumns(&src);
     SplitColours(&host, &src, &dst, Settings(0, 0, 0, 2, 1));
     for (A_long y = 0; y < 4; ++y) {
@@ -134,10 +139,10 @@ TEST(ChromaticAberrationTest, SliderAtZeroFetchesThePixelItself) {
 // 1 - 0.5 x 2 = 0 is not above 0.0001. 1 - 0.5 x 1.9998 is, by a little, in single precision:
 // every pixel then shows the centre.
 TEST(ChromaticAberrationTest, KeepsChannelsUnwrittenAtScaleZero) {
-  PlainHost host;
-  const TestMask mask(4, 1, 1.0);
-  TestWorld<PF_Pixel16> src(4, 1);
-  TestWorld<PF_Pixel16> dst(4, 1);
+  FakeHost host;
+  const TestMask mask = TestMask::Uniform(4, 1, 1.0);
+  Picture<PF_Pixel16> src(4, 1);
+  Picture<PF_Pixel16> dst(4, 1);
   FillWithColumns(&src);
   for (A_long x = 0; x < 4; ++x) {
     dst.At(x, 0) = {11, 22, 33, 44};
@@ -155,10 +160,10 @@ TEST(ChromaticAberrationTest, KeepsChannelsUnwrittenAtScaleZero) {
 // gives 0.00009996, which is not.
 TEST(ChromaticAberrationTest, ThresholdOfTheScaleLiesJustAboveAFractionOf19998) {
   const float fraction = 1.9998f;
-  PlainHost host;
-  const TestMask mask(3, 1, 1.0);
-  TestWorld<PF_Pixel16> src(3, 1);
-  TestWorld<PF_Pixel16> dst(3, 1);
+  FakeHost host;
+  const TestMask mask = TestMask::Uniform(3, 1, 1.0);
+  Picture<PF_Pixel16> src(3, 1);
+  Picture<PF_Pixel16> dst(3, 1);
   FillWithColumns(&src);
   for (A_long x = 0; x < 3; ++x) {
     dst.At(x, 0) = {11, 22, 33, 44};
@@ -174,10 +179,10 @@ TEST(ChromaticAberrationTest, ThresholdOfTheScaleLiesJustAboveAFractionOf19998) 
 // A fraction of -2 doubles the distance. About column 0 of 5, 3 goes to 6 and folds to 3, 4 goes to
 // 8 and folds to 1. About column 4, 3 goes to 2, 1 goes to -2 and folds to 2, 0 goes to -4, 4.
 TEST(ChromaticAberrationTest, MirrorsSamplesOutsideTheSource) {
-  PlainHost host;
-  const TestMask mask(5, 1, 1.0);
-  TestWorld<PF_Pixel16> src(5, 1);
-  TestWorld<PF_Pixel16> dst(5, 1);
+  FakeHost host;
+  const TestMask mask = TestMask::Uniform(5, 1, 1.0);
+  Picture<PF_Pixel16> src(5, 1);
+  Picture<PF_Pixel16> dst(5, 1);
   FillWithColumns(&src);
   constexpr int kFromLeft[5] = {0, 2, 4, 3, 1};
   SplitColours(&host, &src, &dst, Settings(-2, 1, 1, 0, 0));
@@ -197,12 +202,12 @@ constexpr int kOneBeyondRight[4] = {0, 1, 2, 3};
 constexpr int kOneBeyondLeft[4] = {1, 1, 2, 3};
 
 TEST(ChromaticAberrationTest, OneColumnBeyondEachEdge) {
-  PlainHost host;
-  TestWorld<PF_Pixel16> src(4, 1);
-  TestWorld<PF_Pixel16> dst(4, 1);
+  FakeHost host;
+  Picture<PF_Pixel16> src(4, 1);
+  Picture<PF_Pixel16> dst(4, 1);
   FillWithColumns(&src);
   for (const bool isInRows : {false, true}) {
-    const TestMask mask(4, 1, 1.0, isInRows);
+    const TestMask mask = TestMask::Uniform(4, 1, 1.0, isInRows);
     for (const bool isRight : {true, false}) {
       SplitColours(&host, &src, &dst, Settings(-1, 0, 1, isRight ? 1 : 2, 0));
       for (A_long x = 0; x < 4; ++x) {
@@ -214,12 +219,12 @@ TEST(ChromaticAberrationTest, OneColumnBeyondEachEdge) {
 }
 
 TEST(ChromaticAberrationTest, OneRowBeyondEachEdge) {
-  PlainHost host;
-  TestWorld<PF_Pixel16> src(1, 4);
-  TestWorld<PF_Pixel16> dst(1, 4);
+  FakeHost host;
+  Picture<PF_Pixel16> src(1, 4);
+  Picture<PF_Pixel16> dst(1, 4);
   FillWithColumns(&src);
   for (const bool isInRows : {false, true}) {
-    const TestMask mask(1, 4, 1.0, isInRows);
+    const TestMask mask = TestMask::Uniform(1, 4, 1.0, isInRows);
     for (const bool isBottom : {true, false}) {
       SplitColours(&host, &src, &dst, Settings(0, 1, -1, 0, isBottom ? 1 : 2));
       for (A_long y = 0; y < 4; ++y) {
@@ -254,16 +259,17 @@ void CompareWithPlainEvaluation(unsigned seed) {
   const auto fraction = [&] { return static_cast<float>(below(2001) - 800) / 1000.0f; };
   const LX_Info info =
       Settings(fraction(), fraction(), fraction(), below(120) - 40, below(100) - 30);
-  PlainHost host;
-  host.ShuffleOrder(seed);
-  TestMask mask(width, height, 0.0, seed % 2 == 0);
-  TestWorld<Pixel> src(width, height, below(9) * static_cast<A_long>(sizeof(Pixel)));
-  TestWorld<Pixel> dst(width, height, below(9) * static_cast<A_long>(sizeof(Pixel)));
-  src.Randomize(random);
-  dst.Randomize(random);
-  for (A_long i = 0; i < width * height; ++i) {
-    mask.At(i % width, i / width) = below(4) == 0 ? 0.0001 : 0.3;
+  FakeHost host;
+  host.shuffleSeed = seed;
+  Picture<Pixel> src(width, height, below(9) * static_cast<A_long>(sizeof(Pixel)));
+  Picture<Pixel> dst(width, height, below(9) * static_cast<A_long>(sizeof(Pixel)));
+  src.FillAnything(random());
+  dst.FillAnything(random());
+  std::vector<double> values(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+  for (double& value : values) {
+    value = below(4) == 0 ? 0.0001 : 0.3;
   }
+  const TestMask mask(values, seed % 2 == 0 ? static_cast<std::size_t>(width) : 0);
   SplitColours(&host, &src, &dst, info);
   const float redScale = 1.0f - 0.5f * info.chromaticRedCyan;
   const float greenScale = 1.0f - 0.5f * info.chromaticGreenMagenta;
@@ -271,7 +277,8 @@ void CompareWithPlainEvaluation(unsigned seed) {
   for (A_long y = 0; y < height; ++y) {
     for (A_long x = 0; x < width; ++x) {
       const auto source = [&](float scale) -> const Pixel& {
-        const float used = mask.At(x, y) <= 0.0001 ? 1.0f : scale;
+        const double m = values[static_cast<std::size_t>(y * width + x)];
+        const float used = m <= 0.0001 ? 1.0f : scale;
         return src.At(PlainPosition(x, info.positionX, used, width),
                       PlainPosition(y, info.positionY, used, height));
       };
@@ -297,10 +304,10 @@ TEST(ChromaticAberrationTest, MatchesPlainEvaluationInAnyOrder) {
 // A mirrored position loses the source's origin, here (2, 0), a second time; the scale about column
 // 0 is 2, the source 6 wide.
 TEST(ChromaticAberrationTest, KeepsSubtractingTheOriginTwiceWhenMirrored) {
-  PlainHost host;
-  TestWorld<PF_Pixel16> src(6, 1);
-  TestWorld<PF_Pixel16> dst(8, 1);
-  const TestMask mask(8, 1, 1.0);
+  FakeHost host;
+  Picture<PF_Pixel16> src(6, 1);
+  Picture<PF_Pixel16> dst(8, 1);
+  const TestMask mask = TestMask::Uniform(8, 1, 1.0);
   FillWithColumns(&src);
   src.get()->extent_hint = {2, 0, 8, 1};
   SplitColours(&host, &src, &dst, Settings(-2, 0, 0, 0, 0));
@@ -313,12 +320,12 @@ TEST(ChromaticAberrationTest, KeepsSubtractingTheOriginTwiceWhenMirrored) {
 }
 
 TEST(ChromaticAberrationTest, SurvivesCentersAndScalesBeyondAllBounds) {
-  PlainHost host;
-  const TestMask mask(3, 2, 1.0);
-  TestWorld<PF_Pixel> src(3, 2);
-  TestWorld<PF_Pixel> dst(3, 2);
+  FakeHost host;
+  const TestMask mask = TestMask::Uniform(3, 2, 1.0);
+  Picture<PF_Pixel> src(3, 2);
+  Picture<PF_Pixel> dst(3, 2);
   std::mt19937 random(5);
-  src.Randomize(random);
+  src.FillAnything(random());
   for (const std::int32_t center : {INT32_MIN, INT32_MAX, -2000000000, 0}) {
     for (const float fraction : {-INFINITY, -1e30f, 0.7f}) {
       SplitColours(&host, &src, &dst, Settings(fraction, fraction, fraction, center, center));
@@ -328,19 +335,17 @@ TEST(ChromaticAberrationTest, SurvivesCentersAndScalesBeyondAllBounds) {
 }
 
 TEST(ChromaticAberrationTest, IteratesOnceAndAnswersTheHostsCode) {
-  PlainHost host;
-  const TestMask mask(3, 5, 1.0);
-  TestWorld<PF_Pixel> src(3, 5);
-  TestWorld<PF_Pixel> dst(3, 5);
+  FakeHost host;
+  const TestMask mask = TestMask::Uniform(3, 5, 1.0);
+  Picture<PF_Pixel> src(3, 5);
+  Picture<PF_Pixel> dst(3, 5);
   dst.get()->extent_hint = {0, 2, 3, 5};
-  host.SetIterateResult(PF_Interrupt_CANCEL);
+  host.iterateResult = PF_Interrupt_CANCEL;
   EXPECT_EQ(PF_Interrupt_CANCEL, CallStage(RunChromaticAberration, host.inData(), src.get(),
                                            dst.get(), Settings(1, 1, 1, 0, 0)));
-  EXPECT_EQ(1, host.lastCall().count);
-  EXPECT_FALSE(host.lastCall().isDeep);
-  EXPECT_EQ(0, host.lastCall().progressBase);
-  EXPECT_EQ(3, host.lastCall().progressFinal);
-  EXPECT_EQ(nullptr, host.lastCall().area);
+  EXPECT_THAT(host.log, ElementsAre("acquire PF Iterate8 Suite 1", "iterate8 0..3",
+                                    "release PF Iterate8 Suite 1"));
+  EXPECT_TRUE(host.lastAreaNull);
 }
 
 }  // namespace

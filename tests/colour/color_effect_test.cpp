@@ -1,15 +1,20 @@
 // Colour: the pull toward a colour, at every value of both depths.
 #include "colour/color_effect.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdint>
 
-#include "colour/plain_host.h"
+#include "host/fake_host.h"
+#include "host/picture.h"
 #include "pass/call_stage.h"
+
 namespace vitrell {
 namespace {
+
+using ::testing::ElementsAre;
 
 constexpr PF_Pixel kTarget = {255, 10, 128, 200};
 
@@ -113,11 +118,11 @@ TEST(ColorEffectTest, SurvivesOpacitiesThatAreNoNumbers) {
 }
 
 TEST(ColorEffectTest, PassesEqualTheFunctionAtEveryValue) {
-  PlainHost host;
-  TestWorld<PF_Pixel> src(16, 16);
-  TestWorld<PF_Pixel> dst(16, 16);
-  TestWorld<PF_Pixel16> deepSrc(256, 256);
-  TestWorld<PF_Pixel16> deepDst(256, 256);
+  FakeHost host;
+  Picture<PF_Pixel> src(16, 16);
+  Picture<PF_Pixel> dst(16, 16);
+  Picture<PF_Pixel16> deepSrc(256, 256);
+  Picture<PF_Pixel16> deepDst(256, 256);
   for (A_long i = 0; i < 65536; ++i) {
     const auto at = [i](A_long factor) { return static_cast<std::uint16_t>(i * factor + 77); };
     deepSrc.At(i % 256, i / 256) = {at(1), at(3), at(5), at(7)};
@@ -148,9 +153,9 @@ TEST(ColorEffectTest, PassesEqualTheFunctionAtEveryValue) {
 }
 
 TEST(ColorEffectTest, RunsOverTheWholePicture) {
-  PlainHost host;
-  TestWorld<PF_Pixel> src(4, 3);
-  TestWorld<PF_Pixel> dst(4, 3, 5);
+  FakeHost host;
+  Picture<PF_Pixel> src(4, 3);
+  Picture<PF_Pixel> dst(4, 3, 5);
   for (A_long i = 0; i < 12; ++i) {
     src.At(i % 4, i / 4) = {static_cast<std::uint8_t>(i), 20, static_cast<std::uint8_t>(100 + i),
                             0};
@@ -167,10 +172,9 @@ TEST(ColorEffectTest, RunsOverTheWholePicture) {
     EXPECT_EQ(4, out.blue);
   }
   EXPECT_TRUE(dst.IsPaddingIntact());
-  EXPECT_EQ(1, host.lastCall().count);
-  EXPECT_FALSE(host.lastCall().isDeep);
-  EXPECT_EQ(3, host.lastCall().progressFinal);
-  host.SetIterateResult(PF_Interrupt_CANCEL);
+  EXPECT_THAT(host.log, ElementsAre("acquire PF Iterate8 Suite 1", "iterate8 0..3",
+                                    "release PF Iterate8 Suite 1"));
+  host.iterateResult = PF_Interrupt_CANCEL;
   EXPECT_EQ(PF_Interrupt_CANCEL,
             CallStage(RunColorEffect, host.inData(), src.get(), dst.get(), info));
 }

@@ -1,15 +1,20 @@
 // Lightness: the power curve at every value of both depths.
 #include "colour/lightness.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdint>
 
-#include "colour/plain_host.h"
+#include "host/fake_host.h"
+#include "host/picture.h"
 #include "pass/call_stage.h"
+
 namespace vitrell {
 namespace {
+
+using ::testing::ElementsAre;
 
 LX_Info LightnessSettings(float amount) {
   LX_Info info = {};
@@ -20,9 +25,9 @@ LX_Info LightnessSettings(float amount) {
 
 // Runs the stage over the world and returns its result in place.
 template <typename Pixel>
-void Brighten(TestWorld<Pixel>* world, float amount) {
-  PlainHost host;
-  TestWorld<Pixel> result(world->get()->width, world->get()->height, 12);
+void Brighten(Picture<Pixel>* world, float amount) {
+  FakeHost host;
+  Picture<Pixel> result(world->get()->width, world->get()->height, 12);
   ASSERT_EQ(PF_Err_NONE, CallStage(RunLightness, host.inData(), world->get(), result.get(),
                                    LightnessSettings(amount)));
   EXPECT_TRUE(result.IsPaddingIntact());
@@ -35,14 +40,14 @@ void Brighten(TestWorld<Pixel>* world, float amount) {
 
 // One pixel whose four channels are the four values.
 PF_Pixel Brighten8(PF_Pixel pixel, float amount) {
-  TestWorld<PF_Pixel> world(1, 1);
+  Picture<PF_Pixel> world(1, 1);
   world.At(0, 0) = pixel;
   Brighten(&world, amount);
   return world.At(0, 0);
 }
 
 PF_Pixel16 Brighten16(PF_Pixel16 pixel, float amount) {
-  TestWorld<PF_Pixel16> world(1, 1);
+  Picture<PF_Pixel16> world(1, 1);
   world.At(0, 0) = pixel;
   Brighten(&world, amount);
   return world.At(0, 0);
@@ -56,7 +61,7 @@ std::uint32_t LowBits(double value) {
 constexpr float kAmounts[] = {-1.0f, -0.73f, -0.301f, 0.0f, 0.05f, 0.5f, 1.0f};
 
 TEST(LightnessTest, AmountZeroKeepsEvery8BitValue) {
-  TestWorld<PF_Pixel> world(256, 1);
+  Picture<PF_Pixel> world(256, 1);
   for (int v = 0; v < 256; ++v) {
     const auto value = static_cast<std::uint8_t>(v);
     world.At(v, 0) = {value, static_cast<std::uint8_t>(255 - v), value, 7};
@@ -71,7 +76,7 @@ TEST(LightnessTest, AmountZeroKeepsEvery8BitValue) {
 }
 
 TEST(LightnessTest, AmountZeroKeepsEvery16BitValue) {
-  TestWorld<PF_Pixel16> world(256, 256);
+  Picture<PF_Pixel16> world(256, 256);
   for (int v = 0; v < 65536; ++v) {
     const auto value = static_cast<std::uint16_t>(v);
     world.At(v % 256, v / 256) = {value, static_cast<std::uint16_t>(65535 - v), 7, value};
@@ -89,7 +94,7 @@ TEST(LightnessTest, AmountZeroKeepsEvery16BitValue) {
 TEST(LightnessTest, Matches8BitDirectEvaluationAtEveryValue) {
   for (const float amount : kAmounts) {
     const double gain = std::pow(10.0, -static_cast<double>(amount));
-    TestWorld<PF_Pixel> world(256, 1);
+    Picture<PF_Pixel> world(256, 1);
     for (int v = 0; v < 256; ++v) {
       const auto value = static_cast<std::uint8_t>(v);
       world.At(v, 0) = {value, static_cast<std::uint8_t>(v ^ 0x55), 0, 255};
@@ -110,7 +115,7 @@ TEST(LightnessTest, Matches8BitDirectEvaluationAtEveryValue) {
 TEST(LightnessTest, Matches16BitDirectEvaluationAtEveryValue) {
   for (const float amount : kAmounts) {
     const double gain = std::pow(10.0, -static_cast<double>(amount));
-    TestWorld<PF_Pixel16> world(256, 256);
+    Picture<PF_Pixel16> world(256, 256);
     for (int v = 0; v < 65536; ++v) {
       const auto value = static_cast<std::uint16_t>(v);
       world.At(v % 256, v / 256) = {32768, value, static_cast<std::uint16_t>(v ^ 0x5555), 0};
@@ -171,20 +176,18 @@ TEST(LightnessTest, SurvivesAmountsThatAreNoNumbers) {
 }
 
 TEST(LightnessTest, IteratesOnceOverTheWholePicture) {
-  PlainHost host;
-  TestWorld<PF_Pixel16> src(3, 5);
-  TestWorld<PF_Pixel16> dst(3, 5);
+  FakeHost host;
+  Picture<PF_Pixel16> src(3, 5);
+  Picture<PF_Pixel16> dst(3, 5);
   dst.get()->extent_hint = {0, 1, 3, 5};
-  host.SetIterateResult(PF_Interrupt_CANCEL);
+  host.iterateResult = PF_Interrupt_CANCEL;
   EXPECT_EQ(PF_Interrupt_CANCEL,
             CallStage(RunLightness, host.inData(), src.get(), dst.get(), LightnessSettings(0.5f)));
-  EXPECT_EQ(1, host.lastCall().count);
-  EXPECT_TRUE(host.lastCall().isDeep);
-  EXPECT_EQ(0, host.lastCall().progressBase);
-  EXPECT_EQ(4, host.lastCall().progressFinal);
-  EXPECT_EQ(nullptr, host.lastCall().area);
-  EXPECT_EQ(src.get(), host.lastCall().src);
-  EXPECT_EQ(dst.get(), host.lastCall().dst);
+  EXPECT_THAT(host.log, ElementsAre("acquire PF iterate16 Suite 1", "iterate16 0..4",
+                                    "release PF iterate16 Suite 1"));
+  EXPECT_TRUE(host.lastAreaNull);
+  EXPECT_EQ(src.get(), host.lastSource);
+  EXPECT_EQ(dst.get(), host.lastDestination);
 }
 
 }  // namespace

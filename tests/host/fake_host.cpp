@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <numeric>
+#include <random>
 
 namespace vitrell {
 namespace {
@@ -39,16 +41,24 @@ PF_Err Iterate(PF_InData* /*inData*/, A_long progressBase, A_long progressFinal,
   if (const PF_Err err = g_host->Answer("iterate"); err != 0) {
     return err;
   }
-  for (A_long y = 0; y < std::min(src->height, dst->height); ++y) {
-    auto* const in = reinterpret_cast<Pixel*>(RowOf(src, y));
-    auto* const out = reinterpret_cast<Pixel*>(RowOf(dst, y));
-    for (A_long x = 0; x < std::min(src->width, dst->width); ++x) {
-      if (const PF_Err err = callback(refcon, x, y, in + x, out + x); err != 0) {
-        return err;
-      }
+  const A_long width = std::min(src->width, dst->width);
+  const A_long height = std::min(src->height, dst->height);
+  std::vector<A_long> order(static_cast<std::size_t>(std::max(width, 0)) *
+                            static_cast<std::size_t>(std::max(height, 0)));
+  std::iota(order.begin(), order.end(), 0);
+  if (g_host->shuffleSeed) {
+    std::shuffle(order.begin(), order.end(), std::mt19937(*g_host->shuffleSeed));
+  }
+  for (const A_long i : order) {
+    const A_long x = i % width;
+    const A_long y = i / width;
+    if (const PF_Err err = callback(refcon, x, y, reinterpret_cast<Pixel*>(RowOf(src, y)) + x,
+                                    reinterpret_cast<Pixel*>(RowOf(dst, y)) + x);
+        err != 0) {
+      return err;
     }
   }
-  return PF_Err_NONE;
+  return g_host->iterateResult;
 }
 
 const PF_Iterate8Suite1 kIterate8 = {Iterate<PF_Pixel, PF_IteratePixel8Func>, nullptr, nullptr,

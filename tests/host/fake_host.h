@@ -5,6 +5,7 @@
 
 #include <deque>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -41,6 +42,10 @@ class FakeHost {
   // What the nth call of a kind answers ("copy", "iterate", "fill"), n from 1. Failing calls do
   // nothing.
   std::map<std::string, std::map<int, PF_Err>> failures;
+  // What iterate answers after it has visited every pixel.
+  PF_Err iterateResult = PF_Err_NONE;
+  // Seed of the order in which iterate visits the pixels; row by row without one.
+  std::optional<unsigned> shuffleSeed;
   int liveWorlds = 0;
   void* lastRefcon = nullptr;
   PF_LayerDef* lastSource = nullptr;

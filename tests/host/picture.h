@@ -2,9 +2,11 @@
 #ifndef VITRELL_TESTS_HOST_PICTURE_H_
 #define VITRELL_TESTS_HOST_PICTURE_H_
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -58,6 +60,10 @@ class Picture {
     }
     return *this;
   }
+  // Every channel at random over all that it can hold.
+  Picture& FillAnything(std::uint64_t seed) {
+    return FillNoise(seed, std::numeric_limits<decltype(Pixel::red)>::max());
+  }
   Picture& Fill(Pixel pixel) {
     for (A_long y = 0; y < def_.height; ++y) {
       for (A_long x = 0; x < def_.width; ++x) {
@@ -67,6 +73,17 @@ class Picture {
     return *this;
   }
 
+  // True while no byte beside the pixels has been written.
+  bool IsPaddingIntact() const {
+    for (A_long y = 0; y < def_.height; ++y) {
+      const char* const row = memory_.data() + std::ptrdiff_t{y} * rowBytes_;
+      if (!std::all_of(row + std::ptrdiff_t{def_.width} * kPixelBytes, row + rowBytes_,
+                       [](char byte) { return byte == kPoison; })) {
+        return false;
+      }
+    }
+    return true;
+  }
   // All bytes, the padding included, so that writes beside the pixels show.
   bool SameBytes(const Picture& other) const { return memory_ == other.memory_; }
 
