@@ -14,6 +14,7 @@
 #include "base/pixel_access.h"
 #include "blur/directional/color_planes.h"
 #include "pass/lazy_strips.h"
+#include "simd/lane_targets.h"
 
 namespace vitrell {
 namespace {
@@ -49,21 +50,14 @@ struct Picture {
   PF_LayerDef world = {};
 };
 
-struct TargetName {
-  LaneTarget target;
-  const char* name;
-};
-
-class LineEnginesTest : public testing::TestWithParam<TargetName> {
+class LineEnginesTest : public LaneTargetTest {
  protected:
   static constexpr std::int64_t kCount = 200;
   static constexpr std::int64_t kRows = 7;
 
   void SetUp() override {
-    engine_ = EngineFor<LineEngine>(GetParam().target);
-    if (engine_ == nullptr) {
-      GTEST_SKIP() << "this processor has no " << GetParam().name;
-    }
+    engine_ = EngineFor<LineEngine>(GetParam());
+    VITRELL_SKIP_WITHOUT(engine_);
     ASSERT_GT(engine_->lanes, 0);
     ASSERT_LE(engine_->lanes, kMaxLineLanes);
     stride_ = kCount + engine_->lanes;
@@ -166,13 +160,8 @@ TEST_P(LineEnginesTest, QuotientsAreTruncatedInDoublePrecision) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Targets, LineEnginesTest,
-                         testing::Values(TargetName{LaneTarget::kBaseline, "Baseline"},
-                                         TargetName{LaneTarget::kAvx2, "Avx2"},
-                                         TargetName{LaneTarget::kAvx512, "Avx512"}),
-                         [](const testing::TestParamInfo<TargetName>& target) {
-                           return std::string(target.param.name);
-                         });
+VITRELL_FOR_LANE_TARGETS(LineEnginesTest, LaneTarget::kBaseline, LaneTarget::kAvx2,
+                         LaneTarget::kAvx512);
 
 TEST(SplitWeightTest, EveryShallowProductHasTheSameBits) {
   std::mt19937 random(kSeed);

@@ -14,6 +14,7 @@
 #include "base/depth_traits.h"
 #include "base/numeric.h"
 #include "pass/lazy_strips.h"
+#include "simd/lane_targets.h"
 
 namespace vitrell {
 namespace {
@@ -153,19 +154,12 @@ Case<Pixel> RandomCase(std::mt19937_64* random, int kindOfWeights, int kindOfCol
   return weighted;
 }
 
-struct TargetName {
-  LaneTarget target;
-  const char* name;
-};
-
-class WeightedLinesTest : public testing::TestWithParam<TargetName> {
+class WeightedLinesTest : public LaneTargetTest {
  protected:
   template <typename Pixel>
   static void ExpectRandomCases() {
-    const WeightedEngine<Pixel>* const engine = EngineFor<WeightedEngine<Pixel>>(GetParam().target);
-    if (engine == nullptr) {
-      GTEST_SKIP() << "this processor has no " << GetParam().name;
-    }
+    const WeightedEngine<Pixel>* const engine = EngineFor<WeightedEngine<Pixel>>(GetParam());
+    VITRELL_SKIP_WITHOUT(engine);
     std::mt19937_64 random(kSeed);
     for (int kindOfWeights = 0; kindOfWeights < 3; ++kindOfWeights) {
       for (int kindOfColours = 0; kindOfColours < 3; ++kindOfColours) {
@@ -193,11 +187,8 @@ TEST_P(WeightedLinesTest, DeepMeansEqualEveryTap) { ExpectRandomCases<PF_Pixel16
 // Twenty taps of 0.1 over 10 and 11: the mean is 10.5, and whether the loop's roundings leave it
 // there is not for the running sums to say.
 TEST_P(WeightedLinesTest, HalvesAreLeftToTheLoop) {
-  const WeightedEngine<PF_Pixel>* const engine =
-      EngineFor<WeightedEngine<PF_Pixel>>(GetParam().target);
-  if (engine == nullptr) {
-    GTEST_SKIP() << "this processor has no " << GetParam().name;
-  }
+  const WeightedEngine<PF_Pixel>* const engine = EngineFor<WeightedEngine<PF_Pixel>>(GetParam());
+  VITRELL_SKIP_WITHOUT(engine);
   Case<PF_Pixel> halves = {1, 20, 500, false, std::vector<double>(20, 0.1), {}, {}};
   for (int i = 0; i < 20; ++i) {
     const auto colour = static_cast<std::uint8_t>(10 + i % 2);
@@ -214,10 +205,8 @@ TEST_P(WeightedLinesTest, HalvesAreLeftToTheLoop) {
 
 TEST_P(WeightedLinesTest, OnlyWeightsFromZeroToOneAreSummed) {
   const WeightedEngine<PF_Pixel16>* const engine =
-      EngineFor<WeightedEngine<PF_Pixel16>>(GetParam().target);
-  if (engine == nullptr) {
-    GTEST_SKIP() << "this processor has no " << GetParam().name;
-  }
+      EngineFor<WeightedEngine<PF_Pixel16>>(GetParam());
+  VITRELL_SKIP_WITHOUT(engine);
   Case<PF_Pixel16> weighted = {3, 5, 2, false, std::vector<double>(15, 0.5), {}, {}};
   weighted.pixels.resize(15);
   const Sums sums(weighted.Lines());
@@ -232,10 +221,7 @@ TEST_P(WeightedLinesTest, OnlyWeightsFromZeroToOneAreSummed) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Targets, WeightedLinesTest,
-                         testing::Values(TargetName{LaneTarget::kBaseline, "Baseline"},
-                                         TargetName{LaneTarget::kAvx2, "Avx2"}),
-                         [](const auto& target) { return std::string(target.param.name); });
+VITRELL_FOR_LANE_TARGETS(WeightedLinesTest, LaneTarget::kBaseline, LaneTarget::kAvx2);
 
 // Strips of two columns: the rows of what is filled are as far apart as the picture is wide.
 TEST(LazyStripsTest, ColumnsAreFilledStripByStrip) {

@@ -9,26 +9,20 @@
 
 #include "base/pixel_access.h"
 #include "host/picture.h"
+#include "simd/lane_targets.h"
 
 namespace vitrell {
 namespace {
 
 constexpr std::uint64_t kSeed = 20261121;
 
-struct TargetName {
-  LaneTarget target;
-  const char* name;
-};
-
-class BilinearSamplesTest : public testing::TestWithParam<TargetName> {
+class BilinearSamplesTest : public LaneTargetTest {
  protected:
   // Points within, on and far beyond the picture, whole numbers and their neighbours among them.
   template <typename Pixel>
   static void ExpectSamplesOfOnePoint(A_long width, A_long height) {
-    const BilinearEngine<Pixel>* const engine = EngineFor<BilinearEngine<Pixel>>(GetParam().target);
-    if (engine == nullptr) {
-      GTEST_SKIP() << "this processor has no " << GetParam().name;
-    }
+    const BilinearEngine<Pixel>* const engine = EngineFor<BilinearEngine<Pixel>>(GetParam());
+    VITRELL_SKIP_WITHOUT(engine);
     std::mt19937_64 random(kSeed);
     Picture<Pixel> src(width, height);
     src.FillNoise(kSeed);
@@ -79,10 +73,7 @@ TEST_P(BilinearSamplesTest, ShallowSamplesEqualThoseOfOnePoint) { ExpectForAllSi
 
 TEST_P(BilinearSamplesTest, DeepSamplesEqualThoseOfOnePoint) { ExpectForAllSizes<PF_Pixel16>(); }
 
-INSTANTIATE_TEST_SUITE_P(Targets, BilinearSamplesTest,
-                         testing::Values(TargetName{LaneTarget::kBaseline, "Baseline"},
-                                         TargetName{LaneTarget::kAvx2, "Avx2"}),
-                         [](const auto& target) { return std::string(target.param.name); });
+VITRELL_FOR_LANE_TARGETS(BilinearSamplesTest, LaneTarget::kBaseline, LaneTarget::kAvx2);
 
 }  // namespace
 }  // namespace vitrell

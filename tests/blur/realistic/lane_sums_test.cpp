@@ -12,24 +12,18 @@
 #include "blur/realistic/iris_kernel.h"
 #include "blur/realistic/tap_sums.h"
 #include "host/fake_host.h"
+#include "simd/lane_targets.h"
 
 namespace vitrell {
 namespace {
 
 constexpr std::uint32_t kSeed = 20261121;
 
-struct TargetName {
-  LaneTarget target;
-  const char* name;
-};
-
-class LaneEnginesTest : public testing::TestWithParam<TargetName> {
+class LaneEnginesTest : public LaneTargetTest {
  protected:
   void SetUp() override {
-    engine_ = EngineFor<IrisEngine>(GetParam().target);
-    if (engine_ == nullptr) {
-      GTEST_SKIP() << "this processor has no " << GetParam().name;
-    }
+    engine_ = EngineFor<IrisEngine>(GetParam());
+    VITRELL_SKIP_WITHOUT(engine_);
     ASSERT_GT(engine_->lanes, 0);
     ASSERT_LE(engine_->lanes, kMaxLanes);
   }
@@ -198,13 +192,8 @@ TEST_P(LaneEnginesTest, StepsToTheRightEqualThePlainOnes) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Targets, LaneEnginesTest,
-                         testing::Values(TargetName{LaneTarget::kBaseline, "Baseline"},
-                                         TargetName{LaneTarget::kAvx2, "Avx2"},
-                                         TargetName{LaneTarget::kAvx512, "Avx512"}),
-                         [](const testing::TestParamInfo<TargetName>& target) {
-                           return std::string(target.param.name);
-                         });
+VITRELL_FOR_LANE_TARGETS(LaneEnginesTest, LaneTarget::kBaseline, LaneTarget::kAvx2,
+                         LaneTarget::kAvx512);
 
 }  // namespace
 }  // namespace vitrell
