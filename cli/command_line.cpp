@@ -10,6 +10,7 @@
 #include "cli/commands.h"
 #include "cli/failure.h"
 #include "cli/interrupt.h"
+#include "cli/printable.h"
 #include "headless/host_error.h"
 
 namespace vitrell::cli {
@@ -107,7 +108,7 @@ CLI::App* AddParams(CLI::App& app, ParamsArguments& arguments) {
 }
 
 int TellFailure(int code, const std::string& message) {
-  std::fprintf(stderr, "vitrell: %s\n", message.c_str());
+  std::fprintf(stderr, "vitrell: %s\n", Printable(message).c_str());
   return code;
 }
 
@@ -116,12 +117,13 @@ int TellParseResult(const CLI::App& app, const CLI::ParseError& error,
                     const std::string& firstArgument) {
   if (error.get_exit_code() == 0) return app.exit(error);
   if (firstArgument.empty()) {
-    return TellFailure(kWrongUsage,
-                       "a command is needed: render, params or about. Run `vitrell --help`.");
+    return TellFailure(
+        kWrongUsage,
+        "a command is needed: render, params, formats or about. Run `vitrell --help`.");
   }
   if (firstArgument[0] != '-' && app.get_subcommands().empty()) {
-    return TellFailure(
-        kWrongUsage, "there is no command \"" + firstArgument + "\". Use render, params or about.");
+    return TellFailure(kWrongUsage, "there is no command \"" + firstArgument +
+                                        "\". Use render, params, formats or about.");
   }
   std::string command = "vitrell";
   for (const CLI::App* sub : app.get_subcommands()) command += " " + sub->get_name();
@@ -140,6 +142,7 @@ int Run(int argc, const char* const* argv) {
   CLI::App* about = app.add_subcommand("about", "shows the effect's own text");
   about->footer(kAboutExamples);
   AddEffectOption(*about, request.about);
+  const CLI::App* formats = app.add_subcommand("formats", "lists the picture formats");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -148,6 +151,7 @@ int Run(int argc, const char* const* argv) {
   if (render->parsed()) RunRender(request.render);
   if (params->parsed()) RunParams(request.params);
   if (about->parsed()) RunAbout(request.about);
+  if (formats->parsed()) RunFormats();
   if (std::fflush(stdout) != 0) throw Failure(kFailed, "the output cannot be written.");
   return kDone;
 }

@@ -10,6 +10,8 @@ namespace vitrell::cli {
 void RunRender(const RenderArguments& arguments);
 void RunParams(const ParamsArguments& arguments);
 void RunAbout(const EffectArguments& arguments);
+// What is read and written, and what each format keeps.
+void RunFormats();
 
 // Defaults, then the preset, then --set.
 Settings MakeSettings(const Panel& panel, const EffectArguments& arguments);

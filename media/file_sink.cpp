@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "media/output_file.h"
@@ -24,8 +25,17 @@ void FileSink::Remember() {
   if (firstError_.empty()) firstError_ = LastSystemError();
 }
 
+void FileSink::CheckLength() {
+  if (firstError_.empty() && static_cast<int64_t>(size()) != end_) {
+    firstError_ = "the file has another length than was written";
+  }
+}
+
 void FileSink::close() {
-  if (file_ >= 0 && ::close(file_) != 0) Remember();
+  if (file_ < 0) return;
+  if (::fsync(file_) != 0) Remember();
+  CheckLength();
+  if (::close(file_) != 0) Remember();
   file_ = -1;
   m_mode = Closed;
 }
@@ -64,12 +74,14 @@ size_t FileSink::pwrite(const void* buffer, size_t size, int64_t offset) {
       break;
     }
     done += static_cast<size_t>(now);
+    end_ = std::max(end_, offset + static_cast<int64_t>(done));
   }
   return done;
 }
 
 void FileSink::Restart() {
   m_pos = 0;
+  end_ = 0;
   if (::ftruncate(file_, 0) != 0) Remember();
 }
 

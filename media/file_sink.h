@@ -30,13 +30,16 @@ class FileSink : public OIIO::Filesystem::IOProxy {
   // Forgets everything written.
   void Restart();
 
-  // The cause of the first failed write or of a failed close; empty if all went well.
+  // The cause of the first failed write, or of what failed while closing: putting the contents on
+  // the disk, and a length other than what was written. Empty if all went well.
   const std::string& FirstError() const { return firstError_; }
 
  private:
   void Remember();
+  void CheckLength();
 
   int file_ = -1;
+  int64_t end_ = 0;  // of the furthest write
   std::string firstError_;
 };
 

@@ -42,6 +42,14 @@ void RefuseExisting(const fs::path& target) {
   Fail(target, "already exists. Choose another name, or add --force to replace it.");
 }
 
+// A new name is on the disk only when its folder is. Some file systems know no such request.
+void FlushFolder(const fs::path& folder) {
+  const int file = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (file < 0) return;
+  static_cast<void>(::fsync(file));
+  ::close(file);
+}
+
 bool WriteAll(int file, std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = ::write(file, text.data(), text.size());
@@ -77,6 +85,18 @@ void CheckTarget(const fs::path& target, bool force) {
   }
 }
 
+bool IsSameFile(const fs::path& a, const fs::path& b) {
+  std::error_code error;
+  // Hard links, too.
+  if (fs::equivalent(a, b, error)) return true;
+  const auto place = [](const fs::path& file) {
+    const fs::path target = ResolveLinks(file);
+    std::error_code ignored;
+    return fs::weakly_canonical(FolderOf(target), ignored) / target.filename();
+  };
+  return place(a) == place(b);
+}
+
 OutputFile::OutputFile(const fs::path& target) : shown_(target), target_(ResolveLinks(target)) {
   for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
     const std::string name = ".vitrell-" + std::to_string(::getpid()) + "-" +
@@ -100,17 +120,6 @@ OutputFile::~OutputFile() {
   SetUnfinishedFile({});
 }
 
-void OutputFile::CheckRoom() const {
-  std::error_code error;
-  const auto size = static_cast<off_t>(fs::file_size(temporary_, error));
-  const int file = ::open(temporary_.c_str(), O_WRONLY | O_CLOEXEC);
-  const bool grows = file >= 0 && ::pwrite(file, "", 1, size) == 1;
-  const std::string cause = LastSystemError();
-  const bool restored = grows && ::ftruncate(file, size) == 0;
-  if (file >= 0) ::close(file);
-  if (!restored) Fail(shown_, "cannot be written (" + cause + "). Free some space and try again.");
-}
-
 void OutputFile::Commit(bool force) {
   const int file = ::open(temporary_.c_str(), O_RDONLY | O_CLOEXEC);
   const bool onDisk = file >= 0 && ::fsync(file) == 0;
@@ -123,6 +132,7 @@ void OutputFile::Commit(bool force) {
     Fail(shown_, "cannot take its name (" + LastSystemError() + "). Choose another name.");
   }
   committed_ = true;
+  FlushFolder(FolderOf(target_));
 }
 
 void WriteTextFile(const fs::path& target, std::string_view text) {

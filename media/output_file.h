@@ -15,6 +15,10 @@ std::string LastSystemError();
 // force), a folder that is missing or may not be written to. Throws Failure.
 void CheckTarget(const std::filesystem::path& target, bool force);
 
+// Whether both names lead to the same file, also through links, and also where there is no file
+// yet.
+bool IsSameFile(const std::filesystem::path& a, const std::filesystem::path& b);
+
 // A hidden file in the target's folder with the target's extension. It takes the target's name
 // with Commit() and is removed otherwise, also when the process is interrupted. A target that is a
 // symbolic link stays one. At most one object exists at a time.
@@ -27,9 +31,6 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
 
   const std::filesystem::path& TemporaryPath() const { return temporary_; }
-  // Throws Failure with the cause when the file cannot grow by a byte: its writer did not tell that
-  // the disk became full.
-  void CheckRoom() const;
   // Puts the contents on the disk and renames. Throws Failure. With force false the target is
   // looked for once more, since rendering took its time.
   void Commit(bool force);

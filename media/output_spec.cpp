@@ -9,17 +9,7 @@
 namespace vitrell::media {
 namespace {
 
-// The other formats with alpha hold multiplied colours or, as TIFF, both.
-constexpr std::array<std::string_view, 7> kStraightOnly = {"png", "targa", "bmp", "gif",
-                                                           "ico", "heif",  "webp"};
-constexpr std::array<std::string_view, 6> kFloatFormats = {"openexr", "tiff", "hdr",
-                                                           "fits",    "rla",  "dpx"};
 constexpr std::string_view kIcc = "ICCProfile";
-
-template <std::size_t kSize>
-bool Contains(const std::array<std::string_view, kSize>& list, std::string_view text) {
-  return std::find(list.begin(), list.end(), text) != list.end();
-}
 
 void AddColours(const Picture& input, bool grey, OutputForm& form) {
   const ChannelLayout& layout = input.layout;
@@ -29,7 +19,7 @@ void AddColours(const Picture& input, bool grey, OutputForm& form) {
   form.channels.push_back({Role::kBlue, layout.blue});
 }
 
-void AddExtraChannels(const Picture& input, const FormatTraits& format, OutputForm& form,
+void AddExtraChannels(const Picture& input, const Format& format, OutputForm& form,
                       std::vector<std::string>& notices) {
   const ChannelLayout& layout = input.layout;
   bool dropped = false;
@@ -65,16 +55,15 @@ void DropWrongProfile(bool grey, OIIO::ImageSpec& spec, std::vector<std::string>
 }
 
 // Compressions and bit counts are names within one format, and some would lose what was rendered.
-void DropEncoding(const Picture& input, const FormatTraits& format, Depth depth,
-                  OIIO::ImageSpec& spec) {
+void DropEncoding(const Picture& input, const Format& format, Depth depth, OIIO::ImageSpec& spec) {
   for (const char* name : {"oiio:UnassociatedAlpha", "oiio:dither", "oiio:ioproxy", "oiio:SHA-1",
                            "tiff:PhotometricInterpretation", "tiff:ColorSpace"}) {
     spec.erase_attribute(name);
   }
-  const bool sameFormat = input.format == format.name;
+  const bool sameFormat = input.format->plugin == format.plugin;
   const std::string compression(spec.get_string_attribute("compression"));
-  const bool lossy = format.name == "tiff" && (compression == "jpeg" || compression == "webp" ||
-                                               compression.starts_with("ccitt"));
+  const bool lossy = format.plugin == "tiff" && (compression == "jpeg" || compression == "webp" ||
+                                                 compression.starts_with("ccitt"));
   if (!sameFormat || lossy) spec.erase_attribute("compression");
   const int bits = spec.get_int_attribute("oiio:BitsPerSample", 0);
   if (!sameFormat || depth != Depth::kAuto || bits < 8) {
@@ -104,16 +93,6 @@ void NameChannels(const Picture& input, const OutputForm& form, bool keepTypes,
   }
 }
 
-// The colour space is no sign: the library makes it up.
-bool HasExif(const OIIO::ImageSpec& spec) {
-  return std::any_of(spec.extra_attribs.begin(), spec.extra_attribs.end(),
-                     [](const OIIO::ParamValue& attribute) {
-                       const std::string_view name = attribute.name().c_str();
-                       return name == "FNumber" || name == "ExposureTime" ||
-                              (name.starts_with("Exif:") && name != "Exif:ColorSpace");
-                     });
-}
-
 bool SameBytes(const OIIO::ParamValue* a, const OIIO::ParamValue* b) {
   return b != nullptr && a->type().size() == b->type().size() &&
          std::memcmp(a->data(), b->data(), a->type().size()) == 0;
@@ -121,27 +100,29 @@ bool SameBytes(const OIIO::ParamValue* a, const OIIO::ParamValue* b) {
 
 }  // namespace
 
-FormatTraits TraitsOf(const OIIO::ImageOutput& writer) {
-  FormatTraits traits;
-  traits.name = writer.format_name();
-  traits.alpha = writer.supports("alpha") != 0;
-  traits.anyChannels = writer.supports("nchannels") != 0;
-  traits.perChannel = writer.supports("channelformats") != 0;
-  traits.dataWindow = writer.supports("displaywindow") != 0;
-  traits.straightOnly = Contains(kStraightOnly, traits.name);
-  return traits;
+// The colour space and the history are no sign: the library makes them up.
+bool HasExif(const OIIO::ImageSpec& spec) {
+  return std::any_of(spec.extra_attribs.begin(), spec.extra_attribs.end(),
+                     [](const OIIO::ParamValue& attribute) {
+                       const std::string_view name = attribute.name().c_str();
+                       return name == "FNumber" || name == "ExposureTime" ||
+                              (name.starts_with("Exif:") && name != "Exif:ColorSpace" &&
+                               name != "Exif:ImageHistory");
+                     });
 }
 
-OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const FormatTraits& format,
+OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Format& format,
                       std::vector<std::string>& notices) {
   OutputForm form;
   const bool grey = input.layout.IsGrey() && result.grey;
   if (input.layout.IsGrey() && !grey) {
     notices.emplace_back("the grey input came out coloured; the output is RGB.");
   }
-  AddColours(input, grey, form);
   const bool wantsAlpha = input.layout.HasAlpha() || !result.opaque;
-  if (wantsAlpha && format.alpha) {
+  const bool storesAlpha = format.alpha || (grey && format.greyAlpha);
+  const bool storesGrey = wantsAlpha && storesAlpha ? format.greyAlpha : format.grey;
+  AddColours(input, grey && storesGrey, form);
+  if (wantsAlpha && storesAlpha) {
     if (!input.layout.HasAlpha()) {
       notices.emplace_back("the effect made parts transparent; the output has an alpha channel.");
     }
@@ -150,9 +131,9 @@ OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Fo
     notices.emplace_back("the format stores no transparency; the picture is laid over black.");
   }
   AddExtraChannels(input, format, form, notices);
-  if (!wantsAlpha || format.straightOnly) {
+  if (!wantsAlpha || (format.straight && storesAlpha)) {
     form.straight = true;
-  } else if (!format.alpha || format.name != "tiff") {
+  } else if (!storesAlpha || format.plugin != "tiff") {
     form.straight = false;
   } else {
     form.straight = input.straight;
@@ -160,14 +141,13 @@ OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Fo
   return form;
 }
 
-OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form,
-                               const FormatTraits& format, Depth depth,
-                               std::vector<std::string>& notices) {
+OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, const Format& format,
+                               Depth depth, std::vector<std::string>& notices) {
   OIIO::ImageSpec spec = input.spec;
   spec.tile_width = spec.tile_height = spec.tile_depth = 0;
   const bool framed = spec.x != 0 || spec.y != 0 || spec.full_x != 0 || spec.full_y != 0 ||
                       spec.full_width != spec.width || spec.full_height != spec.height;
-  if (framed && !format.dataWindow) {
+  if (framed && format.plugin != "openexr" && format.plugin != "dpx") {
     spec.x = spec.y = spec.full_x = spec.full_y = 0;
     spec.full_width = spec.width;
     spec.full_height = spec.height;
@@ -177,14 +157,24 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form,
   DropEncoding(input, format, depth, spec);
   DropWrongProfile(form.channels.size() < 2 || form.channels[1].role != Role::kGreen, spec,
                    notices);
-  NameChannels(input, form, format.perChannel && depth == Depth::kAuto, spec);
+  NameChannels(input, form, format.plugin == "openexr" && depth == Depth::kAuto, spec);
   const bool deepFile = input.IsDeep();
-  const bool holdsFloats = Contains(kFloatFormats, format.name);
   if (depth == Depth::k8) spec.format = OIIO::TypeDesc::UINT8;
   if (depth == Depth::k16 && !deepFile) spec.format = OIIO::TypeDesc::UINT16;
   // Left to themselves, writers without floats would take 8 bits.
-  if (spec.format.is_floating_point() && !holdsFloats) spec.format = OIIO::TypeDesc::UINT16;
+  if (spec.format.is_floating_point() && !format.floats) spec.format = OIIO::TypeDesc::UINT16;
+  // Without this the TIFF writer stores a list of EXIF data that it then finds empty.
+  if (format.plugin == "tiff" && !HasExif(spec)) spec.attribute("tiff:write_exif", 0);
   if (form.straight && spec.alpha_channel >= 0) spec.attribute("oiio:UnassociatedAlpha", 1);
+  // A picture without loss stays so.
+  if (format.plugin == "webp") {
+    const bool lossless = spec.get_int_attribute("webp:lossless", 0) != 0;
+    spec.attribute("compression", lossless ? "lossless" : "webp");
+  }
+  // What the file is called while it is written tells the writer no codec.
+  if (format.name == "AVIF" && !spec.find_attribute("compression")) {
+    spec.attribute("compression", "avif");
+  }
   return spec;
 }
 

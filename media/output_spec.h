@@ -8,35 +8,27 @@
 #include <vector>
 
 #include "media/exchange.h"
+#include "media/formats.h"
 #include "media/picture.h"
 #include "media/picture_writer.h"
 
 namespace vitrell::media {
 
-// What the output's format can do, as its writer tells.
-struct FormatTraits {
-  std::string name;           // "png"
-  bool alpha = true;          // stores alpha
-  bool anyChannels = false;   // stores any number of channels
-  bool perChannel = false;    // stores each channel with its own type
-  bool dataWindow = false;    // stores a picture that is placed in a larger frame
-  bool straightOnly = false;  // stores straight colours, never multiplied ones
-};
-FormatTraits TraitsOf(const OIIO::ImageOutput& writer);
-
 // Channels and alpha of the output. What the result holds and the format cannot is told in
 // `notices`; so is a grey input that comes out coloured.
-OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const FormatTraits& format,
+OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Format& format,
                       std::vector<std::string>& notices);
 
 // The header for the chosen form. Its sample type is what is wished for; the writer may change it.
-OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form,
-                               const FormatTraits& format, Depth depth,
-                               std::vector<std::string>& notices);
+OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, const Format& format,
+                               Depth depth, std::vector<std::string>& notices);
 
 // What metadata of the input are missing in a written file's header: "ICC profile", "EXIF data",
 // "resolution".
 std::vector<std::string> LostMetadata(const OIIO::ImageSpec& input, const OIIO::ImageSpec& written);
+
+// Whether there are data of a camera, beyond what the library makes up.
+bool HasExif(const OIIO::ImageSpec& spec);
 
 }  // namespace vitrell::media
 

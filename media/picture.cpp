@@ -8,6 +8,7 @@
 
 #include "media/failure.h"
 #include "media/quiet_libraries.h"
+#include "media/webp_input.h"
 
 namespace vitrell::media {
 namespace {
@@ -17,7 +18,7 @@ namespace fs = std::filesystem;
 // The largest layer that a host has.
 constexpr int kMaxSize = 30000;
 // Formats whose files hold straight colours although the library does not say so.
-constexpr std::array<std::string_view, 4> kSilentlyStraight = {"bmp", "gif", "heif", "ico"};
+constexpr std::array<std::string_view, 4> kSilentlyStraight = {"bmp", "gif", "heif", "jpeg2000"};
 
 [[noreturn]] void Fail(const fs::path& file, const std::string& cause) {
   throw Failure(kFailed, file.string() + ": " + cause);
@@ -38,16 +39,25 @@ void CheckReadable(const fs::path& file) {
   }
 }
 
-std::unique_ptr<OIIO::ImageInput> OpenPicture(const fs::path& file) {
-  OIIO::ImageSpec wishes;
-  wishes.attribute("oiio:UnassociatedAlpha", 1);
-  std::unique_ptr<OIIO::ImageInput> input = OIIO::ImageInput::open(file.string(), &wishes);
-  if (input == nullptr) {
-    Fail(file, "cannot be read as a picture (" + OneLine(OIIO::geterror()) +
-                   "). Check that the file is complete and a PNG, TIFF, JPEG, EXR, DPX or other "
-                   "picture.");
+[[noreturn]] void FailAsNoPicture(const fs::path& file, const std::string& cause) {
+  Fail(file, "cannot be read as a picture (" + cause + "). Check that the file is complete and " +
+                 FormatNames(false) + ".");
+}
+
+std::unique_ptr<OIIO::ImageInput> OpenPicture(const fs::path& file, const Format& format) {
+  std::unique_ptr<OIIO::ImageInput> input = MakeReader(format);
+  if (input == nullptr) FailAsNoPicture(file, OneLine(OIIO::geterror()));
+  OIIO::ImageSpec spec;
+  if (!input->open(file.string(), spec, ReaderWishes())) {
+    FailAsNoPicture(file, OneLine(input->geterror()));
   }
   return input;
+}
+
+const Format& TellFormat(const fs::path& file) {
+  const Format* format = FormatOfFile(file);
+  if (format == nullptr) FailAsNoPicture(file, "its format is none of those that are read");
+  return *format;
 }
 
 void CheckSize(const fs::path& file, const OIIO::ImageSpec& spec) {
@@ -83,11 +93,22 @@ Samples ReadSamples(OIIO::ImageInput& input, const Picture& picture, OIIO::TypeD
 bool IsStraight(const Picture& picture) {
   if (!picture.layout.HasAlpha()) return true;
   const bool silently = std::find(kSilentlyStraight.begin(), kSilentlyStraight.end(),
-                                  picture.format) != kSilentlyStraight.end();
+                                  picture.format->plugin) != kSilentlyStraight.end();
   return silently || picture.spec.get_int_attribute("oiio:UnassociatedAlpha", 0) != 0;
 }
 
 }  // namespace
+
+OIIO::ImageSpec ReaderWishes() {
+  OIIO::ImageSpec wishes;
+  wishes.attribute("oiio:UnassociatedAlpha", 1);
+  return wishes;
+}
+
+std::unique_ptr<OIIO::ImageInput> MakeReader(const Format& format) {
+  if (format.plugin == "webp") return std::make_unique<WebpInput>();
+  return OIIO::ImageInput::create(std::string(format.plugin));
+}
 
 bool CallFileProgress(void* progress, float done) {
   return static_cast<StoppableProgress*>(progress)->Tell(done);
@@ -121,10 +142,10 @@ ChannelLayout FindChannels(const OIIO::ImageSpec& spec) {
 Picture ReadPicture(const fs::path& file, const FileProgress& progress) {
   CheckReadable(file);
   const QuietLibraries quiet;
-  const std::unique_ptr<OIIO::ImageInput> input = OpenPicture(file);
   Picture picture;
   picture.file = file;
-  picture.format = input->format_name();
+  picture.format = &TellFormat(file);
+  const std::unique_ptr<OIIO::ImageInput> input = OpenPicture(file, *picture.format);
   picture.spec = input->spec();
   CheckSize(file, picture.spec);
   picture.layout = FindChannels(picture.spec);
@@ -135,11 +156,6 @@ Picture ReadPicture(const fs::path& file, const FileProgress& progress) {
     picture.samples = ReadSamples<uint16_t>(*input, picture, OIIO::TypeDesc::UINT16, progress);
   } else {
     picture.samples = ReadSamples<float>(*input, picture, OIIO::TypeDesc::FLOAT, progress);
-  }
-  if (picture.format == "webp" && picture.layout.HasAlpha()) {
-    picture.notices.push_back(file.string() +
-                              ": WebP's partly transparent pixels are read with small deviations. "
-                              "Use PNG to be exact.");
   }
   if (input->seek_subimage(1, 0)) {
     picture.notices.push_back(file.string() +

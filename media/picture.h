@@ -8,11 +8,13 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "media/failure.h"
+#include "media/formats.h"
 
 namespace vitrell::media {
 
@@ -33,7 +35,7 @@ struct ChannelLayout {
 
 struct Picture {
   std::filesystem::path file;
-  std::string format;    // "png", "tiff", ... as the library calls it
+  const Format* format = nullptr;
   OIIO::ImageSpec spec;  // as in the file, with all metadata
   ChannelLayout layout;
   bool straight = true;  // colours are not multiplied by alpha; true without alpha
@@ -78,6 +80,12 @@ bool CallFileProgress(void* progress, float done);
 
 // The layout of channels told by a file's header.
 ChannelLayout FindChannels(const OIIO::ImageSpec& spec);
+
+// The format's own reader, which alone sees the file: others have crashed over foreign ones. Null
+// if the picture library lacks it.
+std::unique_ptr<OIIO::ImageInput> MakeReader(const Format& format);
+// What a reader has to be told when it opens a file: to leave alpha as it is.
+OIIO::ImageSpec ReaderWishes();
 
 // The library's last message on one line.
 std::string OneLine(std::string message);

@@ -7,9 +7,12 @@
 
 #include "media/failure.h"
 #include "media/file_sink.h"
+#include "media/formats.h"
+#include "media/memory_file.h"
 #include "media/output_file.h"
 #include "media/output_spec.h"
 #include "media/quiet_libraries.h"
+#include "media/webp_output.h"
 
 namespace vitrell::media {
 namespace {
@@ -20,12 +23,22 @@ namespace fs = std::filesystem;
   throw Failure(kFailed, file.string() + ": " + cause);
 }
 
-std::unique_ptr<OIIO::ImageOutput> MakeWriter(const fs::path& target) {
-  std::unique_ptr<OIIO::ImageOutput> writer;
-  if (target.has_extension()) writer = OIIO::ImageOutput::create(target.string());
-  static_cast<void>(OIIO::geterror());
+const Format& FormatFor(const fs::path& target) {
+  const Format* format = FormatToWrite(target);
+  if (format == nullptr) {
+    Fail(target,
+         "no format that is written has this extension. Use .png, .jpg, .tif, .exr or "
+         "another one that `vitrell formats` lists.");
+  }
+  return *format;
+}
+
+std::unique_ptr<OIIO::ImageOutput> MakeWriter(const Format& format, const fs::path& target) {
+  if (format.plugin == "webp") return std::make_unique<WebpOutput>();
+  std::unique_ptr<OIIO::ImageOutput> writer = OIIO::ImageOutput::create(std::string(format.plugin));
   if (writer == nullptr) {
-    Fail(target, "no picture format has this extension. Use .png, .tif, .jpg, .exr or .dpx.");
+    Fail(target, "the picture library of this system does not write " + std::string(format.name) +
+                     " (" + OneLine(OIIO::geterror()) + "). Choose another format.");
   }
   return writer;
 }
@@ -41,75 +54,108 @@ std::string NameOf(const OIIO::TypeDesc& type) {
 }
 
 // The TIFF writer of OpenImageIO 2.4 has to read what it wrote when there are EXIF data, which it
-// cannot do through a sink; the file would be damaged.
-bool TakesSink(const OIIO::ImageOutput& writer) {
-  return writer.supports("ioproxy") != 0 && std::string_view(writer.format_name()) != "tiff";
+// cannot do through a sink.
+bool TakesSink(const OIIO::ImageOutput& writer, const Format& format, const OIIO::ImageSpec& spec) {
+  return writer.supports("ioproxy") != 0 && !(format.plugin == "tiff" && HasExif(spec));
 }
 
-// Opens the file for the picture. An ICC profile that the format's library finds fault with is
-// left out, which shows when the header is read back.
-std::unique_ptr<OIIO::ImageOutput> OpenWriter(FileSink& sink, const OutputFile& file,
-                                              OIIO::ImageSpec spec, const fs::path& target) {
-  for (;;) {
-    std::unique_ptr<OIIO::ImageOutput> writer = MakeWriter(target);
-    if (TakesSink(*writer)) writer->set_ioproxy(&sink);
-    if (writer->open(file.TemporaryPath().string(), spec)) return writer;
-    const std::string cause = OneLine(writer->geterror());
-    if (!sink.FirstError().empty()) {
-      Fail(target, "cannot be written (" + sink.FirstError() + "). Free some space and try again.");
+// Everything that is written passes the sink, at once or from a file in memory, because no writer
+// sees every failure itself.
+class SafeWriter {
+ public:
+  SafeWriter(const Format& format, const fs::path& temporary, const fs::path& target)
+      : format_(format), target_(target), sink_(temporary) {}
+
+  // An ICC profile that the format's library finds fault with is left out, which shows when the
+  // header is read back.
+  void Open(OIIO::ImageSpec spec) {
+    while (!OpenOnce(spec)) {
+      const std::string cause = OneLine(writer_->geterror());
+      FailIfSinkFailed();
+      if (spec.find_attribute("ICCProfile") == nullptr) {
+        Fail(target_, "the format refuses this picture (" + cause + "). Choose another format.");
+      }
+      spec.erase_attribute("ICCProfile");
+      sink_.Restart();
     }
-    if (spec.find_attribute("ICCProfile") == nullptr) {
-      Fail(target, "the format refuses this picture (" + cause + "). Choose another format.");
+  }
+
+  OIIO::TypeDesc StoredType() const { return writer_->spec().format; }
+
+  void Write(const Samples& samples, StoppableProgress& progress) {
+    const bool written = std::visit(
+        [&](const auto& values) {
+          using Sample = typename std::decay_t<decltype(values)>::value_type;
+          return writer_->write_image(OIIO::BaseTypeFromC<Sample>::value, values.data(),
+                                      OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride,
+                                      &CallFileProgress, &progress);
+        },
+        samples);
+    const bool closed = writer_->close();
+    const std::string message = OneLine(writer_->geterror());
+    // Some writers hand over the rest when they end.
+    writer_.reset();
+    const std::string cut = memory_ ? memory_->CopyTo(sink_) : std::string();
+    sink_.close();
+    progress.ThrowIfStopped();
+    if (!cut.empty()) FailToWrite(cut);
+    FailIfSinkFailed();
+    if (!written || !closed) {
+      Fail(target_, "cannot be written (" + (message.empty() ? "the writer failed" : message) +
+                        "). Choose another format.");
     }
-    spec.erase_attribute("ICCProfile");
-    sink.Restart();
   }
-}
 
-// Returns whether the writer is sure of its success.
-bool WriteSamples(OIIO::ImageOutput& writer, FileSink& sink, const Samples& samples,
-                  const fs::path& target, StoppableProgress& progress) {
-  const bool written = std::visit(
-      [&](const auto& values) {
-        using Sample = typename std::decay_t<decltype(values)>::value_type;
-        return writer.write_image(OIIO::BaseTypeFromC<Sample>::value, values.data(),
-                                  OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride,
-                                  &CallFileProgress, &progress);
-      },
-      samples);
-  const bool closed = writer.close();
-  sink.close();
-  progress.ThrowIfStopped();
-  if (!sink.FirstError().empty()) {
-    Fail(target, "cannot be written (" + sink.FirstError() + "). Free some space and try again.");
+ private:
+  bool OpenOnce(const OIIO::ImageSpec& spec) {
+    writer_ = MakeWriter(format_, target_);
+    if (TakesSink(*writer_, format_, spec)) {
+      memory_.reset();
+      writer_->set_ioproxy(&sink_);
+      return writer_->open(target_.string(), spec);
+    }
+    memory_ = std::make_unique<MemoryFile>();
+    return writer_->open(memory_->Path().string(), spec);
   }
-  const std::string message = OneLine(writer.geterror());
-  if (!written || !closed) {
-    Fail(target, "cannot be written (" + (message.empty() ? "the writer failed" : message) +
-                     "). Check the space on the disk, or choose another format.");
-  }
-  // A message alone proves nothing: the TIFF writer complains about an empty EXIF list.
-  return message.empty() && TakesSink(writer);
-}
 
-// Not every writer tells a failure, so the header is read back in any case and the pixels where
-// the writer is not sure.
-OIIO::ImageSpec ReadBack(const OutputFile& file, bool pixelsToo, const fs::path& target) {
-  OIIO::ImageSpec wishes;
-  wishes.attribute("oiio:UnassociatedAlpha", 1);
-  const auto input = OIIO::ImageInput::open(file.TemporaryPath().string(), &wishes);
-  bool good = input != nullptr;
-  if (good && pixelsToo) {
-    const OIIO::ImageSpec& spec = input->spec();
-    std::vector<uint8_t> pixels(spec.image_pixels() * static_cast<std::size_t>(spec.nchannels));
-    good = input->read_image(0, 0, 0, spec.nchannels, OIIO::TypeDesc::UINT8, pixels.data());
+  [[noreturn]] void FailToWrite(const std::string& cause) const {
+    Fail(target_, "cannot be written (" + cause + "). Free some space and try again.");
   }
-  if (!good) {
-    Fail(target, "was not written completely (" +
+
+  void FailIfSinkFailed() const {
+    if (!sink_.FirstError().empty()) FailToWrite(sink_.FirstError());
+  }
+
+  const Format& format_;
+  const fs::path& target_;
+  FileSink sink_;
+  std::unique_ptr<MemoryFile> memory_;
+  std::unique_ptr<OIIO::ImageOutput> writer_;
+};
+
+// The header of what was written, which must be that of the picture.
+OIIO::ImageSpec ReadBack(const Format& format, const OutputFile& file, const OIIO::ImageSpec& spec,
+                         const fs::path& target) {
+  const auto input = MakeReader(format);
+  OIIO::ImageSpec written;
+  const bool opened =
+      input != nullptr && input->open(file.TemporaryPath().string(), written, ReaderWishes());
+  if (!opened || written.width != spec.width || written.height != spec.height) {
+    Fail(target, "was not written as it should be (" +
                      OneLine(input == nullptr ? OIIO::geterror() : input->geterror()) +
-                     "). Check the space on the disk, or choose another format.");
+                     "). Choose another format.");
   }
-  return input->spec();
+  return written;
+}
+
+// The writer of JPEG 2000 halves every picture five times.
+constexpr int kSmallestJpeg2000 = 32;
+
+void CheckFits(const Picture& input, const Format& format, const fs::path& target) {
+  if (format.plugin == "jpeg2000" &&
+      (input.Width() < kSmallestJpeg2000 || input.Height() < kSmallestJpeg2000)) {
+    Fail(target, "JPEG 2000 is written from 32 x 32 pixels on. Choose another format.");
+  }
 }
 
 void TellLosses(const Picture& input, const OIIO::ImageSpec& wished, const OIIO::TypeDesc& actual,
@@ -130,26 +176,25 @@ void TellLosses(const Picture& input, const OIIO::ImageSpec& wished, const OIIO:
 
 }  // namespace
 
-void CheckWritable(const fs::path& target) { MakeWriter(target); }
+void CheckWritable(const fs::path& target) { MakeWriter(FormatFor(target), target); }
 
 std::vector<std::string> WritePicture(const Picture& input, const headless::WorldBuffer& given,
                                       const headless::WorldBuffer& result, const WriteOrder& order,
                                       const FileProgress& progress) {
   std::vector<std::string> notices;
-  const FormatTraits format = TraitsOf(*MakeWriter(order.target));
+  const Format& format = FormatFor(order.target);
+  CheckFits(input, format, order.target);
   OutputForm form = ChooseForm(input, Inspect(result), format, notices);
   const OIIO::ImageSpec spec = MakeOutputSpec(input, form, format, order.depth, notices);
   OutputFile file(order.target);
-  FileSink sink(file.TemporaryPath());
   const QuietLibraries quiet;
-  const std::unique_ptr<OIIO::ImageOutput> writer = OpenWriter(sink, file, spec, order.target);
-  const OIIO::TypeDesc actual = writer->spec().format;
+  SafeWriter writer(format, file.TemporaryPath(), order.target);
+  writer.Open(spec);
+  const OIIO::TypeDesc actual = writer.StoredType();
   form.type = SampleTypeOf(actual);
   StoppableProgress stoppable(progress);
-  const bool sure = WriteSamples(*writer, sink, TakeFromEffect(input, given, result, form),
-                                 order.target, stoppable);
-  if (!sure) file.CheckRoom();
-  const OIIO::ImageSpec written = ReadBack(file, !sure, order.target);
+  writer.Write(TakeFromEffect(input, given, result, form), stoppable);
+  const OIIO::ImageSpec written = ReadBack(format, file, spec, order.target);
   TellLosses(input, spec, actual, written, notices);
   stoppable.Tell(1.0F);
   stoppable.ThrowIfStopped();

@@ -49,7 +49,7 @@ TEST_F(WrongUsageRunTest, WrongChoicePointAndColour) {
 
 TEST_F(WrongUsageRunTest, WrongOptions) {
   ExpectMessage(Run({}), 2, {"a command is needed", "--help"});
-  ExpectMessage(Run({"rendr"}), 2, {"\"rendr\"", "render, params or about"});
+  ExpectMessage(Run({"rendr"}), 2, {"\"rendr\"", "render, params, formats or about"});
   ExpectMessage(Run({"render"}), 2, {"required", "vitrell render --help"});
   ExpectMessage(Run({"render", "in.png"}), 2, {"OUTPUT", "vitrell render --help"});
   ExpectMessage(Render({"third.png"}), 2, {"third.png"});

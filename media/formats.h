@@ -1,0 +1,43 @@
+// The picture formats that were tried, and what each of them can hold.
+#ifndef VITRELL_MEDIA_FORMATS_H_
+#define VITRELL_MEDIA_FORMATS_H_
+
+#include <filesystem>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace vitrell::media {
+
+// What this program reads and writes of a format; the format itself may hold more.
+struct Format {
+  std::string_view name;        // "JPEG 2000"
+  std::string_view plugin;      // the picture library's reader and writer: "jpeg2000"
+  std::string_view extensions;  // in lower case, apart by blanks: "jp2 j2k"; the first is usual
+  bool writes = true;
+  bool grey = true;           // one channel
+  bool greyAlpha = false;     // grey and alpha
+  bool alpha = false;         // red, green, blue and alpha
+  bool straight = true;       // alpha is stored beside the colours, not multiplied into them
+  bool anyChannels = false;   // further channels, too
+  bool floats = false;        // values outside black to white, too
+  bool profile = false;       // ICC profile
+  std::string_view depths;    // "8, 16"
+  std::string_view metadata;  // "EXIF, IPTC, resolution"
+};
+
+std::span<const Format> AllFormats();
+
+// The format that a file's first bytes tell, or, for Targa, which has no mark, its extension. Null
+// if it is none of these.
+const Format* FormatOfFile(const std::filesystem::path& file);
+
+// The format that can be written and has this file's extension. Null if there is none.
+const Format* FormatToWrite(const std::filesystem::path& file);
+
+// "PNG, JPEG, TIFF": the names of those that are read, or only of those that are written.
+std::string FormatNames(bool written);
+
+}  // namespace vitrell::media
+
+#endif  // VITRELL_MEDIA_FORMATS_H_

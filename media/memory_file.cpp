@@ -1,0 +1,56 @@
+// Files in memory.
+#include "media/memory_file.h"
+
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string>
+#include <system_error>
+
+#include "media/failure.h"
+#include "media/output_file.h"
+
+namespace vitrell::media {
+namespace {
+
+constexpr off_t kBlock = 16 << 20;
+
+// The limit of the process counts for files in memory, too. What ends at it was cut.
+bool ReachedLimit(off_t size) {
+  struct rlimit limit {};
+  return ::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY &&
+         static_cast<rlim_t>(size) >= limit.rlim_cur;
+}
+
+}  // namespace
+
+MemoryFile::MemoryFile() : file_(::memfd_create("vitrell", MFD_CLOEXEC)) {
+  if (file_ < 0) {
+    throw Failure(kFailed, "a file in memory cannot be made (" + LastSystemError() +
+                               "). Choose another format.");
+  }
+  path_ = "/proc/self/fd/" + std::to_string(file_);
+}
+
+MemoryFile::~MemoryFile() { ::close(file_); }
+
+std::string MemoryFile::CopyTo(FileSink& sink) const {
+  struct stat status {};
+  if (::fstat(file_, &status) != 0) return LastSystemError();
+  if (ReachedLimit(status.st_size)) return std::generic_category().message(EFBIG);
+  for (off_t offset = 0; offset < status.st_size; offset += kBlock) {
+    const auto size = static_cast<std::size_t>(std::min(kBlock, status.st_size - offset));
+    void* block = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, file_, offset);
+    if (block == MAP_FAILED) return LastSystemError();
+    const std::size_t done = sink.pwrite(block, size, offset);
+    ::munmap(block, size);
+    if (done != size) break;
+  }
+  return {};
+}
+
+}  // namespace vitrell::media
