@@ -6,6 +6,7 @@
 #include "cli/commands.h"
 #include "cli/effect_finder.h"
 #include "cli/preset.h"
+#include "cli/printable.h"
 
 namespace vitrell::cli {
 
@@ -13,7 +14,7 @@ void RunAbout(const EffectArguments& arguments) {
   std::string text = OpenEffect(arguments.effect)->About();
   // The effect separates its name from the text by a carriage return.
   std::replace(text.begin(), text.end(), '\r', '\n');
-  std::printf("%s\n", text.c_str());
+  std::printf("%s\n", Printable(text, true).c_str());
 }
 
 Settings MakeSettings(const Panel& panel, const EffectArguments& arguments) {

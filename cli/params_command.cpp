@@ -7,6 +7,7 @@
 #include "cli/effect_finder.h"
 #include "cli/failure.h"
 #include "cli/listing.h"
+#include "cli/printable.h"
 
 namespace vitrell::cli {
 namespace {
@@ -33,7 +34,7 @@ void RunParams(const ParamsArguments& arguments) {
   const std::string text = arguments.json       ? ListAsJson(settings)
                            : arguments.markdown ? ListAsMarkdown(settings)
                                                 : ListAsText(settings);
-  std::fputs(text.c_str(), stdout);
+  std::fputs(Printable(text, true).c_str(), stdout);
 }
 
 }  // namespace vitrell::cli

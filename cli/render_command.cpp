@@ -13,6 +13,7 @@
 #include "cli/failure.h"
 #include "cli/interrupt.h"
 #include "cli/preset.h"
+#include "cli/printable.h"
 #include "cli/progress_bar.h"
 #include "cli/value_text.h"
 #include "media/exchange.h"
@@ -52,15 +53,15 @@ class RenderJob {
     bar_.Wipe();
     if (!arguments_.savePreset.empty()) SavePreset(arguments_.savePreset, settings_);
     if (arguments_.quiet) return;
-    std::printf("%s: %d x %d, %d bits, effect %.3f s\n", arguments_.output.c_str(), input.Width(),
-                input.Height(), deep ? 16 : 8, seconds);
+    std::printf("%s: %d x %d, %d bits, effect %.3f s\n", Printable(arguments_.output).c_str(),
+                input.Width(), input.Height(), deep ? 16 : 8, seconds);
   }
 
  private:
   void Tell(const std::string& note) {
     if (arguments_.quiet) return;
     bar_.Wipe();
-    std::fprintf(stderr, "vitrell: note: %s\n", note.c_str());
+    std::fprintf(stderr, "vitrell: note: %s\n", Printable(note).c_str());
   }
 
   void TellAll(const std::vector<std::string>& notes) {
@@ -102,8 +103,28 @@ class RenderJob {
     }
   }
 
+  // What is written must be none of the other files. A preset may be updated in place.
+  void RefuseSameFiles() const {
+    const std::string& output = arguments_.output;
+    const std::string& saved = arguments_.savePreset;
+    RefuseSame("OUTPUT", output, "INPUT", arguments_.input);
+    RefuseSame("OUTPUT", output, "the custom layer", LayerPath());
+    RefuseSame("OUTPUT", output, "--preset", arguments_.effect.preset);
+    RefuseSame("--save-preset", saved, "OUTPUT", output);
+    RefuseSame("--save-preset", saved, "INPUT", arguments_.input);
+    RefuseSame("--save-preset", saved, "the custom layer", LayerPath());
+  }
+
+  static void RefuseSame(const std::string& role, const std::string& file,
+                         const std::string& otherRole, const std::string& other) {
+    if (file.empty() || other.empty() || !media::IsSameFile(file, other)) return;
+    throw Failure(kWrongUsage, file + ": " + role + " is the same file as " + otherRole +
+                                   ", which would be lost. Choose another name.");
+  }
+
   // Before any long work.
   void CheckTargets() {
+    RefuseSameFiles();
     media::CheckTarget(arguments_.output, arguments_.force);
     media::CheckWritable(arguments_.output);
     if (!arguments_.savePreset.empty()) media::CheckTarget(arguments_.savePreset, arguments_.force);

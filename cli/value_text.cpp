@@ -15,6 +15,10 @@ namespace {
 
 // The host's angles and positions are signed 16.16 numbers.
 constexpr double kFixedLimit = 32767.0;
+// Longer numbers are written with an exponent, for which 17 digits, sign, point and exponent need
+// room.
+constexpr std::size_t kLongestFixed = 20;
+constexpr std::size_t kLongestScientific = 24;
 
 std::string_view Trim(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t");
@@ -185,11 +189,17 @@ Value ParseValue(const Control& control, std::string_view text) {
 
 std::string FormatNumber(double number) {
   if (number == 0) return "0";
-  // Doubles in fixed notation have at most 309 digits before and 324 + 17 behind the point.
-  std::array<char, 700> buffer{};
-  const auto [end, error] =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::fixed);
-  return error == std::errc() ? std::string(buffer.data(), end) : std::to_string(number);
+  std::array<char, kLongestScientific> buffer{};
+  const std::to_chars_result fixed =
+      std::to_chars(buffer.data(), buffer.data() + kLongestFixed, number, std::chars_format::fixed);
+  if (fixed.ec == std::errc()) return {buffer.data(), fixed.ptr};
+  // "1e+308" as people write it.
+  const std::to_chars_result scientific = std::to_chars(
+      buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::scientific);
+  std::string text(buffer.data(), scientific.ptr);
+  const std::size_t plus = text.find('+');
+  if (plus != std::string::npos) text.erase(plus, 1);
+  return text;
 }
 
 std::string FormatValue(const Control& control, const Value& value) {

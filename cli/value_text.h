@@ -25,7 +25,8 @@ std::string FormatValue(const Control& control, const Value& value);
 // What the control takes, in a few words: "0 to 400 %", "None | Circle".
 std::string DescribeRange(const Control& control);
 
-// The shortest text that reads back as the same double, never in scientific notation.
+// The shortest text that reads back as the same double, with an exponent only where it would be
+// longer than 20 characters: "100000", "1e308".
 std::string FormatNumber(double number);
 
 // The unit behind a number: " %", " degrees" or nothing.

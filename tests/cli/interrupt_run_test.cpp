@@ -75,6 +75,7 @@ TEST_F(InterruptRunTest, AStubbornEffectIsEndedAfterAGrace) {
 }
 
 TEST_F(InterruptRunTest, TheRealEffectStopsWithinAPass) {
+  if (const std::string why = WhyNoTerminal(); !why.empty()) GTEST_SKIP() << why;
   WritePictureFile(InFolder("in.png"), NoisePicture(1920, 1080, 3, OIIO::TypeDesc::UINT8, 1));
   WriteFile("out.png", "precious");
   ToolOptions options;

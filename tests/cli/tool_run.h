@@ -19,9 +19,12 @@ struct ToolResult {
 };
 
 struct ToolOptions {
-  bool terminal = false;             // standard error is a terminal
+  bool terminal = false;             // standard error is a terminal; see WhyNoTerminal
   std::optional<long> maxFileBytes;  // writing more fails
 };
+
+// Empty where terminals can be had; otherwise the reason to skip a test that needs one.
+std::string WhyNoTerminal();
 
 // A started program. Waits for it at the latest in the destructor.
 class RunningTool {

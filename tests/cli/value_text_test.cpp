@@ -136,7 +136,8 @@ TEST(ValueTextTest, FormattedValuesReadBackTheSame) {
   const auto survives = [](const Control& control, const Value& value) {
     return ParseValue(control, FormatValue(control, value)) == value;
   };
-  for (const double number : {0.0, 0.1, 1.0 / 3, 20.0, 999.999, 1000.0, 5e-324, 1e-7}) {
+  for (const double number :
+       {0.0, 0.1, 1.0 / 3, 20.0, 999.999, 1000.0, 5e-324, 1e-7, 1.0 / 3e30}) {
     EXPECT_TRUE(survives(Slider(), number)) << number;
   }
   EXPECT_TRUE(survives(LensType(), ChoiceValue{3}));
@@ -152,6 +153,12 @@ TEST(ValueTextTest, FormattedValuesReadBackTheSame) {
 TEST(ValueTextTest, NumbersAreNeverScientific) {
   EXPECT_EQ(FormatNumber(65536), "65536");
   EXPECT_EQ(FormatNumber(100000), "100000");
+  EXPECT_EQ(FormatNumber(1e308), "1e308");
+  EXPECT_EQ(FormatNumber(1e23), "1e23");
+  EXPECT_EQ(FormatNumber(1.0 / 3), "0.3333333333333333");
+  EXPECT_EQ(FormatNumber(-1.7976931348623157e308), "-1.7976931348623157e308");
+  EXPECT_EQ(FormatNumber(5e-324), "5e-324");
+  EXPECT_EQ(FormatNumber(1e-7), "0.0000001");
   EXPECT_EQ(FormatNumber(-0.05), "-0.05");
   EXPECT_EQ(FormatNumber(-0.0), "0");
 }

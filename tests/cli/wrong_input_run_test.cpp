@@ -46,6 +46,17 @@ TEST_F(WrongInputRunTest, EmptyFile) {
   ExpectNoOutput();
 }
 
+// A terminal would obey them.
+TEST_F(WrongInputRunTest, ControlCharactersInNamesAndKeysAreWrittenOut) {
+  WriteFile("a\x1b]0;t\a.png", "text");
+  const ToolResult picture = Run({"render", "a\x1b]0;t\a.png", "out.png"});
+  ExpectMessage(picture, 1, {"a\\x1b]0;t\\x07.png"});
+  WriteFile("look.json", "{\"\\u001b[2J\": 1}");
+  ExpectMessage(Run({"params", "--preset", "look.json"}), 1, {"\\x1b[2J"});
+  ExpectMessage(Run({"ren\x1b[1mder"}), 2, {"ren\\x1b[1mder"});
+  ExpectMessage(Run({"params", "--set", "fast-blur.amount=1e308"}), 2, {"1e308 is out of range"});
+}
+
 TEST_F(WrongInputRunTest, NotAPicture) {
   WriteFile("in.png", "This is text, not a picture.\n");
   ExpectMessage(Run({"render", "in.png", "out.png"}), 1,
