@@ -74,8 +74,8 @@ TYPED_TEST(ColorPlanesTest, TransparentPixelsAreBlackAndMarked) {
 // period. What a lane reads beyond the picture's last column has only to be there.
 TYPED_TEST(ColorPlanesTest, EveryPlaceIsTheFoldedPixel) {
   constexpr std::int64_t kLanes = 16;
-  for (const A_long width : {1, 2, 3, 7, 20}) {
-    for (const std::int64_t reach : {0, 1, 5, 13, 60}) {
+  for (const A_long width : {1, 2, 3, 7, 16, 17, 33}) {
+    for (const std::int64_t reach : {0, 1, 5, 13, 60, 123}) {
       Picture<TypeParam> picture(width, 3);
       picture.FillNoise(static_cast<std::uint64_t>(width), Picture<TypeParam>::kWhite);
       for (A_long x = 0; x < width; x += 3) {
@@ -83,6 +83,7 @@ TYPED_TEST(ColorPlanesTest, EveryPlaceIsTheFoldedPixel) {
       }
       ColorPlanes planes;
       ASSERT_TRUE(planes.Build(*picture.get(), -reach, reach / 2, kLanes));
+      EXPECT_LE(planes.count(), 2 * std::int64_t{width} - 1);
       SCOPED_TRACE("width " + std::to_string(width) + " reach " + std::to_string(reach));
       for (std::int64_t tap = -reach; tap <= reach / 2; ++tap) {
         for (std::int64_t x = 0; x < width; ++x) {

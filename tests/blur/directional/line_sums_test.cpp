@@ -1,5 +1,5 @@
-// Every vector width of the directional blur's sums against plain sums, bit by bit, and what feeds
-// them: split weights, mirrored planes and strips.
+// Every vector width of the directional blur's sums against plain sums, bit by bit, and the split
+// weights that feed them.
 #include "blur/directional/line_sums.h"
 
 #include <gtest/gtest.h>
@@ -8,12 +8,8 @@
 #include <cstdint>
 #include <random>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include "base/pixel_access.h"
-#include "blur/directional/color_planes.h"
-#include "pass/lazy_strips.h"
 #include "simd/lane_targets.h"
 
 namespace vitrell {
@@ -25,30 +21,6 @@ std::string Seeded(const std::string& what) { return what + ", seed " + std::to_
 
 std::uint32_t Bits(float value) { return std::bit_cast<std::uint32_t>(value); }
 std::uint64_t Bits(double value) { return std::bit_cast<std::uint64_t>(value); }
-
-// A picture of either depth with transparent pixels that still hold colours.
-template <typename Pixel>
-struct Picture {
-  Picture(std::int32_t width, std::int32_t height, std::mt19937* random)
-      : pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)) {
-    for (Pixel& pixel : pixels) {
-      const auto any = [&] { return static_cast<ChannelOf<Pixel>>((*random)()); };
-      pixel = {any(), any(), any(), any()};
-      if ((*random)() % 4 == 0) {
-        pixel.alpha = 0;
-      }
-    }
-    world.data = pixels.data();
-    world.width = width;
-    world.height = height;
-    world.rowbytes = width * static_cast<std::int32_t>(sizeof(Pixel));
-    world.world_flags = sizeof(Pixel) == sizeof(PF_Pixel16) ? PF_WorldFlag_DEEP : 0;
-    world.extent_hint = {0, 0, width, height};
-  }
-
-  std::vector<Pixel> pixels;
-  PF_LayerDef world = {};
-};
 
 class LineEnginesTest : public LaneTargetTest {
  protected:
@@ -183,149 +155,6 @@ TEST(SplitWeightTest, EveryShallowProductHasTheSameBits) {
     }
   }
   EXPECT_GT(found, kWeights - kWeights / 100);
-}
-
-template <typename Pixel>
-void ExpectMirroredPlanes(std::int32_t width, std::int32_t reach) {
-  constexpr std::int64_t kLanes = 16;
-  std::mt19937 random(kSeed);
-  const Picture<Pixel> picture(width, 3, &random);
-  ColorPlanes planes;
-  ASSERT_TRUE(planes.Build(picture.world, -reach, reach, kLanes));
-  EXPECT_LE(planes.count(), 2 * std::int64_t{width} - 1);
-  for (std::int32_t row = 0; row < 3; ++row) {
-    for (std::int32_t tap = -reach; tap <= reach; ++tap) {
-      for (std::int32_t column = 0; column < width; ++column) {
-        const std::int64_t first = column / kLanes * kLanes + planes.IndexOf(tap);
-        const std::int64_t index =
-            (first < planes.count() ? first : first - planes.count()) + column % kLanes;
-        const Pixel& pixel = *GetPointerFromDataP<Pixel>(&picture.world, row, column + tap, 1);
-        const bool isOpaque = pixel.alpha != 0;
-        const std::ptrdiff_t at = row * planes.rowStride() + index;
-        EXPECT_EQ(planes.Color(0)[at], static_cast<float>(isOpaque ? pixel.red : 0));
-        EXPECT_EQ(planes.Color(1)[at], static_cast<float>(isOpaque ? pixel.green : 0));
-        EXPECT_EQ(planes.Color(2)[at], static_cast<float>(isOpaque ? pixel.blue : 0));
-        if (planes.HasHoles()) {
-          EXPECT_EQ(planes.Opacity()[at], isOpaque ? 1.0f : 0.0f);
-        } else {
-          EXPECT_TRUE(isOpaque);
-        }
-      }
-    }
-  }
-}
-
-TEST(ColorPlanesTest, EveryReachedColumnIsMirrored) {
-  for (const std::int32_t width : {1, 2, 3, 15, 16, 17, 33, 50}) {
-    for (const std::int32_t reach : {0, 1, 2, 7, 16, 40, 123}) {
-      ExpectMirroredPlanes<PF_Pixel>(width, reach);
-      ExpectMirroredPlanes<PF_Pixel16>(width, reach);
-    }
-  }
-}
-
-TEST(LazyStripsTest, EveryStripIsFilledOnceOnAnyNumberOfThreads) {
-  constexpr std::int32_t kWidth = 9;
-  constexpr std::int32_t kHeight = 45;
-  constexpr int kThreads = 4;
-  LazyStrips<PF_Pixel16, 4> strips;
-  ASSERT_TRUE(strips.Reset(kWidth, kHeight));
-  int filled[kHeight] = {};
-  const auto fill = [&](std::int32_t firstRow, std::int32_t endRow, PF_Pixel16* out) {
-    for (std::int32_t row = firstRow; row < endRow; ++row) {
-      ++filled[row];
-      for (std::int32_t x = 0; x < kWidth; ++x) {
-        *out++ = {1, static_cast<std::uint16_t>(x), static_cast<std::uint16_t>(row), 0};
-      }
-    }
-    return true;
-  };
-  // Rows dealt out in turn: every strip is wanted by all threads at once.
-  const auto work = [&](int thread) {
-    for (std::int32_t row = thread; row < kHeight; row += kThreads) {
-      for (std::int32_t x = 0; x < kWidth; ++x) {
-        if (const PF_Pixel16* const pixel = strips.PixelOrFill(x, row, fill)) {
-          EXPECT_EQ(pixel->red, x);
-          EXPECT_EQ(pixel->green, row);
-        }
-      }
-    }
-  };
-  std::vector<std::thread> threads;
-  for (int thread = 0; thread < kThreads; ++thread) {
-    threads.emplace_back(work, thread);
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
-  for (std::int32_t row = 0; row < kHeight; ++row) {
-    EXPECT_EQ(filled[row], 1) << row;
-    EXPECT_NE(strips.ReadyPixel(0, row), nullptr) << row;
-  }
-  EXPECT_EQ(strips.ReadyPixel(-1, 0), nullptr);
-  EXPECT_EQ(strips.ReadyPixel(kWidth, 0), nullptr);
-  EXPECT_EQ(strips.ReadyPixel(0, kHeight), nullptr);
-  EXPECT_EQ(strips.PixelOrFill(0, -1, fill), nullptr);
-}
-
-// The thread that has to wait works out another strip.
-TEST(LazyStripsTest, AStripInOtherHandsLeavesTheNextOne) {
-  LazyStrips<PF_Pixel, 2> strips;
-  ASSERT_TRUE(strips.Reset(3, 6));
-  std::vector<std::int32_t> order;
-  strips.PixelOrFill(0, 0, [&](std::int32_t firstRow, std::int32_t, PF_Pixel*) {
-    order.push_back(firstRow);
-    EXPECT_EQ(strips.PixelOrFill(1, 1,
-                                 [&](std::int32_t nextRow, std::int32_t, PF_Pixel*) {
-                                   order.push_back(nextRow);
-                                   return true;
-                                 }),
-              nullptr);
-    return true;
-  });
-  EXPECT_EQ(order, (std::vector<std::int32_t>{0, 2}));
-  EXPECT_NE(strips.ReadyPixel(1, 1), nullptr);
-  EXPECT_NE(strips.ReadyPixel(2, 3), nullptr);
-  EXPECT_EQ(strips.ReadyPixel(2, 4), nullptr);
-}
-
-// Nothing is lost by a fill that could not do its work.
-TEST(LazyStripsTest, AStripThatWasNotFilledIsAskedForAgain) {
-  LazyStrips<PF_Pixel, 2> strips;
-  ASSERT_TRUE(strips.Reset(3, 3));
-  int calls = 0;
-  const auto decline = [&](std::int32_t, std::int32_t, PF_Pixel*) {
-    ++calls;
-    return false;
-  };
-  EXPECT_EQ(strips.PixelOrFill(1, 2, decline), nullptr);
-  EXPECT_EQ(strips.PixelOrFill(1, 2, decline), nullptr);
-  EXPECT_EQ(calls, 2);
-  const auto fill = [](std::int32_t, std::int32_t, PF_Pixel* out) {
-    out[1] = {1, 2, 3, 4};
-    return true;
-  };
-  const PF_Pixel* const pixel = strips.PixelOrFill(1, 2, fill);
-  ASSERT_NE(pixel, nullptr);
-  EXPECT_EQ(pixel->red, 2);
-  EXPECT_EQ(strips.ReadyPixel(1, 2), pixel);
-}
-
-// Memory of a larger pass serves a smaller one, which starts without strips.
-TEST(LazyStripsTest, MemoryIsHandedOnWithoutItsStrips) {
-  StripMemory<PF_Pixel> memory;
-  const auto fill = [](std::int32_t, std::int32_t, PF_Pixel* out) {
-    out[0] = {1, 2, 3, 4};
-    return true;
-  };
-  LazyStrips<PF_Pixel, 1> rows;
-  ASSERT_TRUE(rows.Reset(4, 4, &memory));
-  const PF_Pixel* const first = rows.PixelOrFill(0, 0, fill);
-  ASSERT_NE(first, nullptr);
-  LazyStrips<PF_Pixel, 2, StripLines::kColumns> columns;
-  ASSERT_TRUE(columns.Reset(3, 3, &memory));
-  EXPECT_EQ(columns.ReadyPixel(0, 0), nullptr);
-  EXPECT_EQ(columns.PixelOrFill(0, 0, fill), first);
 }
 
 }  // namespace
