@@ -2,6 +2,7 @@
 #include "shell/parameters.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 #include "host/result.h"
@@ -225,7 +226,9 @@ void FillValues(const ParameterRow& row, PF_ParamDefUnion* values) {
 }
 
 PF_Err AddParameter(PF_InData* inData, const ParameterRow& row) {
-  PF_ParamDef def = {};
+  // Every byte, padding and the union's unused members included: an initialiser promises neither.
+  PF_ParamDef def;
+  std::memset(&def, 0, sizeof(def));
   def.param_type = row.type;
   if (row.type != PF_Param_GROUP_END) {
     inData->utils->ansi.strcpy(def.name, GetStringPtr(row.name));

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -236,6 +237,53 @@ TEST_F(ParametersTest, NamesAreCopiedByTheHost) {
   const auto ends = Where([](const PF_ParamDef& p) { return p.param_type == kEnd; });
   EXPECT_EQ(ends.size(), 11U);
   EXPECT_EQ(registration_.namesCopied, 64 - 11);
+}
+
+using RecordBytes = std::array<unsigned char, sizeof(PF_ParamDef)>;
+std::vector<RecordBytes>* g_bytes = nullptr;
+
+PF_Err AddBytes(PF_ProgPtr /*effectRef*/, PF_ParamIndex /*index*/, PF_ParamDef* def) {
+  std::memcpy(g_bytes->emplace_back().data(), def, sizeof(*def));
+  return PF_Err_NONE;
+}
+
+// Leaves this byte where the next call's variables will lie.
+[[gnu::noinline]] void PoisonStack(unsigned char byte) {
+  volatile unsigned char stack[16384];
+  for (volatile unsigned char& place : stack) place = byte;
+}
+
+std::vector<RecordBytes> RegisterOnStackOf(unsigned char byte) {
+  std::vector<RecordBytes> bytes;
+  bytes.reserve(64);
+  g_bytes = &bytes;
+  PF_UtilCallbacks utils = {};
+  utils.ansi.strcpy = std::strcpy;
+  PF_InData inData = {};
+  inData.inter.add_param = AddBytes;
+  inData.utils = &utils;
+  PoisonStack(byte);
+  EXPECT_EQ(AddAllParameters(&inData), PF_Err_NONE);
+  return bytes;
+}
+
+// All bytes of all records, padding included, whatever lay on the stack before; in the group ends,
+// which have neither name nor values, nothing but type and id.
+TEST_F(ParametersTest, EveryByteThatIsNotFilledIsZero) {
+  const std::vector<RecordBytes> bytes = RegisterOnStackOf(0xA5);
+  ASSERT_EQ(bytes.size(), 64U);
+  EXPECT_EQ(bytes, RegisterOnStackOf(0x5A));
+  for (const std::size_t index : Where([](const PF_ParamDef& p) { return p.param_type == kEnd; })) {
+    RecordBytes expected = {};
+    const PF_ParamDef& record = At(index);
+    const auto put = [&](const void* member, std::size_t size) {
+      const auto offset = static_cast<const char*>(member) - reinterpret_cast<const char*>(&record);
+      std::memcpy(expected.data() + offset, member, size);
+    };
+    put(&record.param_type, sizeof(record.param_type));
+    put(&record.uu.id, sizeof(record.uu.id));
+    EXPECT_EQ(bytes[index - 1], expected) << index;
+  }
 }
 
 TEST_F(ParametersTest, IndicesNameThePositions) {
