@@ -116,7 +116,7 @@ std::string BenchFrame::CheckSmall() {
 
 std::string BenchFrame::CheckFull() {
   headless::RenderOptions other = Options();
-  if (!case_.oneThreadOnly) other.threads = case_.threads == 1 ? 3 : 1;
+  other.threads = case_.threads == 1 ? 3 : 1;
   other.newWorldLayout.rowPadding = 24;
   headless::WorldBuffer again(case_.width, case_.height, case_.deep);
   headless::RenderResult result =

@@ -26,8 +26,6 @@ struct FrameCase {
   std::int32_t height = 1080;
   bool deep = false;
   int threads = 1;
-  // Whether only renders on one thread agree; the check of the full size then keeps to one.
-  bool oneThreadOnly = false;
   // Whether a custom layer is attached as the lens.
   bool customLayer = false;
 };

@@ -13,8 +13,6 @@ struct BenchCase {
   std::string name;
   std::string detail;  // Follows the size, such as "r20"; may be empty.
   Settings settings;
-  // With a trail the picture depends on the threads' timing: it can only be checked on one.
-  bool oneThreadOnly = false;
   bool customLayer = false;
   // Rendered alternately with the case; x_other is the ratio of the two times. These settings
   // always are those of another case as well, where their result is checked.

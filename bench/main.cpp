@@ -54,8 +54,7 @@ struct Bench {
 };
 
 FrameCase MakeFrameCase(const BenchCase& benchCase, const Size& size, bool deep, int threads) {
-  return {benchCase.settings,      size.width,           size.height, deep, threads,
-          benchCase.oneThreadOnly, benchCase.customLayer};
+  return {benchCase.settings, size.width, size.height, deep, threads, benchCase.customLayer};
 }
 
 Patience PatienceFor(const Bench& bench, int threads) {
@@ -177,14 +176,13 @@ void RegisterAll(Bench& bench) {
   };
   BenchCase everything;
   everything.name = "Everything";
-  everything.oneThreadOnly = true;
   for (const Size& size : {k1080p, k2160p, k4320p}) {
     const bool huge = size.width == k4320p.width;
     for (const bool deep : {false, true}) {
       for (const BenchCase& benchCase : AllCases()) {
         if (huge && !benchCase.huge) continue;
         Register(benchCase, size, deep, 1, run);
-        if (!huge && !benchCase.oneThreadOnly) Register(benchCase, size, deep, 2, run);
+        if (!huge) Register(benchCase, size, deep, 2, run);
       }
       if (!huge) Register(everything, size, deep, 1, runEverything);
     }

@@ -20,7 +20,7 @@ mkdir -p "$images"
 street="$work/street.png"
 "$build/tools/sample_picture/sample_picture" --opaque --width 960 --height 540 "$street"
 
-# A name, then the settings as NAME=VALUE; or --preset FILE. One thread, for the trail.
+# A name, then the settings as NAME=VALUE; or --preset FILE.
 render() {
   local name="$1" arguments=()
   shift
@@ -29,7 +29,7 @@ render() {
   else
     for setting in "$@"; do arguments+=(--set "$setting"); done
   fi
-  "$build/cli/vitrell" render "$street" "$work/$name.png" --quiet --threads 1 "${arguments[@]}"
+  "$build/cli/vitrell" render "$street" "$work/$name.png" --quiet "${arguments[@]}"
 }
 
 # Without metadata, so that the same pixels are always the same file.

@@ -53,8 +53,6 @@ bool CanFollow(RawHost& host) {
   if (!IsSound(setup.input) || !IsSound(setup.output) || !IsPlain(setup.newWorlds)) return false;
   if (!IsSound(setup.custom) && setup.custom != WorldKind::kNoData) return false;
   if (setup.format != FormatAnswer::kByFlags) return false;
-  // Where rays of the trail cross, the last one wins.
-  if (setup.iteratesBackwards && host.Param(PARAM_TRAIL_VISIBLE).u.bd.value != 0) return false;
   for (int index = 1; index < PARAM_COUNT; ++index) {
     const double most = index == PARAM_REALISTIC_AMOUNT ? kLongestRadius : kLargestAmount;
     if (!IsShort(host.Param(index), most)) return false;

@@ -31,9 +31,7 @@ std::shared_ptr<const headless::EffectModule> Module() {
 class Job {
  public:
   explicit Job(std::uint64_t seed)
-      : host_(Module()),
-        case_(whole::MakeRandomCase(seed, host_, whole::TrailUse::kNever)),
-        untouched_(case_.output) {
+      : host_(Module()), case_(whole::MakeRandomCase(seed, host_)), untouched_(case_.output) {
     const headless::RenderResult result = Render(1);
     expectedError_ = result.error;
     expected_.emplace(case_.output);
@@ -126,14 +124,14 @@ TEST(ConcurrencyTest, RendersPanelsAndSetupsAtOnce) {
             << " set-ups with panel commands" << std::endl;
 }
 
-// The trail's rays may win in any order where they cross; a picture of one colour shows no winner.
+// Rays that cross write the same pixels.
 TEST(ConcurrencyTest, TrailOnManyThreadsHasNoRaces) {
   for (const bool deep : {false, true}) {
     headless::EffectHost host(Module());
     host.SetCheckbox(host.IndexOf("fast-blur.visible"), false);
     host.SetFloat(host.IndexOf("trail.amount"), 90);
     headless::WorldBuffer input(61, 47, deep, {.rowPadding = 4});
-    input.FillBytes(0x55);
+    input.FillNoise(kSeed);
     headless::WorldBuffer alone(61, 47, deep);
     ASSERT_EQ(host.Render(input, alone).error, PF_Err_NONE);
     for (int i = 0; i < 10; ++i) {

@@ -43,7 +43,7 @@ std::string TestName(const testing::TestParamInfo<std::string>& param) {
   return name;
 }
 
-// Renders the sample picture on one thread, as the trail's result is defined.
+// Renders the sample picture.
 class GoldenTest : public cli::ToolTest {
  protected:
   const FilePicture& Input() const { return input_; }

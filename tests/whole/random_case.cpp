@@ -56,7 +56,7 @@ std::string ValueText(const headless::Parameter& parameter, const PF_ParamDef& r
 
 }  // namespace
 
-RandomCase MakeRandomCase(std::uint64_t seed, EffectHost& host, TrailUse trail) {
+RandomCase MakeRandomCase(std::uint64_t seed, EffectHost& host) {
   Dice dice(seed);
   const PictureSize size = RandomSize(dice);
   const bool deep = dice.Chance(50);
@@ -72,7 +72,7 @@ RandomCase MakeRandomCase(std::uint64_t seed, EffectHost& host, TrailUse trail) 
   if (dice.Chance(30)) {
     result.custom.emplace(RandomCustomLayer(dice, size, deep));
   }
-  SetRandomParameters(dice, size, result.custom.has_value(), trail, host);
+  SetRandomParameters(dice, size, result.custom.has_value(), host);
   result.options.newWorldDepth =
       dice.Chance(70) ? headless::NewWorldDepth::kRenderDepth : headless::NewWorldDepth::kEightBit;
   result.options.newWorldLayout = RandomLayout(dice);

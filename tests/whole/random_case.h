@@ -18,13 +18,9 @@ struct RandomCase {
   headless::RenderOptions options;
 };
 
-// Which lines of the chain a case may use.
-enum class TrailUse { kAllowed, kNever };
-
 // Builds the case and sets all of the host's parameters for it. The cost of a case is bounded:
 // large amounts meet small pictures.
-RandomCase MakeRandomCase(std::uint64_t seed, headless::EffectHost& host,
-                          TrailUse trail = TrailUse::kAllowed);
+RandomCase MakeRandomCase(std::uint64_t seed, headless::EffectHost& host);
 
 // The seed, the pictures' shapes and every parameter that differs from its default.
 std::string Describe(const RandomCase& randomCase, const headless::EffectHost& host);

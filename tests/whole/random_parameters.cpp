@@ -65,7 +65,7 @@ class Setter {
   Setter(Dice& dice, PictureSize size, EffectHost& host) : dice_(dice), size_(size), host_(host) {}
 
   void Lens(bool hasCustomLayer);
-  void Stages(TrailUse trail);
+  void Stages();
   void Blurs();
   void Tones();
   void Blend();
@@ -149,7 +149,7 @@ void Setter::Lens(bool hasCustomLayer) {
   }
 }
 
-void Setter::Stages(TrailUse trail) {
+void Setter::Stages() {
   bool on[kStageCount] = {};
   const int kind = dice_.Below(100);
   if (kind < 40) {
@@ -165,9 +165,6 @@ void Setter::Stages(TrailUse trail) {
   }
   for (int i = 0; i < kStageCount; ++i) {
     Box(kVisibleBoxes[i], on[i]);
-  }
-  if (trail == TrailUse::kNever) {
-    host_.SetCheckbox(kTrailVisible, false);
   }
 }
 
@@ -231,15 +228,14 @@ void Setter::Blend() {
 
 }  // namespace
 
-void SetRandomParameters(Dice& dice, PictureSize size, bool hasCustomLayer, TrailUse trail,
-                         EffectHost& host) {
+void SetRandomParameters(Dice& dice, PictureSize size, bool hasCustomLayer, EffectHost& host) {
   host.ResetParameters();
   Setter setter(dice, size, host);
   setter.Lens(hasCustomLayer);
   setter.Blurs();
   setter.Tones();
   setter.Blend();
-  setter.Stages(trail);
+  setter.Stages();
 }
 
 }  // namespace vitrell::whole

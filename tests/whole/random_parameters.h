@@ -11,7 +11,7 @@ namespace vitrell::whole {
 
 // Sets every parameter. Stages are often on alone and often together; amounts are none, small or as
 // large as the picture's size affords.
-void SetRandomParameters(Dice& dice, PictureSize size, bool hasCustomLayer, TrailUse trail,
+void SetRandomParameters(Dice& dice, PictureSize size, bool hasCustomLayer,
                          headless::EffectHost& host);
 
 }  // namespace vitrell::whole

@@ -36,8 +36,7 @@ std::string FirstDifference(const std::vector<std::string>& expected,
   return "";
 }
 
-// Renders one case and compares all that can be seen of it. The trail is the only stage whose
-// result depends on the order of pixels; the host's plain order is the defining one.
+// Renders one case and compares all that can be seen of it.
 void CheckCase(std::uint64_t seed, headless::EffectHost& host) {
   RandomCase testCase = MakeRandomCase(seed, host);
   std::optional<literal::World> custom;

@@ -24,7 +24,6 @@ constexpr Way kWays[] = {
     {7, headless::IterateOrder::kShuffledPixels}, {7, headless::IterateOrder::kSinglePixels},
 };
 
-// The trail is left out: where its rays cross, the first one wins, whichever that is.
 TEST(ThreadOrderTest, SameBytesOnAnyThreadsInAnyOrder) {
   const std::uint64_t baseSeed = BaseSeed(kDefaultSeed);
   const int count = CaseCount(kDefaultCases);
@@ -33,7 +32,7 @@ TEST(ThreadOrderTest, SameBytesOnAnyThreadsInAnyOrder) {
   headless::EffectHost host{std::filesystem::path(VITRELL_MODULE_PATH)};
   for (int i = 0; i < count; ++i) {
     const std::uint64_t seed = baseSeed + static_cast<std::uint64_t>(i);
-    RandomCase testCase = MakeRandomCase(seed, host, TrailUse::kNever);
+    RandomCase testCase = MakeRandomCase(seed, host);
     SCOPED_TRACE(Describe(testCase, host));
     const headless::WorldBuffer untouched = testCase.output;
     const headless::WorldBuffer* custom = testCase.custom.has_value() ? &*testCase.custom : nullptr;

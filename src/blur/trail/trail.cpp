@@ -9,7 +9,7 @@
 #include "base/depth_traits.h"
 #include "base/numeric.h"
 #include "base/pixel_access.h"
-#include "blur/trail/shared_pixel.h"
+#include "blur/trail/trail_canvas.h"
 #include "blur/trail/trail_ray.h"
 #include "host/result.h"
 #include "host/world.h"
@@ -20,58 +20,54 @@ namespace {
 // Longest ray that is cast; far beyond any picture's side.
 constexpr std::int64_t kMaxRayPoints = std::int64_t{1} << 24;
 
-struct TrailRefcon {
-  TrailCenter center;
-  const IO_Params* io;
+// One trail: the record told, and what makes it quick. The callback's refcon is a TrailPass.
+struct TrailPass {
+  TrailRefcon record;
   std::int32_t tapCount;  // Negative: no taps at all; 0: the rays copy the source.
-  const TrailWeights* weights;
   std::int64_t maxRayPoints;
+  TrailWeights weights;
+  TrailCanvas canvas;
   std::atomic<bool> isOutOfMemory;
 };
 
 template <typename Pixel>
-bool IsAllZero(const Pixel& pixel) {
-  return (pixel.alpha | pixel.red | pixel.green | pixel.blue) == 0;
-}
-
-// Gives every pixel under the ray that is still all zero its colour: the first ray to reach a pixel
-// sets it.
-template <typename Pixel>
-void PaintRay(const TrailRefcon& refcon, Ray<Pixel>* ray) {
+void PaintRay(TrailPass* pass, A_long x, A_long y, Ray<Pixel>* ray) {
+  TrailCanvas::Brush brush(&pass->canvas, x, y);
   for (std::size_t k = 0; k < ray->Count(); ++k) {
     const PF_FixedPoint& point = ray->Point(k);
-    auto* const painted = GetPointerFromDataP<Pixel>(refcon.io->dst, point.y, point.x, 1);
-    if (painted == nullptr || !IsAllZero(LoadShared(painted))) {
-      continue;
-    }
-    if (refcon.tapCount == 0) {
-      const Pixel* const source = GetPointerFromDataP<Pixel>(refcon.io->src, point.y, point.x, 1);
-      StoreShared(painted, source != nullptr ? *source : Pixel{});
-    } else {
-      StoreShared(painted, ray->Average(k, *refcon.weights));
-    }
+    brush.Paint<Pixel>(point, [&] {
+      if (pass->tapCount != 0) {
+        return ray->Average(k, pass->weights);
+      }
+      const auto* const source =
+          GetPointerFromDataP<Pixel>(pass->record.io->src, point.y, point.x, 1);
+      return source != nullptr ? *source : Pixel{};
+    });
   }
 }
 
 // Works on the destination's border pixels only, and writes along the ray from there to the centre,
 // never its own output pixel as such.
 template <typename Pixel>
-PF_Err Trail(void* refconPtr, A_long x, A_long y, Pixel* /*in*/, Pixel* /*out*/) {
-  auto& refcon = *static_cast<TrailRefcon*>(refconPtr);
-  const PF_LRect& rect = refcon.io->dst->extent_hint;
+PF_Err Trail(void* refcon, A_long x, A_long y, Pixel* /*in*/, Pixel* /*out*/) {
+  auto& pass = *static_cast<TrailPass*>(refcon);
+  const PF_LRect& rect = pass.record.io->dst->extent_hint;
   if (x != rect.left && x != WrappingSubtract(rect.right, 1) && y != rect.top &&
       y != WrappingSubtract(rect.bottom, 1)) {
     return PF_Err_NONE;
   }
-  const std::int64_t pointCount = CountRayPoints(x, y, refcon.center);
+  const TrailCenter center = {pass.record.centerX, pass.record.centerY};
+  const std::int64_t pointCount = CountRayPoints(x, y, center);
   Ray<Pixel> ray;
-  if (pointCount > refcon.maxRayPoints || !ray.Allocate(static_cast<std::size_t>(pointCount))) {
-    refcon.isOutOfMemory.store(true, std::memory_order_relaxed);
+  if (pointCount > pass.maxRayPoints || !ray.Allocate(static_cast<std::size_t>(pointCount))) {
+    pass.isOutOfMemory.store(true, std::memory_order_relaxed);
     return PF_Err_OUT_OF_MEMORY;
   }
-  ray.Cast(*refcon.io->src, x, y, refcon.center);
-  ray.SumWindows(*refcon.weights);
-  PaintRay(refcon, &ray);
+  if (pass.canvas.HasPixels()) {
+    ray.Cast(*pass.record.io->src, x, y, center);
+    ray.SumWindows(pass.weights);
+    PaintRay(&pass, x, y, &ray);
+  }
   return PF_Err_NONE;
 }
 
@@ -125,15 +121,19 @@ PF_Err RunTrail(const StageCall& call) {
   if (maxRayPoints > kMaxRayPoints) {
     return PF_Err_OUT_OF_MEMORY;
   }
-  TrailWeights weights;
-  if (!weights.Fill(tapCount, maxRayPoints)) {
+  TrailPass pass = {.record = {center.x, center.y, &io, amount, farthestPx},
+                    .tapCount = tapCount,
+                    .maxRayPoints = maxRayPoints,
+                    .weights = {},
+                    .canvas = {},
+                    .isOutOfMemory = false};
+  if (!pass.weights.Fill(tapCount, maxRayPoints) || !pass.canvas.Prepare(dst)) {
     return PF_Err_OUT_OF_MEMORY;
   }
   RETURN_IF_ERROR(FillTransparent(io.in_data, dst));
-  TrailRefcon refcon = {center, &io, tapCount, &weights, maxRayPoints, false};
   // Kept: the result of the pass is ignored, so that a cancelled one leaves the rays cast so far.
-  static_cast<void>(call.Iterate({Trail<PF_Pixel>, Trail<PF_Pixel16>}, &refcon));
-  return refcon.isOutOfMemory ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
+  static_cast<void>(call.Iterate({Trail<PF_Pixel>, Trail<PF_Pixel16>}, &pass));
+  return pass.isOutOfMemory ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
 }
 
 }  // namespace vitrell

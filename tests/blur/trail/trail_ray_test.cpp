@@ -8,7 +8,10 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "literal/engines.h"
 
 namespace vitrell {
 namespace {
@@ -128,6 +131,45 @@ TEST(TrailRayTest, RandomRaysEqualThePlainOnes) {
     const auto tapCount = static_cast<std::int32_t>(1 + random() % 250);
     ExpectAverages<PF_Pixel>(fill, count, tapCount, &random);
     ExpectAverages<PF_Pixel16>(fill, count, tapCount, &random);
+  }
+}
+
+std::vector<std::pair<int, int>> Line(int x0, int y0, int x1, int y1) {
+  std::vector<PF_FixedPoint> points(200);
+  const int count = ComputeLinePTs(x0, y0, x1, y1, points.data());
+  std::vector<std::pair<int, int>> line;
+  for (int i = 0; i < count; ++i) {
+    line.emplace_back(points[static_cast<std::size_t>(i)].x, points[static_cast<std::size_t>(i)].y);
+  }
+  return line;
+}
+
+TEST(ComputeLinePTsTest, FromAPointToItselfIsOnePoint) {
+  using Points = std::vector<std::pair<int, int>>;
+  EXPECT_EQ(Line(-3, 7, -3, 7), (Points{{-3, 7}}));
+}
+
+// dx = 5, dy = 2: err begins at 2 and falls by 2 with each column; below 2 a row is taken and 5
+// added. dx = 2, dy = 3, downwards: err begins at -3 / 2 = -1, and so on.
+TEST(ComputeLinePTsTest, LinesByHand) {
+  using Points = std::vector<std::pair<int, int>>;
+  EXPECT_EQ(Line(0, 0, 5, 2), (Points{{0, 0}, {1, 0}, {2, 1}, {3, 1}, {4, 2}, {5, 2}}));
+  EXPECT_EQ(Line(0, 0, 2, 3), (Points{{0, 0}, {1, 1}, {1, 2}, {2, 3}}));
+  EXPECT_EQ(Line(2, 2, -1, 2), (Points{{2, 2}, {1, 2}, {0, 2}, {-1, 2}}));
+  EXPECT_EQ(Line(1, 1, 1, -2), (Points{{1, 1}, {1, 0}, {1, -1}, {1, -2}}));
+  EXPECT_EQ(Line(0, 0, -2, -2), (Points{{0, 0}, {-1, -1}, {-2, -2}}));
+}
+
+// The literal walk to every end within 40 pixels.
+TEST(ComputeLinePTsTest, MatchesTheLiteralWalk) {
+  for (int y = -40; y <= 40; ++y) {
+    for (int x = -40; x <= 40; ++x) {
+      std::vector<std::pair<int, int>> expected;
+      for (const literal::LinePoint& point : literal::ComputeLinePoints(3, -5, x, y)) {
+        expected.emplace_back(point.x, point.y);
+      }
+      ASSERT_EQ(Line(3, -5, x, y), expected) << x << "," << y;
+    }
   }
 }
 

@@ -77,12 +77,38 @@ TEST(TrailTest, TransparentTapsAreSkipped) {
   MakeCase(19, 60, 1).ExpectExact(input);
 }
 
-TEST(TrailTest, RayFromTheCentreItselfIsOnePoint) {
-  // In a 2 x 2 picture every centre is pulled to (0, 0), which is a border pixel; its ray is itself
-  // alone and keeps its colours at any amount short of smoothing.
-  const World input = MakePicture(Pattern::kNearWhite, 2, 2, false);
-  EXPECT_EQ(MakeCase(19, 1, 1).Actual(input).At(0, 0).channel[1], input.At(0, 0).channel[1]);
-  MakeCase(100, 1, 1).ExpectExact(input);
+// In a picture two pixels wide the centre is pulled onto the left border, so that one ray goes from
+// a point to itself.
+TEST(TrailTest, RayFromTheCentreToItself) {
+  for (const bool deep : {false, true}) {
+    for (const Pattern pattern : {Pattern::kNoise, Pattern::kHoles}) {
+      for (const double amount : {19.0, 50.0, 100.0}) {
+        MakeCase(amount, 1, 20).ExpectExactInEveryOrder(MakePicture(pattern, 2, 40, deep));
+      }
+    }
+  }
+  // 2 x 60: the farthest corner is 58 pixels from (0, 2), so that 19 % are two taps, weights 1 and
+  // 1/4. The pixel above the centre takes a fifth of the centre's 50: (200 + 50 / 4) / 1.25. The
+  // centre has no pixel beyond it.
+  World input = MakePicture(Pattern::kBlack, 2, 60, false);
+  input.At(1, 0) = MakePixel(255, 200, 0, 0);
+  input.At(2, 0) = MakePixel(255, 50, 0, 0);
+  const World result = MakeCase(19, 1, 2).Actual(input);
+  EXPECT_EQ(result.At(1, 0).channel[1], 170);
+  EXPECT_EQ(result.At(2, 0).channel[1], 50);
+}
+
+// Transparent places may take a later ray's colour, which only the order of the rays decides.
+TEST(TrailTest, SamePictureInAnyOrderOnAnyThreads) {
+  for (const Pattern pattern : {Pattern::kNoise, Pattern::kHoles, Pattern::kTransparent}) {
+    for (const bool deep : {false, true}) {
+      for (const double amount : {1.0, 19.0, 45.0, 100.0}) {
+        MakeCase(amount, 40, 25).ExpectExactInEveryOrder(MakePicture(pattern, 97, 61, deep));
+      }
+      // More than one tile each way.
+      MakeCase(60, 200, 40).ExpectExactInEveryOrder(MakePicture(pattern, 301, 260, deep));
+    }
+  }
 }
 
 TEST(TrailTest, EverySizeAndDepth) {
