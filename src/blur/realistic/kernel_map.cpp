@@ -41,14 +41,13 @@ class RadiusByMask {
 
 }  // namespace
 
-bool KernelMap::ChooseKernels(const PF_ANSICallbacks& maths, std::int32_t maxRadius,
-                              Buffer<std::uint8_t>* used) {
+bool KernelMap::ChooseKernels(Buffer<std::uint8_t>* used) {
   const auto pixels = static_cast<std::size_t>(width_ * height_);
   if (!kernelIndex_.Allocate(pixels) ||
-      !used->AllocateZeroed(static_cast<std::size_t>(maxRadius) + 1)) {
+      !used->AllocateZeroed(static_cast<std::size_t>(refcon_.maxRadius) + 1)) {
     return false;
   }
-  RadiusByMask radiusOf(maths, maxRadius);
+  RadiusByMask radiusOf(refcon_.io->in_data->utils->ansi, refcon_.maxRadius);
   const LensMaskValues mask;
   for (std::size_t i = 0; i < pixels; ++i) {
     const std::int32_t radius = radiusOf(mask.At(i));
@@ -58,13 +57,12 @@ bool KernelMap::ChooseKernels(const PF_ANSICallbacks& maths, std::int32_t maxRad
   return true;
 }
 
-bool KernelMap::BuildKernels(const IrisShape& shape, const KernelReach& reach,
-                             const Buffer<std::uint8_t>& used) {
+bool KernelMap::BuildKernels(const IrisShape& shape, const Buffer<std::uint8_t>& used) {
   kernels_.reset(new (std::nothrow) IrisKernel[used.size()]);
   if (kernels_ == nullptr) {
     return false;
   }
-  IrisKernelBuilder builder(shape, reach);
+  IrisKernelBuilder builder(shape, ReachBetween(*refcon_.io->src, *refcon_.io->dst));
   auto largest = static_cast<std::int32_t>(used.size()) - 1;
   while (used[static_cast<std::size_t>(largest)] == 0 && largest > 0) {
     --largest;
@@ -79,6 +77,7 @@ bool KernelMap::BuildKernels(const IrisShape& shape, const KernelReach& reach,
       return false;
     }
   }
+  refcon_.kernels = kernels_.get();
   return true;
 }
 
@@ -87,9 +86,13 @@ bool KernelMap::Build(const IO_Params& io, const IrisShape& shape, std::int32_t 
   height_ = std::max(io.dst->height, 0);
   left_ = io.src->extent_hint.left;
   top_ = io.src->extent_hint.top;
+  refcon_ = {.kernels = nullptr,
+             .realisticUseLensAsBlurMap = 1,
+             .io = &io,
+             .highlightMap = &map_,
+             .maxRadius = maxRadius};
   Buffer<std::uint8_t> used;
-  return ChooseKernels(io.in_data->utils->ansi, maxRadius, &used) &&
-         BuildKernels(shape, ReachBetween(*io.src, *io.dst), used) &&
+  return ChooseKernels(&used) && BuildKernels(shape, used) &&
          map_.Build(io.in_data, *io.src, PlaneOrder::kRowMajor, MapUse::kByMask);
 }
 
@@ -100,7 +103,7 @@ int KernelMap::GroupLanes(std::int64_t x, std::int64_t y, LaneGroup* groups) con
   int count = 0;
   for (int lane = 0; lane < lanes; ++lane) {
     if (lane == 0 || index[lane] != index[lane - 1]) {
-      groups[count++] = {&kernels_[index[lane]], lane, lane};
+      groups[count++] = {&refcon_.kernels[index[lane]], lane, lane};
     }
     groups[count - 1].endLane = lane + 1;
   }
@@ -108,12 +111,13 @@ int KernelMap::GroupLanes(std::int64_t x, std::int64_t y, LaneGroup* groups) con
 }
 
 void KernelMap::SumRows(std::int64_t x, std::int64_t y, LaneSums* sums) const {
+  const HighlightMap& map = *refcon_.highlightMap;
   const std::int64_t row = y - top_;
   const std::int64_t column = x - left_;
-  const LaneView view = {map_.origin(), row * map_.rowStride() + column, map_.planeStride(), 1,
-                         map_.rowStride()};
-  const LaneWindow window = {1 - engine_.rowLanes - column, map_.width() - 1 - column, -row,
-                             map_.height() - 1 - row};
+  const LaneView view = {map.origin(), row * map.rowStride() + column, map.planeStride(), 1,
+                         map.rowStride()};
+  const LaneWindow window = {1 - engine_.rowLanes - column, map.width() - 1 - column, -row,
+                             map.height() - 1 - row};
   LaneGroup groups[kMaxLaneRows][kMaxLanes];
   LaneRow rows[kMaxLaneRows];
   for (int i = 0; i < engine_.rowCount; ++i) {

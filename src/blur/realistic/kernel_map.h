@@ -14,10 +14,21 @@
 
 namespace vitrell {
 
+// The settings and tables of one pass.
+struct IrisBlurRefcon {
+  const IrisKernel* kernels;  // By radius, from 0 to maxRadius; empty where no pixel has one.
+  std::uint8_t realisticUseLensAsBlurMap;  // Not 0, or the blur is not by map.
+  const IO_Params* io;
+  const HighlightMap* highlightMap;
+  std::int32_t maxRadius;
+};
+
 // Read-only once built; safe on any number of threads. Positions are the output's pixels.
 class KernelMap {
  public:
   explicit KernelMap(const IrisEngine& engine) : engine_(engine) {}
+  KernelMap(const KernelMap&) = delete;
+  KernelMap& operator=(const KernelMap&) = delete;
 
   // Picks each pixel's kernel by the lens mask: radius 0 where it is 0, maxRadius (at most
   // kMaxIrisRadius) where it is 1 or more. False when there is no memory.
@@ -35,13 +46,12 @@ class KernelMap {
   void SumRows(std::int64_t x, std::int64_t y, LaneSums* sums) const;
 
  private:
-  [[nodiscard]] bool ChooseKernels(const PF_ANSICallbacks& maths, std::int32_t maxRadius,
-                                   Buffer<std::uint8_t>* used);
-  [[nodiscard]] bool BuildKernels(const IrisShape& shape, const KernelReach& reach,
-                                  const Buffer<std::uint8_t>& used);
+  [[nodiscard]] bool ChooseKernels(Buffer<std::uint8_t>* used);
+  [[nodiscard]] bool BuildKernels(const IrisShape& shape, const Buffer<std::uint8_t>& used);
   int GroupLanes(std::int64_t x, std::int64_t y, LaneGroup* groups) const;
 
   const IrisEngine& engine_;
+  IrisBlurRefcon refcon_ = {};  // Its io is read by Build alone.
   HighlightMap map_;
   std::unique_ptr<IrisKernel[]> kernels_;
   Buffer<std::uint16_t> kernelIndex_;  // One per output pixel, row by row.
