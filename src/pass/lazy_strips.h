@@ -1,4 +1,5 @@
-// Strips of lines of a pass's result, each worked out once by the first thread that needs it.
+// Strips of adjacent lines of a pass's result, each computed once by the first thread that needs
+// it.
 #ifndef VITRELL_PASS_LAZY_STRIPS_H_
 #define VITRELL_PASS_LAZY_STRIPS_H_
 
@@ -12,7 +13,7 @@ namespace vitrell {
 
 enum class StripLines { kRows, kColumns };
 
-// What strips take up. A later pass may take over the memory of an earlier one.
+// The memory of a pass's strips. A later pass may reuse it.
 template <typename Pixel>
 struct StripMemory {
   Buffer<Pixel> pixels;
@@ -20,16 +21,16 @@ struct StripMemory {
   Buffer<std::uint8_t> claimed;
 };
 
-// A per-pixel callback whose work costs less for many pixels at once asks for a strip of rows, or
-// of columns; a strip of one row is a row. A thread that finds its strip in another one's hands
-// works out one of the next strips meanwhile, so that threads share the work even where the host
-// deals out neighbouring rows in turn. Works for any order of pixels; nothing is private to a
-// thread. One object serves one pass.
+// For stages whose pixels are cheaper to compute many at a time than one by one: the callback asks
+// for a pixel, and the strip of rows or columns that contains it is computed as a whole. A thread
+// that needs a strip on which another thread is working computes one of the next strips meanwhile,
+// so that threads share the work even where the host gives neighbouring rows to different threads.
+// Works for any order of pixels and without thread-local state. One object serves one pass.
 template <typename Pixel, std::int32_t kStripSize, StripLines kLines = StripLines::kRows>
 class LazyStrips {
  public:
-  // Forgets all strips; false when there is no memory. A picture without pixels has no strips. The
-  // memory must outlive this object's use and is kept where it is large enough.
+  // Discards all strips. False if memory is short. An image without pixels has no strips. The
+  // memory must outlive the use of this object; it is reused if it is large enough.
   [[nodiscard]] bool Reset(std::int32_t width, std::int32_t height, StripMemory<Pixel>* memory) {
     width_ = static_cast<std::uint32_t>(std::max(width, 0));
     height_ = static_cast<std::uint32_t>(std::max(height, 0));
@@ -49,12 +50,13 @@ class LazyStrips {
     return true;
   }
 
-  // The same with memory of its own.
+  // The same with this object's own memory.
   [[nodiscard]] bool Reset(std::int32_t width, std::int32_t height) {
     return Reset(width, height, &ownMemory_);
   }
 
-  // The pixel at (column, row) when its strip has been worked out already; null otherwise.
+  // The pixel at (column, row) if its strip is finished, otherwise null. The acquire load pairs
+  // with the release store that publishes a finished strip.
   const Pixel* ReadyPixel(std::int32_t column, std::int32_t row) const {
     if (!Contains(column, row)) {
       return nullptr;
@@ -63,10 +65,10 @@ class LazyStrips {
     return strip != nullptr ? strip + PlaceInStrip(column, row) : nullptr;
   }
 
-  // The pixel at (column, row), after fill(firstLine, endLine, first pixel of firstLine) has worked
-  // its strip out if nobody had; null while another thread is at it, and outside the picture. The
-  // rows of what is filled are as far apart as the picture is wide. A fill that answers false has
-  // not done its work; it is asked again by a later pixel.
+  // The pixel at (column, row); if no thread has claimed its strip, the strip is computed first by
+  // fill(firstLine, endLine, address of the first pixel of firstLine), with rows one image width
+  // apart. Null outside the image and while another thread is computing the strip. If fill returns
+  // false, the strip stays unclaimed and a later pixel tries again.
   template <typename FillStrip>
   const Pixel* PixelOrFill(std::int32_t column, std::int32_t row, const FillStrip& fill) {
     if (!Contains(column, row)) {
@@ -84,7 +86,7 @@ class LazyStrips {
   }
 
  private:
-  // Strips that a thread looks at for work, its own among them.
+  // Number of strips, from the pixel's own on, among which a thread looks for an unclaimed one.
   static constexpr std::size_t kLookAhead = 8;
   static constexpr bool kIsRows = kLines == StripLines::kRows;
 
@@ -105,7 +107,7 @@ class LazyStrips {
   bool Contains(std::int32_t column, std::int32_t row) const {
     return static_cast<std::uint32_t>(row) < height_ && static_cast<std::uint32_t>(column) < width_;
   }
-  // Both are those of a pixel of the picture.
+  // column and row must lie within the image.
   static std::size_t StripOf(std::int32_t column, std::int32_t row) {
     return static_cast<std::uint32_t>(kIsRows ? row : column) / kStripSize;
   }
@@ -120,9 +122,9 @@ class LazyStrips {
   std::uint32_t height_ = 0;
   std::size_t stripCount_ = 0;
   Pixel* pixels_ = nullptr;
-  // Per strip: its first pixel once it is worked out, and whether a thread has taken it on. The
-  // compilers' atomic builtins stand in for std::atomic_ref, which older standard libraries of
-  // macOS do not have.
+  // Per strip: the address of its first pixel once it is finished, and whether a thread has claimed
+  // it. Atomic builtins of the compilers replace std::atomic_ref, which older standard libraries of
+  // macOS lack.
   const Pixel** finished_ = nullptr;
   std::uint8_t* claimed_ = nullptr;
   StripMemory<Pixel> ownMemory_;

@@ -1,4 +1,4 @@
-// The per-pixel pass of every stage whose pixels cost less a strip of lines at a time.
+// The per-pixel pass of the stages that compute their pixels in strips of lines.
 #ifndef VITRELL_PASS_STRIP_PASS_H_
 #define VITRELL_PASS_STRIP_PASS_H_
 
@@ -10,34 +10,35 @@
 
 namespace vitrell {
 
-// What a stage brings, as one object for one pass and one depth. Besides these three it holds the
-// tables that were prepared before the pass and are only read while it runs. Both functions are
-// called by any number of threads.
+// What a stage supplies, as one object for one pass and one depth. The object also holds the tables
+// that were prepared before the pass and are only read during it. Any number of threads call its
+// functions.
 template <typename Stage>
 concept StripStage = requires(Stage& stage, const typename Stage::Pixel& in,
                               typename Stage::Pixel* out, std::int32_t number) {
-  // How many lines a strip has, and which.
+  // The number of lines in a strip, and whether they are rows or columns.
   { Stage::kStripSize } -> std::convertible_to<std::int32_t>;
   { Stage::kStripLines } -> std::convertible_to<StripLines>;
 
-  // Works out the lines from the first number up to the second; out is where the first one's first
-  // pixel goes, and the rows are as far apart as the strips are wide. False when it cannot be done
-  // now, with nothing lost.
+  // Computes the lines from the first number up to, but not including, the second. out is the
+  // address of the first line's first pixel; rows are one strip width apart. False if it cannot be
+  // done now and has to be tried again.
   { stage.FillStrip(number, number, out) } -> std::same_as<bool>;
 
-  // The definition: the pixel at layer position (x, y) by itself, for pixels outside the strips and
-  // those whose strip another thread is at.
+  // The definition: computes the pixel at layer position (x, y) alone. Used outside the strips and
+  // while another thread is computing the pixel's strip.
   { stage.StoreOnePixel(number, number, in, out) } -> std::same_as<void>;
 
-  // Where a layer position lies in the strips.
+  // The position within the strips of a layer position.
   { stage.ColumnOf(number) } -> std::same_as<std::int32_t>;
   { stage.RowOf(number) } -> std::same_as<std::int32_t>;
 
-  // Makes the stage's output of a pixel of a strip and the pass's input.
+  // Combines a strip's pixel and the pass's input pixel into the output pixel.
   { Stage::Publish(in, in, out) } -> std::same_as<void>;
 };
 
-// What most stages have: 8 rows or so of a picture whose origin is (0, 0), which hold the output.
+// The common case: strips of kRows rows of an image with origin (0, 0), which hold the output
+// itself.
 template <typename PixelType, std::int32_t kRows>
 struct StripsOfRows {
   using Pixel = PixelType;
@@ -49,8 +50,8 @@ struct StripsOfRows {
   static void Publish(const Pixel& stored, const Pixel& /*in*/, Pixel* out) { *out = stored; }
 };
 
-// A stage with its strips; the refcon of its callback. Without a Reset there are no strips, and
-// every pixel is worked out by itself.
+// A stage with its strips; the refcon of its callback. Unless strips.Reset() has been called there
+// are none, and every pixel is computed alone.
 template <typename Stage>
 struct StripPass {
   using Pixel = typename Stage::Pixel;
@@ -58,7 +59,7 @@ struct StripPass {
   Stage stage;
   LazyStrips<Pixel, Stage::kStripSize, Stage::kStripLines> strips;
 
-  // What the stage's callback does.
+  // The body of the stage's callback.
   PF_Err Serve(std::int32_t x, std::int32_t y, const Pixel& in, Pixel* out) {
     static_assert(StripStage<Stage>);
     const Pixel* const stored = strips.ReadyPixel(stage.ColumnOf(x), stage.RowOf(y));
@@ -70,7 +71,7 @@ struct StripPass {
   }
 
  private:
-  // A function of its own that the pass ends in, so that the quick way saves no registers.
+  // Out of line and a tail call, so that the fast path above need not save registers.
   [[gnu::noinline]] PF_Err ServeAfterMiss(std::int32_t x, std::int32_t y, const Pixel& in,
                                           Pixel* out) {
     const Pixel* const stored =

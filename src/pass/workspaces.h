@@ -1,4 +1,4 @@
-// Scratch memory for the threads of a pass that work out strips.
+// Scratch memory for the threads of a pass that compute strips.
 #ifndef VITRELL_PASS_WORKSPACES_H_
 #define VITRELL_PASS_WORKSPACES_H_
 
@@ -9,20 +9,21 @@
 
 namespace vitrell {
 
-// A few blocks of values, lent to one thread each. A callback must not allocate, and how many
-// threads the host runs it on is not known beforehand: those that find no block have to do without.
+// A fixed number of memory blocks, each lent to one thread at a time. They exist because a callback
+// must not allocate and the number of the host's threads is unknown; a thread that finds all of
+// them lent has to do without.
 template <typename Value>
 class Workspaces {
  public:
-  // Makes room for as many values in each block. The memory is kept where it is large enough; false
-  // when there is none. Nobody may hold a block.
+  // Makes room for the given number of values in each block, reusing memory that is large enough.
+  // False if memory is short. No block may be on loan.
   [[nodiscard]] bool Reset(std::size_t values) {
     blockSize_ = values;
-    const std::size_t all = kBlocks * values + 1;  // One more, to align the first.
+    const std::size_t all = kBlocks * values + 1;  // One more, for alignment.
     return memory_.size() >= all || memory_.Allocate(all);
   }
 
-  // One thread's hold on a block, from construction to destruction.
+  // A thread's loan of a block, from construction to destruction.
   class Loan {
    public:
     explicit Loan(Workspaces* workspaces) : workspaces_(workspaces), block_(workspaces->Take()) {}
@@ -34,7 +35,7 @@ class Workspaces {
     Loan(const Loan&) = delete;
     Loan& operator=(const Loan&) = delete;
 
-    // The block's first value, aligned to the size of a value; null when all blocks are lent.
+    // The block's first value, aligned to the size of a value; null if all blocks are on loan.
     Value* values() const { return block_ != kBlocks ? workspaces_->Block(block_) : nullptr; }
 
    private:
@@ -67,7 +68,7 @@ class Workspaces {
 
   Buffer<Value> memory_;
   std::size_t blockSize_ = 0;
-  std::uint32_t taken_ = 0;  // A bit for each block that is lent.
+  std::uint32_t taken_ = 0;  // One bit per block: it is on loan.
 };
 
 }  // namespace vitrell
