@@ -1,4 +1,4 @@
-// A pixel's channels in four lanes, in the precisions that the tone stages work in.
+// A pixel's channels in four lanes, in the precisions of the tone stages.
 #ifndef VITRELL_SIMD_CHANNEL_LANES_H_
 #define VITRELL_SIMD_CHANNEL_LANES_H_
 
@@ -9,7 +9,7 @@
 
 namespace vitrell {
 
-// Four channels in double precision: alpha and red, green and blue.
+// Four channels in double precision: low holds alpha and red, high holds green and blue.
 struct F64Lanes {
   F64Pair low;
   F64Pair high;
@@ -30,7 +30,7 @@ inline I32Lanes Truncate(const F64Lanes& lanes) { return TruncateLanes(lanes.low
 
 inline F32Lanes ToFloat(I32Lanes lanes) { return __builtin_convertvector(lanes, F32Lanes); }
 
-// Where the condition's lane is -1 the one, where it is 0 the other.
+// Selects per lane: `one` where the condition is -1, `other` where it is 0.
 inline I32Lanes Choose(I32Lanes condition, I32Lanes one, I32Lanes other) {
   return (condition & one) | (~condition & other);
 }
@@ -50,7 +50,7 @@ inline void StoreLowBits(I32Lanes lanes, PF_Pixel* out) {
 
 inline void StoreLowBits(I32Lanes lanes, PF_Pixel16* out) {
 #if defined(__x86_64__)
-  // The narrowing saturates: the low halves go in as signed numbers.
+  // The narrowing instruction saturates, so that the low 16 bits are first sign-extended.
   const auto dwords = reinterpret_cast<__m128i>(lanes);
   const __m128i halves = _mm_srai_epi32(_mm_slli_epi32(dwords, 16), 16);
   _mm_storel_epi64(reinterpret_cast<__m128i*>(out), _mm_packs_epi32(halves, halves));

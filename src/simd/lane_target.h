@@ -1,4 +1,4 @@
-// The vector widths that an engine is compiled for, and the choice among them.
+// The instruction sets that an engine is compiled for, and the choice among them.
 #ifndef VITRELL_SIMD_LANE_TARGET_H_
 #define VITRELL_SIMD_LANE_TARGET_H_
 
@@ -13,7 +13,7 @@ struct LaneEngines {
   const Engine* avx2;
   const Engine* avx512;
 
-  // Null also where this processor cannot run it.
+  // Null also if this processor does not support the target.
   const Engine* For(LaneTarget target) const {
     switch (target) {
       case LaneTarget::kBaseline:
@@ -29,7 +29,7 @@ struct LaneEngines {
     }
   }
 
-  // The widest one that this processor runs.
+  // The widest engine that this processor supports.
   const Engine& Best() const {
     if (const Engine* const engine = For(LaneTarget::kAvx512)) {
       return *engine;

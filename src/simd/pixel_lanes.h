@@ -1,7 +1,7 @@
-// One pixel as four lanes: the vector type of the box blur's row kernels.
+// One pixel in four lanes: the vector type of the box blur's row kernels.
 //
 // Lanes are the channels in memory order: alpha, red, green, blue. 16-byte vectors are the baseline
-// of both processors, so that there is one version of each kernel.
+// of both architectures, so that each kernel exists once.
 #ifndef VITRELL_SIMD_PIXEL_LANES_H_
 #define VITRELL_SIMD_PIXEL_LANES_H_
 
@@ -42,8 +42,8 @@ inline U32Lanes LoadLanes(const PF_Pixel16* pixel) {
 #endif
 }
 
-// Four neighbouring pixels, summed over several rows: (row of added) - (rows of taken), modulo
-// 2^32.
+// Sums of four neighbouring pixels over several rows: those of `added` minus those of `taken`,
+// modulo 2^32.
 struct PixelGroup {
   static constexpr int kPixels = 4;
   U32Lanes lanes[kPixels];
@@ -67,8 +67,8 @@ inline PixelGroup SumRowGroups(const PF_Pixel16* const* added, int addedCount,
   return sums;
 }
 
-// At most 8 rows of each kind: their 8-bit sums stay within 16 bits, so that four pixels are added
-// up in two vectors and widened once.
+// At most 8 rows of each kind, whose 8-bit sums fit 16 bits: four pixels are summed in two vectors
+// and widened once.
 inline PixelGroup SumRowGroups(const PF_Pixel* const* added, int addedCount,
                                const PF_Pixel* const* taken, int takenCount, std::int64_t column) {
 #if defined(__x86_64__)
@@ -106,7 +106,7 @@ inline PixelGroup SumRowGroups(const PF_Pixel* const* added, int addedCount,
 #endif
 }
 
-// Truncates four values that lie within int32.
+// Truncates four values, which must fit int32.
 inline I32Lanes TruncateLanes(F32Lanes values) { return __builtin_convertvector(values, I32Lanes); }
 
 inline I32Lanes TruncateLanes(F64Pair low, F64Pair high) {
@@ -120,7 +120,7 @@ inline I32Lanes TruncateLanes(F64Pair low, F64Pair high) {
 #endif
 }
 
-// Widens four signed lanes.
+// Converts four signed lanes to double precision.
 inline void WidenLanes(I32Lanes lanes, F64Pair* low, F64Pair* high) {
 #if defined(__x86_64__)
   const auto words = reinterpret_cast<__m128i>(lanes);
@@ -132,12 +132,12 @@ inline void WidenLanes(I32Lanes lanes, F64Pair* low, F64Pair* high) {
 #endif
 }
 
-// Widens four lanes, each below 2 to the power 31.
+// Converts four lanes, each below 2^31, to double precision.
 inline void WidenLanes(U32Lanes lanes, F64Pair* low, F64Pair* high) {
   WidenLanes(reinterpret_cast<I32Lanes>(lanes), low, high);
 }
 
-// Stores three colours, each within the channel, with the alpha of another pixel.
+// Stores three colours, which must fit the channel, with the alpha of another pixel.
 template <typename Pixel>
 inline void StoreColors(I32Lanes lanes, const Pixel& alphaOf, Pixel* out) {
   using Channel = decltype(out->alpha);
