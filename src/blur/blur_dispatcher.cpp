@@ -1,4 +1,4 @@
-// Chains the blur engines that are on over the two working worlds.
+// Runs those blurs that are on, one after another, over the two working worlds.
 #include "blur/blur_dispatcher.h"
 
 #include "base/numeric.h"
@@ -14,8 +14,8 @@
 namespace vitrell {
 namespace {
 
-// A pass is told as calls between its two worlds: W1, which holds the picture to blur, and W2, the
-// place of the result.
+// The two directions of a pass: W1 is the world that holds the input, W2 the one that receives the
+// result.
 struct Worlds {
   StageCall forward;   // W1 -> W2.
   StageCall backward;  // W2 -> W1.
@@ -34,13 +34,13 @@ PF_Err LensMappedPass(const Worlds& worlds) {
   return worlds.forward.Between(worlds.forward.io.dst, worlds.forward.io.dst).Copy();
 }
 
-// W2 -> W1. pending is the error of the copy that stood for the realistic blur.
+// W2 -> W1. pending is the error of the copy that replaced the realistic blur.
 PF_Err UniformFastBlur(const Worlds& worlds, PF_Err pending) {
   if (worlds.backward.plan.fastBlur.isInUniformPass) {
     RETURN_IF_ERROR(pending);
     return RenderFastBlurEffect(worlds.backward);
   }
-  // Kept: this copy is made even when an error is pending, and the earlier error wins.
+  // Kept: the copy is made even if an error is pending; the earlier error is returned.
   const PF_Err err = worlds.backward.Copy();
   return pending != 0 ? pending : err;
 }
@@ -51,7 +51,7 @@ PF_Err Distortion(const Worlds& worlds, AEGP_SuiteHandler& suites) {
   if (worlds.forward.plan.isOpticalOn) {
     err = RunOpticalDistortion(worlds.forward.With(suites));
   } else {
-    // Kept: this one copy's failure is ignored.
+    // Kept: the failure of this copy alone is ignored.
     static_cast<void>(worlds.forward.Copy());
   }
   suites.ReleaseAllSuites();
@@ -64,8 +64,8 @@ PF_Err Smooth(const IO_Params& io, std::int32_t radiusPx) {
   return FastBlurA<Pixel>(io, radiusPx, radiusPx, 0, 0, &scratch);
 }
 
-// W2 -> W1, smoothed, and copied to W2; or the copy alone. Both worlds hold the same picture at the
-// end.
+// W2 -> W1, then a small box blur and a copy to W2; or, if the trail is off, only a copy to W1.
+// Either way both worlds end up equal.
 PF_Err TrailAndSmoothing(const Worlds& worlds, AEGP_SuiteHandler& suites) {
   if (!worlds.backward.plan.isTrailOn) {
     return worlds.backward.Copy();

@@ -1,4 +1,4 @@
-// A world's colours as planes of floats with mirrored borders, for sums in vector lanes.
+// A world's colours as planes of floats with mirrored borders, for summing in vector lanes.
 #include "blur/directional/color_planes.h"
 
 #include "base/pixel_access.h"
@@ -7,16 +7,16 @@
 namespace vitrell {
 namespace {
 
-constexpr std::int64_t kLineValues = 16;  // Values of a cache line.
+constexpr std::int64_t kLineValues = 16;  // Floats per cache line.
 
-// Rows of an odd number of cache lines, so that the same column of many rows does not compete for
-// the same few places in the cache.
+// Rounds a row up to an odd number of cache lines, so that the same column of many rows is spread
+// over the cache's sets.
 std::ptrdiff_t OddLines(std::int64_t values) {
   const std::int64_t lines = (values + kLineValues - 1) / kLineValues;
   return (lines | 1) * kLineValues;
 }
 
-// The first value at or after this one that begins a cache line.
+// The first address from here on that begins a cache line.
 float* FirstAligned(float* values) {
   constexpr std::uintptr_t kLineBytes = kLineValues * sizeof(float);
   const std::uintptr_t past = reinterpret_cast<std::uintptr_t>(values) % kLineBytes;
@@ -44,7 +44,7 @@ bool HasTransparentPixel(const PF_LayerDef& world) {
   return false;
 }
 
-// One row of every plane; the planes are planeSize values apart.
+// Splits one row into the planes, which are planeSize values apart.
 template <typename Pixel>
 void SplitRow(const Pixel* source, std::int64_t width, std::ptrdiff_t planeSize, float* planes) {
   float* const red = planes;

@@ -1,4 +1,4 @@
-// A world's colours as planes of floats with mirrored borders, for sums in vector lanes.
+// A world's colours as planes of floats with mirrored borders, for summing in vector lanes.
 #ifndef VITRELL_BLUR_DIRECTIONAL_COLOR_PLANES_H_
 #define VITRELL_BLUR_DIRECTIONAL_COLOR_PLANES_H_
 
@@ -12,28 +12,30 @@ namespace vitrell {
 
 inline constexpr int kColorCount = 3;  // Red, green, blue.
 
-// Each row holds the columns of one mirrored stretch: from firstColumn on, count columns, at most
-// one period of the mirroring, after which index count stands for index 0 again; then so many more
-// that lanes may start at any index below count. Transparent pixels count as black.
+// Each row of a plane holds `count` consecutive columns of the mirrored image from firstColumn on,
+// at most one mirror period, after which index count is index 0 again. The first values are
+// repeated behind them, so that a vector may start at any index below count. Transparent pixels are
+// stored as black.
 class ColorPlanes {
  public:
-  // Copies a world with pixels, reached from minColumn to width - 1 + maxColumn, where minColumn
-  // must not be positive and maxColumn not negative. False when there is no memory.
+  // Copies a world that has pixels. Columns from minColumn <= 0 to width - 1 + maxColumn, with
+  // maxColumn >= 0, can then be reached. False if memory is short.
   [[nodiscard]] bool Build(const PF_LayerDef& world, std::int64_t minColumn, std::int64_t maxColumn,
                            std::int64_t lanes);
 
-  // First value of a colour's plane; of the plane that is 1 where the world is not transparent.
+  // First value of the plane of a colour, and of the plane that is 1 where a pixel is not
+  // transparent.
   const float* Color(int color) const { return planes_ + planeSize_ * color; }
   const float* Opacity() const { return Color(kColorCount); }
 
-  // Whether any pixel is transparent. There is an opacity plane only then.
+  // Whether any pixel is transparent. Only then does the opacity plane exist.
   bool HasHoles() const { return hasHoles_; }
 
   std::ptrdiff_t rowStride() const { return rowStride_; }
   std::int64_t count() const { return count_; }
 
-  // Index of a column relative to that of column 0, from 0 to count - 1; the sum of the two may
-  // pass count once.
+  // Index of a column relative to that of column 0, modulo count. Added to another index, the
+  // result may exceed count - 1 and must then be reduced by count once.
   std::int64_t IndexOf(std::int64_t column) const;
 
  private:
@@ -49,8 +51,8 @@ class ColorPlanes {
   std::ptrdiff_t planeSize_ = 0;
   bool hasHoles_ = false;
   Buffer<float> values_;
-  float* planes_ = nullptr;      // In values_, where a cache line begins.
-  Buffer<std::int64_t> folded_;  // Index within the picture of every index of a row.
+  float* planes_ = nullptr;      // The first cache line boundary in values_.
+  Buffer<std::int64_t> folded_;  // For each index of a row, the image column it shows.
 };
 
 }  // namespace vitrell

@@ -1,4 +1,4 @@
-// Directional blur: averages each pixel inside the lens along a fixed straight line through it.
+// Directional blur: averages each pixel inside the lens along a straight line through it.
 #include "blur/directional/directional_blur.h"
 
 #include "base/depth_traits.h"
@@ -27,7 +27,7 @@ class LineSum {
     }
   }
 
-  // The average under the pixel's own alpha; a line of transparent pixels leaves the pixel alone.
+  // The average with the pixel's own alpha; if the whole line is transparent, the pixel itself.
   Pixel Average(const Pixel& in) const {
     if (weight_ == 0.0) {
       return in;
@@ -45,7 +45,7 @@ class LineSum {
   double weight_ = 0;
 };
 
-// The mask gates the blur only; its strength does not follow the mask.
+// The mask only switches the blur on per pixel; its strength does not follow the mask.
 template <typename Pixel>
 struct DirectionalStage : StripsOfRows<Pixel, LineStrips<Pixel>::kStripRows> {
   DirBlurRefcon refcon;

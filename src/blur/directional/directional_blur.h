@@ -1,4 +1,4 @@
-// Directional blur: averages each pixel inside the lens along a fixed straight line through it.
+// Directional blur: averages each pixel inside the lens along a straight line through it.
 #ifndef VITRELL_BLUR_DIRECTIONAL_DIRECTIONAL_BLUR_H_
 #define VITRELL_BLUR_DIRECTIONAL_DIRECTIONAL_BLUR_H_
 
@@ -18,9 +18,9 @@ struct DirBlurRefcon {
   double weightSum;
 };
 
-// The stage: blurs call.io.src into call.io.dst, or copies when it is off or its line is a single
-// point. The line is rasterised in either case. Answers the host's code, or PF_Err_OUT_OF_MEMORY.
-// Acquires its suites through a handler of its own; a missing one throws.
+// The stage: blurs call.io.src into call.io.dst, or copies if it is off or its line is a single
+// point. The line is rasterised either way. Returns the host's code, or PF_Err_OUT_OF_MEMORY.
+// Acquires its suites through its own handler; a missing one throws.
 [[nodiscard]] PF_Err RunDirectionalBlur(const StageCall& call);
 
 }  // namespace vitrell

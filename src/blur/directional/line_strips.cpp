@@ -1,4 +1,4 @@
-// The directional blur's result, worked out in vector lanes a strip of rows at a time.
+// The directional blur in strips of rows, summed in vector lanes.
 #include "blur/directional/line_strips.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@
 namespace vitrell {
 namespace {
 
-// What a line reaches from its pixel: offsets of the outermost taps.
+// The offsets of the line's outermost taps.
 struct LineReach {
   std::int64_t minX = 0;
   std::int64_t maxX = 0;
@@ -30,7 +30,7 @@ LineReach ReachOf(const LineTaps& line) {
   return reach;
 }
 
-// Whether 0 may be added for a tap that is to be skipped, and averages lie within a channel.
+// Whether skipping a tap equals adding 0 for it, and all averages fit the channel.
 bool AreOrdinaryWeights(const LineTaps& line) {
   return std::all_of(line.begin(), line.end(), [](const LineTap& tap) {
     return std::isfinite(tap.weight) && tap.weight >= 0.0;
@@ -56,7 +56,7 @@ PF_Err LineStrips<Pixel>::Prepare(const PF_LayerDef& src, const LensMaskView& ma
   return isReady ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
 }
 
-// Taps of weight 0 add +0 to sums that are never -0 and are left out.
+// Taps of weight 0 are left out: they would add +0, and no sum is ever -0.
 template <typename Pixel>
 bool LineStrips<Pixel>::PrepareTaps(const LineTaps& line, std::int64_t firstTapRow) {
   if (!taps_.Allocate(static_cast<std::size_t>(line.count()))) {
@@ -127,8 +127,8 @@ void LineStrips<Pixel>::SumBlock(std::int32_t firstRow, std::int32_t endRow, std
   }
 }
 
-// Sums one plane in the rows of a block. The taps come a few at a time for all rows, since what
-// they read is then still in the innermost cache for the next row.
+// Sums one plane for the rows of a block. A few taps at a time are applied to all rows, since the
+// values they read are then still in the first-level cache for the next row.
 template <typename Pixel>
 template <typename SumFunction, typename Value>
 void LineStrips<Pixel>::SumRows(SumFunction sum, const LineView& firstView, std::int32_t rowCount,
@@ -149,7 +149,7 @@ void LineStrips<Pixel>::SumRows(SumFunction sum, const LineView& firstView, std:
   }
 }
 
-// The mask gates the blur only; a line of transparent pixels leaves the pixel alone as well.
+// Pixels outside the lens, and those whose whole line is transparent, keep their input.
 template <typename Pixel>
 void LineStrips<Pixel>::StoreRow(std::int32_t row, std::int32_t column, const Block& block,
                                  std::int32_t blockRow, Pixel* out) const {

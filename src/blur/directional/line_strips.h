@@ -1,4 +1,4 @@
-// The directional blur's result, worked out in vector lanes a strip of rows at a time.
+// The directional blur in strips of rows, summed in vector lanes.
 #ifndef VITRELL_BLUR_DIRECTIONAL_LINE_STRIPS_H_
 #define VITRELL_BLUR_DIRECTIONAL_LINE_STRIPS_H_
 
@@ -14,28 +14,29 @@
 
 namespace vitrell {
 
-// The tables of one pass over one source, and its rows. Rows of a strip are worked out block by
-// block, so that what the taps of a block read stays in the processor's cache from row to row.
+// The tables of one pass over one source, from which strips of rows are computed. A strip is
+// computed in blocks of columns, so that the values that a block's taps read stay in the cache from
+// row to row.
 template <typename Pixel>
 class LineStrips {
  public:
-  // Prepares a pass over src, whose pixels must not change until the pass ends. Answers
-  // PF_Err_OUT_OF_MEMORY when there is no memory. There are no strips for a source without pixels
-  // or with an origin other than (0, 0), or for weights that are negative or no numbers.
+  // Prepares a pass over src, whose pixels must not change until the pass ends. Returns
+  // PF_Err_OUT_OF_MEMORY if memory is short. There are no strips for a source without pixels or
+  // with an origin other than (0, 0), nor for weights that are negative or not finite.
   [[nodiscard]] PF_Err Prepare(const PF_LayerDef& src, const LensMaskView& mask,
                                const LineTaps& line);
 
   bool HasStrips() const { return engine_ != nullptr; }
 
-  // Writes the blurred pixels of at most kStripRows rows of the source, one row behind the other.
+  // Writes the blurred pixels of up to kStripRows rows of the source, row-major.
   void FillStrip(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const;
 
   static constexpr std::int32_t kStripRows = 16;
 
  private:
-  // The sums of one block: as many columns as there are lanes, and the rows of a strip.
+  // The sums of one block: all rows of a strip, and as many columns as there are lanes.
   struct Block {
-    bool isInLens[kStripRows];  // Rows without a pixel in the lens have no sums.
+    bool isInLens[kStripRows];  // Rows without a pixel in the lens are not summed.
     alignas(64) float colors[kColorCount][kStripRows][kMaxLineLanes];
     alignas(64) double weights[kStripRows][kMaxLineLanes];
   };
@@ -54,12 +55,12 @@ class LineStrips {
   PF_LayerDef src_ = {};
   LensMaskView mask_{src_};
   const LineEngine* engine_ = nullptr;
-  bool isSplit_ = false;  // Every tap has a split weight that is exact for this depth.
-  double weightSum_ = 0;  // Of a line without transparent pixels.
+  bool isSplit_ = false;  // All taps have exact split weights for this depth.
+  double weightSum_ = 0;  // For lines without transparent pixels.
   ColorPlanes planes_;
   Buffer<LineSumTap> taps_;
   std::size_t tapCount_ = 0;
-  Buffer<std::ptrdiff_t> rows_;  // Where the row of each position begins in a plane, mirrored.
+  Buffer<std::ptrdiff_t> rows_;  // Offset in a plane of each reflected row.
 };
 
 }  // namespace vitrell

@@ -1,4 +1,4 @@
-// The directional blur's sums for many neighbouring pixels at once, one pixel in each vector lane.
+// The directional blur's sums for many neighbouring pixels at once, one pixel per vector lane.
 #include "blur/directional/line_sums.h"
 
 #include <bit>
@@ -18,10 +18,10 @@ constexpr LaneEngines<LineEngine> kEngines = VITRELL_LANE_ENGINES(kEngine);
 
 constexpr int kShallowValues = 256;
 
-// Neighbours of the nearest low part that are tried.
+// How many floats below and above the nearest low part are tried.
 constexpr int kTries = 16;
 
-// The upper 16 bits of the significand, so that the product with 8 bits is exact.
+// Keeps the upper 16 bits of the significand, so that the product with an 8-bit value is exact.
 float UpperPart(float weight) {
   return std::bit_cast<float>(std::bit_cast<std::uint32_t>(weight) & 0xFFFFFF00U);
 }

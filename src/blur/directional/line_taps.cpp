@@ -11,11 +11,11 @@
 namespace vitrell {
 namespace {
 
-// Longest line that is rasterised: a hundred times what the panel lets the user type, in 256 MB.
+// The longest line that is rasterised: a hundred times the panel's maximum, 256 MB of taps.
 constexpr std::int64_t kMaxTaps = std::int64_t{1} << 24;
 
-// Calls record(x, y) for each point of the line from (-endX, -endY) to (endX, endY), both ends
-// included: as many points as the longer side is long, and one.
+// Calls record(x, y) for each point of the line from (-endX, -endY) to (endX, endY), both included:
+// max(|2 endX|, |2 endY|) + 1 points in all.
 template <typename Record>
 void WalkLine(std::int64_t endX, std::int64_t endY, Record record) {
   const std::int64_t stepX = endX > 0 ? 1 : -1;
@@ -40,7 +40,7 @@ void WalkLine(std::int64_t endX, std::int64_t endY, Record record) {
   }
 }
 
-// Squares and sum wrap in 32 bits, so that half lengths from 46341 on have no true weights.
+// Squares and sum wrap at 32 bits, so that weights are wrong for half lengths from 46341 on.
 std::int32_t SquaredLength(std::int32_t x, std::int32_t y) {
   return WrappingAdd(WrappingMultiply(x, x), WrappingMultiply(y, y));
 }

@@ -10,8 +10,8 @@
 
 namespace vitrell {
 
-// One tap of the line: offset from the pixel in whole pixels, weight falling from 1 at the pixel to
-// 0 at the line's ends.
+// One tap of the line: its offset in whole pixels, and its weight, which falls from 1 at the pixel
+// to 0 at the line's ends.
 struct LineTap {
   std::int32_t x;
   std::int32_t y;
@@ -22,8 +22,8 @@ struct LineTap {
 class LineTaps {
  public:
   // Rasterises the line of info.directionalAmount and info.directionalAngle with the host's maths.
-  // A line that is too long or has no memory leaves no taps; that answers PF_Err_OUT_OF_MEMORY when
-  // the line is needed.
+  // If the line is too long or memory is short, there are no taps, and the result is
+  // PF_Err_OUT_OF_MEMORY if isNeeded.
   [[nodiscard]] PF_Err Build(const PF_InData* inData, const LX_Info& info, bool isNeeded);
 
   const LineTap* begin() const { return taps_.data(); }

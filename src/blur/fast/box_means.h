@@ -1,4 +1,4 @@
-// From the sum of a box window to its rounded mean, in three widths.
+// Rounded means from the sums of box windows, in three widths.
 //
 // The definition is truncate(sum / taps + 0.5) in double precision. With an odd number of taps the
 // quotient is never nearer than 1 / (2 x taps) to a half, so that any computation whose error stays
@@ -19,10 +19,10 @@ namespace vitrell {
 
 inline constexpr std::int32_t kMaxRadiusOfSingleMeans = 4096;
 
-// Sums of 16-bit channels stay below 2^31.
+// Up to this radius, sums of 16-bit channels stay below 2^31.
 inline constexpr std::int32_t kMaxRadiusOf32BitSums = 16383;
 
-// 8-bit pixels, radius up to kMaxRadiusOfSingleMeans.
+// For 8-bit pixels and a radius up to kMaxRadiusOfSingleMeans.
 class SingleMeans {
  public:
   using Sums = U32Lanes;
@@ -40,7 +40,7 @@ class SingleMeans {
   float inverseTaps_;
 };
 
-// Both depths, radius up to kMaxRadiusOf32BitSums.
+// For both depths and a radius up to kMaxRadiusOf32BitSums.
 class DoubleMeans {
  public:
   using Sums = U32Lanes;
@@ -58,7 +58,7 @@ class DoubleMeans {
   double inverseTaps_;
 };
 
-// Four 64-bit sums, for radii beyond every slider.
+// Four 64-bit sums, for radii beyond the range of every slider.
 struct WideSums {
   std::uint64_t lane[4];
 
@@ -82,7 +82,7 @@ struct WideSums {
   }
 };
 
-// Both depths, any radius.
+// For both depths and any radius.
 class WideMeans {
  public:
   using Sums = WideSums;
@@ -118,7 +118,7 @@ inline Sums ScaleSums(const Sums& sums, std::uint64_t factor) {
   }
 }
 
-// sums, or its negative when sign is the two's complement of -1.
+// sums, negated if sign is the two's complement of -1.
 template <typename Sums>
 inline Sums SignSums(const Sums& sums, std::uint64_t sign) {
   if constexpr (std::is_same_v<Sums, U32Lanes>) {

@@ -1,4 +1,4 @@
-// The fast blur's definition: what one pass along one axis makes of one pixel, tap by tap.
+// The definition of the fast blur: one pass along one axis computes one pixel, tap by tap.
 #include "blur/fast/box_pixel.h"
 
 #include <algorithm>
@@ -17,8 +17,9 @@ struct ColorMeans {
   double blue;
 };
 
-// Means of the taps from -reach to reach around (x, y), each weighted by the lens mask, summed in
-// tap order. Taps outside the mask's rectangle weigh 0 and are left out: adding 0 changes no sum.
+// Means of the taps from -reach to reach around (x, y), weighted by the lens mask and summed in tap
+// order. Taps outside the mask's rectangle are skipped: their weight is 0, and adding 0 changes no
+// sum.
 template <BoxAxis kAxis, typename Pixel>
 ColorMeans WeightedMeans(const BoxBlurRefcon& box, const LensMaskView& mask, std::int32_t x,
                          std::int32_t y, std::int64_t reach) {
@@ -52,7 +53,8 @@ void StoreMeans(const Pixel& in, const ColorMeans& means, Pixel* out) {
           TruncateToChannel<Channel>(means.blue + 0.5)};
 }
 
-// A faint mask leaves the pixel close to its unblurred colour; full blur from m x radius = 5 on.
+// Blends towards the unblurred colour where the mask is faint: unblurred up to m x radius = 1,
+// fully blurred from 5 on.
 template <typename Pixel>
 ColorMeans BlendWithUnblurred(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, double m,
                               const ColorMeans& means) {
@@ -66,8 +68,8 @@ ColorMeans BlendWithUnblurred(const BoxBlurRefcon& box, std::int32_t x, std::int
 
 }  // namespace
 
-// The folded line repeats, so that whole periods of a long window are added at once; the sums are
-// integers below 2^53 either way.
+// A mirrored line is periodic, so that whole periods of a long window are added at once. The sums
+// are integers below 2^53 either way.
 template <BoxAxis kAxis, typename Pixel>
 void StorePlainBox(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, const Pixel& in,
                    Pixel* out) {
@@ -105,7 +107,7 @@ void StoreWeightedBox(const BoxBlurRefcon& box, const LensMaskView& mask, std::i
   const double m = mask.At(x, y);
   ColorMeans means =
       WeightedMeans<kAxis, Pixel>(box, mask, x, y, TruncateToInt32(box.radiusPx * m));
-  // Kept: the vertical pass alone blends.
+  // Kept: only the vertical pass blends.
   if (kAxis == BoxAxis::kColumns && m < 1 && box.radiusPx != 0) {
     means = BlendWithUnblurred<Pixel>(box, x, y, m, means);
   }

@@ -1,4 +1,4 @@
-// The fast blur's definition: what one pass along one axis makes of one pixel, tap by tap.
+// The definition of the fast blur: one pass along one axis computes one pixel, tap by tap.
 #ifndef VITRELL_BLUR_FAST_BOX_PIXEL_H_
 #define VITRELL_BLUR_FAST_BOX_PIXEL_H_
 
@@ -10,7 +10,7 @@
 
 namespace vitrell {
 
-// Along which lines a pass blurs.
+// The lines along which a pass blurs.
 enum class BoxAxis { kRows, kColumns };
 
 // The settings of one pass.
@@ -18,24 +18,24 @@ struct BoxBlurRefcon {
   const IO_Params* io;
   std::int32_t mirror;  // Always 1.
   std::int32_t radiusPx;
-  double span;            // 2 x radius + 1, the number of taps.
-  std::uint8_t lensMap;   // 1: weigh the taps by the lens mask.
-  PF_LayerDef unblurred;  // The source as it was before the two passes.
+  double span;            // Number of taps, 2 x radius + 1.
+  std::uint8_t lensMap;   // 1: the lens mask weights the taps.
+  PF_LayerDef unblurred;  // The source as it was before both passes.
 };
 
-// The blurred colours with the alpha of the pass's input.
+// Combines the blurred colours with the alpha of the pass's input.
 template <typename Pixel>
 inline void PublishColors(const Pixel& blurred, const Pixel& in, Pixel* out) {
   *out = {in.alpha, blurred.red, blurred.green, blurred.blue};
 }
 
-// The plain mean of the taps around layer position (x, y); the alpha is that of in.
+// The unweighted mean of the taps around layer position (x, y); alpha is that of in.
 template <BoxAxis kAxis, typename Pixel>
 void StorePlainBox(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, const Pixel& in,
                    Pixel* out);
 
-// The mean weighted by the lens mask, of as many taps as the mask asks for at (x, y), where it is
-// above 0; the alpha is that of in.
+// The mean weighted by the lens mask, whose value m at (x, y) must be above 0 and sets the reach,
+// radius x m; alpha is that of in.
 template <BoxAxis kAxis, typename Pixel>
 void StoreWeightedBox(const BoxBlurRefcon& box, const LensMaskView& mask, std::int32_t x,
                       std::int32_t y, const Pixel& in, Pixel* out);

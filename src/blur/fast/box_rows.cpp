@@ -1,4 +1,4 @@
-// Rows of box-blurred pixels, at a cost that does not depend on the radius.
+// Rows of box-blurred pixels, at a cost independent of the radius.
 #include "blur/fast/box_rows.h"
 
 #include <algorithm>
@@ -9,11 +9,11 @@
 namespace vitrell {
 namespace {
 
-// Rows between two stored column sums.
+// Distance in rows between stored prefix sums of the columns.
 constexpr std::int64_t kSumSpacing = 8;
 
-// The sum of the first taps of the window around column 0: whole periods of the folded row, and the
-// rest one by one.
+// The sum of the window around column 0: whole mirror periods at once, the remaining taps one by
+// one.
 template <typename Sums, typename Pixel>
 Sums FirstWindow(const Pixel* row, std::int64_t width, std::int64_t radiusPx) {
   const std::int64_t taps = 2 * radiusPx + 1;
@@ -133,7 +133,7 @@ bool BoxRows<Pixel>::PrepareColumnSums() {
   return true;
 }
 
-// A window down the columns as a combination of stored sums and single rows.
+// The sum of a window down the columns, expressed by stored prefix sums and single rows.
 template <typename Pixel, typename Sums>
 struct ColumnWindow {
   const Sums* high;
@@ -175,7 +175,7 @@ void BoxRows<Pixel>::FillDownColumns(std::int32_t row, Pixel* out) const {
       StoredSums<Sums>() + (src_.height + kSumSpacing - 1) / kSumSpacing * src_.width;
   const Pixel* const firstRow = SourceRow(0);
   const Pixel* const source = SourceRow(row);
-  // Windows that leave the picture at most once at each end need no product.
+  // A window that extends beyond each edge by less than one reflection needs no multiplication.
   const bool isFoldedBelow = window.wholeFactor == 2;
   const bool isFoldedAbove = window.firstFactor == static_cast<std::uint64_t>(-1);
   const bool isFoldedOnce = !window.inside && (isFoldedBelow || window.wholeFactor == 0) &&

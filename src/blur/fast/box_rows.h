@@ -1,4 +1,4 @@
-// Rows of box-blurred pixels, at a cost that does not depend on the radius.
+// Rows of box-blurred pixels, at a cost independent of the radius.
 #ifndef VITRELL_BLUR_FAST_BOX_ROWS_H_
 #define VITRELL_BLUR_FAST_BOX_ROWS_H_
 
@@ -12,23 +12,23 @@
 
 namespace vitrell {
 
-// Box means of one world along one axis, one row at a time. The memory is kept from pass to pass.
+// Box means of a world along one axis, one row at a time. The memory is reused from pass to pass.
 //
-// Along rows the window slides. Down columns the sums above every eighth row are formed on the
-// render thread when the pass is prepared; a row's windows follow from the two nearest ones and at
-// most eight rows. Both fold positions beyond the edges as RecomputePosition does, and both give
-// the same integers as adding up every tap.
+// Along rows the window slides. Down columns, prefix sums for every eighth row are computed on the
+// render thread when the pass is prepared; the windows of a row follow from the nearest stored sums
+// at both ends and at most eight rows. Both reflect positions beyond the edges as RecomputePosition
+// does, and both give the same integers as adding up every tap.
 template <typename Pixel>
 class BoxRows {
  public:
-  // Prepares a pass over src, whose pixels must not change until the pass ends. A negative radius
-  // has windows without taps, which are not worked out here. False when there is no memory.
+  // Prepares a pass over src, whose pixels must not change until the pass ends. Nothing is prepared
+  // for a negative radius, whose windows have no taps. False if memory is short.
   [[nodiscard]] bool Prepare(BoxAxis axis, const PF_LayerDef& src, std::int32_t radiusPx);
 
-  // Writes the blurred pixels of one row of the source, alpha unblurred. Any thread, any order.
+  // Writes one row of blurred colours with the source's alpha. Safe on any thread, in any order.
   void FillRow(std::int32_t row, Pixel* out) const;
 
-  // The source of the pass; without pixels when there is nothing to blur.
+  // The source of the pass; without pixels if nothing was prepared.
   const PF_LayerDef& source() const { return src_; }
 
  private:
@@ -45,9 +45,9 @@ class BoxRows {
   BoxAxis axis_ = BoxAxis::kRows;
   PF_LayerDef src_ = {};
   std::int32_t radiusPx_ = 0;
-  Buffer<std::uint32_t> entering_;  // Along rows: the folded column that enters at each step,
+  Buffer<std::uint32_t> entering_;  // Along rows: the reflected column that enters at each step,
   Buffer<std::uint32_t> leaving_;   // and the one that leaves.
-  Buffer<U32Lanes> sums_;           // Down columns: sums above rows 0, 8, 16, ..., and of all.
+  Buffer<U32Lanes> sums_;  // Down columns: sums of the rows above rows 0, 8, 16, ..., and of all.
   Buffer<WideSums> wideSums_;
 };
 

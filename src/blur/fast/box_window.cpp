@@ -1,4 +1,4 @@
-// Window sums of a mirrored line in constant time: the arithmetic behind the box blur.
+// Window sums of a mirrored line in constant time: the arithmetic of the box blur.
 #include "blur/fast/box_window.h"
 
 #include "base/pixel_access.h"
@@ -6,7 +6,7 @@
 namespace vitrell {
 namespace {
 
-// The sum of the sequence's elements before position end, as a combination of stored sums.
+// The sum of the periodic sequence up to position end, expressed by stored prefix sums.
 struct RunningSum {
   std::int64_t wholeFactor;
   std::int64_t firstFactor;

@@ -11,7 +11,7 @@
 namespace vitrell {
 namespace {
 
-// Where the blur is plain: rows of the source's pixels, whichever axis the pass is along.
+// The plain box blur: rows of the source's pixels, along either axis.
 template <BoxAxis kAxis, typename Pixel>
 struct PlainBoxStage : StripsOfRows<Pixel, 1> {
   const BoxBlurRefcon& box;
@@ -19,8 +19,8 @@ struct PlainBoxStage : StripsOfRows<Pixel, 1> {
   std::int32_t left;
   std::int32_t top;
 
-  // In a world whose extent does not begin at (0, 0) a pixel of a row was worked out for another
-  // place of the memory, and so was its alpha.
+  // Strips are indexed by memory position. In a world whose extent does not begin at (0, 0) that
+  // differs from the layer position, so that a stored pixel's alpha would be another pixel's.
   static void Publish(const Pixel& stored, const Pixel& in, Pixel* out) {
     PublishColors(stored, in, out);
   }
@@ -37,12 +37,12 @@ struct PlainBoxStage : StripsOfRows<Pixel, 1> {
   }
 };
 
-// One pass along one axis, and the refcon of its callback.
+// One pass along one axis; the refcon of its callback.
 template <BoxAxis kAxis, typename Pixel>
 struct BoxPass {
   BoxBlurRefcon box;
-  LensMaskView mask;  // The mask as the world being written sees it.
-  MaskOnes ones;      // Where that is certainly 1.
+  LensMaskView mask;  // The mask indexed by the destination's extent.
+  MaskOnes ones;      // Positions where the mask is certainly 1.
   StripPass<PlainBoxStage<kAxis, Pixel>> plain;
   StripPass<WeightedStrips<kAxis, Pixel>> weighted;
 
@@ -101,7 +101,7 @@ PF_Err BoxPixel(void* refcon, std::int32_t x, std::int32_t y, const Pixel& in, P
                                 : MappedPass(pass, x, y, in, out);
 }
 
-// Prepares what the pass reads and iterates it.
+// Prepares the tables of a pass and iterates it.
 template <BoxAxis kAxis, typename Pixel>
 PF_Err RunBoxPass(AEGP_SuiteHandler& suites, const IO_Params& io, std::int32_t radiusPx,
                   A_long lines, BoxBlurRefcon* box, BoxBlurScratch<Pixel>* scratch) {
@@ -118,7 +118,7 @@ PF_Err RunBoxPass(AEGP_SuiteHandler& suites, const IO_Params& io, std::int32_t r
   return RunPixelPass(suites, io.in_data, io.src, io.dst, lines, callback, &pass);
 }
 
-// From the destination back into the source.
+// The same worlds with source and destination exchanged.
 IO_Params Swapped(const IO_Params& io) { return {io.in_data, io.out_data, io.dst, io.src}; }
 
 }  // namespace
@@ -140,14 +140,14 @@ PF_Err FastBlurA(const IO_Params& io, std::int32_t horizontalRadiusPx,
   AEGP_SuiteHandler suites(io.in_data->pica_basicP);
   const A_long lines = ExtentLines(*io.dst);
   OwnedWorld unblurred(io.in_data);
-  // Only the lens map reads this world pixel by pixel, so that only then its depth matters.
+  // Only the lens map reads this world pixel by pixel; otherwise its depth does not matter.
   if (const PF_Err err = lensMap != 0
                              ? unblurred.CreateLike(*io.src)
                              : unblurred.Create(io.src->width, io.src->height, io.src->world_flags);
       err != 0) {
     return err;
   }
-  // Kept: neither this copy's nor the horizontal pass's failure stops the blur.
+  // Kept: the blur goes on if this copy or the horizontal pass fails.
   static_cast<void>(CopyWorld(io.in_data, io.src, unblurred.get()));
   BoxBlurRefcon box = {.io = nullptr,
                        .mirror = 1,
@@ -175,7 +175,7 @@ PF_Err FastBlur(const IO_Params& io, std::int32_t radiusPx, std::uint8_t lensMap
   const auto round = [&](const IO_Params& worlds) {
     return FastBlurA<Pixel>(worlds, radiusPx, radiusPx, lensMap, 0, &scratch);
   };
-  // Kept: the first two rounds' failures are ignored; only shortage of own memory ends the blur.
+  // Kept: failures of the first two rounds are ignored, except the effect's own lack of memory.
   static_cast<void>(round(io));
   if (scratch.outOfMemory) {
     return PF_Err_OUT_OF_MEMORY;

@@ -14,7 +14,7 @@
 
 namespace vitrell {
 
-// Memory that the rounds of one blur share, and whether any was ever not to be had.
+// Memory that the rounds of one blur share, and whether an allocation of it has failed.
 template <typename Pixel>
 struct BoxBlurScratch {
   BoxRows<Pixel> rows;
@@ -23,25 +23,25 @@ struct BoxBlurScratch {
   bool outOfMemory = false;
 };
 
-// The stage: blurs call.io.src into call.io.dst; call.io.src serves as scratch. Copies where the
-// plan says so: the lens has no extent, the stage is off or the radius is 0. Answers the last
-// round's code: earlier rounds' failures are ignored, except for memory of the effect's own
-// (PF_Err_OUT_OF_MEMORY). A missing suite throws.
+// The stage: blurs call.io.src into call.io.dst; call.io.src serves as scratch. Copies if the plan
+// says so (the lens has no area, the stage is off, or the radius is 0). Returns the last round's
+// code; failures of earlier rounds are ignored, except PF_Err_OUT_OF_MEMORY from the effect's own
+// allocations. A missing suite throws.
 [[nodiscard]] PF_Err RenderFastBlurEffect(const StageCall& call);
 
 // Three rounds of FastBlurA.
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
 [[nodiscard]] PF_Err FastBlur(const IO_Params& io, std::int32_t radiusPx, std::uint8_t lensMap);
 
-// One horizontal and one vertical box pass; the result is in both of the worlds. The last
-// byte is not used. Own shortage of memory is told in scratch as well as in the result.
+// One horizontal and one vertical box pass; both worlds end up with the result. The effect's own
+// lack of memory is recorded in scratch and returned. `unused` is not read.
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
 [[nodiscard]] PF_Err FastBlurA(const IO_Params& io, std::int32_t horizontalRadiusPx,
                                std::int32_t verticalRadiusPx, std::uint8_t lensMap,
                                std::uint8_t unused, BoxBlurScratch<Pixel>* scratch);
 
-// Iterate callbacks of the two passes; refcon begins with a BoxBlurRefcon, behind which stand the
-// tables of the pass. Always return 0. Alpha is never blurred.
+// Iterate callbacks of the two passes. The refcon begins with a BoxBlurRefcon, followed by the
+// tables of the pass. Always return 0. Alpha is not blurred.
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>
 PF_Err FastBlurH(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out);
 template <typename Pixel, typename Channel = ChannelOf<Pixel>>

@@ -1,4 +1,4 @@
-// Means of pixels weighted by the lens mask, over windows of any length, from running sums.
+// Means of pixels weighted by the lens mask over windows of any length, from prefix sums.
 #include "blur/fast/weighted_lines.h"
 
 #include <algorithm>

@@ -21,37 +21,38 @@
 
 namespace vitrell {
 
-// Sums below 2^64 of the weights, of red, of green and of blue.
+// The sums of the weights, of red, of green and of blue, all below 2^64.
 struct WeightedSums {
   std::uint64_t lane[4];
 };
 
-// Weights are at most 2^32 and colours below 2^16.
+// Keeps these sums below 2^64: weights are at most 2^32 and colours below 2^16.
 inline constexpr std::int32_t kMaxWeightedTaps = 65535;
 
-// Neighbouring lines whose sums are formed side by side. A position counts along the lines. Pixels
-// and weights of the lines lie next to each other.
+// Neighbouring lines that are summed together. A position counts along the lines; the lines' pixels
+// and weights at one position are contiguous.
 struct WeightedLines {
   std::int32_t count;
   std::int32_t length;  // At most kMaxWeightedTaps.
   std::int32_t radiusPx;
   const double* weights;
   const char* pixels;
-  const char* unblurred;         // Faint weights blend with it; null where nothing is blended.
-  std::ptrdiff_t step;           // From one position to the next: of weights and results,
+  const char* unblurred;         // Blended in where the mask is faint; null for none.
+  std::ptrdiff_t step;           // Distance between positions: of weights and results,
   std::ptrdiff_t pixelStep;      // in bytes of the source
   std::ptrdiff_t unblurredStep;  // and in bytes of the unblurred world.
 };
 
 template <typename Pixel>
 struct WeightedEngine {
-  // The sums before each position: (length + 1) x count of them, position by position. False when a
-  // weight is not between 0 and 1; the sums then mean nothing. sums are aligned to 32 bytes.
+  // Computes the prefix sums before each position, (length + 1) x count of them, all lines of a
+  // position together. Returns false, leaving sums undefined, if a weight is not in [0, 1]. sums
+  // must be aligned to 32 bytes.
   bool (*sumLines)(const WeightedLines& lines, WeightedSums* sums);
 
-  // Stores the blurred pixels from index first on, counted position by position, where the weight
-  // is between 0 and 1; their alpha means nothing. Stops at the first that only the defining loop
-  // can tell and answers its index, or length x count.
+  // Stores the blurred pixels whose weight lies strictly between 0 and 1, from index `first` on,
+  // where index = position x count + line; their alpha is undefined. Returns the index of the first
+  // pixel that needs the defining loop, or length x count.
   std::int64_t (*storeMeans)(const WeightedLines& lines, const WeightedSums* sums,
                              std::int64_t first, Pixel* out);
 };

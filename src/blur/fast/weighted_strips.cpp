@@ -9,7 +9,7 @@
 namespace vitrell {
 namespace {
 
-// True when the world has a pixel at every position of the rectangle.
+// Whether the world has a pixel at every position of the rectangle.
 bool Covers(const PF_LayerDef& world, const PF_LRect& rect) {
   const std::int64_t left = std::int64_t{rect.left} - world.extent_hint.left;
   const std::int64_t top = std::int64_t{rect.top} - world.extent_hint.top;
@@ -23,7 +23,8 @@ const char* AddressOf(const PF_LayerDef& world, std::int32_t x, std::int32_t y) 
   return reinterpret_cast<const char*>(GetPointerFromDataP<Pixel>(&world, y, x, 0));
 }
 
-// The first position from which on a weight is neither 0 nor 1, or the length.
+// The first position, from the given one on, with a weight that is neither 0 nor 1; length if there
+// is none.
 std::int32_t NextSoftPosition(const WeightedLines& lines, std::int32_t position) {
   for (; position < lines.length; ++position) {
     const double* const weights = lines.weights + position * lines.step;
@@ -97,8 +98,8 @@ void WeightedStrips<kAxis, PixelType>::FillLines(std::int32_t firstLine, std::in
   const WeightedLines lines = LinesOf({firstLine, endLine, 0, kIsRows ? width_ : height_});
   std::int32_t soft = NextSoftPosition(lines, 0);
   while (soft < lines.length) {
-    // Windows reach radiusPx beyond the soft positions; from one stretch to the next nothing is
-    // looked at.
+    // A stretch extends radiusPx beyond its soft positions. The positions between two stretches are
+    // not read.
     const auto begin = static_cast<std::int32_t>(std::max<std::int64_t>(soft - radiusPx, 0));
     std::int64_t end = soft;
     while (soft < lines.length && soft - end <= 2 * radiusPx) {

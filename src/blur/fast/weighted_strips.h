@@ -14,16 +14,16 @@
 
 namespace vitrell {
 
-// Memory that the passes of one blur hand on.
+// Memory reused by the passes of one blur.
 template <typename Pixel>
 struct WeightedMemory {
   StripMemory<Pixel> strips;
   Workspaces<WeightedSums> sums;
 };
 
-// What the mask's soft band becomes in one pass along one axis: the stage of a StripPass. Strips of
-// rows or of columns by running sums; pixels whose roundings need it by the defining loop.
-// Positions are those of the mask's rectangle.
+// The stage of a StripPass for the mask's soft band, in one pass along one axis. Strips of rows or
+// columns are computed from prefix sums; pixels whose rounding these cannot decide, by the defining
+// loop. Positions are relative to the mask's rectangle.
 template <BoxAxis kAxis, typename PixelType>
 class WeightedStrips {
  public:
@@ -32,25 +32,25 @@ class WeightedStrips {
   static constexpr std::int32_t kStripSize = 16;
   static constexpr StripLines kStripLines = kIsRows ? StripLines::kRows : StripLines::kColumns;
 
-  // The pass that the settings describe, whose pixels must not change until it ends.
+  // The worlds of the pass must not change until it ends.
   WeightedStrips(const BoxBlurRefcon& box, const LensMaskView& mask) : box_(box), mask_(mask) {}
 
-  // False when there is no memory. There are no strips for a negative radius, nor where the mask's
-  // rectangle is not wholly within the worlds or longer than kMaxWeightedTaps.
+  // False if memory is short. There are no strips for a negative radius, nor if the mask's
+  // rectangle is not wholly within the worlds or is longer than kMaxWeightedTaps.
   [[nodiscard]] bool Prepare(WeightedMemory<Pixel>* memory);
 
-  // The size of the strips; 0 without them.
+  // The size of the strips' image; 0 if there are none.
   std::int32_t width() const { return width_; }
   std::int32_t height() const { return height_; }
 
   std::int32_t ColumnOf(std::int32_t x) const { return WrappingSubtract(x, rect_.left); }
   std::int32_t RowOf(std::int32_t y) const { return WrappingSubtract(y, rect_.top); }
 
-  // Writes the pixels of some lines where the mask lies between 0 and 1; their alpha means nothing.
-  // False when too many threads are at it.
+  // Writes the pixels of some lines where the mask is strictly between 0 and 1; their alpha is
+  // undefined. False if all workspaces are on loan to other threads.
   bool FillStrip(std::int32_t firstLine, std::int32_t endLine, Pixel* out);
 
-  // Any pixel where the mask is above 0.
+  // For any pixel where the mask is above 0.
   void StoreOnePixel(std::int32_t x, std::int32_t y, const Pixel& in, Pixel* out) const {
     StoreWeightedBox<kAxis>(box_, mask_, x, y, in, out);
   }
@@ -60,10 +60,10 @@ class WeightedStrips {
   }
 
  private:
-  // Columns share the cache lines of their pixels; rows would share nothing.
+  // Neighbouring columns share cache lines and are summed together; rows share none.
   static constexpr std::int32_t kLinesAtOnce = kIsRows ? 1 : kStripSize;
 
-  // Some neighbouring lines, from one position along them to another.
+  // Some neighbouring lines, between two positions along them.
   struct Stretch {
     std::int32_t firstLine;
     std::int32_t endLine;
@@ -79,7 +79,7 @@ class WeightedStrips {
 
   const BoxBlurRefcon& box_;
   LensMaskView mask_;
-  const double* weights_ = nullptr;  // The mask's values of the rectangle.
+  const double* weights_ = nullptr;  // The mask's values over the rectangle.
   PF_LRect rect_ = {};
   std::int32_t width_ = 0;
   std::int32_t height_ = 0;

@@ -1,4 +1,4 @@
-// Bilinear samples of many points, the four channels of each side by side in a vector.
+// Bilinear samples at many points, with a pixel's four channels in one vector.
 #include "blur/optical/bilinear_samples.h"
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// Bilinear samples of many points, the four channels of each side by side in a vector.
+// Bilinear samples at many points, with a pixel's four channels in one vector.
 #ifndef VITRELL_BLUR_OPTICAL_BILINEAR_SAMPLES_H_
 #define VITRELL_BLUR_OPTICAL_BILINEAR_SAMPLES_H_
 
@@ -10,11 +10,12 @@
 
 namespace vitrell {
 
-// For a source whose origin is (0, 0), in mirrored reading; the same bits as GetPointerFromDataDP.
+// For a source with origin (0, 0) and mirrored edges; returns the same bits as
+// GetPointerFromDataDP.
 template <typename Pixel>
 struct BilinearEngine {
-  // Samples the points of pixels of one row into out[pixels.x[i]], with the alpha of
-  // in[pixels.x[i]].
+  // Samples the sources of some pixels of one row: out[pixels.x[i]] gets the sampled colours and
+  // the alpha of in[pixels.x[i]].
   void (*sample)(const PF_LayerDef& src, const DistortedPixels& pixels, const Pixel* in,
                  Pixel* out);
 };

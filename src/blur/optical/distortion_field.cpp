@@ -1,4 +1,4 @@
-// Where the optical distortion takes each pixel from.
+// Computes the source position of each pixel of the optical distortion.
 #include "blur/optical/distortion_field.h"
 
 #include "base/numeric.h"
@@ -6,14 +6,14 @@
 namespace vitrell {
 namespace {
 
-// What the square root of is the distance of the source, in focal lengths.
+// The square of the source's distance from the centre, in focal lengths.
 double SquaredSine(double distance, double focalLengthPx) {
   const double ratio = distance / focalLengthPx;
   const double square = ratio * ratio;
   return square / (square + 1.0);
 }
 
-// One coordinate of the source: the offset shortened from one distance to the other.
+// One coordinate of the source: the offset, scaled from distance to sourceDistance.
 double Shorten(std::int32_t center, double offset, double distance, double sourceDistance) {
   return center + sourceDistance * offset / distance;
 }

@@ -1,4 +1,4 @@
-// Where the optical distortion takes each pixel from.
+// Computes the source position of each pixel of the optical distortion.
 #ifndef VITRELL_BLUR_OPTICAL_DISTORTION_FIELD_H_
 #define VITRELL_BLUR_OPTICAL_DISTORTION_FIELD_H_
 
@@ -22,8 +22,8 @@ struct SamplePoint {
   double column;
 };
 
-// The bend of a wide-angle lens: a pixel at some distance from the centre comes from f x sin(atan(
-// distance / f)), always nearer to the centre than itself, f being the focal length.
+// The distortion of a wide-angle lens of focal length f: a pixel at distance d from the centre is
+// sampled at distance f x sin(atan(d / f)), which is always smaller than d.
 struct DistortionField {
   explicit DistortionField(const DistortRefcon& refcon)
       : centerX(refcon.centerX),
@@ -38,12 +38,12 @@ struct DistortionField {
 
   double DistanceOf(std::int32_t x, std::int32_t y) const;
 
-  // The source of one pixel at a distance above 0.
+  // The source of a pixel whose distance from the centre is above 0.
   SamplePoint SourceOf(std::int32_t x, std::int32_t y, double distance) const;
 };
 
-// Neighbouring pixels of one row and their sources. Step by step for all of them, the divisions of
-// several pixels overlap.
+// Some pixels of one row and their sources. Each step is computed for all of them before the next,
+// so that the divisions of several pixels overlap.
 struct DistortedPixels {
   static constexpr int kCapacity = 256;
 
@@ -51,8 +51,8 @@ struct DistortedPixels {
   std::int32_t x[kCapacity];
   SamplePoint sources[kCapacity];
 
-  // Fills the sources of the pixels x of a row and drops the centre, which is not
-  // moved. The same bits as SourceOf.
+  // Computes the sources of the pixels x of row y, with the same bits as SourceOf, and removes the
+  // centre pixel, which is not moved.
   void FindSources(const DistortionField& field, std::int32_t y);
 };
 

@@ -1,4 +1,4 @@
-// Optical distortion: bends the picture inside the lens as a wide-angle lens would.
+// Optical distortion: bends the image inside the lens as a wide-angle lens would.
 #include "blur/optical/optical_distortion.h"
 
 #include <algorithm>
@@ -17,17 +17,17 @@
 namespace vitrell {
 namespace {
 
-// A focal length below this bends everything onto the centre pixel.
+// With a focal length below this, every pixel takes the colour of the centre.
 constexpr double kFocalLengthThreshold = 0.0001;
 
-// The bilinear sample of GetPointerFromDataDP with the alpha of another pixel.
+// Stores the bilinear sample of GetPointerFromDataDP with the alpha of another pixel.
 template <typename Pixel>
 void SampleColors(const PF_LayerDef& src, const SamplePoint& point, const Pixel& in, Pixel* out) {
   static_cast<void>(GetPointerFromDataDP<Pixel>(&src, point.row, point.column, out, 1));
   out->alpha = in.alpha;
 }
 
-// The mask and the distance gate the effect only; its strength does not follow the mask.
+// The mask only switches the effect on per pixel; its strength does not follow the mask.
 template <typename Pixel>
 struct DistortionStage : StripsOfRows<Pixel, 8> {
   DistortRefcon refcon;
@@ -63,7 +63,7 @@ struct DistortionStage : StripsOfRows<Pixel, 8> {
   }
 
  private:
-  // Works out the pixels of a row from begin to end, at most as many as DistortedPixels holds.
+  // Computes columns [begin, end) of a row, at most DistortedPixels::kCapacity of them.
   void FillPixels(std::int32_t row, std::int32_t begin, std::int32_t end, Pixel* out) const {
     const Pixel* const in = StoredPixel<Pixel>(refcon.io->src, row, 0);
     DistortedPixels pixels;
@@ -72,7 +72,7 @@ struct DistortionStage : StripsOfRows<Pixel, 8> {
       pixels.count += mask.At(x, row) > kMaskThreshold ? 1 : 0;
     }
     pixels.FindSources(field, row);
-    if (pixels.count != end - begin) {  // The others stay as they are.
+    if (pixels.count != end - begin) {  // The other pixels are copied.
       std::copy(in + begin, in + end, out + begin);
     }
     engine->sample(*refcon.io->src, pixels, in, out);
@@ -94,7 +94,7 @@ PF_Err RunPass(const StageCall& call, const DistortRefcon& refcon) {
                                              LensMaskView(dst),
                                              &BestEngine<BilinearEngine<Pixel>>()},
                                             {}};
-  // Worlds with another origin and extreme fields of view have no strips.
+  // There are no strips for worlds with another origin and for extreme fields of view.
   const bool hasStrips = HasPixelsFromOrigin(src) && IsDeep(src) == IsDeep(dst) &&
                          !(refcon.focalLengthPx < kFocalLengthThreshold);
   if (hasStrips && !pass.strips.Reset(src.width, src.height)) {

@@ -1,4 +1,4 @@
-// Which columns of a highlight map have any weight within a band of rows.
+// Finds the columns of a highlight map that have any weight within a band of rows.
 #include "blur/realistic/bright_columns.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Which columns of a highlight map have any weight within a band of rows.
+// Finds the columns of a highlight map that have any weight within a band of rows.
 #ifndef VITRELL_BLUR_REALISTIC_BRIGHT_COLUMNS_H_
 #define VITRELL_BLUR_REALISTIC_BRIGHT_COLUMNS_H_
 
@@ -13,24 +13,24 @@ namespace vitrell {
 // and go. Columns and rows outside the map have no weight.
 class BrightColumns {
  public:
-  // Starts with an empty band above the map, which must outlive this object. False when the memory
-  // is not to be had.
+  // Starts with an empty band above the map, which must outlive this object. False if memory is
+  // short.
   [[nodiscard]] bool Prepare(const HighlightMap& map);
 
-  // Moves to the rows from firstRow up to endRow. Neither may decrease.
+  // Moves the band to rows [firstRow, endRow). Neither may decrease.
   void MoveTo(std::int64_t firstRow, std::int64_t endRow);
 
-  // The first column at or right of this one that has weight; the map's width without one.
+  // The first column with weight, from this one rightwards; the map's width if there is none.
   std::int64_t FirstFrom(std::int64_t column) const;
 
-  // The last column at or left of this one that has weight; -1 without one.
+  // The first column with weight, from this one leftwards; -1 if there is none.
   std::int64_t LastUpTo(std::int64_t column) const;
 
  private:
   const HighlightMap* map_ = nullptr;
   std::int64_t firstRow_ = 0;
   std::int64_t endRow_ = 0;
-  Buffer<std::int32_t> weightsInBand_;  // Per column.
+  Buffer<std::int32_t> weightsInBand_;  // Per column: pixels with weight.
   Buffer<std::int32_t> first_;
   Buffer<std::int32_t> last_;
 };

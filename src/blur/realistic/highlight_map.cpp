@@ -1,5 +1,5 @@
-// The realistic blur's source: how bright each input pixel is, beside its colours, as planes of
-// floats in which neighbouring output pixels can be summed side by side.
+// The realistic blur's source: the highlight weight of each input pixel and its colours, as planes
+// of floats from which neighbouring output pixels can be summed in vector lanes.
 #include "blur/realistic/highlight_map.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::int64_t kFloatsPerCacheLine = 16;
 
-// Luminance times alpha as a fraction of both white points.
+// Luminance times alpha, relative to white in both.
 double Brightness(const PF_Pixel& pixel) {
   return (0.299 * pixel.red + 0.587 * pixel.green + 0.114 * pixel.blue) * pixel.alpha / 65025.0;
 }
@@ -24,7 +24,8 @@ double Brightness(const PF_Pixel16& pixel) {
          kOneByWhiteSquared;
 }
 
-// An odd number of cache lines, so that neighbouring lines never compete for one cache set.
+// Rounds up to an odd number of cache lines, so that neighbouring lines never map to the same cache
+// set.
 std::int64_t PaddedLength(std::int64_t length) {
   const std::int64_t padded = length + 2 * HighlightMap::kLinePadding;
   const std::int64_t cacheLines = (padded + kFloatsPerCacheLine - 1) / kFloatsPerCacheLine;
@@ -37,8 +38,9 @@ template <typename Pixel>
 void HighlightMap::Fill(const PF_InData* inData, const PF_LayerDef& input, std::int64_t rowsAtATime,
                         MapUse use) {
   // The weight of layer position (row, column) is stored at row x width + column, whatever the
-  // world's origin. Kept: in a world whose extent hint does not start at (0, 0) a pixel therefore
-  // takes its weight from another one; where there is none the weight is 0.
+  // world's origin.
+  // Kept: in a world whose extent hint does not start at (0, 0) a pixel therefore gets another
+  // pixel's weight, or 0 where there is none.
   const std::int64_t shift = input.extent_hint.top * width_ + input.extent_hint.left;
   const auto weightOf = [&](const Pixel& own, std::int64_t row, std::int64_t column) {
     const Pixel* pixel = &own;
@@ -90,7 +92,7 @@ bool HighlightMap::Build(const PF_InData* inData, const PF_LayerDef& input, Plan
   origin_ = values_.data() + kLinePadding;
   rowStride_ = byColumns ? lineStride : 1;
   columnStride_ = byColumns ? 1 : lineStride;
-  // Whole cache lines are written in either order.
+  // Chosen so that whole cache lines are written in either order.
   const std::int64_t rowsAtATime = byColumns ? 1 : kFloatsPerCacheLine;
   if (IsDeep(input)) {
     Fill<PF_Pixel16>(inData, input, rowsAtATime, use);

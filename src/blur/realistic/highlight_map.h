@@ -1,5 +1,5 @@
-// The realistic blur's source: how bright each input pixel is, beside its colours, as planes of
-// floats in which neighbouring output pixels can be summed side by side.
+// The realistic blur's source: the highlight weight of each input pixel and its colours, as planes
+// of floats from which neighbouring output pixels can be summed in vector lanes.
 #ifndef VITRELL_BLUR_REALISTIC_HIGHLIGHT_MAP_H_
 #define VITRELL_BLUR_REALISTIC_HIGHLIGHT_MAP_H_
 
@@ -15,8 +15,8 @@ namespace vitrell {
 // column.
 enum class PlaneOrder { kRowMajor, kColumnMajor };
 
-// What the sums are for. By mask a transparent pixel weighs nothing, even where the weight is taken
-// from another pixel (see Fill), and there are planes of products for the taps of weight 1.
+// What the map is used for. By mask, a transparent pixel has the weight 0 even where its weight
+// would come from another pixel (see Fill), and there are planes of products for taps of weight 1.
 enum class MapUse { kUniform, kByMask };
 
 // Floats per input pixel, planeStride() apart: highlight weight, red, green and blue; by mask also
@@ -30,7 +30,7 @@ class HighlightMap {
  public:
   static constexpr std::int64_t kLinePadding = 64;
 
-  // False when the memory is not to be had. A world without pixels gives an empty map.
+  // False if memory is short. A world without pixels gives an empty map.
   [[nodiscard]] bool Build(const PF_InData* inData, const PF_LayerDef& input, PlaneOrder order,
                            MapUse use);
 
@@ -40,7 +40,7 @@ class HighlightMap {
   std::int64_t rowStride() const { return rowStride_; }
   std::int64_t planeStride() const { return planeStride_; }
 
-  // Address of the highlight weight of pixel (0, 0); null when there are no pixels.
+  // Address of the highlight weight of pixel (0, 0); null if there are no pixels.
   const float* origin() const { return origin_; }
 
  private:

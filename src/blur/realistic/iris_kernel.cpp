@@ -1,4 +1,4 @@
-// The weights of the iris as compact tap lists.
+// The weights of the iris as compact lists of taps.
 #include "blur/realistic/iris_kernel.h"
 
 #include <algorithm>
@@ -8,7 +8,7 @@
 namespace vitrell {
 namespace {
 
-// Beyond this radius every weight is worked out alone: the shared points would take too much
+// Above this radius every kernel computes its own points: the shared ones would take too much
 // memory.
 constexpr std::int32_t kMaxSharedRadius = 512;
 
@@ -32,14 +32,14 @@ KernelReach ReachBetween(const PF_LayerDef& input, const PF_LayerDef& output) {
           top + input.height - 1};
 }
 
-// One row of the weight grid, cut to the columns that can be reached and one more on the right,
-// which the differences need.
+// One row of the weight grid, clipped to the reachable columns and one more on the right, which the
+// difference points need.
 struct IrisKernelBuilder::Row {
   std::int32_t radius;
   std::int32_t dy;
   std::int64_t firstDx;
   std::int64_t lastDx;
-  const float* weights;  // Of firstDx to lastDx.
+  const float* weights;  // For firstDx to lastDx.
 
   float At(std::int64_t dx) const { return weights[dx - firstDx]; }
 };
@@ -100,14 +100,14 @@ bool IrisKernelBuilder::AppendPoints(const Row& row) {
 }
 
 KernelReach IrisKernelBuilder::ReachOf(std::int64_t radius) const {
-  // The differences need one more column on the right.
+  // One more column on the right, which the difference points need.
   return {std::max(-radius, reach_.firstDx), std::min(radius, reach_.lastDx + 1),
           std::max(-radius, reach_.firstDy), std::min(radius, reach_.lastDy)};
 }
 
 IrisPoint IrisKernelBuilder::PointOf(std::int64_t dx, std::int64_t dy) const {
-  // Kept: the grid holds the shape mirrored left to right, which shows for odd numbers of sides and
-  // for rotations.
+  // Kept: the grid is the shape's mirror image (left and right exchanged), which shows for odd
+  // numbers of sides and for rotations.
   return PointAt(shape_, static_cast<double>(-dx), static_cast<double>(dy));
 }
 

@@ -1,4 +1,4 @@
-// The weights of the iris as compact tap lists.
+// The weights of the iris as compact lists of taps.
 #ifndef VITRELL_BLUR_REALISTIC_IRIS_KERNEL_H_
 #define VITRELL_BLUR_REALISTIC_IRIS_KERNEL_H_
 
@@ -11,8 +11,8 @@
 
 namespace vitrell {
 
-// Offsets from an output pixel at which there can be an input pixel at all. What lies beyond is
-// neither computed nor stored.
+// The offsets at which some output pixel can have an input pixel. Taps beyond are neither computed
+// nor stored.
 struct KernelReach {
   std::int64_t firstDx;
   std::int64_t lastDx;
@@ -25,23 +25,24 @@ struct KernelReach {
 
 KernelReach ReachBetween(const PF_LayerDef& input, const PF_LayerDef& output);
 
-// count neighbouring taps of equal weight, the first one dx columns right of the output pixel.
+// A run of `count` taps of equal weight in a row; the first is dx columns right of the output
+// pixel.
 struct KernelSpan {
   std::int32_t dx;
   std::int32_t count;
   float weight;
 };
 
-// One tap of the step from a window to the window one pixel to the right.
+// One tap of the difference between the windows of two horizontally neighbouring pixels.
 struct Weight_Pt {
   std::int32_t x;  // Column offset.
   std::int32_t y;  // Row offset.
   float weight;
 };
 
-// The taps of one radius in the order of the weight grid: rows from the top, in them columns from
-// the left. Row i holds the offset firstDy + i and the spans rowStart[i] to rowStart[i + 1] - 1.
-// ones holds the longest span of weight 1 of each row, an empty one (count 0) where there is none.
+// The taps of one radius in grid order: rows from the top, columns from the left. Row i lies at the
+// offset firstDy + i and consists of the spans [rowStart[i], rowStart[i + 1]). ones[i] is that
+// row's longest span of weight 1, with count 0 if there is none.
 struct IrisKernel {
   std::int64_t firstDy = 0;
   std::int64_t rowCount = 0;
@@ -53,20 +54,20 @@ struct IrisKernel {
 // Which weights become taps.
 enum class TapChoice { kNonZero, kAboveThreshold };
 
-// Builds kernels of one shape one after another, reusing its scratch memory.
+// Builds kernels of one shape, one after another, reusing its scratch memory.
 class IrisKernelBuilder {
  public:
   IrisKernelBuilder(const IrisShape& shape, const KernelReach& reach)
       : shape_(shape), reach_(reach) {}
 
-  // Works out once what the kernels up to this radius share; larger ones must not follow. Takes 16
-  // bytes for each place of the largest, and does nothing for radii above 512. False when the
-  // memory is not to be had.
+  // Computes in advance what kernels of all radii up to this one have in common; larger ones must
+  // not follow. Takes 16 bytes per tap of the largest kernel, and does nothing for radii above 512.
+  // False if memory is short.
   [[nodiscard]] bool ShareTo(std::int32_t maxRadius);
 
-  // radius is 0..kMaxIrisRadius. With points not null these are filled with the difference points:
-  // their weighted samples at one column added to the window sum of the column before give the
-  // window sum. False when the memory is not to be had.
+  // radius must be in [0, kMaxIrisRadius]. points may be null; otherwise it receives the difference
+  // points, whose weighted samples turn a pixel's window sum into that of its right neighbour.
+  // False if memory is short.
   [[nodiscard]] bool Build(std::int32_t radius, TapChoice choice, IrisKernel* kernel,
                            Buffer<Weight_Pt>* points);
 
@@ -80,7 +81,7 @@ class IrisKernelBuilder {
 
   IrisShape shape_;
   KernelReach reach_;
-  Buffer<IrisPoint> shared_;  // Row by row; empty if nothing is shared.
+  Buffer<IrisPoint> shared_;  // Row-major; empty if nothing is shared.
   KernelReach sharedReach_ = {};
   Buffer<float> weights_;
   GrowingBuffer<std::size_t> rowStart_;

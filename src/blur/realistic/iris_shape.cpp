@@ -1,4 +1,4 @@
-// The iris of the realistic blur: a regular polygon with round corners, squeezed and turned.
+// The iris of the realistic blur: a regular polygon with rounded corners, squeezed and rotated.
 #include "blur/realistic/iris_shape.h"
 
 #include <limits>
@@ -14,7 +14,7 @@ constexpr double kThreeHalvesPi = 4.71238898038469;
 
 constexpr double kRound = std::numeric_limits<double>::infinity();
 
-// Angle of (u, v) in 0..2 pi.
+// Polar angle of (u, v) in [0, 2 pi).
 double PolarAngle(const PF_ANSICallbacks& maths, double u, double v) {
   if (u == 0.0) {
     return v > 0.0 ? kHalfPi : kThreeHalvesPi;
@@ -29,7 +29,7 @@ double PolarAngle(const PF_ANSICallbacks& maths, double u, double v) {
   return angle;
 }
 
-// The cosine of a point, see IrisPoint.
+// The cosine that IrisPoint holds for (u, v).
 double CosineAt(const IrisShape& shape, double u, double v) {
   const double sides = (PolarAngle(*shape.maths, u, v) + kHalfPi) / shape.sideAngle;
   const double fraction = sides - TruncateToInt32(sides);
@@ -60,7 +60,7 @@ std::int32_t MaxIrisRadius(const LX_Info& info) {
 
 IrisPoint PointAt(const IrisShape& shape, double x, double y) {
   if (x == 0.0 && y == 0.0) {
-    return {-1.0, kRound};  // The centre is inside even if the squeeze gives no number.
+    return {-1.0, kRound};  // The centre is inside even if its squeezed position is NaN.
   }
   const double u = (shape.sinRotation * y + shape.cosRotation * x) / shape.aspect;
   const double v = shape.sinRotation * x - shape.cosRotation * y;
@@ -83,7 +83,8 @@ float WeightOf(const IrisShape& shape, const IrisPoint& point, std::int32_t radi
   if (point.distance >= boundary + kIrisEpsilon + 1.0) {
     return 0.0f;
   }
-  // Kept: the one-pixel band outside the boundary rises outward from 0 to 1 and then drops to 0.
+  // Kept: in the one-pixel band outside the boundary the weight rises outwards from 0 to 1 and then
+  // drops to 0.
   return static_cast<float>(point.distance - boundary - kIrisEpsilon);
 }
 

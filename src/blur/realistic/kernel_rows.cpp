@@ -1,4 +1,4 @@
-// Rows of iris kernels as the lane sums walk them.
+// Rows of iris kernels in the form that the lane sums use.
 #include "blur/realistic/kernel_rows.h"
 
 #include <limits>

@@ -1,4 +1,4 @@
-// Rows of iris kernels as the lane sums walk them.
+// Rows of iris kernels in the form that the lane sums use.
 #ifndef VITRELL_BLUR_REALISTIC_KERNEL_ROWS_H_
 #define VITRELL_BLUR_REALISTIC_KERNEL_ROWS_H_
 
@@ -21,10 +21,10 @@ constexpr std::int64_t LastDx(const KernelSpan& span) {
 struct KernelRow {
   const KernelSpan* begin;
   const KernelSpan* end;
-  const KernelSpan* ones;  // Copy of the longest one of weight 1; null in a missing row.
+  const KernelSpan* ones;  // A copy of the longest span of weight 1; null in an empty row.
 };
 
-// Rows that the kernel does not have are empty.
+// The kernel's row at the offset dy; empty where the kernel has none.
 inline KernelRow RowOf(const IrisKernel& kernel, std::int64_t dy) {
   const std::int64_t row = dy - kernel.firstDy;
   if (row < 0 || row >= kernel.rowCount) {
@@ -34,7 +34,8 @@ inline KernelRow RowOf(const IrisKernel& kernel, std::int64_t dy) {
   return {kernel.spans.data() + start[0], kernel.spans.data() + start[1], kernel.ones.data() + row};
 }
 
-// The offsets from the first of some rows of lanes at which any group of theirs has a kernel row.
+// The range of offsets, from the first of several rows of lanes, at which any of their kernels has
+// a row.
 struct MixedRows {
   std::int64_t firstDy;
   std::int64_t lastDy;

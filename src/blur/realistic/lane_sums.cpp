@@ -1,4 +1,4 @@
-// The realistic blur's sums for many neighbouring pixels at once, one pixel in each vector lane.
+// The realistic blur's sums for many neighbouring pixels at once, one pixel per vector lane.
 #include "blur/realistic/lane_sums.h"
 
 #include <cstddef>

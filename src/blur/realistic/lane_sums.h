@@ -1,7 +1,7 @@
-// The realistic blur's sums for many neighbouring pixels at once, one pixel in each vector lane.
+// The realistic blur's sums for many neighbouring pixels at once, one pixel per vector lane.
 //
-// Lanes never mix: each one adds the same taps in the same order and with the same roundings as
-// TapSums does for its pixel.
+// Lanes never mix: each adds the same taps in the same order and with the same roundings as TapSums
+// does for its pixel.
 #ifndef VITRELL_BLUR_REALISTIC_LANE_SUMS_H_
 #define VITRELL_BLUR_REALISTIC_LANE_SUMS_H_
 
@@ -18,7 +18,7 @@ inline constexpr int kMaxLanes = 64;
 inline constexpr int kMaxLaneRows = 4;
 static_assert(kMaxLanes <= HighlightMap::kLinePadding);
 
-// The running sums of neighbouring pixels. Lanes beyond an engine's number are not touched.
+// The running sums of neighbouring pixels. Lanes beyond an engine's number are left unchanged.
 struct LaneSums {
   alignas(64) float red[kMaxLanes];
   alignas(64) float green[kMaxLanes];
@@ -35,18 +35,18 @@ struct LaneSums {
   }
 };
 
-// A highlight map seen from the pixel of lane 0. The map must be contiguous in the lanes'
-// direction.
+// A highlight map as seen from the pixel of lane 0. The map's lines must run in the direction in
+// which the lanes are neighbours.
 struct LaneView {
-  const float* origin;  // Highlight weight of the map's first pixel.
+  const float* origin;  // Highlight weight of pixel (0, 0).
   std::int64_t center;  // Offset of the lane 0 pixel's from there; may lie outside the map.
   std::int64_t planeStride;
   std::int64_t dxStride;
   std::int64_t dyStride;
 };
 
-// The offsets, both ends included, whose taps are added; the others are skipped. Every address that
-// a tap within them reaches must lie in the map or its padding.
+// The closed range of offsets whose taps are added; others are skipped. All addresses that taps
+// within it reach must lie in the map or its padding.
 struct LaneWindow {
   std::int64_t firstDx;
   std::int64_t lastDx;
@@ -54,7 +54,7 @@ struct LaneWindow {
   std::int64_t lastDy;
 };
 
-// A tap of the sliding window with its address resolved.
+// A tap of the sliding window as an address offset.
 struct LaneTap {
   std::int64_t offset;  // From the centre.
   std::int32_t dx;
@@ -68,27 +68,28 @@ struct LaneGroup {
   int endLane;
 };
 
-// The lanes of one row: groups come from the left, one at least, and do not overlap.
+// The lanes of one row: at least one group, ordered from the left and without overlap.
 struct LaneRow {
   const LaneGroup* groups;
   int groupCount;
 };
 
-// Weights must be finite: a tap that is outside the map for some lanes only reads zeros there.
+// Weights must be finite: where a tap lies outside the map for only some lanes, these read zeros.
 struct IrisEngine {
   int lanes;
 
-  // Sums a kernel from scratch, in the order of the weight grid.
+  // Computes a kernel's sums from scratch, in grid order.
   void (*sumKernel)(const LaneView& view, const LaneWindow& window, const IrisKernel& kernel,
                     LaneSums* sums);
 
-  // Adds the taps from begin up to end whose dx lies within the window; its rows are not consulted.
+  // Adds the taps [begin, end) whose dx lies within the window; the window's rows are ignored.
   void (*addTaps)(const LaneView& view, const LaneWindow& window, const LaneTap* begin,
                   const LaneTap* end, LaneSums* sums);
 
-  // Sums from scratch rowCount neighbouring rows of at most rowLanes lanes, with a kernel for each
-  // group of lanes. View and window are those of the first row; the map is one for sums by mask. No
-  // weight may be negative. The sums of lanes without a group mean nothing.
+  // Computes the sums of rowCount neighbouring rows of at most rowLanes lanes from scratch, with a
+  // kernel for each group of lanes. View and window are those of the first row; the map must have
+  // been built for use by mask. Weights must not be negative. Sums of lanes without a group are
+  // undefined.
   int rowCount;  // At most kMaxLaneRows.
   int rowLanes;
   void (*sumRows)(const LaneView& view, const LaneWindow& window, const LaneRow* rows,

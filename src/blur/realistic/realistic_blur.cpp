@@ -13,8 +13,8 @@
 namespace vitrell {
 namespace {
 
-// Kept: the last row and column repeat their neighbours, whatever the blur gave them. A world with
-// a single row or column has no neighbour in that direction and stays as it is there.
+// Kept: the last row and column are overwritten with their neighbours, whatever the blur computed.
+// A world with a single row or column has no neighbour in that direction and stays as it is.
 template <typename Pixel>
 void MendEdges(const PF_LayerDef& world) {
   const std::int64_t lastRow = std::int64_t{world.height} - 1;
@@ -36,7 +36,7 @@ PF_Err RenderReleasticBlurEffect(const StageCall& call) {
   const RealisticBlurPlan& plan = call.plan.realisticBlur;
   const IO_Params& io = call.io;
   if (plan.isCopy) {
-    // Kept: a copy that fails here goes unnoticed.
+    // Kept: the failure of this copy is ignored.
     static_cast<void>(call.Copy());
     return PF_Err_NONE;
   }
@@ -50,7 +50,7 @@ PF_Err RenderReleasticBlurEffect(const StageCall& call) {
   const IrisShape shape = MakeIrisShape(call.info, io.in_data->utils->ansi);
   const PF_Err err = plan.isByMask ? BlurByMask(io, shape, maxRadius, BestEngine<IrisEngine>())
                                    : BlurUniformly(io, shape, maxRadius, BestEngine<IrisEngine>());
-  // An error of the pass does not keep the edges from being mended.
+  // The edges are mended even if the pass failed.
   if (IsDeep(*io.dst)) {
     MendEdges<PF_Pixel16>(*io.dst);
   } else {

@@ -7,12 +7,12 @@
 
 namespace vitrell {
 
-// The stage: blurs call.io.src into call.io.dst, uniformly on the calling thread or, with the lens
-// as blur map, per pixel through the host's iterate suite. Answers the host's code, or
-// PF_Err_OUT_OF_MEMORY; a missing suite throws. Everything it allocates is released on every path.
-// A radius that the slider does not offer by far (above kMaxIrisRadius, or not representable)
-// counts as memory that is not to be had; worlds of differing depths answer
-// PF_Err_BAD_CALLBACK_PARAM. The edges are mended also after a pass that failed.
+// The stage: blurs call.io.src into call.io.dst, either uniformly on the calling thread or, with
+// the lens as blur map, per pixel through the host's iterate suite. Returns the host's code; a
+// missing suite throws. A lack of memory gives PF_Err_OUT_OF_MEMORY, and so does a radius far
+// beyond the slider's range (above kMaxIrisRadius or not representable). Worlds of different depths
+// give PF_Err_BAD_CALLBACK_PARAM. The edges are mended even if the pass failed. All allocations are
+// released on every path.
 [[nodiscard]] PF_Err RenderReleasticBlurEffect(const StageCall& call);
 
 }  // namespace vitrell

@@ -1,4 +1,4 @@
-// The realistic blur with the lens mask as blur map: every pixel picks its own kernel.
+// The realistic blur with the lens mask as blur map: each pixel has its own kernel.
 #include "blur/realistic/realistic_mapped.h"
 
 #include <algorithm>
@@ -14,14 +14,14 @@
 namespace vitrell {
 namespace {
 
-// Below this total weight a pixel keeps its own colours.
+// Where the total weight is below this, a pixel keeps its own colours.
 constexpr double kSmallestTotal = 0.0001;
 
 template <typename Pixel>
 struct MappedIrisStage : StripsOfRows<Pixel, kMaxLaneRows> {
   KernelMap kernels;
 
-  // Alpha is 0 where the input's colours stay, else 1.
+  // Alpha marks the result: 0 where the input's colours are kept, 1 otherwise.
   static Pixel PixelOf(const TapSums& sums) {
     Pixel pixel = {};
     if (sums.weight >= kSmallestTotal) {

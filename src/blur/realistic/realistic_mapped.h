@@ -1,4 +1,4 @@
-// The realistic blur with the lens mask as blur map: every pixel picks its own kernel.
+// The realistic blur with the lens mask as blur map: each pixel has its own kernel.
 #ifndef VITRELL_BLUR_REALISTIC_REALISTIC_MAPPED_H_
 #define VITRELL_BLUR_REALISTIC_REALISTIC_MAPPED_H_
 
@@ -11,10 +11,10 @@
 
 namespace vitrell {
 
-// Blurs io.src into io.dst through the host's iterate suite, every pixel with the kernel that the
-// lens mask asks for: 0 where the mask is 0, maxRadius (0..kMaxIrisRadius) where it is 1 or more.
-// Both worlds have the same depth. Answers the host's code, or PF_Err_OUT_OF_MEMORY without having
-// called the host; a missing suite throws.
+// Blurs io.src into io.dst through the host's iterate suite. The lens mask sets each pixel's kernel
+// radius: 0 where it is 0, maxRadius (0 to kMaxIrisRadius) where it is 1 or more. Both worlds must
+// have the same depth. Returns the host's code, or PF_Err_OUT_OF_MEMORY before the host has been
+// called; a missing suite throws.
 [[nodiscard]] PF_Err BlurByMask(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius,
                                 const IrisEngine& engine);
 

@@ -1,4 +1,4 @@
-// The realistic blur with one kernel for all pixels, as a window that slides along each row.
+// The realistic blur with one kernel for all pixels: a window that slides along each row.
 #include "blur/realistic/realistic_uniform.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@
 namespace vitrell {
 namespace {
 
-// Moves the window of one pixel to the next pixel, at (row, column) of the map.
+// Turns the window sums of the pixel before into those of the pixel at (row, column) of the map.
 void Slide(const UniformTables& pass, std::int64_t row, std::int64_t column, TapSums* sums) {
   const HighlightMap& map = pass.map;
   for (const Weight_Pt& point : pass.points) {
@@ -28,11 +28,11 @@ void Slide(const UniformTables& pass, std::int64_t row, std::int64_t column, Tap
   }
 }
 
-// Kept: the sums are carried from pixel to pixel in single precision and start afresh only after a
-// pixel of zeros. What rounding leaves in them shows on black beside bright areas.
+// Kept: the sums are carried from pixel to pixel in single precision and restart only after a pixel
+// of zeros. The rounding errors left in them are visible on black beside bright areas.
 //
-// This is the definition. It also serves the kernels with weights that are not numbers, which a
-// squeeze to nothing gives: lanes must not see those where their pixel has no tap.
+// This is the definition. It also handles kernels with NaN weights, which an extreme squeeze
+// produces: in vector lanes such a weight would spoil pixels that have no tap there.
 template <typename Pixel>
 void BlurRow(const UniformTables& pass, std::int32_t y) {
   const std::int64_t row = std::int64_t{y} - pass.input->extent_hint.top;

@@ -1,4 +1,4 @@
-// The realistic blur with one kernel for all pixels, as a window that slides along each row.
+// The realistic blur with one kernel for all pixels: a window that slides along each row.
 #ifndef VITRELL_BLUR_REALISTIC_REALISTIC_UNIFORM_H_
 #define VITRELL_BLUR_REALISTIC_REALISTIC_UNIFORM_H_
 
@@ -11,9 +11,9 @@
 
 namespace vitrell {
 
-// Clears io.dst through the host and blurs io.src into it on the calling thread. Both worlds have
-// the same depth; radius is 0..kMaxIrisRadius. Answers the code of a failing fill, with nothing
-// blurred, or PF_Err_OUT_OF_MEMORY, with nothing written.
+// Clears io.dst through the host and blurs io.src into it on the calling thread. Both worlds must
+// have the same depth; radius is 0 to kMaxIrisRadius. If the fill fails, nothing is blurred and its
+// code is returned; if memory is short, nothing is written and the result is PF_Err_OUT_OF_MEMORY.
 [[nodiscard]] PF_Err BlurUniformly(const IO_Params& io, const IrisShape& shape, std::int32_t radius,
                                    const IrisEngine& engine);
 

@@ -1,4 +1,4 @@
-// The realistic blur's running sums for one pixel, tap by tap.
+// The realistic blur's sums for one pixel, tap by tap.
 #ifndef VITRELL_BLUR_REALISTIC_TAP_SUMS_H_
 #define VITRELL_BLUR_REALISTIC_TAP_SUMS_H_
 
@@ -20,7 +20,7 @@ struct TapSums {
   float blue = 0.0f;
   float weight = 0.0f;
 
-  // source is the address of a tap's highlight weight. The order of the two products counts.
+  // source is the address of a tap's highlight weight. The order of the two products matters.
   void Add(const float* source, std::int64_t planeStride, float tapWeight) {
     const float product = source[0] * tapWeight;
     red += product * source[planeStride];
@@ -30,8 +30,8 @@ struct TapSums {
   }
 };
 
-// The sums of a whole kernel at (row, column) of the map, in the order of the weight grid. Taps
-// outside the map are skipped.
+// The sums of a whole kernel at (row, column) of the map, in grid order. Taps outside the map are
+// skipped.
 inline TapSums SumKernel(const HighlightMap& map, const IrisKernel& kernel, std::int64_t row,
                          std::int64_t column) {
   TapSums sums;
@@ -54,8 +54,8 @@ inline TapSums SumKernel(const HighlightMap& map, const IrisKernel& kernel, std:
   return sums;
 }
 
-// The colours of the sums: truncated, not clamped; 0 where the total weight is 0. Leaves alpha
-// alone.
+// Stores the average colours, truncated without clamping; 0 if the total weight is 0. Does not
+// write alpha.
 template <typename Pixel>
 inline void StoreColors(const TapSums& sums, Pixel* pixel) {
   using Channel = ChannelOf<Pixel>;

@@ -1,4 +1,4 @@
-// The uniform realistic blur's rows, advancing side by side in vector lanes.
+// The uniform realistic blur in strips: as many rows as there are vector lanes advance together.
 #include "blur/realistic/uniform_strips.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@
 namespace vitrell {
 namespace {
 
-// Colours of all lanes before truncation; 0 where the total weight is 0.
+// The average colours of all lanes, not yet truncated; 0 if the total weight is 0.
 struct LaneColors {
   alignas(64) float red[kMaxLanes];
   alignas(64) float green[kMaxLanes];
@@ -39,7 +39,8 @@ class StripBlur {
         top_(pass.input->extent_hint.top),
         left_(pass.input->extent_hint.left) {}
 
-  // The points as taps with addresses, and where each row of the kernel begins among them.
+  // Converts the difference points to taps, and finds where each row of the kernel begins among
+  // them.
   [[nodiscard]] bool Prepare() {
     const auto rows = static_cast<std::size_t>(pass_.kernel.rowCount);
     if (!taps_.Allocate(pass_.points.size()) || !rowStart_.Allocate(rows + 1) ||
@@ -93,12 +94,12 @@ class StripBlur {
     afreshLanes_ = liveLanes_;
   }
 
-  // Moves all lanes to the column of the map.
+  // Moves the window of every lane to the given column of the map.
   void Advance(std::int64_t column) {
     const HighlightMap& map = pass_.map;
     const LaneView view = {map.origin(), row_ + column * map.columnStride(), map.planeStride(),
                            map.columnStride(), 1};
-    // Columns without a weight in reach of the strip change no sum.
+    // Columns without any weight within reach of the strip are skipped: they change no sum.
     const std::int64_t radius = pass_.radius;
     const LaneWindow window = {bright_.FirstFrom(column - radius - 1) - column,
                                bright_.LastUpTo(column + radius) - column, firstDy_, lastDy_};
@@ -117,7 +118,7 @@ class StripBlur {
     }
   }
 
-  // The input's pixels, whose alpha the output takes over; zeros where there are none.
+  // Loads the input's pixels, whose alpha the output gets; zeros where there are none.
   void LoadBlock(std::int32_t y, std::int32_t x, std::int32_t columns) {
     const PF_LayerDef& input = *pass_.input;
     for (int lane = 0; lane < liveLanes_; ++lane) {
@@ -137,7 +138,7 @@ class StripBlur {
     }
   }
 
-  // Sets one pixel of every live lane. A lane whose pixel is all zero starts afresh.
+  // Sets one pixel of every live lane. A lane whose pixel is all zero restarts its sums.
   void StoreColumn(std::int32_t column) {
     using Channel = ChannelOf<Pixel>;
     colors_.Divide(sums_, engine_.lanes);
@@ -153,7 +154,7 @@ class StripBlur {
     }
   }
 
-  // Columns whose pixels are put together before they are stored, so that whole cache lines are.
+  // Columns collected before they are stored, so that whole cache lines are written.
   static constexpr std::int32_t kBlockColumns = 16;
 
   const UniformTables& pass_;
@@ -164,8 +165,8 @@ class StripBlur {
   Buffer<std::size_t> rowStart_;
   BrightColumns bright_;
 
-  // The current strip: the map's row of lane 0, the offsets with rows of the map for some lane,
-  // and the taps of these rows.
+  // The current strip: lane 0's row of the map, the offsets at which some lane has a row of the
+  // map, and the taps of those rows.
   std::int64_t row_ = 0;
   int liveLanes_ = 0;
   std::int64_t firstDy_ = 0;

@@ -1,4 +1,4 @@
-// The uniform realistic blur's rows, advancing side by side in vector lanes.
+// The uniform realistic blur in strips: as many rows as there are vector lanes advance together.
 #ifndef VITRELL_BLUR_REALISTIC_UNIFORM_STRIPS_H_
 #define VITRELL_BLUR_REALISTIC_UNIFORM_STRIPS_H_
 
@@ -16,12 +16,12 @@ struct UniformTables {
   const PF_LayerDef* output;  // Of the input's depth.
   std::int32_t radius;
   HighlightMap map;
-  IrisKernel kernel;         // Taps of a window, every weight that is not 0.
-  Buffer<Weight_Pt> points;  // Taps of a step to the right.
+  IrisKernel kernel;         // The window: every weight that is not 0.
+  Buffer<Weight_Pt> points;  // The step to the next pixel of a row.
 };
 
-// Writes the whole output, strips of engine.lanes rows from the top. All weights must be finite.
-// PF_Err_OUT_OF_MEMORY, with nothing written, when there is no memory for its tables.
+// Computes the whole output, in strips of engine.lanes rows from the top. All weights must be
+// finite. If memory is short, nothing is written and the result is PF_Err_OUT_OF_MEMORY.
 [[nodiscard]] PF_Err BlurStrips(const UniformTables& pass, const IrisEngine& engine);
 
 }  // namespace vitrell
