@@ -20,13 +20,13 @@ VITRELL_UNSIGNED_WRAPS std::uint32_t Extent(std::int32_t from, std::int32_t to) 
   return to > from ? static_cast<std::uint32_t>(to) - static_cast<std::uint32_t>(from) : 0;
 }
 
-// The last row may be cut.
+// The number of rows for this many values; the last row may be incomplete.
 std::uint64_t RowsOf(std::uint64_t values, std::uint64_t width) {
   return (values + width - 1) / width;
 }
 
-// More values than the worlds of the render can ask for. Their rectangles are those of their pixels
-// or reach a fifth beyond on every side.
+// An upper bound for the values that the render's worlds can index: their extent rectangles exceed
+// their pixels by a fifth on every side at most.
 std::uint64_t MostValues(const LensMaskInput& input) {
   constexpr std::int64_t kTwiceInEachDirection = 4;
   const PF_LayerDef& output = *input.output;
@@ -36,7 +36,7 @@ std::uint64_t MostValues(const LensMaskInput& input) {
   return static_cast<std::uint64_t>(pixels) * kTwiceInEachDirection;
 }
 
-// Makes room for the values, and for the rows behind them.
+// Allocates the values and, behind them, the rows.
 [[nodiscard]] PF_Err AllocateMask(const LensMaskInput& input) {
   const PF_LRect& rect = input.output->extent_hint;
   FreeLensMask(false);
@@ -47,7 +47,7 @@ std::uint64_t MostValues(const LensMaskInput& input) {
   }
   const std::uint64_t count = std::min(
       static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height), MostValues(input));
-  // A row is asked for where there is no value, at most.
+  // There are at most as many rows as values.
   constexpr auto kMaxValues =
       static_cast<std::uint64_t>(std::numeric_limits<std::ptrdiff_t>::max()) /
       (sizeof(double) + sizeof(MaskRow));

@@ -12,22 +12,23 @@
 
 namespace vitrell {
 
-// One double per pixel of the output's extent rectangle, row by row; 1 inside, 0 outside. Of a
-// rectangle that is many times larger than the worlds it has the beginning only, which is more than
-// they can ask for. Built by the render thread, then only read, by any number of host threads,
-// until the render ends. Unless a blur follows the lens, values that the rows tell are missing
-// here.
+// One double per pixel of the output's extent rectangle, row-major; 1 inside the lens, 0 outside.
+// If the rectangle has more than four times the pixels of the render's worlds, only its beginning
+// is stored, which is more than they can index. Built by the render thread; after that any number
+// of host threads read it until the render ends. Unless a blur may follow the lens, values that the
+// runs of the rows define are not written here.
 extern double* g_LensMask;
 
-// Number of doubles behind g_LensMask; 0 whenever there is no memory behind it.
+// Number of doubles in g_LensMask; 0 if no memory is allocated.
 extern std::size_t g_LensMaskSize;
 
-// One row of the mask: two runs of equal values, and what lies between them.
+// One row of the mask as runs: `inner` in columns [innerBegin, innerBegin + innerLength), otherwise
+// values[column] in [begin, begin + length), otherwise `outer`.
 struct MaskRow {
-  const double* values = nullptr;  // By column. Read between the runs only.
-  std::uint32_t begin = 0;         // Before this column and `length` columns on: `outer`.
+  const double* values = nullptr;  // Indexed by column.
+  std::uint32_t begin = 0;
   std::uint32_t length = 0;
-  std::uint32_t innerBegin = 0;  // From this column on, `innerLength` columns: `inner`.
+  std::uint32_t innerBegin = 0;
   std::uint32_t innerLength = 0;
   double outer = 0;
   double inner = 0;
@@ -41,40 +42,41 @@ struct MaskRow {
   }
 };
 
-// The rows of the mask; null where every value is in g_LensMask.
+// The rows of the mask; null if every value is in g_LensMask.
 struct MaskRows {
   const MaskRow* rows = nullptr;
   std::uint32_t width = 0;
-  bool hasAllValues = true;  // g_LensMask holds those that the rows tell, too.
+  bool hasAllValues = true;  // g_LensMask contains the values of the runs too.
 };
 extern MaskRows g_LensMaskRows;
 
-// Mask values at or below this count as outside the lens; stages differ in strictness.
+// A mask value at or below this is outside the lens; some stages count exactly this value as
+// inside.
 inline constexpr double kMaskThreshold = 0.0001;
 
-// What the mask is built from besides the settings.
+// What the mask is built from, apart from the settings.
 struct LensMaskInput {
   const PF_InData* inData;       // For the host's maths callbacks.
   const PF_LayerDef* output;     // Its extent hint is the rectangle, its width and height the size.
   PF_LRect inputExtent;          // The input layer's extent hint as the host gave it.
-  std::int64_t inputPixels = 0;  // Width times height of the input, and so of the working worlds.
+  std::int64_t inputPixels = 0;  // Width x height of the input and of the working worlds.
 };
 
-// Frees a mask left by an earlier render, allocates W x H values and draws the planned mask.
-// Answers PF_Err_OUT_OF_MEMORY when the memory is not to be had; there is then no mask.
+// Frees a mask left over from an earlier render, allocates a new one and draws it as planned.
+// Returns PF_Err_OUT_OF_MEMORY, leaving no mask, if memory is short.
 [[nodiscard]] PF_Err BuildLensMask(const LensMaskInput& input, const LX_Info& info,
                                    const MaskPlan& plan);
 
-// Frees the mask. With keepAddress g_LensMask keeps its old, now dangling value, as the failure
-// paths before the first stage leave it; it is never read or freed again.
+// Frees the mask. With keepAddress g_LensMask keeps its now dangling address, as it does when a
+// render fails before its first stage; that address is never dereferenced or freed again.
 void FreeLensMask(bool keepAddress);
 
-// The mask's values in the order of its own rectangle, row by row. For use during one pass.
+// The mask's values in row-major order of its own rectangle. For use during one pass.
 class LensMaskValues {
  public:
   LensMaskValues() : values_(g_LensMask), size_(g_LensMaskSize), rows_(g_LensMaskRows) {}
 
-  // 0.0 beyond the last one.
+  // 0.0 for an index beyond the last value.
   double At(std::uint64_t index) const {
     if (index >= size_) {
       return 0.0;
@@ -84,7 +86,7 @@ class LensMaskValues {
                                     static_cast<std::uint32_t>(index % rows_.width));
   }
 
-  // As many values from the first on, one behind the other; null unless memory holds all of them.
+  // The first `count` values as an array; null unless g_LensMask contains all of them.
   const double* InMemory(std::uint64_t count) const {
     return rows_.hasAllValues && count <= size_ ? values_ : nullptr;
   }
@@ -98,7 +100,8 @@ class LensMaskValues {
   MaskRows rows_;
 };
 
-// A quick answer for most pixels of a lens: positions in a row's run of ones.
+// A quick test that settles most pixels inside a lens: whether a position lies in its row's inner
+// run of ones.
 class MaskOnes {
  public:
   MaskOnes() = default;
@@ -113,7 +116,7 @@ class MaskOnes {
     return static_cast<std::uint32_t>(x) - row.innerBegin < row.innerLength;
   }
 
-  // True when they are all that a world of this size can ask for.
+  // True if the runs of ones cover a whole world of this size.
   bool Cover(std::int32_t width, std::int32_t height) const {
     return height >= 0 && static_cast<std::uint32_t>(height) <= count_ &&
            std::all_of(rows_, rows_ + height, [width](const MaskRow& row) {
@@ -127,7 +130,7 @@ class MaskOnes {
 };
 
 // The mask as one world sees it: indexed by that world's extent hint, 0.0 outside that rectangle
-// and wherever the index would leave the buffer. For use during one pass.
+// and wherever the index exceeds the buffer. For use during one pass.
 class LensMaskView {
  public:
   explicit LensMaskView(const PF_LayerDef& world);
@@ -138,8 +141,9 @@ class LensMaskView {
     return row < rowCount_ && column < width_ ? rows_[row].At(column) : AtIndex(column, row);
   }
 
-  // The value where the world's rows are rows of the mask; false elsewhere. Calls nothing, so that
-  // a callback that goes on in another function elsewhere saves no registers.
+  // Sets the value and returns true where the world's rows coincide with rows of the mask; returns
+  // false elsewhere. It calls nothing, so that a callback that handles the rest by a tail call need
+  // not save registers.
   VITRELL_UNSIGNED_WRAPS bool QuickAt(std::int32_t x, std::int32_t y, double* value) const {
     const std::uint32_t column = static_cast<std::uint32_t>(x) - left_;
     const std::uint32_t row = static_cast<std::uint32_t>(y) - top_;
@@ -150,20 +154,20 @@ class LensMaskView {
     return true;
   }
 
-  // Knows of no position when the mask is inverted or the world's origin is not (0, 0).
+  // Contains no position if the mask is inverted or the world's origin is not (0, 0).
   MaskOnes Ones() const;
 
-  // All values of the world's rectangle, row by row, one behind the other; null when memory does
-  // not hold them all. It does in a render whose settings let a blur follow the lens.
+  // All values of the world's rectangle as a row-major array; null unless memory contains them all,
+  // as it does in a render whose settings let a blur follow the lens.
   const double* ValuesInMemory() const { return values_.InMemory(std::uint64_t{width_} * height_); }
 
  private:
-  // For every position.
+  // Handles every position.
   double AtIndex(std::uint32_t column, std::uint32_t row) const;
 
   LensMaskValues values_;
   const MaskRow* rows_ = nullptr;
-  std::uint32_t rowCount_ = 0;  // Rows of this rectangle that are rows of the mask.
+  std::uint32_t rowCount_ = 0;  // Rows of this rectangle that coincide with the mask's.
   std::uint32_t left_;
   std::uint32_t top_;
   std::uint32_t width_;

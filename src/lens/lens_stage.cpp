@@ -1,4 +1,4 @@
-// The lens stage: the processed picture inside the lens, the untouched picture outside it.
+// The lens stage: the processed image inside the lens, the unprocessed one outside it.
 #include "lens/lens_stage.h"
 
 #include <cstddef>
@@ -15,7 +15,7 @@
 namespace vitrell {
 namespace {
 
-// Kept: between depths 16-bit full scale counts as 32767 here, not as 32768.
+// Kept: conversions between depths take 16-bit white as 32767 here, not as 32768.
 constexpr float kDeepFullScale = 32767.0F;
 constexpr float kShallowFullScale = 255.0F;
 
@@ -49,7 +49,7 @@ PF_Pixel16 ReadUnprocessed<PF_Pixel16>(const LensRefcon& lens, int x, int y) {
           convert(shallow.blue)};
 }
 
-// A mask value as the stage uses it.
+// The mask value to use, strengthened if the plan says so and limited to 1.
 double Strengthened(const LensRefcon& lens, double m) {
   if (lens.useBlurMap == 0) {
     return m;
@@ -62,7 +62,7 @@ double Strengthened(const LensRefcon& lens, double m) {
 struct LensPass {
   LensRefcon lens;
   LensMaskView mask;  // As lens.io->dst sees it.
-  MaskOnes ones;      // Where the processed pixel is copied.
+  MaskOnes ones;      // Positions where the processed pixel is copied.
   const char* layer;
   std::ptrdiff_t rowBytes;
   std::uint32_t width;
@@ -73,7 +73,7 @@ template <typename Pixel>
 PF_Err Lens(const LensPass& pass, int x, int y, const Pixel& in, Pixel* out) {
   const LensRefcon& lens = pass.lens;
   const double m = Strengthened(lens, pass.mask.At(x, y));
-  if (m == 1) {  // The mix below would give exactly this.
+  if (m == 1) {  // The formula below gives exactly this too.
     *out = in;
     return PF_Err_NONE;
   }
@@ -90,14 +90,15 @@ PF_Err Lens(const LensPass& pass, int x, int y, const Pixel& in, Pixel* out) {
   return PF_Err_NONE;
 }
 
-// A function of its own that the quick way ends in, so that the quick way saves no registers.
+// Out of line for a tail call, so that the fast path need not save registers.
 template <typename Pixel>
 [[gnu::noinline]] PF_Err LensPlainly(const LensPass& pass, int x, int y, const Pixel& in,
                                      Pixel* out) {
   return Lens(pass, x, y, in, out);
 }
 
-// The same, a pixel's four channels side by side, for a layer of the same depth.
+// The same as Lens with a pixel's four channels in vector lanes, for a layer of the destination's
+// depth.
 template <typename Pixel>
 PF_Err LensByLanes(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
   const auto& pass = *static_cast<const LensPass*>(refconPtr);

@@ -1,4 +1,4 @@
-// The lens stage: the processed picture inside the lens, the untouched picture outside it.
+// The lens stage: the processed image inside the lens, the unprocessed one outside it.
 #ifndef VITRELL_LENS_LENS_STAGE_H_
 #define VITRELL_LENS_LENS_STAGE_H_
 
@@ -13,7 +13,7 @@ namespace vitrell {
 struct LensRefcon {
   const PF_LayerDef* inputLayer;
   const IO_Params* io;
-  std::uint8_t useBlurMap;  // The mask is strengthened by blurMapAmount.
+  std::uint8_t useBlurMap;  // Not 0: the mask is strengthened by blurMapAmount.
   double blurMapAmount;
   std::uint8_t deep;  // The input layer is 16-bit.
 };
@@ -23,10 +23,10 @@ struct LensRefcon {
 PF_Err Lens8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out);
 PF_Err Lens16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out);
 
-// The stage: composites call.io.src over call.inputLayer into call.io.dst, or copies where there is
-// no lens to see. Asks the host for the layer's pixel format in either case and answers the first
-// failing call's code, or PF_Err_BAD_CALLBACK_PARAM when the layer's rows do not hold pixels of
-// that format.
+// The stage: composites call.io.src over call.inputLayer into call.io.dst, or copies if there is no
+// visible lens. Queries the layer's pixel format in either case. Returns the code of the first
+// failing call, or PF_Err_BAD_CALLBACK_PARAM if the layer's rows are too short for pixels of that
+// format.
 [[nodiscard]] PF_Err RunLensStage(const StageCall& call);
 
 }  // namespace vitrell
