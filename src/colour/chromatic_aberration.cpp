@@ -1,4 +1,4 @@
-// Chromatic aberration: fetches red, green and blue from points scaled about the lens position.
+// Chromatic aberration: samples red, green and blue at positions scaled about the lens position.
 #include "colour/chromatic_aberration.h"
 
 #include <cstddef>
@@ -16,20 +16,20 @@
 namespace vitrell {
 namespace {
 
-// A channel whose scale is not above this is not written at all.
+// Channels whose scale is not above this are not written at all.
 constexpr double kScaleThreshold = 0.0001;
 
 constexpr int kColorCount = 3;  // Red, green, blue.
 
-// Where a channel of the pixel at this coordinate comes from: the distance from the centre is
-// scaled in single precision and truncated, so that it is the same on both sides of the centre.
+// The source coordinate of a channel: the distance from the centre is scaled in single precision
+// and truncated toward zero, which is symmetric about the centre.
 std::int32_t ScaleAboutCenter(std::int32_t coordinate, std::int32_t center, float scale) {
   const auto distance = static_cast<float>(WrappingSubtract(coordinate, center));
   return WrappingAdd(TruncateToInt32(distance * scale), center);
 }
 
-// The rows, and the columns in bytes, that one row or column of the picture takes its three colours
-// from, with the mirroring folded in. The rows point at their colour's first channel.
+// For one row or column of the destination, the source rows (as addresses of the colour's first
+// channel) and source columns (as byte offsets) of its three colours, already reflected.
 struct ColorRows {
   const char* of[kColorCount];
 };
@@ -42,11 +42,11 @@ struct ChromaticPass {
   ChromaticRefcon refcon;
   LensMaskView mask;
   MaskOnes ones;
-  Buffer<ColorRows> rows;  // Filled before the pass, or empty; and so the columns.
+  Buffer<ColorRows> rows;  // Tables made before the pass; both may be empty.
   Buffer<ColorColumns> columns;
 };
 
-// Any pixel of any source.
+// The general case: any pixel of any source.
 template <typename Pixel>
 [[gnu::noinline]] PF_Err LookUpColors(const ChromaticPass& pass, A_long x, A_long y, Pixel* in,
                                       Pixel* out) {
@@ -58,7 +58,7 @@ template <typename Pixel>
   const ChromaticRefcon& refcon = pass.refcon;
   const auto fetch = [&](float scale, ChannelOf<Pixel> Pixel::*channel) {
     if (!(scale > kScaleThreshold)) {
-      // Kept: the channel keeps what the destination held before.
+      // Kept: the channel keeps the destination's previous value.
       return;
     }
     const std::int32_t row = ScaleAboutCenter(y, refcon.centerY, scale);
@@ -93,8 +93,9 @@ PF_Err ChromaticAberration(void* refcon, A_long x, A_long y, Pixel* in, Pixel* o
   return PF_Err_NONE;
 }
 
-// Whether rows and columns can be told apart: a mirrored position depends on both when the source's
-// extent hint does not start at (0, 0). Channels that stay unwritten need the plain way as well.
+// Whether separate row and column tables can be used. They cannot if the source's extent hint does
+// not start at (0, 0), since reflection then mixes both coordinates, or if some channel is not
+// written.
 bool HasTables(const ChromaticRefcon& refcon, std::size_t pixelBytes) {
   const PF_LayerDef& src = *refcon.io->src;
   const PF_LayerDef& dst = *refcon.io->dst;

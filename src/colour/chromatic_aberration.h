@@ -1,4 +1,4 @@
-// Chromatic aberration: fetches red, green and blue from points scaled about the lens position.
+// Chromatic aberration: samples red, green and blue at positions scaled about the lens position.
 #ifndef VITRELL_COLOUR_CHROMATIC_ABERRATION_H_
 #define VITRELL_COLOUR_CHROMATIC_ABERRATION_H_
 
@@ -19,7 +19,7 @@ struct ChromaticRefcon {
   const IO_Params* io;
 };
 
-// Runs the stage from call.io.src into call.io.dst. Answers the host's code, or
+// Runs the stage from call.io.src into call.io.dst. Returns the host's code, or
 // PF_Err_OUT_OF_MEMORY.
 [[nodiscard]] PF_Err RunChromaticAberration(const StageCall& call);
 

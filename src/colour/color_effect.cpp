@@ -1,4 +1,4 @@
-// Colour: pulls every channel, alpha included, toward a chosen colour by an opacity.
+// Colour: moves every channel, alpha included, toward a target colour by an opacity.
 #include "colour/color_effect.h"
 
 #include <cstddef>
@@ -12,9 +12,9 @@
 namespace vitrell {
 namespace {
 
-// Factor from an 8-bit target channel to the channels of the pixel's own depth.
-// Kept: 16-bit targets are widened by 256 and not to white at 32768, so that a full opacity writes
-// 65280 for 255, above white.
+// Factor from the 8-bit target channels to the depth of the pixels.
+// Kept: for 16 bits it is 256 and does not map white to 32768, so that a full opacity writes 65280
+// for 255, above white.
 template <typename Pixel>
 constexpr float kTargetScale = 1.0f;
 template <>
@@ -33,8 +33,7 @@ PF_Err PullTowardColor(const ColorRefcon& refcon, const Pixel& in, Pixel* out) {
   return PF_Err_NONE;
 }
 
-// The refcon is the table: at every value of a channel, what becomes of a pixel that has it four
-// times.
+// The refcon is a look-up table: entry v is the result for a pixel whose four channels are all v.
 template <typename Pixel>
 PF_Err LookUpColor(void* refcon, A_long /*x*/, A_long /*y*/, Pixel* in, Pixel* out) {
   const auto* const table = static_cast<const Pixel*>(refcon);

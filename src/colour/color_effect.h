@@ -1,4 +1,4 @@
-// Colour: pulls every channel, alpha included, toward a chosen colour by an opacity.
+// Colour: moves every channel, alpha included, toward a target colour by an opacity.
 #ifndef VITRELL_COLOUR_COLOR_EFFECT_H_
 #define VITRELL_COLOUR_COLOR_EFFECT_H_
 
@@ -15,7 +15,8 @@ struct ColorRefcon {
 PF_Err ColorEffect8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out);
 PF_Err ColorEffect16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out);
 
-// Runs the stage from call.io.src into call.io.dst and answers the host's code.
+// Runs the stage from call.io.src into call.io.dst and returns the host's code, or
+// PF_Err_OUT_OF_MEMORY if the table cannot be allocated.
 [[nodiscard]] PF_Err RunColorEffect(const StageCall& call);
 
 }  // namespace vitrell

@@ -19,8 +19,8 @@ constexpr double kUnit16 = 3.0517578125e-05;  // 1 / 32768, exactly.
 // The host's power function.
 auto PowOf(const LightnessRefcon& refcon) { return refcon.io->in_data->utils->ansi.pow; }
 
-// The curve for one channel value. Nothing is clamped: a value above white may leave the channel's
-// range, and then its low 8 or 16 bits are kept.
+// The curve at one channel value. It does not clamp: a result beyond the channel's range keeps only
+// its low 8 or 16 bits.
 std::uint8_t BendChannel(const LightnessRefcon& refcon, std::uint8_t value) {
   return TruncateToChannel<std::uint8_t>(PowOf(refcon)(value / kWhite8, refcon.gain) * kWhite8);
 }
@@ -49,12 +49,12 @@ PF_Err Lightness8(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF_Pix
   return PF_Err_NONE;
 }
 
-// The 16-bit curve: worked out before the pass up to white, and above by the first pixel that has a
-// value, since few pictures do. Threads that come upon one at the same time write the same.
+// The 16-bit curve. Values up to white are tabulated before the pass; a brighter one is filled in
+// by the first pixel that has it, and racing threads store the same number.
 struct DeepCurve {
   LightnessRefcon refcon;
   Buffer<std::uint16_t> upToWhite;
-  Buffer<std::uint32_t> aboveWhite;  // By what is above: kWorkedOut and the value, or 0.
+  Buffer<std::uint32_t> aboveWhite;  // Entry v - white: kWorkedOut | result, or 0.
 
   static constexpr std::uint32_t kWorkedOut = 1U << 16;
 };
@@ -63,7 +63,8 @@ bool HasAboveWhite(const PF_Pixel16& pixel) {
   constexpr std::uint64_t kTopBits = 0x8000800080008000U;
   std::uint64_t channels = 0;
   std::memcpy(&channels, &pixel, sizeof(channels));
-  // The sum reaches a channel's top bit when any lower bit is set, and never the next channel.
+  // In each channel the sum carries into the top bit exactly if a lower bit is set, and never
+  // beyond.
   return (((channels & ~kTopBits) + ~kTopBits) & channels & kTopBits) != 0;
 }
 
@@ -95,7 +96,7 @@ PF_Err Lightness16(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel16* in, PF_
   return PF_Err_NONE;
 }
 
-// For curves that change nothing up to white.
+// For a curve that is the identity up to white.
 PF_Err LightnessOnlyAboveWhite16(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pixel16* in,
                                  PF_Pixel16* out) {
   if (HasAboveWhite(*in)) [[unlikely]] {
@@ -105,7 +106,7 @@ PF_Err LightnessOnlyAboveWhite16(void* refcon, A_long /*x*/, A_long /*y*/, PF_Pi
   return PF_Err_NONE;
 }
 
-// Fills the curve at values from 0 on, and tells whether it changes any of them.
+// Tabulates the curve from 0 on. Returns whether it changes any value.
 template <typename Channel>
 bool FillCurve(const LightnessRefcon& refcon, std::size_t count, Channel* curve) {
   bool changes = false;

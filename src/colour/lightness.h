@@ -13,8 +13,8 @@ struct LightnessRefcon {
   const IO_Params* io;
 };
 
-// Runs the stage from call.io.src into call.io.dst with the exponent 10 to the power
-// -lightnessAmount. Answers the host's code, or PF_Err_OUT_OF_MEMORY.
+// Runs the stage from call.io.src into call.io.dst with the exponent 10^-lightnessAmount. Returns
+// the host's code, or PF_Err_OUT_OF_MEMORY.
 [[nodiscard]] PF_Err RunLightness(const StageCall& call);
 
 }  // namespace vitrell
