@@ -1,11 +1,11 @@
-// The one mutex of the process, by which renders exclude each other.
+// The one mutex of the process, which lets only one thread render at a time.
 #ifndef VITRELL_BASE_GLOBAL_MUTEX_H_
 #define VITRELL_BASE_GLOBAL_MUTEX_H_
 
 namespace vitrell {
 
-// A thread that holds it may lock it again and unlocks it as often. All objects stand for the same
-// mutex, which needs no set-up; it lies in the source file of the system, global_mutex_*.cpp.
+// A recursive mutex. All objects of this type refer to the same one, which needs no initialisation
+// and is defined in the source file for the operating system, global_mutex_*.cpp.
 class GlobalMutex {
  public:
   void lock();    // NOLINT(readability-identifier-naming): what std::lock_guard calls.

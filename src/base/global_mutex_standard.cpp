@@ -1,4 +1,4 @@
-// The mutex where the standard library has one.
+// The mutex on systems whose standard library has a usable one.
 #include <mutex>
 
 #include "base/global_mutex.h"

@@ -1,5 +1,5 @@
-// The mutex by Windows's own lock: the compiler's std::recursive_mutex comes with a thread library
-// that the module would have to carry.
+// The mutex on Windows, made from a native lock: the compiler's std::recursive_mutex would pull in
+// a thread library that the module would have to ship.
 #include <windows.h>
 
 #include <atomic>
@@ -10,12 +10,13 @@ namespace vitrell {
 namespace {
 
 SRWLOCK g_lock = SRWLOCK_INIT;
-std::atomic<DWORD> g_owner = 0;  // No thread has the number 0.
-unsigned g_depth = 0;            // Read and written by the owner alone.
+std::atomic<DWORD> g_owner = 0;  // No thread has the id 0.
+unsigned g_depth = 0;            // Accessed only by the owner.
 
 }  // namespace
 
-// Only this thread writes its own number, so that an old value is never mistaken for it.
+// Relaxed order suffices: only this thread ever stores its own id, so that a stale value cannot
+// equal it.
 void GlobalMutex::lock() {
   const DWORD self = GetCurrentThreadId();
   if (g_owner.load(std::memory_order_relaxed) != self) {

@@ -1,4 +1,4 @@
-// Number conversions shared by every stage: float to integer, and wrapping integer arithmetic.
+// Numbers shared by every stage: pi, float to integer conversion, and wrapping integer arithmetic.
 #ifndef VITRELL_BASE_NUMERIC_H_
 #define VITRELL_BASE_NUMERIC_H_
 

@@ -37,7 +37,7 @@ struct ColorColumns {
   std::uint32_t of[kColorCount];
 };
 
-// The refcon of the callbacks: the record, and what was prepared for the pass.
+// The refcon of the callbacks: the record and the tables prepared for the pass.
 struct ChromaticPass {
   ChromaticRefcon refcon;
   LensMaskView mask;

@@ -37,7 +37,7 @@ PF_Err Copy8(void* /*refcon*/, A_long /*x*/, A_long /*y*/, PF_Pixel* in, PF_Pixe
   return PF_Err_NONE;
 }
 
-// The refcon of the 8-bit callbacks: the record, and its curve.
+// The refcon of the 8-bit callbacks: the record and its curve.
 struct ShallowCurve {
   LightnessRefcon refcon;
   std::uint8_t values[kValues8];

@@ -58,10 +58,10 @@ double Strengthened(const LensRefcon& lens, double m) {
   return strengthened > 1 ? 1 : strengthened;
 }
 
-// The refcon of the callbacks: the record, and what was prepared for the pass.
+// The refcon of the callbacks: the record and the tables prepared for the pass.
 struct LensPass {
   LensRefcon lens;
-  LensMaskView mask;  // As lens.io->dst sees it.
+  LensMaskView mask;  // Indexed by the extent of lens.io->dst.
   MaskOnes ones;      // Positions where the processed pixel is copied.
   const char* layer;
   std::ptrdiff_t rowBytes;

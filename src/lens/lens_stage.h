@@ -18,8 +18,8 @@ struct LensRefcon {
   std::uint8_t deep;  // The input layer is 16-bit.
 };
 
-// Iterate callbacks; in is the processed pixel. The refcon begins with a LensRefcon, behind which
-// stand the tables of the pass. Always return 0.
+// Iterate callbacks; in is the processed pixel. The refcon begins with a LensRefcon, followed by
+// the tables of the pass. Always return 0.
 PF_Err Lens8(void* refcon, A_long x, A_long y, PF_Pixel* in, PF_Pixel* out);
 PF_Err Lens16(void* refcon, A_long x, A_long y, PF_Pixel16* in, PF_Pixel16* out);
 

@@ -6,7 +6,8 @@ namespace vitrell {
 
 enum class LaneTarget { kBaseline, kAvx2, kAvx512 };
 
-// One engine, a table of functions, compiled for several targets; null where there is none.
+// One engine, which is a table of functions, compiled for several instruction sets; null where
+// there is none.
 template <typename Engine>
 struct LaneEngines {
   const Engine* baseline;
@@ -41,17 +42,17 @@ struct LaneEngines {
   }
 };
 
-// Specialised beside every engine's kernels; for_each_target.inc compiles them.
+// Specialised next to each engine's kernels, which for_each_target.inc compiles.
 template <typename Engine>
 const LaneEngines<Engine>& EnginesOf();
 
-// The engine of a target, for tests; null when this processor does not have it.
+// The engine for an instruction set, for tests; null if this processor does not support it.
 template <typename Engine>
 const Engine* EngineFor(LaneTarget target) {
   return EnginesOf<Engine>().For(target);
 }
 
-// The fastest that this processor has.
+// The fastest engine that this processor supports.
 template <typename Engine>
 const Engine& BestEngine() {
   return EnginesOf<Engine>().Best();

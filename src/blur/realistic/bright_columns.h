@@ -9,8 +9,8 @@
 
 namespace vitrell {
 
-// Follows a band of rows down a column-major map; each step costs the rows that come
-// and go. Columns and rows outside the map have no weight.
+// Tracks a band of rows as it moves down a column-major map; a step costs only the rows that enter
+// and leave. Columns and rows outside the map have no weight.
 class BrightColumns {
  public:
   // Starts with an empty band above the map, which must outlive this object. False if memory is

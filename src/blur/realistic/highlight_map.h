@@ -11,19 +11,20 @@
 
 namespace vitrell {
 
-// Whether neighbours of one row lie next to each other in memory (row-major) or those of one
-// column.
+// The memory order of a map: neighbours within a row are contiguous (row-major), or neighbours
+// within a column (column-major).
 enum class PlaneOrder { kRowMajor, kColumnMajor };
 
 // What the map is used for. By mask, a transparent pixel has the weight 0 even where its weight
 // would come from another pixel (see Fill), and there are planes of products for taps of weight 1.
 enum class MapUse { kUniform, kByMask };
 
-// Floats per input pixel, planeStride() apart: highlight weight, red, green and blue; by mask also
-// the products of the weight with each of the three, rounded to float. A line
-// (a row of a row-major map, a column of a column-major one) has kLinePadding zeros before and
-// after it, so that up to kLinePadding + 1 neighbours may be read from any pixel of a line, or from
-// any place of the padding before it. Positions are relative to the memory of the input world.
+// Planes of floats: highlight weight, red, green and blue; by mask also the products of the weight
+// with each of the three, rounded to float. A line is a row of a row-major map or a column of a
+// column-major one; its planes follow one another, planeStride() apart. Each has kLinePadding zeros
+// before and after its pixels, so that up to kLinePadding + 1 neighbours may be read from any pixel
+// of a line and from anywhere in the padding before it. Positions are relative to the memory of the
+// input world.
 //
 // Read-only once built; safe on any number of threads.
 class HighlightMap {

@@ -39,7 +39,7 @@ struct LaneSums {
 // which the lanes are neighbours.
 struct LaneView {
   const float* origin;  // Highlight weight of pixel (0, 0).
-  std::int64_t center;  // Offset of the lane 0 pixel's from there; may lie outside the map.
+  std::int64_t center;  // Offset from origin of lane 0's pixel; may lie outside the map.
   std::int64_t planeStride;
   std::int64_t dxStride;
   std::int64_t dyStride;

@@ -10,7 +10,7 @@
 
 namespace vitrell {
 
-// Everything a uniform pass reads. The map is column-major.
+// The inputs of a uniform pass. The map is column-major.
 struct UniformTables {
   const PF_LayerDef* input;
   const PF_LayerDef* output;  // Of the input's depth.
