@@ -1,4 +1,5 @@
-// What the host asks of the operating system. One source file for each system, platform_*.cpp.
+// The operating system's functions that the host uses. Each system has its own source file,
+// platform_*.cpp.
 #ifndef VITRELL_HEADLESS_PLATFORM_H_
 #define VITRELL_HEADLESS_PLATFORM_H_
 
@@ -10,22 +11,23 @@ namespace vitrell::headless {
 
 // --- Modules ---
 
-// A path without a folder means the current one. Null on failure, with the system's own words in
-// *message.
+// A path without a directory is relative to the current one. On failure returns null and sets
+// *message to the system's text.
 void* OpenLibrary(const std::filesystem::path& path, std::string* message);
-// Null when the library exports no such name.
+// Null if the library does not export the name.
 void* FindSymbol(void* library, const char* name);
 void CloseLibrary(void* library);
 
-// --- Memory; null when there is none ---
+// --- Memory; all functions return null on failure ---
 
-// The size is a multiple of the alignment, which is a power of two.
+// The size must be a multiple of the alignment, which must be a power of two.
 void* AllocateAligned(std::size_t alignment, std::size_t bytes);
 void FreeAligned(void* memory);
 
-// The unit of what can be protected.
+// The granularity of memory protection.
 std::size_t PageBytes();
-// So many bytes, a multiple of PageBytes(), between two pages whose access ends the process.
+// Maps `bytes` bytes, a multiple of PageBytes(), between two inaccessible pages: an access beyond
+// either end terminates the process.
 std::byte* MapBetweenClosedPages(std::size_t bytes);
 void UnmapBetweenClosedPages(std::byte* memory, std::size_t bytes);
 

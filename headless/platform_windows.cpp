@@ -8,7 +8,7 @@
 
 namespace vitrell::headless {
 
-// A relative path would be looked for beside the program first.
+// Made absolute: a relative path would be searched for beside the program first.
 void* OpenLibrary(const std::filesystem::path& path, std::string* message) {
   std::error_code failure;
   const std::filesystem::path whole = std::filesystem::absolute(path, failure);
