@@ -1,4 +1,5 @@
-// The one conversion from floating point to integers, and wrapping integers.
+// Conversion from floating point to integers with a result for every value, and wrapping
+// arithmetic.
 #include "base/numeric.h"
 
 #include <gtest/gtest.h>

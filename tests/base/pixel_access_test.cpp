@@ -1,4 +1,4 @@
-// Reading worlds inside, outside, mirrored and between the pixels.
+// Reads of a world: inside it, outside it, reflected at its edges, and between its pixels.
 #include "base/pixel_access.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ class PixelAccessTest : public testing::Test {
  protected:
   using Channel = ChannelOf<Pixel>;
 
-  // Red is 10 x row + column, the other channels tell it from other worlds.
+  // Red is 10 x row + column; the other channels distinguish this world from others.
   static Picture<Pixel> ByPosition(A_long width, A_long height) {
     Picture<Pixel> picture(width, height);
     for (A_long y = 0; y < height; ++y) {

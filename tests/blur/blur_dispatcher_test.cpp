@@ -1,4 +1,4 @@
-// The blur chain: which engines run in which pass, and what the others leave alone.
+// The blur chain: which blurs run in which pass, and which copies replace the others.
 #include "blur/blur_dispatcher.h"
 
 #include <gmock/gmock.h>
@@ -187,7 +187,7 @@ TEST(BlurDispatcherTest, KeepsTheDistortionsBoxTestedForNotZero) {
 }
 
 // Near 180 degrees the tangent grows without bound and the focal length falls toward 0. The
-// literal chain tells the picture.
+// expected image comes from the literal chain.
 TEST(BlurDispatcherTest, DistortionNear180Degrees) {
   for (const float amount : {179.0F, 179.99F, 180.0F}) {
     LX_Info info = AllVisible();

@@ -1,5 +1,5 @@
-// The blurs at picture sizes of real use, where strips and rows are many and long: bit for bit
-// against their definitions. The settings are small, since every tap is summed there.
+// The blurs at real frame sizes, with many strips and long rows, bit for bit against their
+// definitions. Amounts are small, because the definitions sum every tap.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -17,7 +17,7 @@ struct Size {
 
 class LargePicturesTest : public testing::TestWithParam<Size> {
  protected:
-  // On two threads, so that strips are worked out beside each other.
+  // Two threads, so that strips are computed concurrently.
   static void ExpectExact(RenderCase& c) {
     const auto [width, height, deep] = GetParam();
     const literal::World input = MakePicture(Pattern::kHoles, width, height, deep);

@@ -15,7 +15,7 @@
 
 namespace vitrell {
 
-// What a test picture is made of. Neighbouring pixels differ unless told otherwise.
+// The content of a test image. Neighbouring pixels differ unless stated otherwise.
 enum class Pattern {
   kNoise,         // Every channel at random over the whole range.
   kHoles,         // Noise with transparent areas that still hold colours, and transparent black.

@@ -1,4 +1,4 @@
-// What comes with a picture stays with it.
+// A rendered image keeps the metadata of its input.
 #include <cstring>
 #include <string>
 

@@ -1,4 +1,4 @@
-// A picture that the effect does not change comes out with every sample as it was.
+// An image that the effect does not change is written with every sample as it was read.
 #include <string>
 #include <tuple>
 
@@ -13,7 +13,7 @@ using media::NoisePicture;
 using media::ReadPictureFile;
 using media::WritePictureFile;
 
-// Without lens and blur every stage leaves the picture alone.
+// Without lens and blur no stage changes the image.
 std::vector<std::string> Neutral(const std::string& input, const std::string& output,
                                  const std::vector<std::string>& more = {}) {
   std::vector<std::string> arguments = {

@@ -1,4 +1,4 @@
-// Runs the built `vitrell` as a user does, in a folder of its own.
+// Runs the built `vitrell` as a user does, in a directory of its own.
 #ifndef VITRELL_TESTS_CLI_TOOL_RUN_H_
 #define VITRELL_TESTS_CLI_TOOL_RUN_H_
 

@@ -30,8 +30,8 @@ int BlendUnder(const TestMask& /*mask*/, int mode, int f, int b, float opacity, 
   return dst.At(0, 0).red;
 }
 
-// The red channel of one blended pixel: front f over the background b, in a destination that holds
-// `present`; the same whether the mask is told in rows or not.
+// The red channel of one blended pixel: front f over background b, in a destination that holds
+// `present`. Checks that the result is the same with and without mask rows.
 template <typename Pixel, typename BackPixel = Pixel>
 int Blend(int mode, int f, int b, double m, float opacity, int present) {
   const int plain = BlendUnder<Pixel, BackPixel>(TestMask({m}), mode, f, b, opacity, present);
@@ -185,8 +185,8 @@ TEST(BlendModesTest, AlphaGoesThroughTheSameFormula) {
   EXPECT_EQ(dst.At(0, 0), (PF_Pixel{255, 11, 22, 33}));
 }
 
-// Neither the query's nor the pass's failure is told; the preset 8-bit format stays only when the
-// host leaves it. The progress count is the source's height, not its extent's lines.
+// Failures of the query and of the pass are not reported; the default 8-bit format remains only if
+// the host does not set one. Progress counts to the source's height, not to its extent's.
 TEST(BlendModesTest, KeepsErrorsToItself) {
   FakeHost host;
   host.failures["iterate"][1] = 517;

@@ -1,4 +1,4 @@
-// The final blend over whole pictures, beside the literal formulas.
+// The final blend over whole images, against the literal formulas.
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -54,8 +54,8 @@ void FillPairs(Picture<PF_Pixel16>* front, Picture<PF_Pixel16>* back) {
   }
 }
 
-// Blends all pairs under one mask value, told in rows or not, and compares every channel with the
-// literal formula.
+// Blends all pairs of channels under one mask value, with or without mask rows, and compares every
+// result with the literal formula.
 template <typename Pixel>
 void ExpectLiteralBlend(const LX_Info& info, double m, bool inRows) {
   FakeHost host;

@@ -39,7 +39,7 @@ void SplitColours(FakeHost* host, Picture<Pixel>* src, Picture<Pixel>* dst, cons
             CallStage(RunChromaticAberration, host->inData(), src->get(), dst->get(), info));
 }
 
-// A row of 16-bit pixels whose channels tell their column: 1000 + x, 2000 + x and so on.
+// A row of 16-bit pixels whose channels encode their column: 1000 + x, 2000 + x and so on.
 void FillWithColumns(Picture<PF_Pixel16>* world) {
   for (A_long y = 0; y < world->get()->height; ++y) {
     for (A_long x = 0; x < world->get()->width; ++x) {
@@ -236,7 +236,8 @@ TEST(ChromaticAberrationTest, OneRowBeyondEachEdge) {
   }
 }
 
-// Position of one channel as told: single precision, truncated, mirrored step by step.
+// The source coordinate of one channel by its definition: single precision, truncated, reflected
+// step by step.
 std::int32_t PlainPosition(std::int32_t coordinate, std::int32_t center, float scale,
                            std::int32_t size) {
   const volatile float distance = static_cast<float>(coordinate - center) * scale;

@@ -18,7 +18,7 @@ using reliability::RawHost;
 constexpr int kEndOfParameters = 255;
 constexpr int kMostChanges = 96;
 
-// One input in so many has its picture checked.
+// One in this many inputs has its output checked.
 constexpr int kComparedShare = 4;
 
 // The host of one input. The layout: worlds, failing calls, (control, value) pairs up to a control
@@ -48,8 +48,8 @@ class Frame {
   RawHost host_;
 };
 
-// Without its faults the frame comes out as the literal render tells, or where that cannot follow,
-// twice the same.
+// Without its faults the frame equals the literal render or, where that cannot compute the case, a
+// second render of its own.
 void CheckPicture(const std::uint8_t* data, std::size_t size) {
   std::optional<literal::RenderOutcome> expected;
   PF_Err error = PF_Err_NONE;

@@ -1,4 +1,4 @@
-// Every complaint, provoked by an effect that earns it.
+// Every complaint, provoked by an effect that commits the fault.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Failures played by the host, and cancelling.
+// Failures injected by the host, and cancelling.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -28,7 +28,7 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 // Where long double is no wider than double the reference is itself rounded.
 constexpr double kAllowedUlps = std::numeric_limits<long double>::digits > 53 ? 0.9 : 1.4;
 
-// The distance in units of the last place of the result, which is that of the exact value.
+// The error in units in the last place of the exact value.
 double UlpsBetween(double result, long double exact) {
   const auto rounded = static_cast<double>(exact);
   if (std::isnan(rounded) || std::isinf(rounded)) {
@@ -49,7 +49,7 @@ struct Arguments {
 
 using Picker = std::function<Arguments(Dice&)>;
 
-// Any exponent from 2^low to 2^high, both signs if told.
+// A number with any exponent from low to high; with bothSigns of either sign.
 double AnySize(Dice& dice, int low, int high, bool bothSigns) {
   const double mantissa = dice.Real(1, 2);
   const double size = std::ldexp(mantissa, dice.Between(low, high));
@@ -215,7 +215,7 @@ TEST(PinnedMathsTest, FirstPowerIsExact) {
   EXPECT_EQ(pinned::Pow(0, 0.5), 0);
 }
 
-// C99's annex F tells these results to the bit.
+// Annex F of C99 specifies these results to the bit.
 TEST(PinnedMathsTest, SpecialValuesAreThoseOfTheCLibrary) {
   const double big = std::numeric_limits<double>::max();
   const double least = std::numeric_limits<double>::denorm_min();

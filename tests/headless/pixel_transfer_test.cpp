@@ -12,7 +12,7 @@ PixelView ViewOf(WorldBuffer& world) {
   return {world.Row(0), world.RowBytes(), world.Width(), world.Height(), world.Deep()};
 }
 
-// Red tells the position: 10 * row + column.
+// Red encodes the position: 10 * row + column.
 WorldBuffer Numbered(std::int32_t width, std::int32_t height) {
   WorldBuffer world(width, height, false, {.rowPadding = 4});
   for (std::int32_t y = 0; y < height; ++y) {

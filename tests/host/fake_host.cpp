@@ -150,8 +150,8 @@ PF_Err DisposeWorld(PF_ProgPtr /*effectRef*/, PF_LayerDef* world) {
   return PF_Err_NONE;
 }
 
-// Between worlds of one size. A world of another depth stays as it is, which shows where somebody
-// reads it.
+// Copies between worlds of one size. A world of another depth is left unchanged, so that reading it
+// makes a test fail.
 PF_Err Copy(PF_ProgPtr /*effectRef*/, PF_LayerDef* src, PF_LayerDef* dst, PF_LRect* from,
             PF_LRect* to) {
   g_host->log.emplace_back(from == nullptr && to == nullptr ? "copy" : "copy part");

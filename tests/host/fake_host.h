@@ -1,5 +1,5 @@
-// A scripted host for direct tests of the effect's functions: it notes every call and answers what
-// it was told to.
+// A scripted host for direct tests of the effect's functions: it records every call and returns
+// what the test has set.
 #ifndef VITRELL_TESTS_HOST_FAKE_HOST_H_
 #define VITRELL_TESTS_HOST_FAKE_HOST_H_
 

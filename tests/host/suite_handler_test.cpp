@@ -1,4 +1,4 @@
-// The suite handler: acquired on first use, kept, given back once and in order.
+// The suite handler: suites are acquired on first use, held, and released once and in order.
 #include "host/suite_handler.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-// The lens stage: one-row pictures under masks chosen by hand.
+// The lens stage: one-row images under masks chosen by hand.
 #include "lens/lens_stage.h"
 
 #include <gmock/gmock.h>
@@ -44,8 +44,8 @@ std::vector<int> RedsUnder(const TestMask& testMask, InputPixel unprocessed, Pix
   return reds;
 }
 
-// The red channels of the stage's result over uniform pictures, one pixel for each mask value; the
-// same whether the mask is told in rows or not.
+// The red channels of the stage's result over uniform images, one pixel per mask value. Checks that
+// the result is the same with and without mask rows.
 template <typename Pixel, typename InputPixel>
 std::vector<int> Reds(const std::vector<double>& mask, InputPixel unprocessed, Pixel processed,
                       const LX_Info& info) {

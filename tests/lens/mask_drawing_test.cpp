@@ -1,4 +1,4 @@
-// Whole masks beside the literal ones, value by value.
+// Whole masks against the literal ones, value by value.
 #include <gtest/gtest.h>
 
 #include <algorithm>

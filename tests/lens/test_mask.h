@@ -11,8 +11,8 @@
 
 namespace vitrell {
 
-// Row by row over the rectangle of the worlds it is used with. With a width the mask is told in
-// rows as well, which is what a render builds and the quick ways of the stages read.
+// Values in row-major order over the rectangle of the worlds it is used with. With a width there
+// are mask rows too, which a render always builds and the stages' fast paths read.
 class TestMask {
  public:
   explicit TestMask(std::vector<double> values, std::size_t width = 0)

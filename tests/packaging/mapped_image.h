@@ -23,7 +23,7 @@ class MappedImage {
  public:
   explicit MappedImage(const std::filesystem::path& path);
 
-  // The address of an exported symbol, told without the leading underscore.
+  // The address of an exported symbol, given without the leading underscore.
   void* Find(const std::string& name) const;
 
   bool Contains(const void* address) const;

@@ -8,7 +8,7 @@
 
 namespace vitrell::packaging {
 
-// The address of a symbol of "libSystem" or "libc++", told without the leading underscore. The
+// The address of a symbol of "libSystem" or "libc++", given without the leading underscore. The
 // unwinder counts as C++ runtime. Throws std::runtime_error for an unknown library or symbol.
 void* SystemSymbol(const std::string& library, const std::string& name);
 

@@ -76,7 +76,7 @@ class Table {
          personality == 0 ? 0 : std::uint64_t{Word(Word(12) + 4 * (personality - 1))}});
   }
 
-  // The last index entry tells where the last function and the list of handlers end.
+  // The last index entry marks the end of the last function and of the list of handlers.
   void Close(std::uint32_t end, std::uint32_t handlersEnd) {
     if (functions_.empty()) return;
     functions_.back().end = end;

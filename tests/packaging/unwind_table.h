@@ -1,4 +1,4 @@
-// The functions of a Mach-O image as the unwinder of another system knows them.
+// The unwind information of a Mach-O image, in the form that another system's unwinder reads.
 #ifndef VITRELL_TESTS_PACKAGING_UNWIND_TABLE_H_
 #define VITRELL_TESTS_PACKAGING_UNWIND_TABLE_H_
 

@@ -1,4 +1,4 @@
-// Stands between the loaded module and the memory functions it imports.
+// Intercepts the memory functions that the loaded module imports.
 #include "reliability/allocation_faults.h"
 
 #include <atomic>

@@ -1,4 +1,4 @@
-// Stands between the loaded module and the memory functions it imports.
+// Intercepts the memory functions that the loaded module imports.
 #ifndef VITRELL_RELIABILITY_ALLOCATION_FAULTS_H_
 #define VITRELL_RELIABILITY_ALLOCATION_FAULTS_H_
 
@@ -29,7 +29,7 @@ class AllocationFaults {
   int Count() const;
   // Of these, how many were made to fail.
   int Failed() const;
-  // Blocks that the module has and has not given back, since the object was made.
+  // Blocks that the module has allocated since this object was made and not freed.
   std::int64_t LiveBlocks() const;
 
   // The imported functions that are stood between, and all functions that the module imports.

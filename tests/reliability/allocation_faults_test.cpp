@@ -67,7 +67,7 @@ TEST(ModuleMemoryTest, CountsAndFailsTheModulesOwnAllocations) {
 
 class AllocationFaultsTest : public testing::TestWithParam<bool> {
  protected:
-  // Everything given back, and the next render as if nothing had been.
+  // Everything is released, and the next render is as if nothing had failed.
   void ExpectNoTrace(AllocationFaults& faults, FaultRender& render, PF_Err plainError,
                      const headless::WorldBuffer& exact) {
     EXPECT_EQ(faults.LiveBlocks(), 0);
@@ -82,8 +82,9 @@ class AllocationFaultsTest : public testing::TestWithParam<bool> {
   }
 };
 
-// Every one ends the render with code 4 and leaves the output alone. The one exception is the line
-// of the directional blur, which is rasterised although the stage is off: nobody misses it.
+// Every failure ends the render with code 4 and leaves the output unchanged. The one exception is
+// the directional blur's line, which is rasterised even when the stage is off and is then not
+// needed.
 TEST_P(AllocationFaultsTest, EveryAllocationOfEveryRender) {
   AllocationFaults faults(*Module());
   int injected = 0;

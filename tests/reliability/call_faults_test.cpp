@@ -171,7 +171,7 @@ INSTANTIATE_TEST_SUITE_P(Depths, CallFaultsTest, testing::Bool(),
 
 // --- The other commands ---
 
-// The set-up stops at the first parameter that the host refuses, and tells no number.
+// The set-up stops at the first parameter that the host rejects, and does not set num_params.
 TEST(CommandFaultsTest, EveryParameterThatCannotBeAdded) {
   constexpr int kParameters = 64;
   for (int n = 1; n <= kParameters; ++n) {

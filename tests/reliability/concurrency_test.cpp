@@ -1,4 +1,4 @@
-// Many threads in one loaded module.
+// One loaded module used by many threads at once.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -27,7 +27,7 @@ std::shared_ptr<const headless::EffectModule> Module() {
   return module;
 }
 
-// One random render, its picture as it is without company, and its host.
+// One random render, its host, and its result when rendered alone.
 class Job {
  public:
   explicit Job(std::uint64_t seed)

@@ -1,4 +1,4 @@
-// What a render must do when host calls fail: its answer and every call, worked out from the rules.
+// The result and the calls that a render must produce when host calls fail, derived from the rules.
 #include "reliability/expected_calls.h"
 
 #include <algorithm>

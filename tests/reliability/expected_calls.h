@@ -1,4 +1,4 @@
-// What a render must do when host calls fail: its answer and every call, worked out from the rules.
+// The result and the calls that a render must produce when host calls fail, derived from the rules.
 #ifndef VITRELL_RELIABILITY_EXPECTED_CALLS_H_
 #define VITRELL_RELIABILITY_EXPECTED_CALLS_H_
 

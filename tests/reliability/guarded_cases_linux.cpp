@@ -1,4 +1,4 @@
-// Linux: the cases run in a fork of this process, which shares a page with it.
+// Linux: a fork of this process runs the cases and shares a page with it.
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/time.h>
@@ -19,9 +19,9 @@ namespace vitrell::reliability {
 namespace {
 
 constexpr int kSecondsOfProcessor = kSanitized ? 20 : 4;
-// By the clock, for a case that waits for what never comes; other work may slow this one down.
+// Wall-clock limit, for a case that waits forever; generous, since other programs may slow it down.
 constexpr int kSecondsByTheClock = 60;
-// Cases run on one thread; a few are enough for the thread sanitizer.
+// Cases run on one thread, so that a few of them are enough under the thread sanitizer.
 constexpr std::size_t kStep = kThreadSanitizer ? 8 : 1;
 constexpr std::size_t kMostComplaints = 10;
 constexpr std::size_t kLongestComplaint = 400;
@@ -39,7 +39,7 @@ void SetTimeBound() {
   alarm(kSecondsByTheClock);
 }
 
-// Sanitizers take terabytes of addresses for themselves.
+// Sanitizers reserve terabytes of address space.
 void SetMemoryBound() {
   if (kSanitized) return;
   constexpr rlim_t kMostBytes = rlim_t{1} << 30;
@@ -47,7 +47,7 @@ void SetMemoryBound() {
   setrlimit(RLIMIT_AS, &bound);
 }
 
-// Runs cases until one of them complains, and leaves the process.
+// Runs cases until one of them complains, then exits.
 [[noreturn]] void RunInChild(const std::vector<GuardedCase>& cases, std::size_t first,
                              Progress* progress) {
   SetMemoryBound();

@@ -1,6 +1,7 @@
-// Windows: the cases run in another process of this program. It is told the test that asks, the
-// number of the call within the test, and the first case; it comes to the same call with the same
-// cases, runs them and leaves. No bound on addresses is set: a job's is not kept by Wine.
+// Windows: a second process of this program runs the cases. From its environment it learns the
+// test, the number of the RunGuarded call within it and the first case; it runs the test up to that
+// call, executes the cases there and exits. The address space is not limited, because Wine does not
+// enforce a job's limit.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -17,24 +18,24 @@
 namespace vitrell::reliability {
 namespace {
 
-constexpr DWORD kMilliseconds = 60'000;  // For a case, by the clock.
+constexpr DWORD kMilliseconds = 60'000;  // Wall-clock time limit per case.
 constexpr std::size_t kMostComplaints = 10;
-// What the other process finds in its environment: call, first case, file for the progress.
+// Environment variables of the second process: call, first case, file for the progress.
 constexpr const char* kCall = "VITRELL_GUARDED_CALL";
 constexpr const char* kFirst = "VITRELL_GUARDED_FIRST";
 constexpr const char* kProgress = "VITRELL_GUARDED_PROGRESS";
 
-// How far the other process came, written anew before every case and after the last one.
+// The second process's progress, rewritten before every case and after the last one.
 struct Progress {
   std::size_t current = 0;
   std::string complaint;
 };
 
-// Beside the old file and renamed, so that no half of it is read.
+// Written to a new file and renamed, so that it is never read in part.
 void WriteProgress(const std::filesystem::path& file, const Progress& progress) {
   const std::filesystem::path fresh = file.string() + ".new";
   std::ofstream(fresh, std::ios::binary) << progress.current << "\n" << progress.complaint;
-  // Refused while the other process reads.
+  // Renaming fails while the other process reads.
   for (int i = 0; MoveFileExW(fresh.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING) == 0; ++i) {
     if (i == 1000) throw std::runtime_error("the progress cannot be written");
     Sleep(1);
@@ -79,7 +80,7 @@ HANDLE StartChild(int call, std::size_t first, const std::filesystem::path& file
   SetEnvironmentVariableA(kProgress, file.string().c_str());
   STARTUPINFOW startup = {};
   startup.cb = sizeof(startup);
-  startup.dwFlags = STARTF_USESTDHANDLES;  // None: what it prints is the parent's to tell.
+  startup.dwFlags = STARTF_USESTDHANDLES;  // No handles: its output is suppressed.
   PROCESS_INFORMATION process = {};
   const BOOL started = CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
                                       nullptr, &startup, &process);
@@ -89,7 +90,7 @@ HANDLE StartChild(int call, std::size_t first, const std::filesystem::path& file
   return process.hProcess;
 }
 
-// Waits until the child leaves, or stays too long with one case and is ended.
+// Waits until the child exits, or terminates it if one case takes too long.
 std::string WaitForChild(HANDLE child, const std::filesystem::path& file) {
   std::size_t current = ReadProgress(file).current;
   ULONGLONG since = GetTickCount64();

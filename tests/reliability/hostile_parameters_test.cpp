@@ -1,4 +1,4 @@
-// Values of parameters that no panel offers.
+// Parameter values that the panel does not offer.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -141,8 +141,8 @@ std::string CompareWithLiteral(FaultRender& render) {
 constexpr const char* kLooks[] = {"the default settings", "everything", "everything by the lens",
                                   "nothing but the blend"};
 
-// The cases of one test, and how many of them are compared with the literal render. Under a
-// sanitizer none is: the literal render is slow, and pictures do not depend on sanitizers.
+// The cases of one test, and how many of them are compared with the literal render: with a
+// sanitizer none, because the literal render is slow and results do not depend on sanitizers.
 struct CaseList {
   std::vector<GuardedCase> cases;
   int settings = 0;
@@ -245,8 +245,8 @@ TEST(LargestAmountsTest, EndInAMoment) {
   std::cout << cases.size() << " renders with a slider at its end" << std::endl;
 }
 
-// A row that another thread is at is worked out pixel by pixel: that must not take every tap of a
-// radius that no panel offers.
+// A pixel whose row another thread is computing is computed alone, which must not mean summing
+// every tap of a radius far beyond the panel's.
 TEST(LargestAmountsTest, RadiusOfTwoThousandMillionOnSevenThreads) {
   std::vector<GuardedCase> cases;
   for (const bool deep : {false, true}) {

@@ -1,4 +1,4 @@
-// Records of worlds that no sound host hands over, and some that only look odd.
+// Records of worlds that no sound host passes, and some that only look odd.
 #include <gtest/gtest.h>
 
 #include <iostream>
@@ -74,7 +74,7 @@ bool IsToldAnswer(PF_Err error, FormatAnswer format) {
          (error == kFormatFails && format == FormatAnswer::kFails);
 }
 
-// Ends, gives everything back, answers a code that is told, and does the same again.
+// The command ends, releases everything and returns one of the expected codes, twice alike.
 GuardedCase MakeCase(const RawHost::Setup& setup, Look look) {
   const std::string name =
       std::string(setup.deep ? "16-bit" : "8-bit") + ", input " + NameOf(setup.input) +

@@ -1,4 +1,4 @@
-// A host that hands over any record, sound or not, and itself touches only memory that is there.
+// A host that passes any record, sound or not, while accessing only valid memory itself.
 #include "reliability/raw_host.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// A host that hands over any record, sound or not, and itself touches only memory that is there.
+// A host that passes any record, sound or not, while accessing only valid memory itself.
 #ifndef VITRELL_RELIABILITY_RAW_HOST_H_
 #define VITRELL_RELIABILITY_RAW_HOST_H_
 
@@ -17,7 +17,7 @@ namespace vitrell::reliability {
 // watches both.
 enum class MemoryEnd { kFirst, kLast, kHeap };
 
-// Pixels between two closed pages, exactly as many bytes as the picture takes.
+// Exactly as many bytes as the image takes, between two inaccessible pages.
 class GuardedPixels {
  public:
   GuardedPixels(std::size_t bytes, MemoryEnd end);
@@ -109,7 +109,7 @@ class RawHost {
   PF_Err Render() { return Send(PF_Cmd_RENDER); }
   // Of the output's memory.
   std::uint64_t OutputChecksum() const;
-  // Worlds, suites and check-outs that are not given back; empty when all is.
+  // Worlds, suites and check-outs not yet released; empty if there are none.
   std::string Outstanding() const;
   PF_ParamDef& Param(int index) { return records_[static_cast<std::size_t>(index)]; }
   // Beside what `setup` makes of it, a test may change every record before Send().
@@ -126,7 +126,7 @@ class RawHost {
   std::vector<int> failingCalls;
   int calls = 0;     // Since the host was made, or since a test set it to 0.
   int failures = 0;  // Of these calls.
-  // Every byte of every picture that stands now.
+  // Sets every byte of every existing image.
   void FillPixels(const std::function<std::byte()>& next);
   // Another world of the output's size.
   PF_LayerDef MakeOutput() {

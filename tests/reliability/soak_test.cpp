@@ -1,4 +1,4 @@
-// Thousands of renders in one process: nothing grows.
+// Thousands of renders in one process, during which nothing may grow.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,8 +18,8 @@ namespace {
 
 constexpr std::uint64_t kSeed = 20261107;
 
-// 10,000 unless VITRELL_SOAK_RENDERS says otherwise. A sanitizer keeps memory of its own and finds
-// leaks by itself.
+// 10,000 unless VITRELL_SOAK_RENDERS says otherwise. Few with a sanitizer, which holds memory
+// itself and reports leaks anyway.
 int RenderCount() {
   const char* const wanted = std::getenv("VITRELL_SOAK_RENDERS");
   if (wanted != nullptr) return std::atoi(wanted);
@@ -31,7 +31,7 @@ void Print(int renders, const ProcessUsage& usage) {
             << " kB, " << usage.handles << " handles, " << usage.threads << " threads" << std::endl;
 }
 
-// New hosts now and then, with set-up and set-down, each on two threads of its own.
+// A new host every hundred renders, with set-up and set-down; two threads at a time.
 TEST(SoakTest, NothingGrows) {
   const int count = RenderCount();
   ASSERT_GE(count, 100) << "VITRELL_SOAK_RENDERS must be 100 or more";

@@ -1,4 +1,4 @@
-// Work with a bound on its time.
+// Runs work with a time limit.
 #include "reliability/watchdog.h"
 
 #include <chrono>

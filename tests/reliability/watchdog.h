@@ -1,4 +1,4 @@
-// Work with a bound on its time.
+// Runs work with a time limit.
 #ifndef VITRELL_RELIABILITY_WATCHDOG_H_
 #define VITRELL_RELIABILITY_WATCHDOG_H_
 
@@ -10,9 +10,9 @@ namespace vitrell::reliability {
 // Several times what the slowest sanitizer needs.
 inline constexpr int kSecondsToHang = 60;
 
-// Runs the work on a thread of its own, so that a lock which the calling thread still holds is
-// seen, and waits. Work that does not come to an end is named, and the process ends: nothing can be
-// done about a thread that hangs.
+// Runs the work on a separate thread, so that a lock still held by the calling thread is detected,
+// and waits. If the work exceeds the limit, it is named and the process ends, since a hanging
+// thread cannot be stopped.
 void RunOnAnotherThread(const std::string& name, const std::function<void()>& work);
 
 }  // namespace vitrell::reliability

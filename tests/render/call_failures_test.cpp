@@ -1,5 +1,5 @@
-// Every host call of a render failing in turn: the told code comes back or is ignored as told,
-// everything is given back, and the next render is exact.
+// Each host call of a render fails in turn: its code is returned or ignored as specified,
+// everything is released, and the next render is exact.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -69,7 +69,7 @@ constexpr Step kDefaultRender[] = {
     {"iterate8 world2 -> world1 rows 0..4", kCode},
     {"copy world1 -> world2", kCode},
     {"copy world2 -> world1", kCode},
-    // The final blend tells nobody.
+    // Failures of the final blend are not reported.
     {"acquire_suite PF World Suite 2", kMissingSuite},
     {"get_pixel_format input", kIgnored},
     {"release_suite PF World Suite 2", kIgnored},
@@ -87,7 +87,8 @@ constexpr Step kDefaultRender[] = {
     {"release_suite PF World Suite 2", kIgnored},
 };
 
-// Everything is given back; only an abort request leaves the parameter checked out, as it must.
+// Everything is released, except that an abort request deliberately leaves the parameter checked
+// out.
 std::vector<std::string> Complaints(const std::string& failed) {
   if (failed == "abort") {
     return {"During RENDER the effect did not check in parameter 3."};
@@ -130,7 +131,7 @@ TEST(CallFailureTest, EveryCallOfADeepRender) {
   }
 }
 
-// The calls of a render whose nth call of a kind fails; everything must be given back.
+// The calls of a render in which the nth call of a kind fails. Checks that everything is released.
 CallList CallsWithFailure(DriverCase& test, CallKind kind, int n, PF_Err answer) {
   test.host().GetFaults().FailNth(kind, n, kCode);
   const headless::RenderResult result = test.Render();
@@ -150,7 +151,7 @@ TEST(CallFailureTest, FailingCheckoutMeansNoCustomImage) {
   const CallList calls = CallsWithFailure(test, CallKind::kCheckoutParam, 1, PF_Err_NONE);
   EXPECT_EQ(calls[0], "checkout_param 3 time 0 step 1 scale 30 fails with 777");
   EXPECT_EQ(calls[1], "new_world world1 6x4 flags 0");
-  // No image is no lens: the unprocessed picture everywhere.
+  // Without an image there is no lens: the unprocessed image everywhere.
   EXPECT_TRUE(headless::SamePixels(test.output(), test.input()));
   EXPECT_TRUE(headless::SamePixels(test.Picture(), withImage));
 }

@@ -1,4 +1,4 @@
-// The driver as a user sees it: pictures of small frames.
+// The driver's visible results: small rendered frames.
 #include "literal/render/render_driver.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-// What the host must be told about each parameter, written down by hand.
+// What must be registered for each parameter, written down by hand.
 #ifndef VITRELL_TESTS_SHELL_PARAMETER_FACTS_H_
 #define VITRELL_TESTS_SHELL_PARAMETER_FACTS_H_
 

@@ -10,7 +10,7 @@
 namespace vitrell {
 namespace {
 
-// Record 2 is judged by itself: only its first line is fixed.
+// Record 2 has its own test: only its first line is fixed.
 constexpr const char* kTexts[] = {
     "",
     "Vitrell",

@@ -1,4 +1,4 @@
-// Renders told by a settings file, as the command line and as the literal version see them.
+// Renders specified by a settings file, by the command line and by the literal version.
 #include "whole/golden_case.h"
 
 #include <OpenImageIO/imageio.h>

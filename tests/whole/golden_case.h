@@ -1,4 +1,4 @@
-// Renders told by a settings file, as the command line and as the literal version see them.
+// Renders specified by a settings file, by the command line and by the literal version.
 #ifndef VITRELL_WHOLE_GOLDEN_CASE_H_
 #define VITRELL_WHOLE_GOLDEN_CASE_H_
 
@@ -20,7 +20,7 @@ std::filesystem::path GoldenFolder(const std::string& name);
 // The bits that a golden is rendered with are part of its name.
 bool IsDeepGolden(const std::string& name);
 
-// The samples of a picture file as they stand there.
+// The samples of an image file, unconverted.
 struct FilePicture {
   int width = 0;
   int height = 0;
@@ -30,7 +30,7 @@ struct FilePicture {
   bool operator==(const FilePicture&) const = default;
 };
 
-// Adds a test failure and returns an empty picture when the file cannot be read.
+// Adds a test failure and returns an empty image if the file cannot be read.
 FilePicture ReadFilePicture(const std::filesystem::path& file);
 
 // A picture of red, green, blue and alpha as the effect sees it in this depth: values of the file's

@@ -96,7 +96,7 @@ TEST(GoldenSetTest, IsComplete) {
   EXPECT_EQ(SortedNames(VITRELL_GOLDEN_FOLDER, true), GoldenNames());
 }
 
-// The sample picture is the same everywhere, else nothing here could be.
+// The sample picture must be the same on every platform, or none of the goldens could be.
 TEST(GoldenSetTest, HasOneHashEverywhere) {
   const FilePicture input = ReadFilePicture(VITRELL_GOLDEN_INPUT);
   PictureHash expected;

@@ -1,4 +1,4 @@
-// Between the headless host's pictures and parameters and those of the literal versions.
+// Converts images and parameters between the headless host and the literal versions.
 #include "whole/literal_bridge.h"
 
 #include <vector>

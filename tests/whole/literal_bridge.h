@@ -1,4 +1,4 @@
-// Between the headless host's pictures and parameters and those of the literal versions.
+// Converts images and parameters between the headless host and the literal versions.
 #ifndef VITRELL_WHOLE_LITERAL_BRIDGE_H_
 #define VITRELL_WHOLE_LITERAL_BRIDGE_H_
 

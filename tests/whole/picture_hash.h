@@ -1,4 +1,4 @@
-// One number for many pictures, to compare platforms by.
+// One hash over many images, by which platforms are compared.
 #ifndef VITRELL_WHOLE_PICTURE_HASH_H_
 #define VITRELL_WHOLE_PICTURE_HASH_H_
 

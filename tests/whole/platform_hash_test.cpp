@@ -1,4 +1,4 @@
-// The same random renders on every platform, by one hash that the literal render yields.
+// Random renders have the same hash on every platform: that of the literal render.
 #include <gtest/gtest.h>
 
 #include <iostream>

@@ -183,7 +183,7 @@ void Setter::Blurs() {
   }
   Box(kRealisticBlurMap, dice_.Chance(45));
   if (dice_.Chance(10)) {
-    // Where blur maps are told apart: twice the feather equals the amount's hundredth part.
+    // The limit between a mapped blur and a strengthened mask: twice the feather = amount / 100.
     const double share = dice_.Chance(50) ? host_.Record(kFastAmount).u.fs_d.value
                                           : host_.Record(kRealisticAmount).u.fs_d.value / 100;
     host_.SetFloat(kFeather, share * 0.5);

@@ -7,7 +7,7 @@ namespace {
 using headless::WorldBuffer;
 using headless::WorldLayout;
 
-// How a random picture looks.
+// The style of a random image.
 struct Look {
   std::int32_t white = 255;
   std::int32_t highest = 255;           // Above white now and then in 16 bits.

@@ -22,7 +22,7 @@ headless::WorldLayout RandomLayout(Dice& dice);
 // The extent hint as hosts give it: mostly whole, else a part, now and then larger than the world.
 PF_LRect RandomExtent(Dice& dice, PictureSize size);
 
-// Noise, blocks, near black, transparent areas; so many 16-bit pictures reach above white.
+// Noise, blocks, near black, transparent areas; this share of the 16-bit images exceeds white.
 void Paint(Dice& dice, std::int32_t aboveWhitePercent, headless::WorldBuffer& world);
 
 // Of any size; mostly of the render's depth.

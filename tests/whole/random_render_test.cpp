@@ -18,7 +18,7 @@ namespace {
 constexpr int kShards = 8;
 constexpr int kDefaultCases = 12000;
 constexpr std::uint64_t kDefaultSeed = 20260000;
-constexpr int kReportedCases = 3;  // A shard ends when so many of its cases have failed.
+constexpr int kReportedCases = 3;  // A shard stops after this many failed cases.
 
 // The first line in which two lists differ, with what stands around it.
 std::string FirstDifference(const std::vector<std::string>& expected,

@@ -114,8 +114,8 @@ TEST(DirectionalBlurTest, OutsideTheLensNothingChanges) {
 }
 
 TEST(DirectionalBlurTest, MaskGatesWithoutScaling) {
-  // Masks around the threshold of 0.0001, told by a custom lens: 16-bit greys 327 and 328 give
-  // 0.0000996 and 0.0001002 (327 and 328 squared over 2 to the power 30, with alpha alike).
+  // Masks around the threshold of 0.0001, set by a custom lens: 16-bit greys 327 and 328 give
+  // 0.0000996 and 0.0001002 (grey times an equal alpha, over 2^30).
   World lens = MakePicture(Pattern::kBlack, 12, 8, true);
   for (int y = 0; y < 8; ++y) {
     for (int x = 0; x < 12; ++x) {
@@ -200,9 +200,8 @@ TEST(DirectionalBlurTest, LinesFarLongerThanThePicture) {
 }
 
 TEST(DirectionalBlurTest, KeepsWrappedLengths) {
-  // From 46341 on the square of the length leaves 32 bits: no weight is a number any more, and what
-  // is no number is stored as 0. The square of 65536 is 0, and every weight but the pixel's own is
-  // minus infinity.
+  // From 46341 on the square of the length exceeds 32 bits: every weight is NaN, and NaN is stored
+  // as 0. The square of 65536 is 0, and every weight except the pixel's own is minus infinity.
   for (const double length : {46341.0, 50000.0, 65535.0, 65536.0}) {
     for (const double degrees : {0.0, 90.0, 30.0}) {
       RenderCase c = MakeCase(length, degrees);

@@ -423,7 +423,7 @@ TYPED_TEST(FastBlurTest, VerticalPassBeyondTheEdges) {
   EXPECT_EQ(blurred.At(0, 2).red, 98);
 }
 
-// Without the lens map nobody reads the temporary world: it is taken in any depth.
+// Without the lens map the temporary world is never read, so that any depth will do.
 TYPED_TEST(FastBlurTest, TemporaryWorldOfAnotherDepthIsTakenWithoutTheLensMap) {
   Picture<TypeParam> usual(7, 5);
   usual.FillNoise(kSeed);

@@ -223,7 +223,7 @@ TEST_P(WeightedLinesTest, OnlyWeightsFromZeroToOneAreSummed) {
 
 VITRELL_FOR_LANE_TARGETS(WeightedLinesTest, LaneTarget::kBaseline, LaneTarget::kAvx2);
 
-// Strips of two columns: the rows of what is filled are as far apart as the picture is wide.
+// Strips of two columns: rows of a strip are one image width apart in memory.
 TEST(LazyStripsTest, ColumnsAreFilledStripByStrip) {
   LazyStrips<PF_Pixel, 2, StripLines::kColumns> strips;
   ASSERT_TRUE(strips.Reset(5, 3));

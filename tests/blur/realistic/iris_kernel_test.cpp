@@ -1,4 +1,4 @@
-// The tap lists of the iris: at numbers worked out by hand, and beside the literal grids.
+// The tap lists of the iris, against values worked out by hand and against the literal grids.
 #include "blur/realistic/iris_kernel.h"
 
 #include <gtest/gtest.h>

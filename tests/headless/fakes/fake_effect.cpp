@@ -1,4 +1,4 @@
-// The entry point of the effect that tests tell what to do.
+// The entry point of the scripted effect.
 #include "headless/fakes/fake_effect.h"
 
 #include <cstring>

@@ -1,4 +1,4 @@
-// An effect whose every command is told by the test, linked into the test itself.
+// An effect whose reaction to every command is scripted by the test that it is linked into.
 #ifndef VITRELL_TESTS_HEADLESS_FAKES_FAKE_EFFECT_H_
 #define VITRELL_TESTS_HEADLESS_FAKES_FAKE_EFFECT_H_
 

@@ -1,4 +1,4 @@
-// The one rule by which a floating-point result becomes an integer or a channel.
+// The rule by which a floating-point result becomes an integer or a channel.
 #ifndef VITRELL_LITERAL_BASE_TRUNCATE_H_
 #define VITRELL_LITERAL_BASE_TRUNCATE_H_
 

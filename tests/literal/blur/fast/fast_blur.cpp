@@ -75,7 +75,7 @@ bool FastBlurFollowsLens(const Settings& s) {
 
 void FastBlurRound(std::int32_t horizontalRadius, std::int32_t verticalRadius, bool lensMap,
                    const Mask& mask, World& src, World& dst) {
-  World unblurred = src;  // A world that the host has just made, at an origin of its own.
+  World unblurred = src;  // A fresh world of the host's: its origin is (0, 0).
   unblurred.extent = {0, 0, src.width, src.height};
   BoxPass(horizontalRadius, lensMap, false, mask, src, unblurred, dst);
   BoxPass(verticalRadius, lensMap, true, mask, dst, unblurred, src);  // NOLINT: back again.

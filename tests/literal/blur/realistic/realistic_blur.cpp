@@ -40,7 +40,7 @@ float HighlightAt(const std::vector<float>& highlights, const World& src, std::i
                        static_cast<std::size_t>(column));
 }
 
-// A zero total weight gives colour 0, and so does every quotient that is no number.
+// A zero total weight gives colour 0, and so does a NaN quotient.
 void StoreColours(const Sums& sums, bool deep, Pixel& pixel) {
   const float colours[3] = {sums.red, sums.green, sums.blue};
   for (int i = 0; i < 3; ++i) {
@@ -160,7 +160,7 @@ void RealisticBlur(const Settings& settings, const Maths& maths, const Mask& mas
         const double m = MaskAt(mask, x, y, dst);
         std::int32_t index = TruncateToInt(maths.pow(m, 1.5) * maximumRadius + 0.5);
         if (index > maximumRadius) index = maximumRadius;
-        if (index < 0) index = 0;  // Only a mask value that is negative or no number.
+        if (index < 0) index = 0;  // Only for a negative or NaN mask value.
         auto found = kernels.find(index);
         if (found == kernels.end()) {
           found = kernels.emplace(index, MakeKernel(index, settings, maths)).first;

@@ -49,8 +49,8 @@ TEST(LiteralRealisticBlurTest, VisibleMustBeExactlyOne) {
 }
 
 TEST(LiteralRealisticBlurTest, WeightsThatAreNoNumbersGiveBlack) {
-  // At aspect ratio 0 the weights above and below the centre are no numbers. In a full evaluation
-  // they spoil every sum, and what is no number is stored as 0.
+  // At aspect ratio 0 the weights above and below the centre are NaN. In a full evaluation every
+  // sum becomes NaN, which is stored as 0.
   Settings settings = DiscSettings(1);
   settings.irisAspectRatio = 0;
   const World src = MakeWorld(3, 3, Gray(100));
