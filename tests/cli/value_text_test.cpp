@@ -136,8 +136,7 @@ TEST(ValueTextTest, FormattedValuesReadBackTheSame) {
   const auto survives = [](const Control& control, const Value& value) {
     return ParseValue(control, FormatValue(control, value)) == value;
   };
-  for (const double number :
-       {0.0, 0.1, 1.0 / 3, 20.0, 999.999, 1000.0, 5e-324, 1e-7, 1.0 / 3e30}) {
+  for (const double number : {0.0, 0.1, 1.0 / 3, 20.0, 999.999, 1000.0, 5e-324, 1e-7, 1.0 / 3e30}) {
     EXPECT_TRUE(survives(Slider(), number)) << number;
   }
   EXPECT_TRUE(survives(LensType(), ChoiceValue{3}));
