@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "base/numeric.h"
+#include "base/polar_angle.h"
 
 namespace vitrell {
 namespace {
@@ -28,18 +29,6 @@ double LimitToOne(double distance) { return distance > 1 ? 1 : distance; }
 // quotient is computed in double precision, the sum in single.
 double RelativeBand(float feather, double scaledSize) {
   return feather + static_cast<float>(kEdgePixels / scaledSize);
-}
-
-// Polar angle of the point (u, -v) in [0, 2 pi).
-double TriangleAngle(double u, double v, const PF_ANSICallbacks& maths) {
-  if (u == 0) {
-    return v < 0 ? kHalfPi : kThreePiOver2;
-  }
-  double angle = maths.atan(-v / u);
-  if (u < 0) {
-    angle += kPi;
-  }
-  return angle < 0 ? angle + kTwoPi : angle;
 }
 
 }  // namespace
@@ -210,7 +199,7 @@ double LensShape::Triangle(double u, double v) const {
   Side side = FacingSide(u, v);
   const double toSide = std::max(std::fabs(u) * (rootOf3_ / 2) + 0.5 * v, -v);
   if (side == Side::kUnknown || !(toSide > radius_ / 2 * (1 + kMargin))) {
-    const double angle = TriangleAngle(u, v, maths_);
+    const double angle = PolarAngle(maths_, u, -v);
     double sectorOffset = angle - kHalfPi;
     side = Side::kBase;
     if (angle < kPiOver6 || angle >= kThreePiOver2) {

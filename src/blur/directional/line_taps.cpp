@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
-#include <numbers>
 
+#include "base/line_walk.h"
 #include "base/numeric.h"
 
 namespace vitrell {
@@ -13,32 +13,6 @@ namespace {
 
 // The longest line that is rasterised: a hundred times the panel's maximum, 256 MB of taps.
 constexpr std::int64_t kMaxTaps = std::int64_t{1} << 24;
-
-// Calls record(x, y) for each point of the line from (-endX, -endY) to (endX, endY), both included:
-// max(|2 endX|, |2 endY|) + 1 points in all.
-template <typename Record>
-void WalkLine(std::int64_t endX, std::int64_t endY, Record record) {
-  const std::int64_t stepX = endX > 0 ? 1 : -1;
-  const std::int64_t stepY = endY > 0 ? 1 : -1;
-  const std::int64_t spanX = std::abs(2 * endX);
-  const std::int64_t spanY = std::abs(2 * endY);
-  std::int64_t error = (spanY < spanX ? spanX : -spanY) / 2;
-  std::int64_t x = -endX;
-  std::int64_t y = -endY;
-  record(x, y);
-  while (x != endX || y != endY) {
-    const std::int64_t before = error;
-    if (before > -spanX) {
-      error -= spanY;
-      x += stepX;
-    }
-    if (before < spanY) {
-      error += spanX;
-      y += stepY;
-    }
-    record(x, y);
-  }
-}
 
 // Squares and sum wrap at 32 bits, so that weights are wrong for half lengths from 46341 on.
 std::int32_t SquaredLength(std::int32_t x, std::int32_t y) {
@@ -50,25 +24,24 @@ std::int32_t SquaredLength(std::int32_t x, std::int32_t y) {
 PF_Err LineTaps::Build(const PF_InData* inData, const LX_Info& info, bool isNeeded) {
   const PF_ANSICallbacks& maths = inData->utils->ansi;
   const double length = TruncateToInt32(info.directionalAmount);
-  const double angleRad = info.directionalAngle + std::numbers::pi / 2;
+  const double angleRad = info.directionalAngle + kPi / 2;
   const std::int32_t endX = TruncateToInt32(length * maths.cos(angleRad));
   const std::int32_t endY = TruncateToInt32(length * maths.sin(angleRad));
   const double total = maths.sqrt(SquaredLength(endX, endY));
-  const std::int64_t halfPoints =
-      std::max(std::abs(std::int64_t{endX}), std::abs(std::int64_t{endY}));
-  const std::int64_t points = 2 * halfPoints + 1;
+  const std::int64_t points = CountLinePoints(-std::int64_t{endX}, -std::int64_t{endY}, endX, endY);
   weightSum_ = 0;
   count_ = 0;
   if (points > kMaxTaps || !taps_.Allocate(static_cast<std::size_t>(points))) {
     return isNeeded ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
   }
-  WalkLine(endX, endY, [&](std::int64_t x, std::int64_t y) {
-    const auto tapX = static_cast<std::int32_t>(x);
-    const auto tapY = static_cast<std::int32_t>(y);
-    const double weight = 1 - maths.sqrt(SquaredLength(tapX, tapY)) / total;
-    taps_[static_cast<std::size_t>(count_++)] = {tapX, tapY, weight};
-    weightSum_ += weight;
-  });
+  WalkLine(-std::int64_t{endX}, -std::int64_t{endY}, endX, endY,
+           [&](std::int64_t x, std::int64_t y) {
+             const auto tapX = static_cast<std::int32_t>(x);
+             const auto tapY = static_cast<std::int32_t>(y);
+             const double weight = 1 - maths.sqrt(SquaredLength(tapX, tapY)) / total;
+             taps_[static_cast<std::size_t>(count_++)] = {tapX, tapY, weight};
+             weightSum_ += weight;
+           });
   return PF_Err_NONE;
 }
 

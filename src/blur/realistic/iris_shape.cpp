@@ -4,30 +4,15 @@
 #include <limits>
 
 #include "base/numeric.h"
+#include "base/polar_angle.h"
 
 namespace vitrell {
 namespace {
 
 constexpr double kTwoPi = 6.283185307179586;
 constexpr double kHalfPi = 1.5707963267948966;
-constexpr double kThreeHalvesPi = 4.71238898038469;
 
 constexpr double kRound = std::numeric_limits<double>::infinity();
-
-// Polar angle of (u, v) in [0, 2 pi).
-double PolarAngle(const PF_ANSICallbacks& maths, double u, double v) {
-  if (u == 0.0) {
-    return v > 0.0 ? kHalfPi : kThreeHalvesPi;
-  }
-  double angle = maths.atan(v / u);
-  if (u < 0.0) {
-    angle += kPi;
-  }
-  if (angle < 0.0) {
-    angle += kTwoPi;
-  }
-  return angle;
-}
 
 // The cosine that IrisPoint holds for (u, v).
 double CosineAt(const IrisShape& shape, double u, double v) {

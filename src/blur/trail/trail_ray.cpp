@@ -6,6 +6,7 @@
 #include <iterator>
 #include <limits>
 
+#include "base/line_walk.h"
 #include "base/numeric.h"
 #include "base/pixel_access.h"
 
@@ -21,30 +22,15 @@ constexpr double kMaxChannel = std::numeric_limits<ChannelOf<Pixel>>::max();
 }  // namespace
 
 int ComputeLinePTs(int x0, int y0, int x1, int y1, PF_FixedPoint* points) {
-  const std::int64_t dx = std::abs(std::int64_t{x1} - x0);
-  const std::int64_t dy = std::abs(std::int64_t{y1} - y0);
-  const int stepX = x1 > x0 ? 1 : -1;
-  const int stepY = y1 > y0 ? 1 : -1;
-  std::int64_t error = (dx > dy ? dx : -dy) / 2;
   int count = 0;
-  points[count++] = {x0, y0};
-  while (x0 != x1 || y0 != y1) {
-    const std::int64_t before = error;
-    if (before > -dx) {
-      x0 += stepX;
-      error -= dy;
-    }
-    if (before < dy) {
-      y0 += stepY;
-      error += dx;
-    }
-    points[count++] = {x0, y0};
-  }
+  WalkLine(x0, y0, x1, y1, [&](std::int64_t x, std::int64_t y) {
+    points[count++] = {static_cast<PF_Fixed>(x), static_cast<PF_Fixed>(y)};
+  });
   return count;
 }
 
 std::int64_t CountRayPoints(std::int64_t x, std::int64_t y, TrailCenter center) {
-  return std::max(std::abs(center.x - x), std::abs(center.y - y)) + 1;
+  return CountLinePoints(x, y, center.x, center.y);
 }
 
 bool TrailWeights::Fill(std::int32_t tapCount, std::int64_t maxRayPoints) {
