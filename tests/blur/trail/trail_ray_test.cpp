@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "literal/engines.h"
+#include "literal/blur/trail/trail_ray.h"
 
 namespace vitrell {
 namespace {
