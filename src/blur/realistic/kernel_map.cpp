@@ -1,4 +1,4 @@
-// The realistic blur by map: which kernel each pixel has, and its sums.
+// The realistic blur by map: the kernel of each pixel, and the sums over it.
 #include "blur/realistic/kernel_map.h"
 
 #include <algorithm>
@@ -13,7 +13,8 @@ namespace {
 
 static_assert(kMaxIrisRadius <= 65535);
 
-// Kernel radii by mask value, evaluated through the host; neighbouring pixels often share a value.
+// Kernel radii by mask value, computed by the host's maths; the last one is cached, since
+// neighbouring pixels often share a value.
 class RadiusByMask {
  public:
   RadiusByMask(const PF_ANSICallbacks& maths, std::int32_t maxRadius)
@@ -96,7 +97,7 @@ bool KernelMap::Build(const IO_Params& io, const IrisShape& shape, std::int32_t 
          map_.Build(io.in_data, *io.src, PlaneOrder::kRowMajor, MapUse::kByMask);
 }
 
-// Runs of equal kernels among the pixels from (x, y) to the end of the block or of the row.
+// Finds runs of equal kernels among the pixels from (x, y) to the end of the block or of the row.
 int KernelMap::GroupLanes(std::int64_t x, std::int64_t y, LaneGroup* groups) const {
   const std::uint16_t* const index = kernelIndex_.data() + static_cast<std::size_t>(y * width_ + x);
   const auto lanes = static_cast<int>(std::min<std::int64_t>(engine_.rowLanes, width_ - x));
@@ -121,7 +122,7 @@ void KernelMap::SumRows(std::int64_t x, std::int64_t y, LaneSums* sums) const {
   LaneGroup groups[kMaxLaneRows][kMaxLanes];
   LaneRow rows[kMaxLaneRows];
   for (int i = 0; i < engine_.rowCount; ++i) {
-    // Below the output the last row's kernels stand in.
+    // Rows below the output use the kernels of its last row.
     rows[i] = {groups[i], GroupLanes(x, std::min(y + i, height_ - 1), groups[i])};
   }
   engine_.sumRows(view, window, rows, sums);

@@ -1,4 +1,4 @@
-// The realistic blur by map: which kernel each pixel has, and its sums.
+// The realistic blur by map: the kernel of each pixel, and the sums over it.
 #ifndef VITRELL_BLUR_REALISTIC_KERNEL_MAP_H_
 #define VITRELL_BLUR_REALISTIC_KERNEL_MAP_H_
 
@@ -23,26 +23,26 @@ struct IrisBlurRefcon {
   std::int32_t maxRadius;
 };
 
-// Read-only once built; safe on any number of threads. Positions are the output's pixels.
+// Read-only once built; safe on any number of threads. Positions are those of the output's pixels.
 class KernelMap {
  public:
   explicit KernelMap(const IrisEngine& engine) : engine_(engine) {}
   KernelMap(const KernelMap&) = delete;
   KernelMap& operator=(const KernelMap&) = delete;
 
-  // Picks each pixel's kernel by the lens mask: radius 0 where it is 0, maxRadius (at most
-  // kMaxIrisRadius) where it is 1 or more. False when there is no memory.
+  // Chooses each pixel's kernel by the lens mask: radius 0 where it is 0, maxRadius (at most
+  // kMaxIrisRadius) where it is 1 or more. False if memory is short.
   [[nodiscard]] bool Build(const IO_Params& io, const IrisShape& shape, std::int32_t maxRadius);
 
   std::int64_t width() const { return width_; }
   std::int64_t height() const { return height_; }
 
-  // SumRows works out blocks of this size, of at most kMaxLaneRows rows and kMaxLanes lanes.
+  // The size of the blocks that SumRows computes: at most kMaxLaneRows rows and kMaxLanes lanes.
   int blockRows() const { return engine_.rowCount; }
   int blockLanes() const { return engine_.rowLanes; }
 
-  // The sums of the pixels from (x, y), within the output, to the right and down as far as the
-  // block and the output reach; the others mean nothing. sums holds blockRows() rows.
+  // Computes the sums of the block whose upper left pixel is (x, y), which must lie within the
+  // output; sums of pixels beyond the output are undefined. sums holds blockRows() rows.
   void SumRows(std::int64_t x, std::int64_t y, LaneSums* sums) const;
 
  private:
@@ -54,8 +54,8 @@ class KernelMap {
   IrisBlurRefcon refcon_ = {};  // Its io is read by Build alone.
   HighlightMap map_;
   std::unique_ptr<IrisKernel[]> kernels_;
-  Buffer<std::uint16_t> kernelIndex_;  // One per output pixel, row by row.
-  std::int64_t width_ = 0;             // Of the output.
+  Buffer<std::uint16_t> kernelIndex_;  // One per output pixel, row-major.
+  std::int64_t width_ = 0;             // Width of the output.
   std::int64_t height_ = 0;
   std::int64_t left_ = 0;  // Origin of the input.
   std::int64_t top_ = 0;

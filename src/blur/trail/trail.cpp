@@ -1,4 +1,4 @@
-// Trail: smears the picture outward from a centre along rays from the picture's border.
+// Trail: smears the image outward from a centre along rays from its border.
 #include "blur/trail/trail.h"
 
 #include <algorithm>
@@ -17,13 +17,13 @@
 namespace vitrell {
 namespace {
 
-// Longest ray that is cast; far beyond any picture's side.
+// The longest ray; far longer than any image's side.
 constexpr std::int64_t kMaxRayPoints = std::int64_t{1} << 24;
 
-// One trail: the record told, and what makes it quick. The callback's refcon is a TrailPass.
+// The refcon of the callback: the record, and the tables prepared for the pass.
 struct TrailPass {
   TrailRefcon record;
-  std::int32_t tapCount;  // Negative: no taps at all; 0: the rays copy the source.
+  std::int32_t tapCount;  // Negative: no taps; 0: rays copy the source.
   std::int64_t maxRayPoints;
   TrailWeights weights;
   TrailCanvas canvas;
@@ -46,8 +46,8 @@ void PaintRay(TrailPass* pass, A_long x, A_long y, Ray<Pixel>* ray) {
   }
 }
 
-// Works on the destination's border pixels only, and writes along the ray from there to the centre,
-// never its own output pixel as such.
+// Does something only for border pixels of the destination: casts the ray from there to the centre
+// and paints all pixels along it, rather than only *out.
 template <typename Pixel>
 PF_Err Trail(void* refcon, A_long x, A_long y, Pixel* /*in*/, Pixel* /*out*/) {
   auto& pass = *static_cast<TrailPass*>(refcon);
@@ -71,7 +71,7 @@ PF_Err Trail(void* refcon, A_long x, A_long y, Pixel* /*in*/, Pixel* /*out*/) {
   return PF_Err_NONE;
 }
 
-// Pulls the centre inside the picture: one pixel from the left and top, two from the other sides.
+// Moves the centre inside the image: one pixel from the left and top edge, two from the others.
 TrailCenter ClampCenter(TrailCenter center, const PF_LRect& rect) {
   if (center.x <= rect.left) {
     center.x = WrappingAdd(rect.left, 1);
@@ -88,7 +88,8 @@ TrailCenter ClampCenter(TrailCenter center, const PF_LRect& rect) {
   return center;
 }
 
-// Whole pixels from the centre to the corner opposite its quadrant. The squares wrap in 32 bits.
+// Distance from the centre to the corner opposite its quadrant, in whole pixels. The squares wrap
+// at 32 bits.
 std::int32_t FarthestCornerDistance(const PF_ANSICallbacks& maths, TrailCenter center,
                                     const PF_LRect& rect) {
   const auto middle = [](std::int32_t from, std::int32_t to) {
@@ -131,7 +132,7 @@ PF_Err RunTrail(const StageCall& call) {
     return PF_Err_OUT_OF_MEMORY;
   }
   RETURN_IF_ERROR(FillTransparent(io.in_data, dst));
-  // Kept: the result of the pass is ignored, so that a cancelled one leaves the rays cast so far.
+  // Kept: the result of the pass is ignored; a cancelled one leaves the rays cast so far.
   static_cast<void>(call.Iterate({Trail<PF_Pixel>, Trail<PF_Pixel16>}, &pass));
   return pass.isOutOfMemory ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE;
 }

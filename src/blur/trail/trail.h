@@ -1,4 +1,4 @@
-// Trail: smears the picture outward from a centre along rays from the picture's border.
+// Trail: smears the image outward from a centre along rays from its border.
 #ifndef VITRELL_BLUR_TRAIL_TRAIL_H_
 #define VITRELL_BLUR_TRAIL_TRAIL_H_
 
@@ -16,12 +16,11 @@ struct TrailRefcon {
   std::int32_t centerY;
   const IO_Params* io;
   float trailAmount;
-  std::int32_t farthestPx;  // From the centre to the corner opposite its quadrant.
+  std::int32_t farthestPx;  // Distance from the centre to the corner opposite its quadrant.
 };
 
-// Fills call.io.dst with transparent black and casts the rays from call.io.src into it. Answers the
-// code of a failing fill, or PF_Err_OUT_OF_MEMORY; the result of the host's iteration itself is
-// ignored.
+// Fills call.io.dst with transparent black and casts the rays from call.io.src into it. Returns the
+// code of a failing fill, or PF_Err_OUT_OF_MEMORY; the result of the host's iteration is ignored.
 [[nodiscard]] PF_Err RunTrail(const StageCall& call);
 
 }  // namespace vitrell

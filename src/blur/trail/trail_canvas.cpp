@@ -1,5 +1,5 @@
-// The picture that the trail's rays paint, the same in whatever order and on however many threads
-// they are cast.
+// The image that the trail's rays paint. The result is the same in whatever order and on however
+// many threads the rays are cast.
 #include "blur/trail/trail_canvas.h"
 
 #include <algorithm>
@@ -23,7 +23,7 @@ bool TrailCanvas::Prepare(PF_LayerDef* world) {
 }
 
 std::uint32_t TrailCanvas::PrecedenceOf(A_long x, A_long y) const {
-  // No host visits pixels beyond the world; the clamps keep precedences in range all the same.
+  // The host visits no pixels outside the world; clamping keeps precedences in range regardless.
   const std::int64_t row = std::clamp(y, 0, world_->height - 1);
   const std::int64_t column = std::clamp(x, 0, world_->width - 1);
   const std::int64_t rank = row * world_->width + column;

@@ -1,5 +1,5 @@
-// The picture that the trail's rays paint, the same in whatever order and on however many threads
-// they are cast.
+// The image that the trail's rays paint. The result is the same in whatever order and on however
+// many threads the rays are cast.
 #ifndef VITRELL_BLUR_TRAIL_TRAIL_CANVAS_H_
 #define VITRELL_BLUR_TRAIL_TRAIL_CANVAS_H_
 
@@ -13,29 +13,29 @@
 
 namespace vitrell {
 
-// A pixel that several rays reach keeps the colour of the first one, by the row-major order of the
-// border pixels they start from, whose colour is not all zero. A ray's colour for a pixel depends
-// on the source alone, so that this is a maximum over the rays: beside each pixel stands the
+// Of all rays that reach a pixel with a colour that is not all zero, the pixel keeps the colour of
+// the first, in row-major order of the border pixels from which they start. A ray's colour for a
+// pixel depends only on the source, so that this is a maximum over the rays: each pixel stores the
 // precedence of the ray that painted it, and a ray of higher precedence paints over it. Pixels are
-// guarded by the lock of the tile they lie in, for a ray stays within a tile for many pixels.
+// protected by the lock of their tile, since a ray stays within a tile for many pixels.
 class TrailCanvas {
  public:
-  // Prepares painting over the world, which must outlive the pass. False when there is no memory.
+  // Prepares painting on the world, which must outlive the pass. False if memory is short.
   [[nodiscard]] bool Prepare(PF_LayerDef* world);
 
-  // What one ray paints with. Holds at most one tile at a time, from the first pixel it paints
-  // there to the first one elsewhere.
+  // Paints the pixels of one ray. It holds the lock of at most one tile at a time, from the first
+  // pixel that it paints there to the first one in another tile.
   class Brush {
    public:
-    // Of the ray that starts from the border pixel (x, y).
+    // For the ray that starts at the border pixel (x, y).
     Brush(TrailCanvas* canvas, A_long x, A_long y)
         : canvas_(canvas), precedence_(canvas->PrecedenceOf(x, y)) {}
     ~Brush() { Release(); }
     Brush(const Brush&) = delete;
     Brush& operator=(const Brush&) = delete;
 
-    // Gives the pixel at a layer position, mirrored beyond the edges, the colour unless an earlier
-    // ray has painted it. colour() is called only if need be.
+    // Paints the pixel at a layer position, reflected at the edges, unless a ray of at least this
+    // precedence has painted it. colour() is called only if its result is needed.
     template <typename Pixel, typename Colour>
     void Paint(const PF_FixedPoint& point, const Colour& colour) {
       const Place place = canvas_->PlaceOf(point);
@@ -81,11 +81,11 @@ class TrailCanvas {
     std::uint8_t* held_ = nullptr;
   };
 
-  // False for a world without pixels, on which nothing may be painted.
+  // False for a world without pixels, on which Paint must not be called.
   bool HasPixels() const { return painters_.size() > 0; }
 
  private:
-  // Rows and columns of the memory.
+  // A position in the world's memory.
   struct Place {
     std::int64_t row;
     std::int64_t column;
@@ -96,7 +96,7 @@ class TrailCanvas {
   static constexpr int kTileShift = 8;                        // Tiles of 256 x 256 pixels.
   static constexpr std::int64_t kLockBytes = 64;              // A cache line for each lock.
 
-  // Falls from border pixel to border pixel in row-major order; at least 1.
+  // Decreases from border pixel to border pixel in row-major order; at least 1.
   std::uint32_t PrecedenceOf(A_long x, A_long y) const;
 
   Place PlaceOf(const PF_FixedPoint& point) const {
@@ -119,9 +119,9 @@ class TrailCanvas {
 
   PF_LayerDef* world_ = nullptr;
   std::int64_t tilesAcross_ = 0;
-  Buffer<std::uint32_t> painters_;  // Precedences, of the ray that painted each pixel.
-  // The compilers' atomic builtins stand in for std::atomic_ref, which older standard libraries of
-  // macOS do not have.
+  Buffer<std::uint32_t> painters_;  // Per pixel: the precedence of the ray that painted it.
+  // Atomic builtins of the compilers replace std::atomic_ref, which older standard libraries of
+  // macOS lack.
   Buffer<std::uint8_t> locks_;
 };
 

@@ -1,4 +1,4 @@
-// One ray of the trail: its points, and the weighted averages from each of them to the centre.
+// One ray of the trail: its points, and the weighted average from each of them towards the centre.
 #include "blur/trail/trail_ray.h"
 
 #include <algorithm>
@@ -13,8 +13,8 @@
 namespace vitrell {
 namespace {
 
-constexpr double kRounding = 0x1p-53;     // Largest relative error of one operation.
-constexpr double kLargestWhole = 0x1p53;  // Up to here a double holds every whole number.
+constexpr double kRounding = 0x1p-53;     // Bound of the relative error of one operation.
+constexpr double kLargestWhole = 0x1p53;  // Doubles up to here represent every integer.
 
 template <typename Pixel>
 constexpr double kMaxChannel = std::numeric_limits<ChannelOf<Pixel>>::max();
@@ -48,9 +48,9 @@ bool TrailWeights::Fill(std::int32_t tapCount, std::int64_t maxRayPoints) {
   return true;
 }
 
-// A weight is off by three roundings (quotient twice, square), its product by one more, a sum of n
-// positive terms by n - 1, on top of that the last quotient by one and the exact sums' quotient by
-// one: below 2n + 16 roundings in all.
+// Roundings: three in a weight (the quotient enters the square twice), one in its product, n - 1 in
+// a sum of n positive terms, one in the final quotient, and one in the quotient of the exact sums.
+// For colours and weights together that is below 2n + 16.
 double TrailWeights::ErrorBound(double maxChannel) const {
   return maxChannel * (2.0 * static_cast<double>(usedCount_) + 16.0) * kRounding;
 }
@@ -99,9 +99,10 @@ void Ray<Pixel>::Cast(const PF_LayerDef& src, A_long x, A_long y, TrailCenter ce
   }
 }
 
-// From point to point toward the border, the tap at distance j from the point weighs (N - j)^2, so
-// that every weight m^2 becomes (m - 1)^2 = m^2 - 2m + 1: with the sums of m^2, m and 1 times the
-// pixels a step costs the same however many taps there are. All are whole numbers, summed exactly.
+// With N taps, the tap at distance j from its point weighs (N - j)^2. From one point to the next
+// toward the border every weight m^2 becomes (m - 1)^2 = m^2 - 2m + 1, so that the sums of the
+// pixels times m^2, m and 1 follow from those of the point before, at a cost independent of N. All
+// are integers and exact.
 template <typename Pixel>
 void Ray<Pixel>::SumWindows(const TrailWeights& weights) {
   isExact_ = weights.IsExact(kMaxChannel<Pixel>);
@@ -149,7 +150,7 @@ typename Ray<Pixel>::Components Ray<Pixel>::SumInOrder(std::size_t k, const Trai
     sums.of[kColours] = weights.Sum(taps);
     return sums;
   }
-  // Transparent pixels only add +0; those at the ray's ends are passed over.
+  // Transparent pixels add only +0; those at the ray's ends are skipped.
   const std::size_t end = std::min(k + taps, opaqueEnd_);
   for (std::size_t i = std::max(k, firstOpaque_); i < end; ++i) {
     for (int c = 0; c <= kColours; ++c) {
@@ -166,8 +167,9 @@ void Ray<Pixel>::Divide(const Components& sums, double (*averages)[kColours]) {
   }
 }
 
-// Whether averages of exact sums truncate to what the defining sums give: they do not lie so near a
-// whole number that roundings could carry those across. Black is exactly 0 in both.
+// Whether the averages of the exact sums are certain to truncate to the same integers as those of
+// the defining sums: none is so near an integer that rounding could cross it. Black is exactly 0 in
+// both.
 template <typename Pixel>
 bool Ray<Pixel>::AreSure(const double (&averages)[kColours]) const {
   return std::all_of(std::begin(averages), std::end(averages), [this](double average) {

@@ -1,4 +1,4 @@
-// One ray of the trail: its points, and the weighted averages from each of them to the centre.
+// One ray of the trail: its points, and the weighted average from each of them towards the centre.
 #ifndef VITRELL_BLUR_TRAIL_TRAIL_RAY_H_
 #define VITRELL_BLUR_TRAIL_TRAIL_RAY_H_
 
@@ -17,43 +17,43 @@ struct TrailCenter {
 };
 
 // Rasterises the line from (x0, y0) to (x1, y1), both ends included, and returns the number of
-// points written, at least 1. points must hold max(|x1 - x0|, |y1 - y0|) + 1 records; their fields
-// hold whole pixels.
+// points written, at least 1. points must have room for max(|x1 - x0|, |y1 - y0|) + 1 records;
+// their fields are set to whole pixels.
 int ComputeLinePTs(int x0, int y0, int x1, int y1, PF_FixedPoint* points);
 
-// Points of the ray from (x, y) to the centre.
+// Number of points of the ray from (x, y) to the centre.
 std::int64_t CountRayPoints(std::int64_t x, std::int64_t y, TrailCenter center);
 
-// The weights of the taps toward the centre: 1 for the point itself, falling quadratically. Shared
-// by all rays of a pass, read-only.
+// The weights of the taps towards the centre: 1 for the point itself, falling quadratically. All
+// rays of a pass share them, read-only.
 class TrailWeights {
  public:
-  // A negative number of taps is none at all. No ray may have more points than told. False when
-  // there is no memory.
+  // A negative tapCount counts as 0. No ray may have more than maxRayPoints points. False if memory
+  // is short.
   [[nodiscard]] bool Fill(std::int32_t tapCount, std::int64_t maxRayPoints);
 
   std::size_t tapCount() const { return tapCount_; }
   const double* data() const { return weights_.data(); }
 
-  // Sum of the first so many weights, at most as many as a ray has points.
+  // Sum of the first `count` weights; count is at most the number of points of a ray.
   double Sum(std::size_t count) const { return sums_[count]; }
 
-  // How far an average summed tap by tap may lie from one of exact sums, for channels up to
-  // maxChannel.
+  // Bound of the difference between an average summed tap by tap and one of exact sums, for
+  // channels up to maxChannel.
   double ErrorBound(double maxChannel) const;
 
-  // Whether sums of squared distances times channels up to maxChannel are whole numbers that a
-  // double holds.
+  // Whether sums of squared distances times channels up to maxChannel are integers that a double
+  // can represent.
   bool IsExact(double maxChannel) const;
 
  private:
   std::size_t tapCount_ = 0;
-  std::size_t usedCount_ = 0;  // Taps that the longest ray can have.
+  std::size_t usedCount_ = 0;  // Most taps that a ray can use.
   Buffer<double> weights_;
   Buffer<double> sums_;
 };
 
-// Sums of one value times the first weights, tap by tap, kept for the next point.
+// Sums of one value times the first weights, tap by tap, cached for the next point.
 class FlatSums {
  public:
   [[nodiscard]] bool Allocate(std::size_t maxCount) { return sums_.Allocate(maxCount + 1); }
@@ -65,7 +65,7 @@ class FlatSums {
   Buffer<double> sums_;
 };
 
-// The points of one ray, from the border to the centre, and the source's pixels under them.
+// The points of one ray, from the border to the centre, and the source pixels at them.
 template <typename Pixel>
 class Ray {
  public:
@@ -79,15 +79,16 @@ class Ray {
   // Prepares the averages of all points.
   void SumWindows(const TrailWeights& weights);
 
-  // Weighted average of the opaque pixels from point k on toward the centre, under the alpha of
-  // point k. Black where there are none.
+  // The weighted average of the opaque pixels from point k towards the centre, with the alpha of
+  // point k; black if there are none.
   Pixel Average(std::size_t k, const TrailWeights& weights);
 
  private:
   static constexpr int kColours = 3;
 
-  // A pixel or a sum of pixels as the sums take it. The last component of a pixel is 1, so that
-  // the sum of weights goes along with the colours; a transparent or missing pixel is 0 in all.
+  // A pixel, or a sum of pixels, with 1 as the last component of each pixel, so that the sum of
+  // weights accumulates along with the colours. Transparent and missing pixels are 0 in all
+  // components.
   struct Components {
     double of[kColours + 1];  // Red, green, blue, 1.
   };
@@ -100,8 +101,8 @@ class Ray {
   Buffer<PF_FixedPoint> points_;
   Buffer<Components> taps_;
   Buffer<ChannelOf<Pixel>> alphas_;
-  Buffer<Components> windows_;  // Of each point: exact sums, weights times tapCount squared.
-  Buffer<std::uint32_t> runs_;  // Of each point: opaque pixels of the same colour from there on.
+  Buffer<Components> windows_;  // Per point: exact sums, weights times tapCount^2.
+  Buffer<std::uint32_t> runs_;  // Per point: length of the run of equal opaque colour.
   FlatSums flatSums_[kColours];
   std::size_t count_ = 0;
   std::size_t firstOpaque_ = 0;
