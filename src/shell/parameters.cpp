@@ -226,7 +226,8 @@ void FillValues(const ParameterRow& row, PF_ParamDefUnion* values) {
 }
 
 PF_Err AddParameter(PF_InData* inData, const ParameterRow& row) {
-  // Every byte, padding and the union's unused members included: an initialiser promises neither.
+  // Clears every byte, including padding and the unused members of the union, which an initialiser
+  // need not do.
   PF_ParamDef def;
   std::memset(&def, 0, sizeof(def));
   def.param_type = row.type;

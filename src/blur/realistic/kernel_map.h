@@ -16,8 +16,8 @@ namespace vitrell {
 
 // The settings and tables of one pass.
 struct IrisBlurRefcon {
-  const IrisKernel* kernels;  // By radius, from 0 to maxRadius; empty where no pixel has one.
-  std::uint8_t realisticUseLensAsBlurMap;  // Not 0, or the blur is not by map.
+  const IrisKernel* kernels;               // Indexed by radius, 0 to maxRadius; empty if unused.
+  std::uint8_t realisticUseLensAsBlurMap;  // Not 0 when the blur is by map.
   const IO_Params* io;
   const HighlightMap* highlightMap;
   std::int32_t maxRadius;
@@ -51,7 +51,7 @@ class KernelMap {
   int GroupLanes(std::int64_t x, std::int64_t y, LaneGroup* groups) const;
 
   const IrisEngine& engine_;
-  IrisBlurRefcon refcon_ = {};  // Its io is read by Build alone.
+  IrisBlurRefcon refcon_ = {};  // Only Build reads its io.
   HighlightMap map_;
   std::unique_ptr<IrisKernel[]> kernels_;
   Buffer<std::uint16_t> kernelIndex_;  // One per output pixel, row-major.
