@@ -1,4 +1,4 @@
-// What the cases of every stage are put together from.
+// The settings from which the stages' benchmark cases are assembled.
 #include "bench/case_parts.h"
 
 #include <utility>

@@ -1,4 +1,4 @@
-// What the cases of every stage are put together from.
+// The settings from which the stages' benchmark cases are assembled.
 #ifndef VITRELL_BENCH_CASE_PARTS_H_
 #define VITRELL_BENCH_CASE_PARTS_H_
 
@@ -22,7 +22,7 @@ Settings AllOff(const Settings& more = {});
 // Switches a stage on, by its name in paths, and sets its amount.
 Settings Stage(const std::string& name, double amount, const std::string& control = "amount");
 
-// A stage and nothing else.
+// One stage alone, without a lens.
 Settings Alone(const std::string& stage, double amount);
 
 Settings Lens(double type, double feather);
@@ -35,7 +35,7 @@ BenchCase Plain(std::string name, std::string detail, Settings settings, Setting
 
 BenchCase AlsoHuge(BenchCase benchCase);
 
-// Of a render of so many passes the one with this index is measured.
+// The pass with this index is measured, in a render that has `passes` passes.
 BenchCase Pass(std::string name, std::string detail, Settings settings, int pass, int passes);
 
 }  // namespace vitrell::bench
