@@ -1,4 +1,4 @@
-// The mutex by which renders exclude each other.
+// The mutex that lets only one thread render at a time.
 #include "base/global_mutex.h"
 
 #include <gtest/gtest.h>

@@ -42,9 +42,9 @@ class FakeHost {
   // What the nth call of a kind answers ("copy", "iterate", "fill"), n from 1. Failing calls do
   // nothing.
   std::map<std::string, std::map<int, PF_Err>> failures;
-  // What iterate answers after it has visited every pixel.
+  // The result of iterate after it has visited every pixel.
   PF_Err iterateResult = PF_Err_NONE;
-  // Seed of the order in which iterate visits the pixels; row by row without one.
+  // Seeds the order in which iterate visits the pixels; row by row if there is none.
   std::optional<unsigned> shuffleSeed;
   int liveWorlds = 0;
   void* lastRefcon = nullptr;

@@ -73,7 +73,7 @@ class Picture {
     return *this;
   }
 
-  // True while no byte beside the pixels has been written.
+  // True if no byte outside the pixels has been written.
   bool IsPaddingIntact() const {
     for (A_long y = 0; y < def_.height; ++y) {
       const char* const row = memory_.data() + std::ptrdiff_t{y} * rowBytes_;

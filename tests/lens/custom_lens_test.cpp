@@ -1,4 +1,4 @@
-// The custom lens: samples worked out by hand, and whole rows beside the literal mask.
+// The custom lens: samples worked out by hand, and whole rows against the literal mask.
 #include "lens/custom_lens.h"
 
 #include <gtest/gtest.h>
@@ -172,7 +172,7 @@ literal::World LiteralImage(const Picture<Pixel>& image) {
 template <typename Pixel>
 class CustomLensRowsTest : public CustomLensTest {
  protected:
-  // Every row of the output, bit for bit as the literal mask has it.
+  // Every row of the output, bit for bit as in the literal mask.
   void ExpectLiteralRows(Picture<Pixel>& image, const std::string& what) {
     literal::World world = LiteralImage(image);
     literal::Settings settings;

@@ -1,4 +1,4 @@
-// Which columns of a row a region keeps: by hand, and beside a walk over every column.
+// The columns of a row that a region keeps: by hand, and against a test of every column.
 #include "lens/line_section.h"
 
 #include <gtest/gtest.h>
@@ -93,8 +93,8 @@ TEST(LineSectionTest, RegionsThatMeetBesideTheLineLeaveNothing) {
   ExpectColumns(beyond, 0, 0);
 }
 
-// Nothing is known near a limit of 0, where no relative margin holds, of what is not a number, and
-// of positions so large that their rounding errors reach the margin.
+// The result is unknown near a limit of 0, where no relative margin holds; for NaN; and for
+// positions so large that their rounding errors reach the margin.
 TEST(LineSectionTest, UnknownIsAllOrNothingAsAsked) {
   for (const double limit : {0.0, -1.0, kNan}) {
     LineSection halfPlane(kLevel);
@@ -128,8 +128,8 @@ TEST(LineSectionTest, EmptyRowsHaveNoColumns) {
   ExpectColumns(LineSection(none), 0, 0);
 }
 
-// A column is kept when it is within all regions by a billionth, and gone when it is outside one by
-// as much.
+// A column is certainly kept if it is inside all regions by a relative 1e-9, and certainly dropped
+// if it is outside one by as much.
 TEST(LineSectionTest, RandomRegionsMatchAWalkOverTheColumns) {
   constexpr std::uint32_t kSeed = 20261121;
   std::mt19937 random(kSeed);

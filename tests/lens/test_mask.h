@@ -26,7 +26,7 @@ class TestMask {
       g_LensMaskRows = {rows_.data(), static_cast<std::uint32_t>(width)};
     }
   }
-  // `value` everywhere, told in rows as well or not.
+  // `value` everywhere, with or without mask rows.
   static TestMask Uniform(A_long width, A_long height, double value, bool isInRows = false) {
     const auto columns = static_cast<std::size_t>(width);
     return TestMask(std::vector<double>(columns * static_cast<std::size_t>(height), value),

@@ -1,4 +1,5 @@
-// What of a Mach-O image in a Linux process depends on the processor. One source file for each.
+// The processor-specific part of running a Mach-O image in a Linux process. Each processor has its
+// own source file.
 #ifndef VITRELL_TESTS_PACKAGING_PROCESSOR_H_
 #define VITRELL_TESTS_PACKAGING_PROCESSOR_H_
 

@@ -1,4 +1,4 @@
-// Strips of rows or columns that are worked out once, whoever asks first.
+// Strips of rows or columns are computed once, whichever thread asks first.
 #include "pass/lazy_strips.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ TEST(LazyStripsTest, EveryStripIsFilledOnceOnAnyNumberOfThreads) {
     }
     return true;
   };
-  // Rows dealt out in turn: every strip is wanted by all threads at once.
+  // Neighbouring rows go to different threads, so that all threads want the same strip at once.
   const auto work = [&](int thread) {
     for (std::int32_t row = thread; row < kHeight; row += kThreads) {
       for (std::int32_t x = 0; x < kWidth; ++x) {
@@ -56,7 +56,7 @@ TEST(LazyStripsTest, EveryStripIsFilledOnceOnAnyNumberOfThreads) {
   EXPECT_EQ(strips.PixelOrFill(0, -1, fill), nullptr);
 }
 
-// The thread that has to wait works out another strip.
+// A thread that would have to wait computes another strip.
 TEST(LazyStripsTest, AStripInOtherHandsLeavesTheNextOne) {
   LazyStrips<PF_Pixel, 2> strips;
   ASSERT_TRUE(strips.Reset(3, 6));
@@ -77,7 +77,7 @@ TEST(LazyStripsTest, AStripInOtherHandsLeavesTheNextOne) {
   EXPECT_EQ(strips.ReadyPixel(2, 4), nullptr);
 }
 
-// Nothing is lost by a fill that could not do its work.
+// After a fill that failed, a later pixel tries again.
 TEST(LazyStripsTest, AStripThatWasNotFilledIsAskedForAgain) {
   LazyStrips<PF_Pixel, 2> strips;
   ASSERT_TRUE(strips.Reset(3, 3));

@@ -1,5 +1,5 @@
-// What a strip pass makes of one pixel: from a strip that is there, from one that it fills, and by
-// itself.
+// The three ways in which a strip pass serves a pixel: from a finished strip, from one that it
+// computes, and alone.
 #include "pass/strip_pass.h"
 
 #include <gtest/gtest.h>
@@ -13,8 +13,8 @@
 namespace vitrell {
 namespace {
 
-// Strips of three rows that begin at layer position (10, 20). A pixel of a strip tells its place, a
-// pixel by itself has green 99; the alpha of the input is published.
+// Strips of three rows that begin at layer position (10, 20). Pixels of a strip encode their
+// position, a pixel computed alone has green 99; the input's alpha is published.
 struct PlacesStage {
   using Pixel = PF_Pixel;
   static constexpr std::int32_t kStripSize = 3;
@@ -34,7 +34,7 @@ struct PlacesStage {
     if (whileFilling != nullptr) {
       PF_Pixel other = {};
       EXPECT_EQ(whileFilling->Serve(10, 20 + firstRow, {5, 0, 0, 0}, &other), PF_Err_NONE);
-      EXPECT_EQ(other.green, 99);  // Its strip is in this thread's hands.
+      EXPECT_EQ(other.green, 99);  // This thread has claimed its strip.
     }
     return true;
   }
@@ -101,7 +101,7 @@ TEST(StripPassTest, AStripThatCannotBeFilledIsAskedForAgain) {
   EXPECT_EQ(pass.stage.filled, (std::vector<std::int32_t>{0, 0}));
 }
 
-// As another thread would find it in the middle of the work.
+// The state that another thread would find during the fill.
 TEST(StripPassTest, AStripInOtherHandsIsNotWaitedFor) {
   StripPass<PlacesStage> pass;
   ASSERT_TRUE(pass.strips.Reset(PlacesStage::kWidth, 3));

@@ -1,4 +1,4 @@
-// Scratch blocks lent to one thread each.
+// Scratch blocks, each lent to one thread.
 #include "pass/workspaces.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ TEST(WorkspacesTest, LentBlocksAreApart) {
     for (const std::uint64_t* const other : blocks) {
       EXPECT_TRUE(block + kValues <= other || other + kValues <= block);
     }
-    block[kValues - 1] = 1;  // The sanitizers see a block that leaves the memory.
+    block[kValues - 1] = 1;  // Sanitizers detect a block beyond the memory.
     blocks.push_back(block);
   }
   const Loan none(&workspaces);

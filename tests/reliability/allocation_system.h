@@ -1,4 +1,4 @@
-// What AllocationFaults needs of the operating system. One source file for each system,
+// The operating system's functions that AllocationFaults uses. Each system has its own source file,
 // allocation_system_*.cpp.
 #ifndef VITRELL_RELIABILITY_ALLOCATION_SYSTEM_H_
 #define VITRELL_RELIABILITY_ALLOCATION_SYSTEM_H_
@@ -13,12 +13,12 @@ namespace vitrell::reliability {
 
 // Counts an allocation; true when it must fail.
 bool MustFail();
-// Counts a block that was given, if it was, and hands it on.
+// Counts a block if it is not null, and returns it.
 void* Counted(void* block);
-// Counts a block that is given back, if there is one.
+// Counts the release of a block that is not null.
 void Uncount(const void* block);
 
-// A function that a module imports, and where its code looks the address up.
+// A function that a module imports, and the table entry from which its code takes the address.
 struct ImportedFunction {
   std::string name;
   void** address;
@@ -26,11 +26,11 @@ struct ImportedFunction {
 // Throws std::runtime_error when the loader does not know the module.
 std::vector<ImportedFunction> ImportsOf(const headless::EffectModule& module);
 
-// Writes one such address, which may lie in a page that the loader has closed.
+// Overwrites such an entry, which may lie in a page that the loader has made read-only.
 void WriteImport(void** address, void* value);
 
-// The functions that count and then do what the system's own do, by the names that the loader
-// knows.
+// Replacements that count and then call the system's own functions, by the names that the loader
+// uses.
 const std::map<std::string, void*>& CountingFunctions();
 
 }  // namespace vitrell::reliability

@@ -1,5 +1,5 @@
-// Windows: the module's table of imports. What the language gives memory by lies in the module
-// itself and asks the C library.
+// Windows: the module's import table. The C++ allocation functions are part of the module itself
+// and call the C library.
 #include <malloc.h>
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-// What this process takes of the system. One source file for each system, process_usage_*.cpp.
+// The resources that this process uses. Each system has its own source file, process_usage_*.cpp.
 #ifndef VITRELL_RELIABILITY_PROCESS_USAGE_H_
 #define VITRELL_RELIABILITY_PROCESS_USAGE_H_
 
@@ -6,7 +6,7 @@ namespace vitrell::reliability {
 
 struct ProcessUsage {
   long residentKb = 0;
-  long heapKb = 0;  // What is allocated, without what the allocator keeps.
+  long heapKb = 0;  // Allocated memory, without the allocator's cache.
   long handles = 0;
   long threads = 0;
 };

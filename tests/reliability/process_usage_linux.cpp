@@ -1,4 +1,4 @@
-// Linux, by what the system tells of every process.
+// Linux: reads /proc/self.
 #include <malloc.h>
 #include <unistd.h>
 
@@ -19,7 +19,7 @@ long EntriesIn(const char* folder) {
 }  // namespace
 
 ProcessUsage MeasureUsage() {
-  malloc_trim(0);  // What the allocator merely keeps is nobody's leak.
+  malloc_trim(0);  // Memory cached by the allocator is not a leak.
   ProcessUsage usage;
   std::ifstream statm("/proc/self/statm");
   long total = 0;

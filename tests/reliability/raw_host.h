@@ -36,7 +36,7 @@ class GuardedPixels {
   std::unique_ptr<std::byte[]> heap_;
   std::byte* begin_ = nullptr;
   std::size_t bytes_ = 0;
-  std::byte* mapped_ = nullptr;  // What lies between the closed pages.
+  std::byte* mapped_ = nullptr;  // The memory between the inaccessible pages.
   std::size_t mappedBytes_ = 0;
 };
 

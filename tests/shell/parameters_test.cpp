@@ -247,7 +247,7 @@ PF_Err AddBytes(PF_ProgPtr /*effectRef*/, PF_ParamIndex /*index*/, PF_ParamDef* 
   return PF_Err_NONE;
 }
 
-// Leaves this byte where the next call's variables will lie.
+// Fills the stack on which the next call puts its variables with this byte.
 [[gnu::noinline]] void PoisonStack(unsigned char byte) {
   volatile unsigned char stack[16384];
   for (volatile unsigned char& place : stack) place = byte;
@@ -267,8 +267,8 @@ std::vector<RecordBytes> RegisterOnStackOf(unsigned char byte) {
   return bytes;
 }
 
-// All bytes of all records, padding included, whatever lay on the stack before; in the group ends,
-// which have neither name nor values, nothing but type and id.
+// All bytes of all records, padding included, are independent of earlier stack contents; group
+// ends, which have neither name nor values, contain nothing but type and id.
 TEST_F(ParametersTest, EveryByteThatIsNotFilledIsZero) {
   const std::vector<RecordBytes> bytes = RegisterOnStackOf(0xA5);
   ASSERT_EQ(bytes.size(), 64U);

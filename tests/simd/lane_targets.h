@@ -26,7 +26,7 @@ using LaneTargetTest = testing::TestWithParam<LaneTarget>;
 
 }  // namespace vitrell
 
-// Skips the test where this processor has no such engine; the pointer is used after it.
+// Skips the test if this processor has no such engine; the test uses the pointer afterwards.
 #define VITRELL_SKIP_WITHOUT(engine)                                                   \
   if ((engine) == nullptr) {                                                           \
     GTEST_SKIP() << "this processor has no engine for " << LaneTargetName(GetParam()); \

@@ -1,4 +1,4 @@
-// Goldens written down, and rendered again.
+// Stores goldens in a file and renders them again.
 #include "whole/golden_record.h"
 
 #include <gtest/gtest.h>
@@ -58,7 +58,7 @@ void SetControl(headless::EffectHost& host, int index, const ControlNumbers& num
   }
 }
 
-// Plain values as they lie in memory; lists behind their length.
+// Plain values byte for byte; lists preceded by their length.
 class Writer {
  public:
   explicit Writer(std::ostream& out) : out_(out) {}

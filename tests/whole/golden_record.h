@@ -1,5 +1,5 @@
-// Goldens written down by the build for machines that have neither the command line nor its
-// libraries: what was set, what was given, and what this system's module made of it.
+// Goldens recorded by the build for machines that have neither the command line nor its libraries:
+// settings, inputs, and the output of this system's module.
 #ifndef VITRELL_WHOLE_GOLDEN_RECORD_H_
 #define VITRELL_WHOLE_GOLDEN_RECORD_H_
 

@@ -1,4 +1,4 @@
-// The goldens on a platform without the command line, from the records of the one that has it.
+// The goldens on a platform without the command line, from records made on one that has it.
 #include <gtest/gtest.h>
 
 #include <filesystem>

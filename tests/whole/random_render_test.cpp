@@ -36,7 +36,7 @@ std::string FirstDifference(const std::vector<std::string>& expected,
   return "";
 }
 
-// Renders one case and compares all that can be seen of it.
+// Renders one case and compares everything observable about it.
 void CheckCase(std::uint64_t seed, headless::EffectHost& host) {
   RandomCase testCase = MakeRandomCase(seed, host);
   std::optional<literal::World> custom;

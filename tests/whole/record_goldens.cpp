@@ -1,4 +1,4 @@
-// Writes the goldens down, as this system's module renders them: record_goldens INPUT.png FILE
+// Records the goldens as this system's module renders them: record_goldens INPUT.png FILE
 #include <exception>
 #include <iostream>
 #include <memory>

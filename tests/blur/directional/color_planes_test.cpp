@@ -1,4 +1,4 @@
-// The planes of floats with mirrored borders, place by place.
+// The planes of floats with mirrored borders, value by value.
 #include "blur/directional/color_planes.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +23,8 @@ std::int64_t Fold(std::int64_t column, std::int64_t width) {
 template <typename Pixel>
 class ColorPlanesTest : public testing::Test {
  protected:
-  // What lane `lane` reads that begins at column x and looks `tap` columns to the right.
+  // The value that a lane reads if its vector begins at column x and its tap lies `tap` columns to
+  // the right.
   static float ValueAt(const ColorPlanes& planes, const float* plane, std::int64_t y,
                        std::int64_t x, std::int64_t tap, std::int64_t lane) {
     const std::int64_t index = x + planes.IndexOf(tap);
@@ -70,8 +71,8 @@ TYPED_TEST(ColorPlanesTest, TransparentPixelsAreBlackAndMarked) {
   }
 }
 
-// Every lane that begins within the picture and every tap of the reach, shorter and longer than a
-// period. What a lane reads beyond the picture's last column has only to be there.
+// Every lane whose vector begins within the image and every tap within reach, shorter and longer
+// than a period. Beyond the image's last column the memory only has to be readable.
 TYPED_TEST(ColorPlanesTest, EveryPlaceIsTheFoldedPixel) {
   constexpr std::int64_t kLanes = 16;
   for (const A_long width : {1, 2, 3, 7, 16, 17, 33}) {

@@ -330,7 +330,7 @@ TYPED_TEST(FastBlurTest, KeepsThePixelsOwnAlphaAtADisplacedExtent) {
 }
 
 TYPED_TEST(FastBlurTest, MaskZeroKeepsThePixelThroughAllRounds) {
-  for (const std::size_t rowWidth : {0, 3}) {  // The mask told in rows or not.
+  for (const std::size_t rowWidth : {0, 3}) {  // Without and with mask rows.
     FakeHost host;
     const TestMask mask({0.0, 1.0, 1.0}, rowWidth);
     Picture<TypeParam> src(3, 1);

@@ -1,4 +1,4 @@
-// The kernel that each pixel has by the mask, seen in its sums.
+// The kernel that the mask gives each pixel, observed through its sums.
 #include "blur/realistic/kernel_map.h"
 
 #include <gtest/gtest.h>
@@ -55,7 +55,7 @@ TEST_F(KernelMapTest, MaskSelectsTheKernelByHand) {
   Picture<PF_Pixel> src(16, 7);
   src.Fill({255, 255, 255, 255});
   Picture<PF_Pixel> dst(16, 7);
-  // Of 2, 0.39 to the power of 1.5 gives 0.487 + 0.5 and 0.4 gives 0.506 + 0.5; 0.82 gives 1.485 +
+  // With maximum radius 2: 0.39^1.5 gives 0.487 + 0.5 and 0.4 gives 0.506 + 0.5; 0.82 gives 1.485 +
   // 0.5 and 0.83 gives 1.512 + 0.5.
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const double masks[9] = {0, 0.39, 0.4, 0.82, 0.83, 1, 4, -1, nan};
@@ -72,7 +72,7 @@ TEST_F(KernelMapTest, MaskSelectsTheKernelByHand) {
   }
 }
 
-// What lies beyond the mask's memory counts as mask 0.
+// Pixels beyond the mask's memory have mask value 0.
 TEST_F(KernelMapTest, PixelsBeyondTheMaskHaveTheSmallestKernel) {
   Picture<PF_Pixel> src(9, 3);
   src.Fill({255, 255, 255, 255});

@@ -1,4 +1,4 @@
-// Which ray a pixel keeps, painted by hand.
+// Which ray's colour a pixel keeps, with rays painted by hand.
 #include "blur/trail/trail_canvas.h"
 
 #include <gtest/gtest.h>
@@ -72,7 +72,7 @@ TYPED_TEST(TrailCanvasTest, WhatWasThereBeforeStays) {
   EXPECT_EQ(picture.At(4, 3), (TypeParam{0, 0, 7, 0}));
 }
 
-// Beyond the left edge -2 is 2, below a picture of 7 rows 7 is 6; the extent begins at (10, 20).
+// Reflection: column -2 is 2 and, in an image of 7 rows, row 7 is 6; the extent begins at (10, 20).
 TYPED_TEST(TrailCanvasTest, PositionsOutsideAreMirrored) {
   Picture<TypeParam> picture(9, 7);
   picture.Fill({});

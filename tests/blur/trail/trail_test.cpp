@@ -98,7 +98,8 @@ TEST(TrailTest, RayFromTheCentreToItself) {
   EXPECT_EQ(result.At(2, 0).channel[1], 50);
 }
 
-// Transparent places may take a later ray's colour, which only the order of the rays decides.
+// A transparent pixel may take the colour of a later ray; which one depends only on the rays'
+// order.
 TEST(TrailTest, SamePictureInAnyOrderOnAnyThreads) {
   for (const Pattern pattern : {Pattern::kNoise, Pattern::kHoles, Pattern::kTransparent}) {
     for (const bool deep : {false, true}) {
