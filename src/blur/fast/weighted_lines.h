@@ -1,15 +1,15 @@
-// Means of pixels weighted by the lens mask, over windows of any length, from running sums.
+// Means of pixels weighted by the lens mask over windows of any length, from prefix sums.
 //
-// A weight w between 0 and 1 is held as q = round(2^32 w), so that the sums of weighted pixels
-// before each position of a line are whole numbers and any window is the difference of two of them.
-// With n taps of colours c within a range of R, the quotients of the sums over q and over w are
-// close:
+// A weight w in [0, 1] is stored as the integer q = round(2^32 w), so that the prefix sums of
+// weighted pixels along a line are exact integers, and the sum over any window is the difference of
+// two of them. With n taps of colours c within a range R, the quotient of the sums over q is close
+// to that over w:
 //   |sum(q c) / sum(q) - sum(w c) / sum(w)| = |sum(e (c - mean))| / sum(q) <= n R / (2 sum(q)),
 // where e = q - 2^32 w, at most 1/2, and mean = sum(w c) / sum(w). The defining loop over the taps
 // rounds each product and each addition by at most 2^-53 of its final sum, so that its quotient is
 // off by less than (2 n + 3) R 2^-53. Conversions, the reciprocal and the blend add a dozen such
-// roundings on either side. Where a mean's fraction is nearer than all of that to a whole number,
-// only the loop can tell what it truncates to.
+// roundings on either side. Where a mean lies nearer than all of that to an integer, only the loop
+// itself decides to which integer it truncates.
 #ifndef VITRELL_BLUR_FAST_WEIGHTED_LINES_H_
 #define VITRELL_BLUR_FAST_WEIGHTED_LINES_H_
 
