@@ -13,9 +13,10 @@ int SampleBase(double position) {
 
 }  // namespace
 
-template <typename Pixel, typename Channel>
+template <typename Pixel>
 int GetPointerFromDataDP(const PF_LayerDef* world, double row, double column, Pixel* out,
                          unsigned char mirror) {
+  using Channel = ChannelOf<Pixel>;
   const int i = SampleBase(row);
   const int j = SampleBase(column);
   const int nextI = WrappingAdd(i, 1);
@@ -48,9 +49,9 @@ int GetPointerFromDataDP(const PF_LayerDef* world, double row, double column, Pi
   return 0;
 }
 
-template int GetPointerFromDataDP<PF_Pixel, std::uint8_t>(const PF_LayerDef*, double, double,
-                                                          PF_Pixel*, unsigned char);
-template int GetPointerFromDataDP<PF_Pixel16, std::uint16_t>(const PF_LayerDef*, double, double,
-                                                             PF_Pixel16*, unsigned char);
+template int GetPointerFromDataDP<PF_Pixel>(const PF_LayerDef*, double, double, PF_Pixel*,
+                                            unsigned char);
+template int GetPointerFromDataDP<PF_Pixel16>(const PF_LayerDef*, double, double, PF_Pixel16*,
+                                              unsigned char);
 
 }  // namespace vitrell

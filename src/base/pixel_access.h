@@ -86,7 +86,7 @@ inline Pixel* GetPointerFromDataP(const PF_LayerDef* world, int row, int column,
 }
 
 // The pixel at a layer position; all channels 0 where there is none.
-template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+template <typename Pixel>
 inline Pixel GetPointerFromData(const PF_LayerDef* world, int row, int column,
                                 unsigned char mirror) {
   const std::int64_t r = std::int64_t{row} - world->extent_hint.top;
@@ -108,7 +108,7 @@ inline Pixel GetPointerFromData(const PF_LayerDef* world, int row, int column,
 // Stores the bilinear sample at a fractional position, truncated, in *out, or leaves *out unchanged
 // where one of the four neighbours is missing. Where the upper left neighbour lies in row 0 or
 // column 0, it alone is the sample. Always returns 0.
-template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+template <typename Pixel>
 int GetPointerFromDataDP(const PF_LayerDef* world, double row, double column, Pixel* out,
                          unsigned char mirror);
 

@@ -61,7 +61,7 @@ PF_Err Distortion(const Worlds& worlds, AEGP_SuiteHandler& suites) {
 template <typename Pixel>
 PF_Err Smooth(const IO_Params& io, std::int32_t radiusPx) {
   BoxBlurScratch<Pixel> scratch;
-  return FastBlurA<Pixel>(io, radiusPx, radiusPx, 0, 0, &scratch);
+  return FastBlurA<Pixel>(io, radiusPx, radiusPx, 0, &scratch);
 }
 
 // W2 -> W1, then a small box blur and a copy to W2; or, if the trail is off, only a copy to W1.

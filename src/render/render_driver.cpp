@@ -147,7 +147,7 @@ PF_Err RenderFrame(PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[]
   LX_Info info = {};
   info.customLayer = customLayer.get();
   RETURN_IF_ERROR(CopyCustomLayer(inData, &customLayer));
-  RETURN_IF_ERROR(SetInfoFromParam(inData, &info, params));
+  RETURN_IF_ERROR(SetInfoFromParam(&info, params));
   const RenderPlan plan = MakePlan(info);
   if (!HasMaths(inData->utils->ansi, plan)) {
     return PF_Err_BAD_CALLBACK_PARAM;

@@ -93,7 +93,7 @@ void SetToneAndBlend(PF_ParamDef* const params[], LX_Info* info) {
 
 }  // namespace
 
-PF_Err SetInfoFromParam(PF_InData* /*inData*/, LX_Info* info, PF_ParamDef* params[]) {
+PF_Err SetInfoFromParam(LX_Info* info, PF_ParamDef* params[]) {
   SetLens(params, info);
   SetFastAndRealisticBlur(params, info);
   SetOpticalTrailDirectional(params, info);

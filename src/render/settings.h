@@ -9,7 +9,7 @@ namespace vitrell {
 
 // Converts the host's parameters and sets every field of info except customLayer. Nothing is
 // validated. Always returns PF_Err_NONE.
-PF_Err SetInfoFromParam(PF_InData* inData, LX_Info* info, PF_ParamDef* params[]);
+PF_Err SetInfoFromParam(LX_Info* info, PF_ParamDef* params[]);
 
 }  // namespace vitrell
 

@@ -23,9 +23,8 @@ class SettingsTest : public testing::Test {
   }
   PF_ParamDefUnion& At(int index) { return records_[static_cast<std::size_t>(index)].u; }
   LX_Info Convert() {
-    PF_InData inData = {};
     LX_Info info = {};
-    EXPECT_EQ(SetInfoFromParam(&inData, &info, pointers_.data()), PF_Err_NONE);
+    EXPECT_EQ(SetInfoFromParam(&info, pointers_.data()), PF_Err_NONE);
     return info;
   }
 
@@ -213,11 +212,10 @@ TEST_F(SettingsTest, KeepsTheDivisor65566OfPoints) {
 }
 
 TEST_F(SettingsTest, CustomLayerIsLeftAlone) {
-  PF_InData inData = {};
   LX_Info info = {};
   PF_LayerDef layer = {};
   info.customLayer = &layer;
-  EXPECT_EQ(SetInfoFromParam(&inData, &info, pointers_.data()), PF_Err_NONE);
+  EXPECT_EQ(SetInfoFromParam(&info, pointers_.data()), PF_Err_NONE);
   EXPECT_EQ(info.customLayer, &layer);
 }
 

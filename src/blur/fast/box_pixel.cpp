@@ -34,8 +34,7 @@ ColorMeans WeightedMeans(const BoxBlurRefcon& box, const LensMaskView& mask, std
     const std::int32_t column = kRows ? static_cast<std::int32_t>(position) : x;
     const std::int32_t row = kRows ? y : static_cast<std::int32_t>(position);
     const double w = mask.At(column, row);
-    if (const Pixel* const tap = GetPointerFromDataP<Pixel>(
-            box.io->src, row, column, static_cast<unsigned char>(box.mirror))) {
+    if (const Pixel* const tap = GetPointerFromDataP<Pixel>(box.io->src, row, column, 1)) {
       red += w * tap->red;
       green += w * tap->green;
       blue += w * tap->blue;
@@ -59,8 +58,7 @@ template <typename Pixel>
 ColorMeans BlendWithUnblurred(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, double m,
                               const ColorMeans& means) {
   const double t = std::min(1.0, std::max(0.0, (m * box.radiusPx - 1.0) * 0.25));
-  const Pixel* const stored =
-      GetPointerFromDataP<Pixel>(&box.unblurred, y, x, static_cast<unsigned char>(box.mirror));
+  const Pixel* const stored = GetPointerFromDataP<Pixel>(&box.unblurred, y, x, 1);
   const Pixel unblurred = stored != nullptr ? *stored : Pixel{};
   return {unblurred.red * (1 - t) + means.red * t, unblurred.green * (1 - t) + means.green * t,
           unblurred.blue * (1 - t) + means.blue * t};
@@ -85,8 +83,7 @@ void StorePlainBox(const BoxBlurRefcon& box, std::int32_t x, std::int32_t y, con
       const auto shift = static_cast<std::int32_t>(i);
       const std::int32_t row = kRows ? y : WrappingAdd(y, shift);
       const std::int32_t column = kRows ? WrappingAdd(x, shift) : x;
-      if (const Pixel* const tap = GetPointerFromDataP<Pixel>(
-              &src, row, column, static_cast<unsigned char>(box.mirror))) {
+      if (const Pixel* const tap = GetPointerFromDataP<Pixel>(&src, row, column, 1)) {
         red += weight * tap->red;
         green += weight * tap->green;
         blue += weight * tap->blue;

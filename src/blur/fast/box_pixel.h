@@ -16,9 +16,7 @@ enum class BoxAxis { kRows, kColumns };
 // The settings of one pass.
 struct BoxBlurRefcon {
   const IO_Params* io;
-  std::int32_t mirror;  // Always 1.
   std::int32_t radiusPx;
-  double span;            // Number of taps, 2 x radius + 1.
   std::uint8_t lensMap;   // 1: the lens mask weights the taps.
   PF_LayerDef unblurred;  // The source as it was before both passes.
 };

@@ -107,7 +107,6 @@ PF_Err RunBoxPass(AEGP_SuiteHandler& suites, const IO_Params& io, std::int32_t r
                   A_long lines, BoxBlurRefcon* box, BoxBlurScratch<Pixel>* scratch) {
   box->io = &io;
   box->radiusPx = radiusPx;
-  box->span = 2.0 * radiusPx + 1;
   BoxPass<kAxis, Pixel> pass(*box, scratch->rows);
   if (!scratch->rows.Prepare(kAxis, *io.src, radiusPx) || !pass.Prepare(scratch)) {
     scratch->outOfMemory = true;
@@ -123,19 +122,19 @@ IO_Params Swapped(const IO_Params& io) { return {io.in_data, io.out_data, io.dst
 
 }  // namespace
 
-template <typename Pixel, typename Channel>
+template <typename Pixel>
 PF_Err FastBlurH(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
   return BoxPixel<BoxAxis::kRows>(refcon, x, y, *in, out);
 }
 
-template <typename Pixel, typename Channel>
+template <typename Pixel>
 PF_Err FastBlurV(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
   return BoxPixel<BoxAxis::kColumns>(refcon, x, y, *in, out);
 }
 
-template <typename Pixel, typename Channel>
+template <typename Pixel>
 PF_Err FastBlurA(const IO_Params& io, std::int32_t horizontalRadiusPx,
-                 std::int32_t verticalRadiusPx, std::uint8_t lensMap, std::uint8_t /*unused*/,
+                 std::int32_t verticalRadiusPx, std::uint8_t lensMap,
                  BoxBlurScratch<Pixel>* scratch) {
   AEGP_SuiteHandler suites(io.in_data->pica_basicP);
   const A_long lines = ExtentLines(*io.dst);
@@ -149,12 +148,8 @@ PF_Err FastBlurA(const IO_Params& io, std::int32_t horizontalRadiusPx,
   }
   // Kept: the blur goes on if this copy or the horizontal pass fails.
   static_cast<void>(CopyWorld(io.in_data, io.src, unblurred.get()));
-  BoxBlurRefcon box = {.io = nullptr,
-                       .mirror = 1,
-                       .radiusPx = 0,
-                       .span = 0,
-                       .lensMap = lensMap,
-                       .unblurred = *unblurred.get()};
+  BoxBlurRefcon box = {
+      .io = nullptr, .radiusPx = 0, .lensMap = lensMap, .unblurred = *unblurred.get()};
   static_cast<void>(
       RunBoxPass<BoxAxis::kRows, Pixel>(suites, io, horizontalRadiusPx, lines, &box, scratch));
   if (scratch->outOfMemory) {
@@ -169,11 +164,11 @@ PF_Err FastBlurA(const IO_Params& io, std::int32_t horizontalRadiusPx,
   return err;
 }
 
-template <typename Pixel, typename Channel>
+template <typename Pixel>
 PF_Err FastBlur(const IO_Params& io, std::int32_t radiusPx, std::uint8_t lensMap) {
   BoxBlurScratch<Pixel> scratch;
   const auto round = [&](const IO_Params& worlds) {
-    return FastBlurA<Pixel>(worlds, radiusPx, radiusPx, lensMap, 0, &scratch);
+    return FastBlurA<Pixel>(worlds, radiusPx, radiusPx, lensMap, &scratch);
   };
   // Kept: failures of the first two rounds are ignored, except the effect's own lack of memory.
   static_cast<void>(round(io));
@@ -199,9 +194,9 @@ template PF_Err FastBlurH<PF_Pixel16>(void*, A_long, A_long, PF_Pixel16*, PF_Pix
 template PF_Err FastBlurV<PF_Pixel>(void*, A_long, A_long, PF_Pixel*, PF_Pixel*);
 template PF_Err FastBlurV<PF_Pixel16>(void*, A_long, A_long, PF_Pixel16*, PF_Pixel16*);
 template PF_Err FastBlurA<PF_Pixel>(const IO_Params&, std::int32_t, std::int32_t, std::uint8_t,
-                                    std::uint8_t, BoxBlurScratch<PF_Pixel>*);
+                                    BoxBlurScratch<PF_Pixel>*);
 template PF_Err FastBlurA<PF_Pixel16>(const IO_Params&, std::int32_t, std::int32_t, std::uint8_t,
-                                      std::uint8_t, BoxBlurScratch<PF_Pixel16>*);
+                                      BoxBlurScratch<PF_Pixel16>*);
 template PF_Err FastBlur<PF_Pixel>(const IO_Params&, std::int32_t, std::uint8_t);
 template PF_Err FastBlur<PF_Pixel16>(const IO_Params&, std::int32_t, std::uint8_t);
 

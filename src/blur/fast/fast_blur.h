@@ -30,21 +30,21 @@ struct BoxBlurScratch {
 [[nodiscard]] PF_Err RenderFastBlurEffect(const StageCall& call);
 
 // Three rounds of FastBlurA.
-template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+template <typename Pixel>
 [[nodiscard]] PF_Err FastBlur(const IO_Params& io, std::int32_t radiusPx, std::uint8_t lensMap);
 
 // One horizontal and one vertical box pass; both worlds end up with the result. The effect's own
-// lack of memory is recorded in scratch and returned. `unused` is not read.
-template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+// lack of memory is recorded in scratch and returned.
+template <typename Pixel>
 [[nodiscard]] PF_Err FastBlurA(const IO_Params& io, std::int32_t horizontalRadiusPx,
                                std::int32_t verticalRadiusPx, std::uint8_t lensMap,
-                               std::uint8_t unused, BoxBlurScratch<Pixel>* scratch);
+                               BoxBlurScratch<Pixel>* scratch);
 
 // Iterate callbacks of the two passes. The refcon begins with a BoxBlurRefcon, followed by the
 // tables of the pass. Always return 0. Alpha is not blurred.
-template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+template <typename Pixel>
 PF_Err FastBlurH(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out);
-template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+template <typename Pixel>
 PF_Err FastBlurV(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out);
 
 }  // namespace vitrell

@@ -65,7 +65,7 @@ struct MappedIrisStage : StripsOfRows<Pixel, kMaxLaneRows> {
   }
 };
 
-template <typename Pixel, typename Channel = ChannelOf<Pixel>>
+template <typename Pixel>
 PF_Err IrisBlur(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
   return static_cast<StripPass<MappedIrisStage<Pixel>>*>(refcon)->Serve(x, y, *in, out);
 }
