@@ -2,8 +2,11 @@
 #ifndef VITRELL_CLI_ARGUMENTS_H_
 #define VITRELL_CLI_ARGUMENTS_H_
 
+#include <cstdint>
 #include <string>
 #include <vector>
+
+#include "media/picture_limits.h"
 
 namespace vitrell::cli {
 
@@ -22,6 +25,7 @@ struct RenderArguments {
   std::string customLayer;
   std::string depth = "auto";  // "auto", "8" or "16"
   int threads = 0;             // 0: all cores
+  std::int64_t maxPixels = media::PictureLimits{}.maxPixels;
   bool force = false;
   bool quiet = false;
   bool verbose = false;

@@ -92,6 +92,9 @@ CLI::App* AddRender(CLI::App& app, RenderArguments& arguments) {
   command->add_option("--threads", arguments.threads, "how many (default: all cores)")
       ->check(CLI::Range(0, 1024).description(""))
       ->type_name("N");
+  command->add_option("--max-pixels", arguments.maxPixels, "largest picture (default: 1000000000)")
+      ->check(CLI::PositiveNumber.description(""))
+      ->type_name("N");
   command->add_flag("--force", arguments.force, "replace an existing OUTPUT or preset");
   CLI::Option* quiet = command->add_flag("--quiet", arguments.quiet, "tell errors only");
   command->add_flag("--verbose", arguments.verbose, "tell stages and times")->excludes(quiet);

@@ -2,10 +2,13 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <thread>
+#include <vector>
 
 #include "cli/call_report.h"
 #include "cli/commands.h"
@@ -20,6 +23,7 @@
 #include "media/output_file.h"
 #include "media/picture.h"
 #include "media/picture_writer.h"
+#include "media/quiet_libraries.h"
 
 namespace vitrell::cli {
 namespace {
@@ -41,7 +45,7 @@ class RenderJob {
   void Run() {
     PrepareLayer();
     CheckTargets();
-    const media::Picture input = media::ReadPicture(arguments_.input, FileStage(1));
+    const media::Picture input = media::ReadPicture(arguments_.input, FileStage(1), Limits());
     TellAll(input.notices);
     const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
     const media::Given given = media::GiveToEffect(input, deep);
@@ -143,10 +147,12 @@ class RenderJob {
          " pixels had values outside black to white and were clipped.");
   }
 
+  media::PictureLimits Limits() const { return {.maxPixels = arguments_.maxPixels}; }
+
   std::optional<media::Given> ReadLayer(bool deep) {
     const std::string path = LayerPath();
     if (path.empty()) return std::nullopt;
-    const media::Picture picture = media::ReadPicture(path, FileStage(1));
+    const media::Picture picture = media::ReadPicture(path, FileStage(1), Limits());
     TellAll(picture.notices);
     media::Given given = media::GiveToEffect(picture, deep);
     TellClipping(picture, given);
@@ -219,13 +225,32 @@ class RenderJob {
   int stages_ = 2;
 };
 
+// The system may allow fewer threads than there are cores. They are tried all at once.
+int CountPossibleThreads(int wanted) {
+  std::promise<void> end;
+  const std::shared_future<void> ended = end.get_future().share();
+  std::vector<std::thread> threads;
+  try {
+    while (static_cast<int>(threads.size()) + 1 < wanted) {
+      threads.emplace_back([ended] { ended.wait(); });
+    }
+  } catch (const std::system_error&) {
+    // As many as there are now.
+  }
+  end.set_value();
+  for (std::thread& thread : threads) thread.join();
+  return static_cast<int>(threads.size()) + 1;
+}
+
 }  // namespace
 
 void RunRender(const RenderArguments& arguments) {
-  const int threads = arguments.threads > 0 ? arguments.threads
-                                            : static_cast<int>(std::thread::hardware_concurrency());
-  OIIO::attribute("threads", threads);
-  RenderJob(arguments).Run();
+  const int wanted = arguments.threads > 0 ? arguments.threads
+                                           : static_cast<int>(std::thread::hardware_concurrency());
+  RenderArguments possible = arguments;
+  possible.threads = CountPossibleThreads(wanted);
+  media::SetLibraryThreads(possible.threads);
+  RenderJob(possible).Run();
 }
 
 }  // namespace vitrell::cli

@@ -1,6 +1,9 @@
 // Threads that wait between rounds of work.
 #include "headless/thread_pool.h"
 
+#include <algorithm>
+#include <system_error>
+
 namespace vitrell::headless {
 namespace {
 
@@ -32,23 +35,35 @@ void ThreadPool::Run(int threads, const std::function<void(int)>& job) {
     return;
   }
   const RoundScope scope;
+  int helped = 0;
   if (threads > 1) {
     const std::lock_guard<std::mutex> lock(mutex_);
-    while (static_cast<int>(workers_.size()) < threads - 1) {
-      const int worker = static_cast<int>(workers_.size()) + 1;
-      workers_.emplace_back([this, worker] { Work(worker); });
-    }
+    StartWorkers(threads - 1);
+    helped = std::min(threads - 1, static_cast<int>(workers_.size()));
     job_ = &job;
-    wanted_ = threads;
-    running_ = threads - 1;
+    wanted_ = helped + 1;
+    running_ = helped;
     ++round_;
     start_.notify_all();
   }
   job(0);
+  // Those for which there was no thread.
+  for (int worker = helped + 1; worker < threads; ++worker) job(worker);
   if (threads > 1) {
     std::unique_lock<std::mutex> lock(mutex_);
     done_.wait(lock, [this] { return running_ == 0; });
     job_ = nullptr;
+  }
+}
+
+void ThreadPool::StartWorkers(int count) {
+  try {
+    while (static_cast<int>(workers_.size()) < count) {
+      const int worker = static_cast<int>(workers_.size()) + 1;
+      workers_.emplace_back([this, worker] { Work(worker); });
+    }
+  } catch (const std::system_error&) {
+    // The system gives no more threads now; the round goes on with those there are.
   }
 }
 

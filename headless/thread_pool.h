@@ -19,11 +19,13 @@ class ThreadPool {
   ThreadPool& operator=(const ThreadPool&) = delete;
 
   // Runs job(0) on the calling thread and job(1) to job(threads - 1) on others, all at once, and
-  // returns when all have finished. The job must not throw. A nested Run from within a job executes
-  // its jobs one after the other on that thread.
+  // returns when all have finished. If the system starts fewer threads, the calling thread runs the
+  // remaining jobs one after the other. The job must not throw. A nested Run from within a job
+  // executes its jobs one after the other on that thread.
   void Run(int threads, const std::function<void(int)>& job);
 
  private:
+  void StartWorkers(int count);
   void Work(int worker);
 
   std::mutex mutex_;

@@ -9,6 +9,7 @@
 namespace vitrell::media {
 namespace {
 
+// The literals of kMarks. NOLINTNEXTLINE(misc-unused-using-decls)
 using std::string_view_literals::operator""sv;
 
 // The depths are those that come back from a file that was written. In this order they are listed.
@@ -54,6 +55,7 @@ constexpr std::array kFormats = {
            .alpha = true,
            .straight = false,
            .floats = true,
+           .fragile = true,
            .depths = "8, 10, 12, 16, float",
            .metadata = "its own header"},
     Format{.name = "WebP",

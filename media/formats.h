@@ -22,6 +22,7 @@ struct Format {
   bool anyChannels = false;   // further channels, too
   bool floats = false;        // values outside black to white, too
   bool profile = false;       // ICC profile
+  bool fragile = false;       // damaged files can end the process of the library's reader
   std::string_view depths;    // "8, 16"
   std::string_view metadata;  // "EXIF, IPTC, resolution"
 };

@@ -3,11 +3,15 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 #include <memory>
+#include <new>
+#include <optional>
 #include <string_view>
 
 #include "media/failure.h"
 #include "media/quiet_libraries.h"
+#include "media/trial_reading.h"
 #include "media/webp_input.h"
 
 namespace vitrell::media {
@@ -60,32 +64,83 @@ const Format& TellFormat(const fs::path& file) {
   return *format;
 }
 
-void CheckSize(const fs::path& file, const OIIO::ImageSpec& spec) {
-  if (spec.deep || spec.depth > 1) {
-    Fail(file, "holds deep or three-dimensional data. Flatten it to a plain picture first.");
-  }
-  if (spec.width < 1 || spec.height < 1 || spec.nchannels < 1) Fail(file, "holds no pixels.");
-  if (spec.width > kMaxSize || spec.height > kMaxSize) {
-    Fail(file, "is " + std::to_string(spec.width) + " x " + std::to_string(spec.height) +
+void CheckLayerSize(const fs::path& file, const PictureSize& size) {
+  if (size.width < 1 || size.height < 1) Fail(file, "holds no pixels.");
+  if (size.width > kMaxSize || size.height > kMaxSize) {
+    Fail(file, "is " + std::to_string(size.width) + " x " + std::to_string(size.height) +
                    " pixels; the largest layer is 30000 x 30000. Scale or crop it first.");
   }
 }
 
+// Before the file is opened, where opening costs as much as reading.
+void CheckPeekedSize(const fs::path& file, const Format& format, const PictureLimits& limits) {
+  const std::optional<PictureSize> size = PeekSize(file, format);
+  if (!size) return;
+  CheckLayerSize(file, *size);
+  constexpr int kUsualChannels = 4;
+  CheckCost(file, *size, kUsualChannels, 1, limits);
+}
+
+int SampleBytes(const OIIO::ImageSpec& spec) {
+  if (spec.format == OIIO::TypeDesc::UINT8) return sizeof(uint8_t);
+  return spec.format == OIIO::TypeDesc::UINT16 ? sizeof(uint16_t) : sizeof(float);
+}
+
+void CheckSpec(const fs::path& file, const OIIO::ImageSpec& spec, const PictureLimits& limits) {
+  if (spec.deep || spec.depth > 1) {
+    Fail(file, "holds deep or three-dimensional data. Flatten it to a plain picture first.");
+  }
+  if (spec.nchannels < 1) Fail(file, "holds no pixels.");
+  const PictureSize size{spec.width, spec.height};
+  CheckLayerSize(file, size);
+  CheckCost(file, size, spec.nchannels, SampleBytes(spec), limits);
+}
+
+[[noreturn]] void FailAsDamaged(const fs::path& file, const std::string& message) {
+  Fail(file, "is damaged or incomplete (" +
+                 (message.empty() ? "its pixels cannot be read" : message) +
+                 "). Export or copy the picture again.");
+}
+
+// About 16 MiB, whole blocks of rows of every format.
+int RowsAtOnce(const OIIO::ImageSpec& spec, std::size_t rowBytes) {
+  constexpr std::size_t kBytes = 16 << 20;
+  constexpr std::size_t kTallestBlock = 256;
+  const std::size_t block =
+      spec.tile_height > 0 ? static_cast<std::size_t>(spec.tile_height) : kTallestBlock;
+  return static_cast<int>(block * std::max<std::size_t>(1, kBytes / (rowBytes * block)));
+}
+
+bool ReadRows(OIIO::ImageInput& input, const OIIO::ImageSpec& spec, int begin, int end,
+              const OIIO::TypeDesc& type, void* rows) {
+  const int top = spec.y + begin;
+  const int bottom = spec.y + end;
+  if (spec.tile_width == 0) {
+    return input.read_scanlines(0, 0, top, bottom, 0, 0, spec.nchannels, type, rows);
+  }
+  return input.read_tiles(0, 0, spec.x, spec.x + spec.width, top, bottom, 0, 1, 0, spec.nchannels,
+                          type, rows);
+}
+
+// A header may promise any number of pixels: memory is touched only for rows that came.
 template <typename Sample>
 Samples ReadSamples(OIIO::ImageInput& input, const Picture& picture, OIIO::TypeDesc type,
                     const FileProgress& progress) {
-  std::vector<Sample> samples(static_cast<std::size_t>(picture.Width()) *
-                              static_cast<std::size_t>(picture.Height()) * picture.Channels());
+  const OIIO::ImageSpec& spec = picture.spec;
+  const std::size_t row = static_cast<std::size_t>(picture.Width()) * picture.Channels();
+  const int rowsAtOnce = RowsAtOnce(spec, row * sizeof(Sample));
   StoppableProgress stoppable(progress);
-  const bool done =
-      input.read_image(0, 0, 0, picture.spec.nchannels, type, samples.data(), OIIO::AutoStride,
-                       OIIO::AutoStride, OIIO::AutoStride, &CallFileProgress, &stoppable);
-  stoppable.ThrowIfStopped();
-  const std::string message = OneLine(input.geterror());
-  if (!done || !message.empty()) {
-    Fail(picture.file, "is damaged or incomplete (" +
-                           (message.empty() ? "its pixels cannot be read" : message) +
-                           "). Export or copy the picture again.");
+  std::vector<Sample> samples;
+  samples.reserve(row * static_cast<std::size_t>(picture.Height()));
+  for (int begin = 0; begin < picture.Height(); begin += rowsAtOnce) {
+    const int end = std::min(begin + rowsAtOnce, picture.Height());
+    samples.resize(row * static_cast<std::size_t>(end));
+    Sample* const rows = samples.data() + row * static_cast<std::size_t>(begin);
+    const bool done = ReadRows(input, spec, begin, end, type, rows);
+    stoppable.Tell(static_cast<float>(end) / static_cast<float>(picture.Height()));
+    stoppable.ThrowIfStopped();
+    const std::string message = OneLine(input.geterror());
+    if (!done || !message.empty()) FailAsDamaged(picture.file, message);
   }
   return samples;
 }
@@ -139,15 +194,17 @@ ChannelLayout FindChannels(const OIIO::ImageSpec& spec) {
   return layout;
 }
 
-Picture ReadPicture(const fs::path& file, const FileProgress& progress) {
-  CheckReadable(file);
-  const QuietLibraries quiet;
+namespace {
+
+Picture ReadPictureAsItIs(const fs::path& file, const FileProgress& progress,
+                          const PictureLimits& limits) {
   Picture picture;
   picture.file = file;
   picture.format = &TellFormat(file);
+  CheckPeekedSize(file, *picture.format, limits);
   const std::unique_ptr<OIIO::ImageInput> input = OpenPicture(file, *picture.format);
   picture.spec = input->spec();
-  CheckSize(file, picture.spec);
+  CheckSpec(file, picture.spec, limits);
   picture.layout = FindChannels(picture.spec);
   picture.straight = IsStraight(picture);
   if (picture.spec.format == OIIO::TypeDesc::UINT8) {
@@ -163,6 +220,29 @@ Picture ReadPicture(const fs::path& file, const FileProgress& progress) {
   }
   static_cast<void>(OIIO::geterror());
   return picture;
+}
+
+}  // namespace
+
+Picture ReadPicture(const fs::path& file, const FileProgress& progress,
+                    const PictureLimits& limits) {
+  CheckReadable(file);
+  const QuietLibraries quiet;
+  const Format& format = TellFormat(file);
+  const auto tryToRead = [&] { ReadPictureAsItIs(file, {}, limits); };
+  if (format.fragile && !SurvivesReading(tryToRead)) {
+    FailAsDamaged(file, "the reader of " + std::string(format.name) + " broke down over it");
+  }
+  try {
+    return ReadPictureAsItIs(file, progress, limits);
+  } catch (const Failure&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    Fail(file, "there is not enough memory to read it. Use a smaller picture.");
+  } catch (const std::exception& error) {
+    // What readers throw over contents that they did not expect.
+    FailAsDamaged(file, OneLine(error.what()));
+  }
 }
 
 }  // namespace vitrell::media

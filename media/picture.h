@@ -15,6 +15,7 @@
 
 #include "media/failure.h"
 #include "media/formats.h"
+#include "media/picture_limits.h"
 
 namespace vitrell::media {
 
@@ -54,7 +55,9 @@ using FileProgress = std::function<bool(float done)>;
 
 // Reads the first picture of a file without colour management and without touching alpha. Throws
 // Failure naming file, cause and remedy, also when stopped.
-Picture ReadPicture(const std::filesystem::path& file, const FileProgress& progress);
+// Memory is taken as rows arrive, so that a header alone costs nothing.
+Picture ReadPicture(const std::filesystem::path& file, const FileProgress& progress,
+                    const PictureLimits& limits = {});
 
 // Passes progress on and remembers that it asked to stop.
 class StoppableProgress {

@@ -37,8 +37,10 @@ std::unique_ptr<OIIO::ImageOutput> MakeWriter(const Format& format, const fs::pa
   if (format.plugin == "webp") return std::make_unique<WebpOutput>();
   std::unique_ptr<OIIO::ImageOutput> writer = OIIO::ImageOutput::create(std::string(format.plugin));
   if (writer == nullptr) {
-    Fail(target, "the picture library of this system does not write " + std::string(format.name) +
-                     " (" + OneLine(OIIO::geterror()) + "). Choose another format.");
+    const std::string cause = OneLine(OIIO::geterror());
+    Fail(target, "the picture library cannot begin to write " + std::string(format.name) + " (" +
+                     (cause.empty() ? "it lacks this format, or threads" : cause) +
+                     "). Choose another format.");
   }
   return writer;
 }

@@ -1,10 +1,14 @@
 // Turning standard error away for a while.
 #include "media/quiet_libraries.h"
 
+#include <OpenImageIO/imageio.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <system_error>
 
 namespace vitrell::media {
 
@@ -22,6 +26,17 @@ QuietLibraries::~QuietLibraries() {
   std::fflush(stderr);
   ::dup2(standardError_, STDERR_FILENO);
   ::close(standardError_);
+}
+
+void SetLibraryThreads(int threads) {
+  // The library's pool starts with all cores before it obeys; this is where it looks for another
+  // number.
+  ::setenv("OPENIMAGEIO_THREADS", std::to_string(threads).c_str(), 1);
+  try {
+    OIIO::attribute("threads", threads);
+  } catch (const std::system_error&) {
+    // Not even one thread can be started. The number is set nevertheless.
+  }
 }
 
 }  // namespace vitrell::media

@@ -17,6 +17,9 @@ class QuietLibraries {
   int standardError_ = -1;
 };
 
+// How many threads the picture library may use.
+void SetLibraryThreads(int threads);
+
 }  // namespace vitrell::media
 
 #endif  // VITRELL_MEDIA_QUIET_LIBRARIES_H_

@@ -55,6 +55,13 @@ Ends MakeTerminal() {
     const rlimit limit{bytes, bytes};
     ::setrlimit(RLIMIT_FSIZE, &limit);
   }
+  if (options.maxProcesses) {
+    const rlim_t processes = static_cast<rlim_t>(*options.maxProcesses);
+    const rlimit limit{processes, processes};
+    ::setrlimit(RLIMIT_NPROC, &limit);
+    constexpr uid_t kNobody = 65534;
+    if (::geteuid() == 0 && ::setresuid(kNobody, kNobody, kNobody) != 0) ::_exit(98);
+  }
   if (::chdir(folder) == 0) ::execv(arguments[0], arguments);
   ::_exit(99);
 }
@@ -127,7 +134,9 @@ ToolResult RunningTool::Wait() {
   ::close(out_);
   ::close(err_);
   int status = 0;
-  ::waitpid(process_, &status, 0);
+  rusage usage{};
+  ::wait4(process_, &status, 0, &usage);
+  result.maxKilobytes = usage.ru_maxrss;
   if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
   waited_ = true;
   return result;

@@ -13,7 +13,8 @@
 namespace vitrell::cli {
 
 struct ToolResult {
-  int exitCode = -1;  // -1: ended by a signal
+  int exitCode = -1;      // -1: ended by a signal
+  long maxKilobytes = 0;  // of memory, at the most
   std::string out;
   std::string err;
 };
@@ -21,6 +22,8 @@ struct ToolResult {
 struct ToolOptions {
   bool terminal = false;             // standard error is a terminal; see WhyNoTerminal
   std::optional<long> maxFileBytes;  // writing more fails
+  // Starting more processes and threads fails. Takes the rights of root away, who has no limit.
+  std::optional<long> maxProcesses;
 };
 
 // Empty where terminals can be had; otherwise the reason to skip a test that needs one.

@@ -1,0 +1,104 @@
+// Memory and threads: asked before they are taken, and gone without where there are none.
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
+
+#include "cli/tool_run.h"
+#include "media/picture_files.h"
+
+namespace vitrell::cli {
+namespace {
+
+using media::NoisePicture;
+using media::WritePictureFile;
+
+namespace fs = std::filesystem;
+
+std::string Big(uint32_t number, int size) {
+  std::string bytes;
+  for (int i = size - 1; i >= 0; --i) bytes += static_cast<char>(number >> (8 * i) & 0xffU);
+  return bytes;
+}
+
+// As the PNG standard computes it.
+uint32_t Crc(const std::string& bytes) {
+  uint32_t crc = 0xffffffffU;
+  for (const char byte : bytes) {
+    crc ^= static_cast<uint8_t>(byte);
+    for (int bit = 0; bit < 8; ++bit) crc = crc >> 1U ^ ((crc & 1U) != 0 ? 0xedb88320U : 0U);
+  }
+  return ~crc;
+}
+
+std::string Chunk(const std::string& name, const std::string& data) {
+  return Big(static_cast<uint32_t>(data.size()), 4) + name + data + Big(Crc(name + data), 4);
+}
+
+// 8-bit grey of any size, with hardly any pixels.
+std::string HollowPng(uint32_t width, uint32_t height) {
+  return "\x89PNG\r\n\x1a\n" +
+         Chunk("IHDR", Big(width, 4) + Big(height, 4) + std::string("\x08\0\0\0\0", 5)) +
+         Chunk("IDAT", std::string("\x78\x01\x03\0\0\0\0\x01", 8)) + Chunk("IEND", "");
+}
+
+class ResourcesRunTest : public ToolTest {
+ protected:
+  static constexpr long kLittle = 300000;  // kB
+};
+
+TEST_F(ResourcesRunTest, AHeaderAloneCostsNoMemory) {
+  WriteFile("in.png", HollowPng(30000, 30000));
+  ASSERT_LT(fs::file_size(InFolder("in.png")), 70U);
+  const ToolResult result = Run({"render", "in.png", "out.png"});
+  ExpectMessage(result, 1, {"in.png"});
+  EXPECT_LT(result.maxKilobytes, kLittle);
+}
+
+// The readers of these decode whole pictures when they open them.
+TEST_F(ResourcesRunTest, HeadersOfOtherFormatsCostNoMemory) {
+  WriteFile("in.gif", "GIF89a\x30\x75\x30\x75" + std::string("\x80\0\0", 3) + std::string(6, 'c') +
+                          "," + std::string(100, 'x'));
+  WriteFile("in.j2k", std::string("\xff\x4f\xff\x51\0\x29\0\0", 8) + Big(29999, 4) + Big(29999, 4) +
+                          std::string(100, '\0'));
+  for (const char* name : {"in.gif", "in.j2k"}) {
+    const ToolResult result = Run({"render", name, "out.png", "--max-pixels", "800000000"});
+    ExpectMessage(result, 1, {name, "more than the 800000000 allowed", "--max-pixels"});
+    EXPECT_LT(result.maxKilobytes, kLittle);
+  }
+}
+
+TEST_F(ResourcesRunTest, MorePixelsThanAllowedAreRefused) {
+  WritePictureFile(InFolder("in.png"), NoisePicture(50, 40, 3, OIIO::TypeDesc::UINT8, 1));
+  ExpectMessage(Run({"render", "in.png", "out.png", "--max-pixels", "1999"}), 1,
+                {"in.png", "50 x 40", "1999", "--max-pixels"});
+  EXPECT_EQ(Run({"render", "in.png", "out.png", "--max-pixels", "2000"}).exitCode, 0);
+  ExpectMessage(Run({"render", "in.png", "o.png", "--custom-layer", "in.png", "--set",
+                     "lens.type=custom", "--max-pixels", "0"}),
+                2, {"--max-pixels"});
+}
+
+// Some libraries start threads before main; from the first limit on at which the program comes to
+// its own work, it goes on with what it gets.
+TEST_F(ResourcesRunTest, WithoutThreadsItGoesOn) {
+  ::chmod(Folder().c_str(), 0777);
+  WritePictureFile(InFolder("in.png"), NoisePicture(500, 400, 3, OIIO::TypeDesc::UINT8, 1));
+  ToolOptions options;
+  int exitCode = -1;
+  constexpr long kMost = 40;
+  for (long limit = 1; exitCode != 0 && limit < kMost; ++limit) {
+    options.maxProcesses = limit;
+    exitCode = Run({"formats"}, options).exitCode;
+    if (exitCode == 98 || exitCode == 99) {
+      GTEST_SKIP() << "the program cannot be run with fewer rights here";
+    }
+  }
+  ASSERT_EQ(exitCode, 0);
+  const ToolResult few = Run({"render", "in.png", "few.png", "--threads", "8"}, options);
+  ASSERT_EQ(few.exitCode, 0) << few.err;
+  ASSERT_EQ(Run({"render", "in.png", "many.png", "--threads", "8"}).exitCode, 0);
+  EXPECT_EQ(ReadFile("few.png"), ReadFile("many.png"));
+}
+
+}  // namespace
+}  // namespace vitrell::cli
