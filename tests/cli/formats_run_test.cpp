@@ -77,8 +77,9 @@ TEST_F(FormatsRunTest, ListNamesEveryFormat) {
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.err, "");
   for (const media::Format& format : media::AllFormats()) {
-    EXPECT_NE(result.out.find("\n" + std::string(format.name) + " "), std::string::npos)
-        << result.out;
+    std::string line(1, '\n');
+    line.append(format.name).push_back(' ');
+    EXPECT_NE(result.out.find(line), std::string::npos) << result.out;
   }
 }
 
