@@ -1,9 +1,15 @@
 // Choosing channels and metadata of the output.
 #include "media/output_spec.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <string_view>
 
 namespace vitrell::media {
@@ -69,6 +75,26 @@ void DropEncoding(const Picture& input, const Format& format, Depth depth, OIIO:
   if (!sameFormat || depth != Depth::kAuto || bits < 8) {
     spec.erase_attribute("oiio:BitsPerSample");
   }
+}
+
+// Writers of formats with a date take the present one where there is none, so that no two files
+// were alike. In its place stand SOURCE_DATE_EPOCH, or when the input's file was changed last.
+void SetDate(const Picture& input, OIIO::ImageSpec& spec) {
+  if (spec.find_attribute("DateTime") != nullptr) return;
+  std::int64_t seconds = 0;
+  const char* epoch = std::getenv("SOURCE_DATE_EPOCH");
+  const std::string_view text = epoch == nullptr ? "" : epoch;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+  if (text.empty() || error != std::errc() || end != text.data() + text.size()) {
+    struct stat status {};
+    if (::stat(input.file.c_str(), &status) == 0) seconds = status.st_mtime;
+  }
+  const std::time_t time = seconds;
+  std::tm date{};
+  std::array<char, 32> shown{};
+  if (::gmtime_r(&time, &date) == nullptr) return;
+  if (std::strftime(shown.data(), shown.size(), "%Y:%m:%d %H:%M:%S", &date) == 0) return;
+  spec.attribute("DateTime", shown.data());
 }
 
 void NameChannels(const Picture& input, const OutputForm& form, bool keepTypes,
@@ -155,6 +181,7 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, con
         "the format stores no frame around the picture; only the picture is kept.");
   }
   DropEncoding(input, format, depth, spec);
+  if (format.plugin == "tiff" || format.plugin == "openexr") SetDate(input, spec);
   DropWrongProfile(form.channels.size() < 2 || form.channels[1].role != Role::kGreen, spec,
                    notices);
   NameChannels(input, form, format.plugin == "openexr" && depth == Depth::kAuto, spec);

@@ -1,4 +1,7 @@
 // A rendered image keeps the metadata of its input.
+#include <stdlib.h>
+#include <unistd.h>
+
 #include <cstring>
 #include <string>
 
@@ -168,6 +171,32 @@ TEST_F(MetadataRunTest, NewTransparencyIsStoredOrLaidOverBlack) {
   result = Run(arguments);
   EXPECT_EQ(result.exitCode, 0) << result.err;
   EXPECT_NE(result.err.find("laid over black"), std::string::npos);
+}
+
+TEST_F(MetadataRunTest, TheSameCommandGivesTheSameBytes) {
+  WritePictureFile(InFolder("in.png"), NoisePicture(40, 40, 3, OIIO::TypeDesc::UINT8, 2));
+  const std::vector<std::string> names = {"out.tif", "out.exr", "out.dpx", "out.png"};
+  std::vector<std::string> before;
+  for (const std::string& name : names) {
+    ASSERT_EQ(Run({"render", "in.png", name, "--quiet"}).exitCode, 0);
+    before.push_back(ReadFile(name));
+  }
+  // The dates in files count seconds.
+  ::usleep(1100000);
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    ASSERT_EQ(Run({"render", "in.png", names[i], "--quiet", "--force"}).exitCode, 0);
+    EXPECT_TRUE(ReadFile(names[i]) == before[i]) << names[i];
+  }
+}
+
+TEST_F(MetadataRunTest, TheDateOfTheSourceIsObeyed) {
+  WritePictureFile(InFolder("in.png"), NoisePicture(40, 40, 3, OIIO::TypeDesc::UINT8, 2));
+  ::setenv("SOURCE_DATE_EPOCH", "1000000000", 1);
+  const ToolResult result = Run({"render", "in.png", "out.tif"});
+  ::unsetenv("SOURCE_DATE_EPOCH");
+  ASSERT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(ReadPictureFile(InFolder("out.tif")).spec.get_string_attribute("DateTime"),
+            "2001:09:09 01:46:40");
 }
 
 TEST_F(MetadataRunTest, ClippingIsTold) {
