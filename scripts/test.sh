@@ -31,9 +31,9 @@ sanitizer_random_renders="${VITRELL_SANITIZER_RANDOM_RENDERS:-60}"
 # For each target, two at a time; a longer search is made by hand (scripts/fuzz.sh --seconds).
 fuzz_seconds="${VITRELL_FUZZ_SECONDS:-60}"
 
-# The tests that start the built command line. Most of what they run is the picture library, which is
-# not built with the sanitizers; the two release suites run them.
-tool_runs='RunTest\.|PictureTest\.|GoldenSetTest'
+# The tests that start the built command line, or read damaged files. Most of what they run is the
+# image library, which is not built with the sanitizers; the two release suites run them.
+tool_runs='DamagedFilesTest|RunTest\.|PictureTest\.|GoldenSetTest'
 
 usage() {
   sed -n '2,/^source/{/^source/d;s/^# \{0,1\}//;p}' "${BASH_SOURCE[0]}"
