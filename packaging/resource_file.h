@@ -30,9 +30,13 @@ struct EffectDescription {
   PF_OutFlags2 outFlags2;
 };
 
-// The property list alone: version, count and properties, with all numbers big-endian. Throws
-// std::length_error if a text is empty or too long.
+// The property list alone for macOS: version, count and properties, with all numbers big-endian.
+// Throws std::length_error if a text is empty or too long, as does the next one.
 Bytes MakePropertyList(const EffectDescription& effect);
+
+// The same for Windows: little-endian, with the four-character codes reversed, behind a leading
+// word. There the linker puts it into the module, as a resource of type PiPL with id 16000.
+Bytes MakeWindowsPropertyList(const EffectDescription& effect);
 
 // A resource file that holds only the list, as a resource of type PiPL with id 16000.
 Bytes MakeResourceFile(const Bytes& propertyList);

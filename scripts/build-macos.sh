@@ -19,11 +19,6 @@ usage() {
   sed -n '2,/^source/{/^source/d;s/^# \{0,1\}//;p}' "${BASH_SOURCE[0]}"
 }
 
-fail() {
-  echo "$*" >&2
-  exit 1
-}
-
 # Writes the folder of the pinned compiler to stdout; its version and digest are in packaging/macos.
 install_zig() {
   mkdir -p "$work/zig"
@@ -58,13 +53,6 @@ join_slices() {
   mkdir -p dist
   cp -R "$work/x86_64/src/Vitrell.plugin" "$bundle"
   llvm-lipo-14 -create "${slices[@]}" -output "$bundle/Contents/MacOS/Vitrell"
-}
-
-# One value about a slice, and what it must be.
-expect() {
-  local what="$1" actual="$2" expected="$3"
-  [[ "$actual" == "$expected" ]] || fail "$what: '$actual' instead of '$expected'"
-  printf '  %-34s %s\n' "$what" "${actual//$'\n'/, }"
 }
 
 # The address of the function whose exception table must survive: it catches what is thrown below.

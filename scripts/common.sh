@@ -24,6 +24,18 @@ say() {
   printf '\n== %s\n' "$*"
 }
 
+fail() {
+  echo "$*" >&2
+  exit 1
+}
+
+# One value about what was built, and what it must be.
+expect() {
+  local what="$1" actual="$2" expected="$3"
+  [[ "$actual" == "$expected" ]] || fail "$what: '$actual' instead of '$expected'"
+  printf '  %-34s %s\n' "$what" "${actual//$'\n'/, }"
+}
+
 # The prefix that a preset's programs are run with. The thread sanitizer of this compiler cannot
 # live with strongly randomised addresses, so that they are fixed where the system allows it.
 launcher_of() {

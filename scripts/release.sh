@@ -2,9 +2,10 @@
 # Builds a release from a clean clone of the last commit and leaves it in dist/:
 #
 #   Vitrell-VERSION-macos.zip           the bundle for macOS, Intel and Apple silicon
+#   Vitrell-VERSION-windows.zip         the module for 64-bit Windows
 #   Vitrell-VERSION-linux-ARCH.tar.gz   the command line, the module, the presets
 #   CHANGES-VERSION.md                  the changelog's section of this version
-#   SHA256SUMS                          checksums of the three
+#   SHA256SUMS                          checksums of all these
 #
 #   scripts/release.sh             refuses when files differ from the last commit
 #   scripts/release.sh --dirty     leaves changes that are not committed out, and says so
@@ -15,11 +16,6 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 usage() {
   sed -n '2,/^source/{/^source/d;s/^# \{0,1\}//;p}' "${BASH_SOURCE[0]}"
-}
-
-fail() {
-  echo "$*" >&2
-  exit 1
 }
 
 dirty=0
@@ -59,6 +55,13 @@ mac_zip="Vitrell-$version-macos.zip"
   cd dist
   find Vitrell.plugin -type f | LC_ALL=C sort >"$work/files"
   cmake -E tar cf "$parts/$mac_zip" --format=zip --mtime="$commit_time" --files-from="$work/files"
+)
+
+bash scripts/build-windows.sh
+(
+  cd dist
+  cmake -E tar cf "$parts/Vitrell-$version-windows.zip" --format=zip --mtime="$commit_time" \
+    Vitrell.aex
 )
 
 bash scripts/setup.sh

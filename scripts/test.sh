@@ -15,6 +15,7 @@
 #   tsan        the suite with the thread sanitizer
 #   aarch64     what has to come out the same on every processor, on an emulated 64-bit ARM
 #   bundle      the bundle for macOS, built here, and both its halves run against the Linux module
+#   windows     the module for Windows, built here, and the tests under Wine
 #   clang       the suite built with clang
 #   release     the suite built with gcc
 #
@@ -22,7 +23,7 @@
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 # A part is a name here and a function check_NAME below (a - in the name is a _ there).
-all_parts=(format arrows tidy asan-ubsan fuzz tsan aarch64 bundle clang release)
+all_parts=(format arrows tidy asan-ubsan fuzz tsan aarch64 bundle windows clang release)
 
 # The random renders are compared in full by the two release suites. Under a sanitizer every
 # render costs many times as much and looks for another kind of mistake: a few are enough.
@@ -66,6 +67,8 @@ check_aarch64() {
 }
 
 check_bundle() { bash scripts/build-macos.sh --test; }
+
+check_windows() { bash scripts/build-windows.sh --test; }
 
 check_clang() { run_suite clang; }
 

@@ -8,8 +8,8 @@ namespace vitrell {
 // and is defined in the source file for the operating system, global_mutex_*.cpp.
 class GlobalMutex {
  public:
-  void lock();    // NOLINT(readability-identifier-naming): what std::lock_guard calls.
-  void unlock();  // NOLINT(readability-identifier-naming)
+  static void lock();    // NOLINT(readability-identifier-naming): what std::lock_guard calls.
+  static void unlock();  // NOLINT(readability-identifier-naming)
 };
 
 }  // namespace vitrell

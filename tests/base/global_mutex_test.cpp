@@ -32,7 +32,7 @@ TEST(GlobalMutexTest, OtherThreadsWaitForTheLastUnlock) {
 
 TEST(GlobalMutexTest, LosesNoIncrement) {
   constexpr int kThreads = 4;
-  constexpr int kRounds = 20000;
+  constexpr int kRounds = 500;  // Under Wine a thread may wait milliseconds for its turn.
   int count = 0;
   std::vector<std::thread> threads;
   for (int i = 0; i < kThreads; ++i) {

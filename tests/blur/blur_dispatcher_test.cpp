@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -44,7 +45,7 @@ struct ChainResult {
   Picture<PF_Pixel> w2;
   std::vector<std::string> log;
 
-  long Count(const std::string& prefix) const {
+  std::ptrdiff_t Count(const std::string& prefix) const {
     return std::count_if(log.begin(), log.end(),
                          [&](const std::string& line) { return line.rfind(prefix, 0) == 0; });
   }

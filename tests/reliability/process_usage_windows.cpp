@@ -4,12 +4,14 @@
 #include <psapi.h>
 #include <tlhelp32.h>
 
+#include <vector>
+
 #include "reliability/process_usage.h"
 
 namespace vitrell::reliability {
 namespace {
 
-long AllocatedKb(HANDLE heap) {
+unsigned long long AllocatedBytes(HANDLE heap) {
   unsigned long long bytes = 0;
   PROCESS_HEAP_ENTRY entry = {};
   HeapLock(heap);
@@ -17,6 +19,15 @@ long AllocatedKb(HANDLE heap) {
     if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
   }
   HeapUnlock(heap);
+  return bytes;
+}
+
+// The C library has a heap of its own beside the process's.
+long AllocatedKb() {
+  std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
+  heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
+  unsigned long long bytes = 0;
+  for (const HANDLE heap : heaps) bytes += AllocatedBytes(heap);
   return static_cast<long>(bytes / 1024);
 }
 
@@ -43,7 +54,7 @@ ProcessUsage MeasureUsage() {
   if (K32GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof(memory)) != 0) {
     usage.residentKb = static_cast<long>(memory.WorkingSetSize / 1024);
   }
-  usage.heapKb = AllocatedKb(GetProcessHeap());
+  usage.heapKb = AllocatedKb();
   DWORD handles = 0;
   GetProcessHandleCount(GetCurrentProcess(), &handles);
   usage.handles = static_cast<long>(handles);
