@@ -26,7 +26,7 @@ void FileSink::Remember() {
 }
 
 void FileSink::CheckLength() {
-  if (firstError_.empty() && static_cast<int64_t>(size()) != end_) {
+  if (firstError_.empty() && static_cast<int64_t>(FileSink::size()) != end_) {
     firstError_ = "the file has another length than was written";
   }
 }
