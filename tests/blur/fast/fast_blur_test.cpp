@@ -330,7 +330,7 @@ TYPED_TEST(FastBlurTest, KeepsThePixelsOwnAlphaAtADisplacedExtent) {
 }
 
 TYPED_TEST(FastBlurTest, MaskZeroKeepsThePixelThroughAllRounds) {
-  for (const std::size_t rowWidth : {std::size_t{0}, std::size_t{3}}) {  // Without and with mask rows.
+  for (const std::size_t rowWidth : {0U, 3U}) {  // Without and with mask rows.
     FakeHost host;
     const TestMask mask({0.0, 1.0, 1.0}, rowWidth);
     Picture<TypeParam> src(3, 1);
@@ -349,7 +349,7 @@ TYPED_TEST(FastBlurTest, MaskOneIsThePlainBox) {
   row.At(0, 0) = {1, 0, 0, 0};
   row.At(1, 0) = {2, 90, 0, 0};
   row.At(2, 0) = {3, 255, 0, 0};
-  for (const std::size_t rowWidth : {std::size_t{0}, std::size_t{3}}) {
+  for (const std::size_t rowWidth : {0U, 3U}) {
     const TestMask mask({1.0, 0.0, 0.0}, rowWidth);
     const Picture<TypeParam> blurred = HorizontalPass(Mapped(1), row);
     EXPECT_EQ(blurred.At(0, 0).red, 60);
@@ -396,7 +396,7 @@ TYPED_TEST(FastBlurTest, VerticalPassAtMaskOneIsThePlainBox) {
   column.At(0, 2) = {3, 255, 0, 0};
   Picture<TypeParam> unblurred(1, 3);
   unblurred.Fill({1, 7, 0, 0});
-  for (const std::size_t rowWidth : {std::size_t{0}, std::size_t{1}}) {
+  for (const std::size_t rowWidth : {0U, 1U}) {
     const TestMask ends({1.0, 0.0, 1.0}, rowWidth);
     const Picture<TypeParam> blurred = VerticalPass(Mapped(1), column, unblurred);
     EXPECT_EQ(blurred.At(0, 0).red, 60);
