@@ -5,8 +5,8 @@
 
 #include "cli/commands.h"
 #include "cli/effect_finder.h"
-#include "cli/preset.h"
 #include "cli/printable.h"
+#include "look/preset.h"
 
 namespace vitrell::cli {
 
@@ -17,9 +17,9 @@ void RunAbout(const EffectArguments& arguments) {
   std::printf("%s\n", Printable(text, true).c_str());
 }
 
-Settings MakeSettings(const Panel& panel, const EffectArguments& arguments) {
-  Settings settings(panel);
-  if (!arguments.preset.empty()) LoadPreset(arguments.preset, settings);
+look::Settings MakeSettings(const look::Panel& panel, const EffectArguments& arguments) {
+  look::Settings settings(panel);
+  if (!arguments.preset.empty()) look::LoadPreset(arguments.preset, settings);
   for (const std::string& assignment : arguments.assignments) settings.Set(assignment);
   return settings;
 }

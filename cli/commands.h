@@ -3,7 +3,7 @@
 #define VITRELL_CLI_COMMANDS_H_
 
 #include "cli/arguments.h"
-#include "cli/settings.h"
+#include "look/settings.h"
 
 namespace vitrell::cli {
 
@@ -14,7 +14,7 @@ void RunAbout(const EffectArguments& arguments);
 void RunFormats();
 
 // Defaults, then the preset, then --set.
-Settings MakeSettings(const Panel& panel, const EffectArguments& arguments);
+look::Settings MakeSettings(const look::Panel& panel, const EffectArguments& arguments);
 
 }  // namespace vitrell::cli
 

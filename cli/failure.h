@@ -5,8 +5,6 @@
 #ifndef VITRELL_CLI_FAILURE_H_
 #define VITRELL_CLI_FAILURE_H_
 
-#include <stdexcept>
-
 #include "media/failure.h"
 
 namespace vitrell::cli {
@@ -18,13 +16,6 @@ using media::kWrongUsage;
 
 // The exit code beside those of failures.
 constexpr int kDone = 0;
-
-// A text that is no value for a control. The catcher knows where the text came from (an option or
-// a preset) and puts that in front of the message.
-class ValueError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 }  // namespace vitrell::cli
 

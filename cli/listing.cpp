@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "cli/value_text.h"
+#include "look/value_text.h"
 
 namespace vitrell::cli {
 namespace {
@@ -17,64 +17,66 @@ std::string Padded(std::string text, std::size_t width) {
   return text;
 }
 
-std::string ValueWithUnit(const Control& control, const Value& value) {
-  return FormatValue(control, value) + UnitSuffix(control);
+std::string ValueWithUnit(const look::Control& control, const look::Value& value) {
+  return look::FormatValue(control, value) + look::UnitSuffix(control);
 }
 
-bool IsDefault(const Control& control, const Value& value) { return value == control.defaultValue; }
+bool IsDefault(const look::Control& control, const look::Value& value) {
+  return value == control.defaultValue;
+}
 
 // "0 to 32768, slider 0 to 127".
-std::string RangeWithSlider(const Control& control) {
-  std::string range = DescribeRange(control);
-  if (control.kind == ControlKind::kNumber &&
+std::string RangeWithSlider(const look::Control& control) {
+  std::string range = look::DescribeRange(control);
+  if (control.kind == look::ControlKind::kNumber &&
       (control.sliderMinimum != control.minimum || control.sliderMaximum != control.maximum)) {
-    range += ", slider " + FormatNumber(control.sliderMinimum) + " to " +
-             FormatNumber(control.sliderMaximum);
+    range += ", slider " + look::FormatNumber(control.sliderMinimum) + " to " +
+             look::FormatNumber(control.sliderMaximum);
   }
   return range;
 }
 
-const char* KindName(ControlKind kind) {
+const char* KindName(look::ControlKind kind) {
   switch (kind) {
-    case ControlKind::kNumber:
+    case look::ControlKind::kNumber:
       return "number";
-    case ControlKind::kAngle:
+    case look::ControlKind::kAngle:
       return "angle";
-    case ControlKind::kSwitch:
+    case look::ControlKind::kSwitch:
       return "switch";
-    case ControlKind::kChoice:
+    case look::ControlKind::kChoice:
       return "choice";
-    case ControlKind::kPoint:
+    case look::ControlKind::kPoint:
       return "point";
-    case ControlKind::kColour:
+    case look::ControlKind::kColour:
       return "colour";
-    case ControlKind::kLayer:
+    case look::ControlKind::kLayer:
       return "layer";
   }
   return "";
 }
 
-Json JsonOfValue(const Control& control, const Value& value) {
+Json JsonOfValue(const look::Control& control, const look::Value& value) {
   if (const auto* number = std::get_if<double>(&value)) return *number;
   if (const auto* on = std::get_if<bool>(&value)) return *on;
-  return FormatValue(control, value);
+  return look::FormatValue(control, value);
 }
 
-Json JsonOfControl(const Control& control, const Value& value) {
+Json JsonOfControl(const look::Control& control, const look::Value& value) {
   Json json = {{"name", control.name},
                {"label", control.label},
                {"kind", KindName(control.kind)},
                {"value", JsonOfValue(control, value)},
                {"default", JsonOfValue(control, control.defaultValue)}};
-  if (control.kind == ControlKind::kNumber) {
+  if (control.kind == look::ControlKind::kNumber) {
     json["minimum"] = control.minimum;
     json["maximum"] = control.maximum;
     json["sliderMinimum"] = control.sliderMinimum;
     json["sliderMaximum"] = control.sliderMaximum;
   }
   if (control.percent) json["unit"] = "percent";
-  if (control.kind == ControlKind::kAngle) json["unit"] = "degrees";
-  if (control.kind == ControlKind::kChoice) json["choices"] = control.choices;
+  if (control.kind == look::ControlKind::kAngle) json["unit"] = "degrees";
+  if (control.kind == look::ControlKind::kChoice) json["choices"] = control.choices;
   json["greyedOut"] = control.disabled;
   json["index"] = control.index;
   json["diskId"] = control.diskId;
@@ -82,11 +84,11 @@ Json JsonOfControl(const Control& control, const Value& value) {
 }
 
 // The panel's rows as lists within lists: a group's controls are its member "controls".
-Json JsonOfRows(const Settings& settings) {
-  const Panel& panel = settings.GetPanel();
+Json JsonOfRows(const look::Settings& settings) {
+  const look::Panel& panel = settings.GetPanel();
   Json rows = Json::array();
   std::vector<Json*> lists = {&rows};  // The list of each depth that is still open.
-  for (const PanelRow& row : panel.rows) {
+  for (const look::PanelRow& row : panel.rows) {
     lists.resize(static_cast<std::size_t>(row.depth) + 1);
     Json& list = *lists.back();
     if (row.isGroup) {
@@ -94,7 +96,7 @@ Json JsonOfRows(const Settings& settings) {
       Json& controls = list.back()["controls"] = Json::array();
       lists.push_back(&controls);
     } else {
-      const Control& control = panel.controls[row.control];
+      const look::Control& control = panel.controls[row.control];
       list.push_back(JsonOfControl(control, settings.ValueOf(control)));
     }
   }
@@ -111,8 +113,8 @@ std::string MarkdownCell(const std::string& text) {
   return cell;
 }
 
-std::string MarkdownRow(const Settings& settings, const Control& control) {
-  const Value& value = settings.ValueOf(control);
+std::string MarkdownRow(const look::Settings& settings, const look::Control& control) {
+  const look::Value& value = settings.ValueOf(control);
   std::string row = "| " + MarkdownCell(control.label) + " | `" + control.name + "` | ";
   row += MarkdownCell(ValueWithUnit(control, control.defaultValue)) + " | ";
   row += MarkdownCell(RangeWithSlider(control)) + " | ";
@@ -125,12 +127,12 @@ struct Widths {
   std::size_t value = 0;
 };
 
-Widths ColumnWidths(const Settings& settings) {
+Widths ColumnWidths(const look::Settings& settings) {
   constexpr std::size_t kMaxValueWidth = 24;
   Widths widths;
-  for (const PanelRow& row : settings.GetPanel().rows) {
+  for (const look::PanelRow& row : settings.GetPanel().rows) {
     if (row.isGroup) continue;
-    const Control& control = settings.GetPanel().controls[row.control];
+    const look::Control& control = settings.GetPanel().controls[row.control];
     const std::size_t indent = 2 * static_cast<std::size_t>(row.depth);
     widths.name = std::max(widths.name, indent + control.name.size());
     const std::size_t value = ValueWithUnit(control, settings.ValueOf(control)).size();
@@ -139,9 +141,10 @@ Widths ColumnWidths(const Settings& settings) {
   return widths;
 }
 
-std::string TextOfControl(const Settings& settings, const PanelRow& row, const Widths& widths) {
-  const Control& control = settings.GetPanel().controls[row.control];
-  const Value& value = settings.ValueOf(control);
+std::string TextOfControl(const look::Settings& settings, const look::PanelRow& row,
+                          const Widths& widths) {
+  const look::Control& control = settings.GetPanel().controls[row.control];
+  const look::Value& value = settings.ValueOf(control);
   const std::string indent(2 * static_cast<std::size_t>(row.depth), ' ');
   std::string line = control.disabled ? "- " : "  ";
   line += Padded(indent + control.name, widths.name) + "  ";
@@ -155,11 +158,11 @@ std::string TextOfControl(const Settings& settings, const PanelRow& row, const W
 
 }  // namespace
 
-std::string ListAsText(const Settings& settings) {
+std::string ListAsText(const look::Settings& settings) {
   const Widths widths = ColumnWidths(settings);
   std::string text = "  " + Padded("NAME", widths.name) + "  " + Padded("VALUE", widths.value) +
                      "  WHAT IT TAKES\n";
-  for (const PanelRow& row : settings.GetPanel().rows) {
+  for (const look::PanelRow& row : settings.GetPanel().rows) {
     if (row.isGroup) {
       text += "  " + std::string(2 * static_cast<std::size_t>(row.depth), ' ') + row.title + "\n";
     } else {
@@ -169,17 +172,17 @@ std::string ListAsText(const Settings& settings) {
   return text;
 }
 
-std::string ListAsJson(const Settings& settings) {
+std::string ListAsJson(const look::Settings& settings) {
   const Json json = {{"controls", JsonOfRows(settings)}};
   return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-std::string ListAsMarkdown(const Settings& settings) {
+std::string ListAsMarkdown(const look::Settings& settings) {
   std::string text;
   std::string title = "Top level";
   int level = 0;
   bool inTable = false;
-  for (const PanelRow& row : settings.GetPanel().rows) {
+  for (const look::PanelRow& row : settings.GetPanel().rows) {
     if (row.isGroup || row.depth < level) {
       title = row.isGroup ? row.title : "Top level";
       level = row.depth + (row.isGroup ? 1 : 0);

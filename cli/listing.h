@@ -4,19 +4,19 @@
 
 #include <string>
 
-#include "cli/settings.h"
+#include "look/settings.h"
 
 namespace vitrell::cli {
 
 // The panel from top to bottom with the settings' values, for people. What is greyed out has "-"
 // in front and "greyed out" behind.
-std::string ListAsText(const Settings& settings);
+std::string ListAsText(const look::Settings& settings);
 
 // {"controls": [...]} with groups nested under "controls" too.
-std::string ListAsJson(const Settings& settings);
+std::string ListAsJson(const look::Settings& settings);
 
 // One table for each group that holds controls.
-std::string ListAsMarkdown(const Settings& settings);
+std::string ListAsMarkdown(const look::Settings& settings);
 
 }  // namespace vitrell::cli
 

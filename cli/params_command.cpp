@@ -20,15 +20,15 @@ constexpr int kNominalHeight = 1080;
 
 void RunParams(const ParamsArguments& arguments) {
   const std::unique_ptr<headless::EffectHost> host = OpenEffect(arguments.effect.effect);
-  Panel panel = MakePanel(host->Parameters());
-  const Settings settings = MakeSettings(panel, arguments.effect);
+  look::Panel panel = look::MakePanel(host->Parameters());
+  const look::Settings settings = MakeSettings(panel, arguments.effect);
   settings.Apply(*host, kNominalWidth, kNominalHeight);
   const PF_Err error = host->UpdatePanel();
   if (error != PF_Err_NONE) {
     throw Failure(kFailed,
                   "the effect could not update its panel: " + headless::DescribeError(error) + ".");
   }
-  for (Control& control : panel.controls) {
+  for (look::Control& control : panel.controls) {
     control.disabled = host->Parameters().at(static_cast<std::size_t>(control.index)).Greyed();
   }
   const std::string text = arguments.json       ? ListAsJson(settings)

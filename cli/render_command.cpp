@@ -15,10 +15,10 @@
 #include "cli/effect_finder.h"
 #include "cli/failure.h"
 #include "cli/interrupt.h"
-#include "cli/preset.h"
 #include "cli/printable.h"
 #include "cli/progress_bar.h"
-#include "cli/value_text.h"
+#include "look/preset.h"
+#include "look/value_text.h"
 #include "media/exchange.h"
 #include "media/output_file.h"
 #include "media/picture.h"
@@ -38,7 +38,7 @@ class RenderJob {
   explicit RenderJob(const RenderArguments& arguments)
       : arguments_(arguments),
         host_(OpenEffect(arguments.effect.effect)),
-        panel_(MakePanel(host_->Parameters())),
+        panel_(look::MakePanel(host_->Parameters())),
         settings_(MakeSettings(panel_, arguments.effect)),
         bar_(!arguments.quiet && !arguments.verbose && ::isatty(STDERR_FILENO) == 1) {}
 
@@ -55,7 +55,7 @@ class RenderJob {
     const double seconds = RenderEffect(given, layer ? &layer->world : nullptr, result);
     Write(input, given, result);
     bar_.Wipe();
-    if (!arguments_.savePreset.empty()) SavePreset(arguments_.savePreset, settings_);
+    if (!arguments_.savePreset.empty()) look::SavePreset(arguments_.savePreset, settings_);
     if (arguments_.quiet) return;
     std::printf("%s: %d x %d, %d bits, effect %.3f s\n", Printable(arguments_.output).c_str(),
                 input.Width(), input.Height(), deep ? 16 : 8, seconds);
@@ -72,31 +72,31 @@ class RenderJob {
     for (const std::string& note : notes) Tell(note);
   }
 
-  const Control* LayerControl() const {
-    for (const Control& control : panel_.controls) {
-      if (control.kind == ControlKind::kLayer) return &control;
+  const look::Control* LayerControl() const {
+    for (const look::Control& control : panel_.controls) {
+      if (control.kind == look::ControlKind::kLayer) return &control;
     }
     return nullptr;
   }
 
   std::string LayerPath() const {
-    const Control* control = LayerControl();
-    return control == nullptr ? "" : std::get<LayerValue>(settings_.ValueOf(*control)).path;
+    const look::Control* control = LayerControl();
+    return control == nullptr ? "" : std::get<look::LayerValue>(settings_.ValueOf(*control)).path;
   }
 
   // --custom-layer is a short form of the layer control's --set, and stronger.
   void PrepareLayer() {
-    const Control* layer = LayerControl();
+    const look::Control* layer = LayerControl();
     if (!arguments_.customLayer.empty()) {
       if (layer == nullptr) {
         throw Failure(kWrongUsage,
                       "--custom-layer: this effect takes no layer. Leave the option out.");
       }
-      settings_.SetValue(*layer, LayerValue{arguments_.customLayer});
+      settings_.SetValue(*layer, look::LayerValue{arguments_.customLayer});
     }
-    const Control* type = panel_.Find(kLensType);
+    const look::Control* type = panel_.Find(kLensType);
     if (layer == nullptr || type == nullptr) return;
-    const bool custom = FormatValue(*type, settings_.ValueOf(*type)) == kCustomChoice;
+    const bool custom = look::FormatValue(*type, settings_.ValueOf(*type)) == kCustomChoice;
     if (custom && LayerPath().empty()) {
       Tell(
           "lens.type is custom, but there is no custom layer, so the lens is empty. Give the "
@@ -219,8 +219,8 @@ class RenderJob {
 
   const RenderArguments& arguments_;
   std::unique_ptr<headless::EffectHost> host_;
-  Panel panel_;
-  Settings settings_;
+  look::Panel panel_;
+  look::Settings settings_;
   ProgressBar bar_;
   int stages_ = 2;
 };

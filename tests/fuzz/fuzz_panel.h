@@ -4,17 +4,17 @@
 
 #include <memory>
 
-#include "cli/control.h"
 #include "fuzz/fuzz_target.h"
 #include "headless/effect_host.h"
+#include "look/control.h"
 
 namespace vitrell::fuzz {
 
-inline const cli::Panel& ThePanel() {
-  static const cli::Panel panel = [] {
+inline const look::Panel& ThePanel() {
+  static const look::Panel panel = [] {
     const headless::EffectHost host(
         std::make_shared<const headless::EffectModule>(&EntryPointFunc, "the effect"));
-    return cli::MakePanel(host.Parameters());
+    return look::MakePanel(host.Parameters());
   }();
   return panel;
 }

@@ -4,9 +4,9 @@
 #include <fstream>
 #include <string>
 
-#include "cli/failure.h"
-#include "cli/preset.h"
 #include "fuzz/fuzz_panel.h"
+#include "look/failure.h"
+#include "look/preset.h"
 
 namespace vitrell::fuzz {
 namespace {
@@ -28,12 +28,12 @@ class Folder {
                                 ("vitrell-preset-fuzzer-" + std::to_string(::getpid()));
 };
 
-bool Load(const std::filesystem::path& file, cli::Settings& settings) {
+bool Load(const std::filesystem::path& file, look::Settings& settings) {
   try {
-    cli::LoadPreset(file, settings);
+    look::LoadPreset(file, settings);
     return true;
-  } catch (const cli::Failure& failure) {
-    Require(failure.Kind() == cli::kFailed, "another exit code than a failure's");
+  } catch (const look::Failure& failure) {
+    Require(failure.Kind() == look::kFailed, "another exit code than a failure's");
     Require(std::string(failure.what()).find(file.string()) != std::string::npos,
             "the message does not name the file");
     return false;
@@ -50,10 +50,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::filesystem::path saved = folder.Path() / "saved.json";
   std::ofstream(given, std::ios::binary)
       .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
-  vitrell::cli::Settings settings(fuzz::ThePanel());
+  vitrell::look::Settings settings(fuzz::ThePanel());
   if (!fuzz::Load(given, settings)) return 0;
-  vitrell::cli::SavePreset(saved, settings);
-  vitrell::cli::Settings again(fuzz::ThePanel());
+  vitrell::look::SavePreset(saved, settings);
+  vitrell::look::Settings again(fuzz::ThePanel());
   fuzz::Require(fuzz::Load(saved, again), "a saved preset is refused");
   fuzz::Require(again.Values() == settings.Values(), "a saved preset reads back differently");
   return 0;

@@ -9,9 +9,9 @@
 #include <optional>
 #include <utility>
 
-#include "cli/preset.h"
-#include "cli/settings.h"
 #include "literal/render/render_driver.h"
+#include "look/preset.h"
+#include "look/settings.h"
 #include "whole/literal_bridge.h"
 
 namespace vitrell::whole {
@@ -59,12 +59,12 @@ void PlacePoints(headless::EffectHost& host, const FilePicture& input) {
 std::optional<literal::World> ApplySettings(const std::filesystem::path& settings,
                                             const FilePicture& input, bool deep,
                                             headless::EffectHost& host) {
-  const cli::Panel panel = cli::MakePanel(host.Parameters());
-  cli::Settings values(panel);
-  cli::LoadPreset(settings, values);
+  const look::Panel panel = look::MakePanel(host.Parameters());
+  look::Settings values(panel);
+  look::LoadPreset(settings, values);
   values.Apply(host, input.width, input.height);
   PlacePoints(host, input);
-  const auto& layer = std::get<cli::LayerValue>(values.ValueOf(*panel.Find("lens.custom-layer")));
+  const auto& layer = std::get<look::LayerValue>(values.ValueOf(*panel.Find("lens.custom-layer")));
   if (layer.path.empty()) return std::nullopt;
   return WorldOf(ReadFilePicture(layer.path), deep);
 }

@@ -1,15 +1,15 @@
 // Presets as files.
-#include "cli/preset.h"
+#include "look/preset.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <fstream>
 
-#include "cli/failure.h"
 #include "headless/effect_host.h"
+#include "look/failure.h"
 
-namespace vitrell::cli {
+namespace vitrell::look {
 namespace {
 
 class PresetTest : public testing::Test {
@@ -139,4 +139,4 @@ TEST_F(PresetTest, UnreadablePresetsAreRefused) {
 }
 
 }  // namespace
-}  // namespace vitrell::cli
+}  // namespace vitrell::look

@@ -1,14 +1,14 @@
 // Values as users type them.
-#include "cli/value_text.h"
+#include "look/value_text.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
 #include <string>
 
-#include "cli/failure.h"
+#include "look/failure.h"
 
-namespace vitrell::cli {
+namespace vitrell::look {
 namespace {
 
 Control Slider() {
@@ -163,4 +163,4 @@ TEST(ValueTextTest, NumbersAreNeverScientific) {
 }
 
 }  // namespace
-}  // namespace vitrell::cli
+}  // namespace vitrell::look

@@ -1,12 +1,12 @@
 // The values of all controls and their way into the host.
-#include "cli/settings.h"
+#include "look/settings.h"
 
 #include <utility>
 
-#include "cli/failure.h"
-#include "cli/value_text.h"
+#include "look/failure.h"
+#include "look/value_text.h"
 
-namespace vitrell::cli {
+namespace vitrell::look {
 namespace {
 
 double Pixels(const Coordinate& coordinate, int size) {
@@ -77,4 +77,4 @@ void Settings::Apply(headless::EffectHost& host, int width, int height) const {
   }
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::look

@@ -1,13 +1,13 @@
 // The panel as users name it, made from what the real effect registers.
-#include "cli/control.h"
+#include "look/control.h"
 
 #include <gtest/gtest.h>
 
-#include "cli/failure.h"
-#include "cli/settings.h"
 #include "headless/effect_host.h"
+#include "look/failure.h"
+#include "look/settings.h"
 
-namespace vitrell::cli {
+namespace vitrell::look {
 namespace {
 
 class ControlTest : public testing::Test {
@@ -138,4 +138,4 @@ TEST_F(ControlTest, ValuesReachTheHostInItsUnits) {
 }
 
 }  // namespace
-}  // namespace vitrell::cli
+}  // namespace vitrell::look

@@ -1,6 +1,6 @@
 // The controls of the effect as its users name them, made from what the effect registered.
-#ifndef VITRELL_CLI_CONTROL_H_
-#define VITRELL_CLI_CONTROL_H_
+#ifndef VITRELL_LOOK_CONTROL_H_
+#define VITRELL_LOOK_CONTROL_H_
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 #include "headless/parameters.h"
 
-namespace vitrell::cli {
+namespace vitrell::look {
 
 enum class ControlKind { kNumber, kAngle, kSwitch, kChoice, kPoint, kColour, kLayer };
 
@@ -93,6 +93,6 @@ std::string CollapseBlanks(std::string_view text);
 // Tells that there is no such control, with the nearest names and the way to list all.
 std::string UnknownNameMessage(const Panel& panel, std::string_view unknown);
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::look
 
-#endif  // VITRELL_CLI_CONTROL_H_
+#endif  // VITRELL_LOOK_CONTROL_H_

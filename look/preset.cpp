@@ -1,5 +1,5 @@
 // Reading and writing presets.
-#include "cli/preset.h"
+#include "look/preset.h"
 
 #include <array>
 #include <cstdio>
@@ -7,11 +7,11 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "cli/failure.h"
-#include "cli/value_text.h"
+#include "look/failure.h"
+#include "look/value_text.h"
 #include "media/output_file.h"
 
-namespace vitrell::cli {
+namespace vitrell::look {
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -147,4 +147,4 @@ void SavePreset(const std::filesystem::path& file, const Settings& settings) {
   media::WriteTextFile(file, json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::look

@@ -1,15 +1,15 @@
 // A value for every control: the defaults, changed by a preset and by --set.
-#ifndef VITRELL_CLI_SETTINGS_H_
-#define VITRELL_CLI_SETTINGS_H_
+#ifndef VITRELL_LOOK_SETTINGS_H_
+#define VITRELL_LOOK_SETTINGS_H_
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "cli/control.h"
 #include "headless/effect_host.h"
+#include "look/control.h"
 
-namespace vitrell::cli {
+namespace vitrell::look {
 
 class Settings {
  public:
@@ -36,6 +36,6 @@ class Settings {
   std::vector<Value> values_;
 };
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::look
 
-#endif  // VITRELL_CLI_SETTINGS_H_
+#endif  // VITRELL_LOOK_SETTINGS_H_

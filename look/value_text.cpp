@@ -1,5 +1,5 @@
 // Reading and writing the values of controls as text.
-#include "cli/value_text.h"
+#include "look/value_text.h"
 
 #include <algorithm>
 #include <array>
@@ -8,9 +8,9 @@
 #include <cmath>
 #include <optional>
 
-#include "cli/failure.h"
+#include "look/failure.h"
 
-namespace vitrell::cli {
+namespace vitrell::look {
 namespace {
 
 // The host's angles and positions are signed 16.16 numbers.
@@ -249,4 +249,4 @@ std::string DescribeRange(const Control& control) {
   return text;
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::look

@@ -1,12 +1,12 @@
 // Presets: JSON files with a value for each named control.
-#ifndef VITRELL_CLI_PRESET_H_
-#define VITRELL_CLI_PRESET_H_
+#ifndef VITRELL_LOOK_PRESET_H_
+#define VITRELL_LOOK_PRESET_H_
 
 #include <filesystem>
 
-#include "cli/settings.h"
+#include "look/settings.h"
 
-namespace vitrell::cli {
+namespace vitrell::look {
 
 // Changes the settings that the preset names. The file is one JSON object; its keys are the names
 // that --set takes. Values are numbers, true or false, or the texts that --set takes; positions
@@ -18,6 +18,6 @@ void LoadPreset(const std::filesystem::path& file, Settings& settings);
 // and renamed. Throws Failure.
 void SavePreset(const std::filesystem::path& file, const Settings& settings);
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::look
 
-#endif  // VITRELL_CLI_PRESET_H_
+#endif  // VITRELL_LOOK_PRESET_H_

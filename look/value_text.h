@@ -1,13 +1,13 @@
 // Values of controls as text: what users type and what listings show.
-#ifndef VITRELL_CLI_VALUE_TEXT_H_
-#define VITRELL_CLI_VALUE_TEXT_H_
+#ifndef VITRELL_LOOK_VALUE_TEXT_H_
+#define VITRELL_LOOK_VALUE_TEXT_H_
 
 #include <string>
 #include <string_view>
 
-#include "cli/control.h"
+#include "look/control.h"
 
-namespace vitrell::cli {
+namespace vitrell::look {
 
 // Reads a value for the control. Numbers are in the control's own unit ("12.5", or "12.5%" where
 // the unit is percent); switches are on or off; choices are given by text or number; points are
@@ -32,6 +32,6 @@ std::string FormatNumber(double number);
 // The unit behind a number: " %", " degrees" or nothing.
 std::string UnitSuffix(const Control& control);
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::look
 
-#endif  // VITRELL_CLI_VALUE_TEXT_H_
+#endif  // VITRELL_LOOK_VALUE_TEXT_H_

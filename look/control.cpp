@@ -1,9 +1,9 @@
 // The panel made from the registered parameters, and the answer to an unknown name.
-#include "cli/control.h"
+#include "look/control.h"
 
 #include <algorithm>
 
-namespace vitrell::cli {
+namespace vitrell::look {
 namespace {
 
 constexpr std::size_t kMaxSuggestions = 3;
@@ -118,4 +118,4 @@ std::string UnknownNameMessage(const Panel& panel, std::string_view unknown) {
   return message + "`vitrell params` lists every name.";
 }
 
-}  // namespace vitrell::cli
+}  // namespace vitrell::look
