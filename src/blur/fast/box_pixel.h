@@ -24,7 +24,9 @@ struct BoxBlurRefcon {
 // Combines the blurred colours with the alpha of the pass's input.
 template <typename Pixel>
 inline void PublishColors(const Pixel& blurred, const Pixel& in, Pixel* out) {
-  *out = {in.alpha, blurred.red, blurred.green, blurred.blue};
+  const auto alpha = in.alpha;  // in may be *out.
+  *out = blurred;               // One store of the whole pixel, then one of a channel.
+  out->alpha = alpha;
 }
 
 // The unweighted mean of the taps around layer position (x, y); alpha is that of in.
