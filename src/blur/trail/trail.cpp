@@ -30,17 +30,26 @@ struct TrailPass {
   std::atomic<bool> isOutOfMemory;
 };
 
+// Paints the ray that has been cast from the border pixel (x, y). Most rays find all pixels near
+// the centre painted, so that nothing needs to be read for these.
 template <typename Pixel>
 void PaintRay(TrailPass* pass, A_long x, A_long y, Ray<Pixel>* ray) {
-  TrailCanvas::Brush brush(&pass->canvas, x, y);
-  for (std::size_t k = 0; k < ray->Count(); ++k) {
+  const PF_LayerDef& src = *pass->record.io->src;
+  TrailCanvas::Brush<Pixel> brush(&pass->canvas, x, y);
+  std::size_t end = ray->Count();
+  while (end > 0 && !brush.MayPaint(ray->Point(end - 1))) {
+    --end;
+  }
+  if (pass->tapCount != 0 && end > 0) {
+    ray->Read(src, pass->weights, end);
+  }
+  for (std::size_t k = 0; k < end; ++k) {
     const PF_FixedPoint& point = ray->Point(k);
-    brush.Paint<Pixel>(point, [&] {
+    brush.Paint(point, [&] {
       if (pass->tapCount != 0) {
         return ray->Average(k, pass->weights);
       }
-      const auto* const source =
-          GetPointerFromDataP<Pixel>(pass->record.io->src, point.y, point.x, 1);
+      const auto* const source = GetPointerFromDataP<Pixel>(&src, point.y, point.x, 1);
       return source != nullptr ? *source : Pixel{};
     });
   }
@@ -64,8 +73,7 @@ PF_Err Trail(void* refcon, A_long x, A_long y, Pixel* /*in*/, Pixel* /*out*/) {
     return PF_Err_OUT_OF_MEMORY;
   }
   if (pass.canvas.HasPixels()) {
-    ray.Cast(*pass.record.io->src, x, y, center);
-    ray.SumWindows(pass.weights);
+    ray.Cast(x, y, center);
     PaintRay(&pass, x, y, &ray);
   }
   return PF_Err_NONE;

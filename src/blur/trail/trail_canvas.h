@@ -3,6 +3,7 @@
 #ifndef VITRELL_BLUR_TRAIL_TRAIL_CANVAS_H_
 #define VITRELL_BLUR_TRAIL_TRAIL_CANVAS_H_
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <thread>
@@ -23,62 +24,82 @@ class TrailCanvas {
   // Prepares painting on the world, which must outlive the pass. False if memory is short.
   [[nodiscard]] bool Prepare(PF_LayerDef* world);
 
-  // Paints the pixels of one ray. It holds the lock of at most one tile at a time, from the first
-  // pixel that it paints there to the first one in another tile.
+  // Paints the pixels of one ray. Colours are collected without a lock and written in groups, each
+  // under the lock of one tile, so that threads seldom wait for each other.
+  template <typename Pixel>
   class Brush {
    public:
     // For the ray that starts at the border pixel (x, y).
     Brush(TrailCanvas* canvas, A_long x, A_long y)
         : canvas_(canvas), precedence_(canvas->PrecedenceOf(x, y)) {}
-    ~Brush() { Release(); }
+    ~Brush() { Write(); }
     Brush(const Brush&) = delete;
     Brush& operator=(const Brush&) = delete;
 
+    // False if a ray of at least this precedence has painted the pixel at a layer position.
+    bool MayPaint(const PF_FixedPoint& point) const {
+      const std::uint32_t* const painter = canvas_->PainterOf(canvas_->PlaceOf(point));
+      return __atomic_load_n(painter, __ATOMIC_RELAXED) < precedence_;
+    }
+
     // Paints the pixel at a layer position, reflected at the edges, unless a ray of at least this
-    // precedence has painted it. colour() is called only if its result is needed.
-    template <typename Pixel, typename Colour>
+    // precedence has painted it. colour() is called only if its result may be needed.
+    template <typename Colour>
     void Paint(const PF_FixedPoint& point, const Colour& colour) {
       const Place place = canvas_->PlaceOf(point);
       std::uint32_t* const painter = canvas_->PainterOf(place);
       if (__atomic_load_n(painter, __ATOMIC_RELAXED) >= precedence_) {
         return;
       }
-      Hold(canvas_->TileOf(place));
-      if (*painter >= precedence_) {
+      const Pixel painted = colour();
+      if (IsTransparentBlack(painted)) {
         return;
       }
-      Pixel* const pixel = canvas_->PixelAt<Pixel>(place);
-      if (*painter == kNobody && !IsTransparentBlack(*pixel)) {
-        __atomic_store_n(painter, kFilledBefore, __ATOMIC_RELAXED);
-        return;
+      std::uint8_t* const tile = canvas_->TileOf(place);
+      if (tile != tile_ || count_ == kMaxStrokes) {
+        Write();
+        tile_ = tile;
       }
-      if (const Pixel painted = colour(); !IsTransparentBlack(painted)) {
-        *pixel = painted;
-        __atomic_store_n(painter, precedence_, __ATOMIC_RELAXED);
-      }
+      strokes_[count_++] = {painter, canvas_->PixelAt<Pixel>(place), painted};
     }
 
    private:
-    void Hold(std::uint8_t* tile) {
-      if (tile == held_) {
+    struct Stroke {
+      std::uint32_t* painter;
+      Pixel* pixel;
+      Pixel colour;
+    };
+    static constexpr int kMaxStrokes = 256;
+
+    void Write() {
+      if (count_ == 0) {
         return;
       }
-      Release();
-      while (__atomic_exchange_n(tile, std::uint8_t{1}, __ATOMIC_ACQUIRE) != 0) {
+      while (__atomic_exchange_n(tile_, std::uint8_t{1}, __ATOMIC_ACQUIRE) != 0) {
         std::this_thread::yield();
       }
-      held_ = tile;
+      std::for_each(strokes_, strokes_ + count_, [this](const Stroke& stroke) { Write(stroke); });
+      __atomic_store_n(tile_, std::uint8_t{0}, __ATOMIC_RELEASE);
+      count_ = 0;
     }
-    void Release() {
-      if (held_ != nullptr) {
-        __atomic_store_n(held_, std::uint8_t{0}, __ATOMIC_RELEASE);
-        held_ = nullptr;
+
+    void Write(const Stroke& stroke) const {
+      if (*stroke.painter >= precedence_) {
+        return;
       }
+      if (*stroke.painter == kNobody && !IsTransparentBlack(*stroke.pixel)) {
+        __atomic_store_n(stroke.painter, kFilledBefore, __ATOMIC_RELAXED);
+        return;
+      }
+      *stroke.pixel = stroke.colour;
+      __atomic_store_n(stroke.painter, precedence_, __ATOMIC_RELAXED);
     }
 
     TrailCanvas* canvas_;
     std::uint32_t precedence_;
-    std::uint8_t* held_ = nullptr;
+    std::uint8_t* tile_ = nullptr;  // The lock of the strokes' tile.
+    int count_ = 0;
+    Stroke strokes_[kMaxStrokes];
   };
 
   // False for a world without pixels, on which Paint must not be called.

@@ -81,11 +81,23 @@ bool Ray<Pixel>::Allocate(std::size_t maxPoints) {
 }
 
 template <typename Pixel>
-void Ray<Pixel>::Cast(const PF_LayerDef& src, A_long x, A_long y, TrailCenter center) {
+void Ray<Pixel>::Cast(A_long x, A_long y, TrailCenter center) {
   count_ = static_cast<std::size_t>(ComputeLinePTs(x, y, center.x, center.y, points_.data()));
-  firstOpaque_ = count_;
+}
+
+template <typename Pixel>
+void Ray<Pixel>::Read(const PF_LayerDef& src, const TrailWeights& weights, std::size_t pointCount) {
+  readCount_ = std::min(count_, pointCount + weights.tapCount());
+  ReadTaps(src);
+  MeasureRuns();
+  SumWindows(weights);
+}
+
+template <typename Pixel>
+void Ray<Pixel>::ReadTaps(const PF_LayerDef& src) {
+  firstOpaque_ = readCount_;
   opaqueEnd_ = 0;
-  for (std::size_t k = 0; k < count_; ++k) {
+  for (std::size_t k = 0; k < readCount_; ++k) {
     const Pixel* const pixel = GetPointerFromDataP<Pixel>(&src, points_[k].y, points_[k].x, 0);
     alphas_[k] = pixel != nullptr ? pixel->alpha : ChannelOf<Pixel>{0};
     if (alphas_[k] == 0) {
@@ -107,17 +119,16 @@ template <typename Pixel>
 void Ray<Pixel>::SumWindows(const TrailWeights& weights) {
   isExact_ = weights.IsExact(kMaxChannel<Pixel>);
   errorBound_ = weights.ErrorBound(kMaxChannel<Pixel>);
-  MeasureRuns();
   const std::size_t tapCount = weights.tapCount();
   const auto taps = static_cast<double>(tapCount);
   const Components none = {};
   Components squares = {};
   Components distances = {};
   Components ones = {};
-  for (std::size_t end = isExact_ ? count_ : 0; end > 0; --end) {
+  for (std::size_t end = isExact_ ? readCount_ : 0; end > 0; --end) {
     const std::size_t k = end - 1;
     const Components& entering = taps_[k];
-    const Components& leaving = tapCount < count_ - k ? taps_[k + tapCount] : none;
+    const Components& leaving = tapCount < readCount_ - k ? taps_[k + tapCount] : none;
     for (int c = 0; c <= kColours; ++c) {
       squares.of[c] += ones.of[c] - 2 * distances.of[c] + taps * taps * entering.of[c];
       distances.of[c] += taps * entering.of[c] - ones.of[c];
@@ -129,11 +140,11 @@ void Ray<Pixel>::SumWindows(const TrailWeights& weights) {
 
 template <typename Pixel>
 void Ray<Pixel>::MeasureRuns() {
-  for (std::size_t end = count_; end > 0; --end) {
+  for (std::size_t end = readCount_; end > 0; --end) {
     const std::size_t k = end - 1;
     const Components& here = taps_[k];
     const bool goesOn =
-        k + 1 < count_ && std::equal(here.of, here.of + kColours + 1, taps_[k + 1].of);
+        k + 1 < readCount_ && std::equal(here.of, here.of + kColours + 1, taps_[k + 1].of);
     runs_[k] = alphas_[k] == 0 ? 0 : 1 + (goesOn ? runs_[k + 1] : 0);
   }
 }
@@ -141,7 +152,7 @@ void Ray<Pixel>::MeasureRuns() {
 // The sums that define the average, tap by tap.
 template <typename Pixel>
 typename Ray<Pixel>::Components Ray<Pixel>::SumInOrder(std::size_t k, const TrailWeights& weights) {
-  const std::size_t taps = std::min(weights.tapCount(), count_ - k);
+  const std::size_t taps = std::min(weights.tapCount(), readCount_ - k);
   Components sums = {};
   if (runs_[k] >= taps) {
     for (int c = 0; c < kColours; ++c) {

@@ -71,16 +71,18 @@ class Ray {
  public:
   [[nodiscard]] bool Allocate(std::size_t maxPoints);
 
-  void Cast(const PF_LayerDef& src, A_long x, A_long y, TrailCenter center);
+  // Rasterises the ray from (x, y) to the centre.
+  void Cast(A_long x, A_long y, TrailCenter center);
 
   std::size_t Count() const { return count_; }
   const PF_FixedPoint& Point(std::size_t k) const { return points_[k]; }
 
-  // Prepares the averages of all points.
-  void SumWindows(const TrailWeights& weights);
+  // Reads the source pixels that the averages of the first pointCount points need and prepares
+  // these averages.
+  void Read(const PF_LayerDef& src, const TrailWeights& weights, std::size_t pointCount);
 
   // The weighted average of the opaque pixels from point k towards the centre, with the alpha of
-  // point k; black if there are none.
+  // point k; black if there are none. Read must have prepared it.
   Pixel Average(std::size_t k, const TrailWeights& weights);
 
  private:
@@ -93,6 +95,8 @@ class Ray {
     double of[kColours + 1];  // Red, green, blue, 1.
   };
 
+  void ReadTaps(const PF_LayerDef& src);
+  void SumWindows(const TrailWeights& weights);
   void MeasureRuns();
   Components SumInOrder(std::size_t k, const TrailWeights& weights);
   static void Divide(const Components& sums, double (*averages)[kColours]);
@@ -105,6 +109,7 @@ class Ray {
   Buffer<std::uint32_t> runs_;  // Per point: length of the run of equal opaque colour.
   FlatSums flatSums_[kColours];
   std::size_t count_ = 0;
+  std::size_t readCount_ = 0;  // Points whose source pixels have been read.
   std::size_t firstOpaque_ = 0;
   std::size_t opaqueEnd_ = 0;
   bool isExact_ = false;

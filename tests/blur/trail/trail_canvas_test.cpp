@@ -20,7 +20,7 @@ constexpr std::uint32_t kSeed = 20261127;
 template <typename Pixel>
 void PaintFrom(TrailCanvas* canvas, A_long x, A_long y, const PF_FixedPoint& point,
                const Pixel& colour) {
-  TrailCanvas::Brush(canvas, x, y).Paint<Pixel>(point, [&] { return colour; });
+  TrailCanvas::Brush<Pixel>(canvas, x, y).Paint(point, [&] { return colour; });
 }
 
 template <typename Pixel>
@@ -102,11 +102,11 @@ TYPED_TEST(TrailCanvasTest, ThreadsAgree) {
       for (int turn = next++; turn < 60; turn = next++) {
         const A_long start = starts[static_cast<std::size_t>(turn)];
         const auto colour = static_cast<decltype(TypeParam::red)>(start + 1);
-        TrailCanvas::Brush brush(&canvas, 0, start);
+        TrailCanvas::Brush<TypeParam> brush(&canvas, 0, start);
         for (A_long k = 0; k < kWidth * kHeight; ++k) {
           const A_long column = k % kWidth;
           if (column % 60 > start) continue;  // Of start 0 in column 0, of start 59 in column 59.
-          brush.Paint<TypeParam>({column, k / kWidth}, [&] { return TypeParam{0, colour, 0, 0}; });
+          brush.Paint({column, k / kWidth}, [&] { return TypeParam{0, colour, 0, 0}; });
         }
       }
     });

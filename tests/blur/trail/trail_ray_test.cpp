@@ -85,16 +85,19 @@ void ExpectAverages(Fill fill, std::size_t count, std::int32_t tapCount, std::mt
   ASSERT_TRUE(weights.Fill(tapCount, world.width));
   Ray<Pixel> ray;
   ASSERT_TRUE(ray.Allocate(count));
-  ray.Cast(world, 0, 0, {world.width - 1, 0});
+  ray.Cast(0, 0, {world.width - 1, 0});
   ASSERT_EQ(ray.Count(), count);
-  ray.SumWindows(weights);
-  for (std::size_t k = 0; k < count; ++k) {
-    const Pixel expected = PlainAverage(row, k, tapCount);
-    const Pixel actual = ray.Average(k, weights);
-    ASSERT_TRUE(expected.alpha == actual.alpha && expected.red == actual.red &&
-                expected.green == actual.green && expected.blue == actual.blue)
-        << "seed " << kSeed << ", fill " << static_cast<int>(fill) << ", points " << count
-        << ", taps " << tapCount << ", point " << k;
+  const std::size_t pointCounts[] = {count, (count + 1) / 2, 1};
+  for (const std::size_t pointCount : pointCounts) {
+    ray.Read(world, weights, pointCount);
+    for (std::size_t k = 0; k < pointCount; ++k) {
+      const Pixel expected = PlainAverage(row, k, tapCount);
+      const Pixel actual = ray.Average(k, weights);
+      ASSERT_TRUE(expected.alpha == actual.alpha && expected.red == actual.red &&
+                  expected.green == actual.green && expected.blue == actual.blue)
+          << "seed " << kSeed << ", fill " << static_cast<int>(fill) << ", points " << count
+          << ", read for " << pointCount << ", taps " << tapCount << ", point " << k;
+    }
   }
 }
 
