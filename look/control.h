@@ -13,6 +13,9 @@
 
 namespace vitrell::look {
 
+// The host's angles and positions are signed 16.16 numbers.
+constexpr double kFixedLimit = 32767.0;
+
 enum class ControlKind { kNumber, kAngle, kSwitch, kChoice, kPoint, kColour, kLayer };
 
 // One half of a position: pixels from the top left corner, or percent of the picture's size.

@@ -13,8 +13,6 @@
 namespace vitrell::look {
 namespace {
 
-// The host's angles and positions are signed 16.16 numbers.
-constexpr double kFixedLimit = 32767.0;
 // Longer numbers are written with an exponent, for which 17 digits, sign, point and exponent need
 // room.
 constexpr std::size_t kLongestFixed = 20;

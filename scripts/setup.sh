@@ -11,7 +11,7 @@ packages=(
   # libraries of the command line, the headless host and the tests; the picture library's CMake
   # files also name its tools
   libopenimageio-dev openimageio-tools libwebp-dev libcli11-dev nlohmann-json3-dev
-  libgtest-dev libgmock-dev libbenchmark-dev
+  libgtest-dev libgmock-dev libbenchmark-dev libmlt-dev
 )
 
 missing=()
