@@ -1,0 +1,51 @@
+// Finding the layer's control, and what goes with it.
+#include "cli/custom_layer.h"
+
+#include "cli/failure.h"
+#include "look/value_text.h"
+
+namespace vitrell::cli {
+namespace {
+
+// The lens type that shows a layer, as its choice reads.
+constexpr const char* kLensType = "lens.type";
+constexpr const char* kCustomChoice = "Custom";
+
+const look::Control* LayerControl(const look::Panel& panel) {
+  for (const look::Control& control : panel.controls) {
+    if (control.kind == look::ControlKind::kLayer) return &control;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::string LayerPath(const look::Settings& settings) {
+  const look::Control* control = LayerControl(settings.GetPanel());
+  return control == nullptr ? "" : std::get<look::LayerValue>(settings.ValueOf(*control)).path;
+}
+
+void PrepareLayer(const std::string& customLayer, look::Settings& settings, Notes& notes) {
+  const look::Control* layer = LayerControl(settings.GetPanel());
+  if (!customLayer.empty()) {
+    if (layer == nullptr) {
+      throw Failure(kWrongUsage,
+                    "--custom-layer: this effect takes no layer. Leave the option out.");
+    }
+    settings.SetValue(*layer, look::LayerValue{customLayer});
+  }
+  const look::Control* type = settings.GetPanel().Find(kLensType);
+  if (layer == nullptr || type == nullptr) return;
+  const std::string path = LayerPath(settings);
+  const bool custom = look::FormatValue(*type, settings.ValueOf(*type)) == kCustomChoice;
+  if (custom && path.empty()) {
+    notes.Tell(
+        "lens.type is custom, but there is no custom layer, so the lens is empty. Give the "
+        "layer with --custom-layer IMAGE.");
+  }
+  if (!custom && !path.empty()) {
+    notes.Tell(path + ": the custom layer is not used. It shows with --set lens.type=custom.");
+  }
+}
+
+}  // namespace vitrell::cli

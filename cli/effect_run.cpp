@@ -1,0 +1,57 @@
+// Calling the headless host.
+#include "cli/effect_run.h"
+
+#include <cstdio>
+
+#include "cli/call_report.h"
+#include "cli/failure.h"
+#include "cli/interrupt.h"
+
+namespace vitrell::cli {
+
+// A picture of one pixel goes through the same passes in no time.
+int EffectRun::ForeseePasses(const headless::WorldBuffer* layer, bool deep) {
+  headless::WorldBuffer pixel(1, 1, deep);
+  pixel.FillBytes(0);
+  headless::WorldBuffer result(1, 1, deep);
+  headless::RenderOptions options;
+  options.cancel = &InterruptFlag();
+  return CountPasses(host_.Render(pixel, result, layer, options));
+}
+
+double EffectRun::Render(const look::Settings& settings, const headless::WorldBuffer& picture,
+                         const headless::WorldBuffer* layer, headless::WorldBuffer& result) {
+  settings.Apply(host_, picture.Width(), picture.Height());
+  headless::RenderOptions options;
+  options.threads = arguments_.threads;
+  options.cancel = &InterruptFlag();
+  if (bar_.IsOn()) {
+    stages_ = ForeseePasses(layer, picture.Deep()) + 2;
+    bar_.SetStages(stages_);
+    options.progress = [this](const headless::RenderProgress& progress) {
+      bar_.Show(progress.pass + 1, progress.rowsTotal > 0
+                                       ? static_cast<double>(progress.rowsDone) / progress.rowsTotal
+                                       : 0.0);
+    };
+  }
+  const headless::RenderResult rendered = host_.Render(picture, result, layer, options);
+  // The effect does not pass every interruption on.
+  ThrowIfInterrupted();
+  if (arguments_.verbose) std::fputs(ReportCalls(rendered).c_str(), stderr);
+  if (!rendered.Ok()) ThrowEffectFailure(rendered);
+  for (const std::string& complaint : rendered.complaints) {
+    notes_.Tell("the effect misbehaved: " + complaint);
+  }
+  return rendered.seconds;
+}
+
+void EffectRun::ThrowEffectFailure(const headless::RenderResult& rendered) const {
+  std::string message =
+      arguments_.input + ": the effect could not render it: " + rendered.description + ". ";
+  if (!rendered.message.empty()) message += "It says: " + rendered.message + " ";
+  message += rendered.error == PF_Err_OUT_OF_MEMORY ? "Use a smaller picture or smaller amounts."
+                                                    : "--verbose shows how far it came.";
+  throw Failure(kFailed, message);
+}
+
+}  // namespace vitrell::cli

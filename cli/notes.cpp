@@ -1,0 +1,20 @@
+// Telling notes.
+#include "cli/notes.h"
+
+#include <cstdio>
+
+#include "cli/printable.h"
+
+namespace vitrell::cli {
+
+void Notes::Tell(const std::string& note) {
+  if (quiet_) return;
+  bar_.Wipe();
+  std::fprintf(stderr, "vitrell: note: %s\n", Printable(note).c_str());
+}
+
+void Notes::TellAll(const std::vector<std::string>& notes) {
+  for (const std::string& note : notes) Tell(note);
+}
+
+}  // namespace vitrell::cli

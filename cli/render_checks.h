@@ -1,0 +1,17 @@
+// What can be refused before a render begins.
+#ifndef VITRELL_CLI_RENDER_CHECKS_H_
+#define VITRELL_CLI_RENDER_CHECKS_H_
+
+#include <string>
+
+#include "cli/arguments.h"
+
+namespace vitrell::cli {
+
+// Refuses files that are written and would replace one another or what is read (a preset may be
+// updated in place), and targets that cannot be written. Throws Failure.
+void CheckFiles(const RenderArguments& arguments, const std::string& layerPath);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_RENDER_CHECKS_H_

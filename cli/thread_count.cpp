@@ -1,0 +1,27 @@
+// Counting threads that can be started.
+#include "cli/thread_count.h"
+
+#include <future>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace vitrell::cli {
+
+int CountPossibleThreads(int wanted) {
+  std::promise<void> end;
+  const std::shared_future<void> ended = end.get_future().share();
+  std::vector<std::thread> threads;
+  try {
+    while (static_cast<int>(threads.size()) + 1 < wanted) {
+      threads.emplace_back([ended] { ended.wait(); });
+    }
+  } catch (const std::system_error&) {
+    // As many as there are now.
+  }
+  end.set_value();
+  for (std::thread& thread : threads) thread.join();
+  return static_cast<int>(threads.size()) + 1;
+}
+
+}  // namespace vitrell::cli
