@@ -12,6 +12,9 @@ mkdir -p out
 "$bin/tools/sample_picture/sample_picture" out/sample.png
 
 say "Rendering it through the effect"
-"$bin/cli/vitrell" render out/sample.png out/sample-vitrell.png --force --verbose
+"$bin/cli/vitrell" render out/sample.png out/sample-vitrell.png --force
 
-say "The result: $root/out/sample-vitrell.png"
+printf '\n%s\n%s\n%s\n' \
+  "Drawn:    out/sample.png" \
+  "Rendered: out/sample-vitrell.png" \
+  "Try next: $bin/cli/vitrell render out/sample.png out/soft.png --set lens.feather=60"

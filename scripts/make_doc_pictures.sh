@@ -77,6 +77,20 @@ picture realistic-blur fast-blur.visible=off realistic-blur.amount=9 lens.type=n
   realistic-blur.iris-sides=hexagon
 picture realistic-blur-mapped fast-blur.visible=off realistic-blur.amount=12 lens.scale=90 \
   lens.feather=180 realistic-blur.use-lens-as-blur-map=on lens.invert-alpha=on lens.position=50%,65%
+# Small lights on black; the same with black lifted by two levels; and with the blur map.
+lights="$work/lights.png"
+oiiotool --create 320x180 3 --box:color=1,0.9,0.5:fill=1 60,50,64,54 \
+  --box:color=0.6,0.8,1:fill=1 180,100,186,106 --box:color=1,0.3,0.2:fill=1 240,40,243,43 \
+  -d uint8 -o "$lights"
+oiiotool "$lights" --addc 0.008 -d uint8 -o "$work/lifted.png"
+iris=(--set fast-blur.visible=off --set realistic-blur.amount=18
+  --set realistic-blur.iris-sides=hexagon --set lens.type=none --quiet)
+"$build/cli/vitrell" render "$lights" "$work/black-1.png" "${iris[@]}"
+"$build/cli/vitrell" render "$work/lifted.png" "$work/black-2.png" "${iris[@]}"
+"$build/cli/vitrell" render "$lights" "$work/black-3.png" "${iris[@]}" \
+  --set realistic-blur.use-lens-as-blur-map=on
+oiiotool "$work"/black-[123].png --mosaic:pad=4 3x1 -o "$work/realistic-blur-black.png"
+to_jpeg "$work/realistic-blur-black.png" realistic-blur-black
 picture optical-distortion fast-blur.visible=off optical-distortion.amount=130 lens.scale=65
 picture trail fast-blur.visible=off trail.amount=45 lens.feather=60 lens.scale=120 \
   trail.center-of-the-lens=off trail.center=35%,35%
