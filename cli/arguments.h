@@ -26,6 +26,7 @@ struct RenderArguments {
   std::string depth = "auto";  // "auto", "8" or "16"
   int threads = 0;             // 0: all cores
   std::int64_t maxPixels = media::PictureLimits{}.maxPixels;
+  bool noAutoOrient = false;
   bool force = false;
   bool quiet = false;
   bool verbose = false;

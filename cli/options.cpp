@@ -70,6 +70,8 @@ CLI::App* AddRender(CLI::App& app, RenderArguments& arguments) {
   command->add_option("--max-pixels", arguments.maxPixels, "largest picture (default: 1000000000)")
       ->check(CLI::PositiveNumber.description(""))
       ->type_name("N");
+  command->add_flag("--no-auto-orient", arguments.noAutoOrient,
+                    "leave photographs as the camera stored them");
   command->add_flag("--force", arguments.force, "replace an existing OUTPUT or preset");
   CLI::Option* quiet = command->add_flag("--quiet", arguments.quiet, "tell errors only");
   command->add_flag("--verbose", arguments.verbose, "tell stages and times")->excludes(quiet);

@@ -38,7 +38,7 @@ class RenderJob {
   void Run() {
     PrepareLayer(arguments_.customLayer, settings_, notes_);
     CheckFiles(arguments_, LayerPath(settings_));
-    const media::Picture input = media::ReadPicture(arguments_.input, FileStage(1), Limits());
+    const media::Picture input = media::ReadPicture(arguments_.input, FileStage(1), Limits(), Choice());
     notes_.TellAll(input.notices);
     const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
     const media::Given given = media::GiveToEffect(input, deep);
@@ -71,10 +71,12 @@ class RenderJob {
 
   media::PictureLimits Limits() const { return {.maxPixels = arguments_.maxPixels}; }
 
+  media::ReadChoice Choice() const { return {.autoOrient = !arguments_.noAutoOrient}; }
+
   std::optional<media::Given> ReadLayer(bool deep) {
     const std::string path = LayerPath(settings_);
     if (path.empty()) return std::nullopt;
-    const media::Picture picture = media::ReadPicture(path, FileStage(1), Limits());
+    const media::Picture picture = media::ReadPicture(path, FileStage(1), Limits(), Choice());
     notes_.TellAll(picture.notices);
     media::Given given = media::GiveToEffect(picture, deep);
     TellClipping(picture, given);

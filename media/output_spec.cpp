@@ -213,6 +213,10 @@ std::vector<std::string> LostMetadata(const OIIO::ImageSpec& input,
     lost.emplace_back("ICC profile");
   }
   if (HasExif(input) && !HasExif(written)) lost.emplace_back("EXIF data");
+  const int orientation = input.get_int_attribute("Orientation", 1);
+  if (orientation != 1 && orientation != written.get_int_attribute("Orientation", 1)) {
+    lost.emplace_back("orientation");
+  }
   const char* const kResolution = "XResolution";
   if (input.find_attribute(kResolution) != nullptr &&
       written.find_attribute(kResolution) == nullptr) {

@@ -24,7 +24,7 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, con
                                Depth depth, std::vector<std::string>& notices);
 
 // What metadata of the input are missing in a written file's header: "ICC profile", "EXIF data",
-// "resolution".
+// "orientation", "resolution".
 std::vector<std::string> LostMetadata(const OIIO::ImageSpec& input, const OIIO::ImageSpec& written);
 
 // Whether there are data of a camera, beyond what the library makes up.

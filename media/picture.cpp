@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "media/failure.h"
+#include "media/orientation.h"
 #include "media/quiet_libraries.h"
 #include "media/trial_reading.h"
 #include "media/webp_input.h"
@@ -197,7 +198,7 @@ ChannelLayout FindChannels(const OIIO::ImageSpec& spec) {
 namespace {
 
 Picture ReadPictureAsItIs(const fs::path& file, const FileProgress& progress,
-                          const PictureLimits& limits) {
+                          const PictureLimits& limits, const ReadChoice& choice) {
   Picture picture;
   picture.file = file;
   picture.format = &TellFormat(file);
@@ -205,6 +206,7 @@ Picture ReadPictureAsItIs(const fs::path& file, const FileProgress& progress,
   const std::unique_ptr<OIIO::ImageInput> input = OpenPicture(file, *picture.format);
   picture.spec = input->spec();
   CheckSpec(file, picture.spec, limits);
+  FindOrientation(file, *picture.format, picture.spec);
   picture.layout = FindChannels(picture.spec);
   picture.straight = IsStraight(picture);
   if (picture.spec.format == OIIO::TypeDesc::UINT8) {
@@ -214,6 +216,7 @@ Picture ReadPictureAsItIs(const fs::path& file, const FileProgress& progress,
   } else {
     picture.samples = ReadSamples<float>(*input, picture, OIIO::TypeDesc::FLOAT, progress);
   }
+  if (choice.autoOrient) MakeUpright(picture);
   if (input->seek_subimage(1, 0)) {
     picture.notices.push_back(file.string() +
                               ": holds several pictures; only the first one is used.");
@@ -224,17 +227,17 @@ Picture ReadPictureAsItIs(const fs::path& file, const FileProgress& progress,
 
 }  // namespace
 
-Picture ReadPicture(const fs::path& file, const FileProgress& progress,
-                    const PictureLimits& limits) {
+Picture ReadPicture(const fs::path& file, const FileProgress& progress, const PictureLimits& limits,
+                    const ReadChoice& choice) {
   CheckReadable(file);
   const QuietLibraries quiet;
   const Format& format = TellFormat(file);
-  const auto tryToRead = [&] { ReadPictureAsItIs(file, {}, limits); };
+  const auto tryToRead = [&] { ReadPictureAsItIs(file, {}, limits, choice); };
   if (format.fragile && !SurvivesReading(tryToRead)) {
     FailAsDamaged(file, "the reader of " + std::string(format.name) + " broke down over it");
   }
   try {
-    return ReadPictureAsItIs(file, progress, limits);
+    return ReadPictureAsItIs(file, progress, limits, choice);
   } catch (const Failure&) {
     throw;
   } catch (const std::bad_alloc&) {

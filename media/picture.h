@@ -53,11 +53,16 @@ struct Picture {
 // Told how much of a file is done, 0 to 1; a true answer stops the work.
 using FileProgress = std::function<bool(float done)>;
 
+// What is wanted of a file.
+struct ReadChoice {
+  bool autoOrient = true;  // pixels upright, as the orientation tag tells
+};
+
 // Reads the first picture of a file without colour management and without touching alpha. Throws
 // Failure naming file, cause and remedy, also when stopped.
 // Memory is taken as rows arrive, so that a header alone costs nothing.
 Picture ReadPicture(const std::filesystem::path& file, const FileProgress& progress,
-                    const PictureLimits& limits = {});
+                    const PictureLimits& limits = {}, const ReadChoice& choice = {});
 
 // Passes progress on and remembers that it asked to stop.
 class StoppableProgress {

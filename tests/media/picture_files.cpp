@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <random>
+#include <utility>
 
 namespace vitrell::media {
 namespace {
@@ -81,6 +83,51 @@ FilePicture ReadPictureFile(const std::filesystem::path& file) {
         input->read_image(0, 0, 0, channels, OIIO::TypeDesc::UINT16, picture.samples.data()));
   }
   return picture;
+}
+
+FilePicture Viewed(const FilePicture& stored, int orientation) {
+  enum Side { kTop, kRight, kBottom, kLeft };
+  struct Sides {
+    Side row;
+    Side column;
+  };
+  constexpr std::array<Sides, 9> kSides = {{{kTop, kLeft},
+                                            {kTop, kLeft},
+                                            {kTop, kRight},
+                                            {kBottom, kRight},
+                                            {kBottom, kLeft},
+                                            {kLeft, kTop},
+                                            {kRight, kTop},
+                                            {kRight, kBottom},
+                                            {kLeft, kBottom}}};
+  const Sides& sides = kSides.at(static_cast<std::size_t>(orientation));
+  FilePicture viewed = stored;
+  if (sides.row == kLeft || sides.row == kRight) {
+    std::swap(viewed.spec.width, viewed.spec.height);
+    std::swap(viewed.spec.full_width, viewed.spec.full_height);
+  }
+  viewed.spec.erase_attribute("Orientation");
+  for (int row = 0; row < stored.spec.height; ++row) {
+    for (int column = 0; column < stored.spec.width; ++column) {
+      int x = 0;
+      int y = 0;
+      for (const auto& [side, distance] : {std::pair{sides.row, row}, {sides.column, column}}) {
+        if (side == kLeft) x = distance;
+        if (side == kRight) x = viewed.spec.width - 1 - distance;
+        if (side == kTop) y = distance;
+        if (side == kBottom) y = viewed.spec.height - 1 - distance;
+      }
+      for (int channel = 0; channel < stored.spec.nchannels; ++channel) {
+        const auto from = static_cast<std::size_t>(
+            (row * stored.spec.width + column) * stored.spec.nchannels + channel);
+        const auto to =
+            static_cast<std::size_t>((y * viewed.spec.width + x) * stored.spec.nchannels + channel);
+        if (!stored.samples.empty()) viewed.samples[to] = stored.samples[from];
+        if (!stored.floats.empty()) viewed.floats[to] = stored.floats[from];
+      }
+    }
+  }
+  return viewed;
 }
 
 }  // namespace vitrell::media

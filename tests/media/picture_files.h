@@ -27,6 +27,10 @@ void WritePictureFile(const std::filesystem::path& file, const FilePicture& pict
 // The stored samples, alpha left as it is.
 FilePicture ReadPictureFile(const std::filesystem::path& file);
 
+// The picture that a viewer shows of one whose orientation tag is this, pixel by pixel as EXIF
+// defines the tag: the sides of the viewed picture at which the stored first row and column lie.
+FilePicture Viewed(const FilePicture& stored, int orientation);
+
 }  // namespace vitrell::media
 
 #endif  // VITRELL_TESTS_MEDIA_PICTURE_FILES_H_
