@@ -42,7 +42,6 @@ class RenderJob {
     notes_.TellAll(input.notices);
     const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
     const media::Given given = media::GiveToEffect(input, deep);
-    TellClipping(input, given);
     const std::optional<media::Given> layer = ReadLayer(deep);
     headless::WorldBuffer result(input.Width(), input.Height(), deep);
     const double seconds =
@@ -91,6 +90,7 @@ class RenderJob {
     order.depth = arguments_.depth == "8"    ? media::Depth::k8
                   : arguments_.depth == "16" ? media::Depth::k16
                                              : media::Depth::kAuto;
+    order.clippedPixels = given.clippedPixels;
     notes_.TellAll(
         media::WritePicture(input, given.world, result, order, FileStage(effect_.Stages())));
   }

@@ -104,6 +104,24 @@ ResultTraits InspectRows(const headless::WorldBuffer& result) {
   return traits;
 }
 
+template <typename Sample, typename Pixel>
+std::int64_t CountClippedAndChangedRows(const Picture& picture, const std::vector<Sample>& samples,
+                                        const headless::WorldBuffer& given,
+                                        const headless::WorldBuffer& result) {
+  std::int64_t count = 0;
+  const Sample* source = samples.data();
+  for (int y = 0; y < picture.Height(); ++y) {
+    const Pixel* before = RowOf<Pixel>(given, y);
+    const Pixel* after = RowOf<Pixel>(result, y);
+    for (int x = 0; x < picture.Width(); ++x, source += picture.Channels()) {
+      if (ChannelsOf(before[x]) == ChannelsOf(after[x])) continue;
+      const Argb argb = StraightPixel(source, picture.layout, picture.straight);
+      if (std::any_of(argb.begin(), argb.end(), NeedsClipping)) ++count;
+    }
+  }
+  return count;
+}
+
 // Turns one pixel into the samples of the output.
 template <typename Sample, typename Pixel, typename Out>
 class PixelTaker {
@@ -116,8 +134,9 @@ class PixelTaker {
     const Argb original = StraightPixel(file, input_.layout, input_.straight);
     Argb straight{};
     std::array<bool, 4> kept{};
+    const bool wholeKept = before == after;
     for (std::size_t i = 0; i < 4; ++i) {
-      kept[i] = before[i] == after[i] && !NeedsClipping(original[i]);
+      kept[i] = wholeKept || (before[i] == after[i] && !NeedsClipping(original[i]));
       straight[i] = kept[i] ? original[i] : after[i] / kWhite<Pixel>;
     }
     const double alpha = std::min(straight[0], 1.0);
@@ -221,6 +240,18 @@ Samples TakeFromEffect(const Picture& input, const headless::WorldBuffer& given,
         using Sample = typename std::decay_t<decltype(samples)>::value_type;
         return result.Deep() ? TakeAs<Sample, PF_Pixel16>(input, samples, given, result, form)
                              : TakeAs<Sample, PF_Pixel>(input, samples, given, result, form);
+      },
+      input.samples);
+}
+
+std::int64_t CountClippedAndChanged(const Picture& input, const headless::WorldBuffer& given,
+                                    const headless::WorldBuffer& result) {
+  return std::visit(
+      [&](const auto& samples) {
+        using Sample = typename std::decay_t<decltype(samples)>::value_type;
+        return result.Deep()
+                   ? CountClippedAndChangedRows<Sample, PF_Pixel16>(input, samples, given, result)
+                   : CountClippedAndChangedRows<Sample, PF_Pixel>(input, samples, given, result);
       },
       input.samples);
 }

@@ -46,9 +46,15 @@ struct OutputForm {
 
 // The result as samples for a file. Where the effect left a channel as `given` it, the file's own
 // value is kept: 16-bit files hold 65536 values and the effect's depth only 32769, so a picture
-// that the effect did not change keeps every bit. Clipped values count as changed.
+// that the effect did not change keeps every bit. A value that was clipped for the effect is kept
+// only where the effect left the whole pixel: beside channels that it computed from clipped values
+// it would be another colour.
 Samples TakeFromEffect(const Picture& input, const headless::WorldBuffer& given,
                        const headless::WorldBuffer& result, const OutputForm& form);
+
+// Of the pixels that were clipped for the effect, how many it changed: they lose what was clipped.
+std::int64_t CountClippedAndChanged(const Picture& input, const headless::WorldBuffer& given,
+                                    const headless::WorldBuffer& result);
 
 }  // namespace vitrell::media
 

@@ -176,6 +176,25 @@ void TellLosses(const Picture& input, const OIIO::ImageSpec& wished, const OIIO:
   }
 }
 
+// Floats outside black to white pass the effect where it leaves a pixel alone; elsewhere, and in
+// formats of integers, they do not.
+void TellClipping(const Picture& input, const headless::WorldBuffer& given,
+                  const headless::WorldBuffer& result, const WriteOrder& order,
+                  const OIIO::TypeDesc& actual, std::vector<std::string>& notices) {
+  if (order.clippedPixels == 0) return;
+  if (!actual.is_floating_point()) {
+    notices.push_back(std::to_string(order.clippedPixels) +
+                      " pixels had values outside black to white, which the format does not "
+                      "store, and were clipped.");
+    return;
+  }
+  const std::int64_t changed = CountClippedAndChanged(input, given, result);
+  if (changed == 0) return;
+  notices.push_back(std::to_string(changed) +
+                    " pixels that the effect changed had values outside black to white and were "
+                    "clipped.");
+}
+
 }  // namespace
 
 void CheckWritable(const fs::path& target) { MakeWriter(FormatFor(target), target); }
@@ -198,6 +217,7 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   writer.Write(TakeFromEffect(input, given, result, form), stoppable);
   const OIIO::ImageSpec written = ReadBack(format, file, spec, order.target);
   TellLosses(input, spec, actual, written, notices);
+  TellClipping(input, given, result, order, actual, notices);
   stoppable.Tell(1.0F);
   stoppable.ThrowIfStopped();
   file.Commit(order.force);

@@ -2,6 +2,7 @@
 #ifndef VITRELL_MEDIA_PICTURE_WRITER_H_
 #define VITRELL_MEDIA_PICTURE_WRITER_H_
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -19,7 +20,8 @@ struct WriteOrder {
   // kAuto keeps the type of the input's file; otherwise the file holds this many bits, if its
   // format can.
   Depth depth = Depth::kAuto;
-  bool force = false;  // replace an existing file
+  bool force = false;              // replace an existing file
+  std::int64_t clippedPixels = 0;  // of the input, as it was given to the effect
 };
 
 // Refuses an extension that no picture format has, before any work is done. Throws Failure.

@@ -199,15 +199,5 @@ TEST_F(MetadataRunTest, TheDateOfTheSourceIsObeyed) {
             "2001:09:09 01:46:40");
 }
 
-TEST_F(MetadataRunTest, ClippingIsTold) {
-  FilePicture picture = NoisePicture(4, 1, 3, OIIO::TypeDesc::FLOAT, 2);
-  picture.floats[3] = 5.0F;
-  WritePictureFile(InFolder("in.exr"), picture);
-  const ToolResult result = Run({"render", "in.exr", "out.exr"});
-  EXPECT_EQ(result.exitCode, 0) << result.err;
-  EXPECT_NE(result.err.find("in.exr: 1 pixels had values outside"), std::string::npos)
-      << result.err;
-}
-
 }  // namespace
 }  // namespace vitrell::cli

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <numeric>
 
@@ -158,8 +159,55 @@ TEST(ExchangeTest, FloatsAreClippedAndCounted) {
   EXPECT_EQ(given.world.At16(1, 0).red, 32768);
   EXPECT_EQ(given.world.At16(2, 0).red, 0);
   EXPECT_EQ(given.world.At16(3, 0).red, 0);
-  EXPECT_EQ(Unchanged<float>(picture, true, FormOf(picture, SampleType::kFloat)),
+  WorldBuffer result = given.world;
+  for (int x = 0; x < 5; ++x) --result.At16(x, 0).alpha;
+  EXPECT_EQ(CountClippedAndChanged(picture, given.world, given.world), 0);
+  EXPECT_EQ(CountClippedAndChanged(picture, given.world, result), 3);
+  const OutputForm form = FormOf(picture, SampleType::kFloat);
+  EXPECT_EQ(std::get<std::vector<float>>(TakeFromEffect(picture, given.world, result, form)),
             (std::vector<float>{0.25F, 1.0F, 0.0F, 0.0F, 1.0F}));
+}
+
+// NaN too, so that bits are compared.
+template <typename Sample>
+bool SameBits(const std::vector<Sample>& a, const std::vector<Sample>& b) {
+  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(Sample)) == 0;
+}
+
+TEST(ExchangeTest, UntouchedPixelsKeepWhatTheEffectCannotSee) {
+  constexpr float kInf = std::numeric_limits<float>::infinity();
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  // Of each kind with alpha above, below and at zero, and with one that is no number.
+  std::vector<float> samples;
+  for (const float alpha : {1.0F, 0.25F, 0.0F, 1e-7F, -1.0F, 3.0F, kInf, nan}) {
+    for (const float colour : {0.1234567F, 3.0F, 65504.0F, -2.0F, kInf, -kInf, nan, -0.0F, 1e-9F}) {
+      samples.insert(samples.end(), {colour, 0.5F * alpha, -colour, alpha});
+    }
+  }
+  for (const bool deep : {false, true}) {
+    for (const bool straight : {false, true}) {
+      const Picture picture = MakePicture<float>(8, 4, samples, straight);
+      const OutputForm form = FormOf(picture, SampleType::kFloat, straight);
+      EXPECT_TRUE(SameBits(Unchanged<float>(picture, deep, form), samples)) << deep << straight;
+    }
+  }
+}
+
+TEST(ExchangeTest, AClippedChannelBesideAChangedOneIsWhite) {
+  const Picture picture = MakePicture<float>(2, 3, {5.0F, 0.1234567F, 2.0F, 5.0F, 0.5F, 2.0F});
+  const Given given = GiveToEffect(picture, true);
+  WorldBuffer result = given.world;
+  result.At16(0, 0).blue = 16384;
+  const OutputForm form = FormOf(picture, SampleType::kFloat);
+  EXPECT_EQ(std::get<std::vector<float>>(TakeFromEffect(picture, given.world, result, form)),
+            (std::vector<float>{1.0F, 0.1234567F, 0.5F, 5.0F, 0.5F, 2.0F}));
+}
+
+TEST(ExchangeTest, IntegersClipWhatFloatsHeld) {
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  const Picture picture = MakePicture<float>(4, 1, {3.0F, -1.0F, nan, 1.0F});
+  EXPECT_EQ(Unchanged<uint16_t>(picture, true, FormOf(picture, SampleType::kWord)),
+            (std::vector<uint16_t>{65535, 0, 0, 65535}));
 }
 
 TEST(ExchangeTest, UntouchedFloatsKeepTheirPrecision) {
