@@ -77,12 +77,23 @@ auto ChannelsOf(const Pixel& pixel) {
   return std::array{pixel.alpha, pixel.red, pixel.green, pixel.blue};
 }
 
+// The first sample of a pixel; its place is that in the frame.
+template <typename Sample>
+const Sample* SamplesAt(const Picture& picture, const std::vector<Sample>& samples, int x, int y) {
+  const Window data = picture.Data();
+  const auto row = static_cast<std::size_t>(y - data.y);
+  const auto column = static_cast<std::size_t>(x - data.x);
+  return samples.data() +
+         (row * static_cast<std::size_t>(data.width) + column) * picture.Channels();
+}
+
 template <typename Sample, typename Pixel>
 void Give(const Picture& picture, const std::vector<Sample>& samples, Given& given) {
-  const Sample* source = samples.data();
-  for (int y = 0; y < picture.Height(); ++y) {
+  const Window seen = picture.Seen();
+  for (int y = seen.y; y < seen.Bottom(); ++y) {
+    const Sample* source = SamplesAt(picture, samples, seen.x, y);
     Pixel* row = RowOf<Pixel>(given.world, y);
-    for (int x = 0; x < picture.Width(); ++x, source += picture.Channels()) {
+    for (int x = seen.x; x < seen.Right(); ++x, source += picture.Channels()) {
       const Argb argb = StraightPixel(source, picture.layout, picture.straight);
       if (std::any_of(argb.begin(), argb.end(), NeedsClipping)) ++given.clippedPixels;
       row[x] = {HostChannel<Pixel>(argb[0]), HostChannel<Pixel>(argb[1]),
@@ -92,11 +103,11 @@ void Give(const Picture& picture, const std::vector<Sample>& samples, Given& giv
 }
 
 template <typename Pixel>
-ResultTraits InspectRows(const headless::WorldBuffer& result) {
+ResultTraits InspectRows(const headless::WorldBuffer& result, const Window& within) {
   ResultTraits traits;
-  for (int y = 0; y < result.Height(); ++y) {
+  for (int y = within.y; y < within.Bottom(); ++y) {
     const Pixel* row = RowOf<Pixel>(result, y);
-    for (int x = 0; x < result.Width(); ++x) {
+    for (int x = within.x; x < within.Right(); ++x) {
       traits.grey = traits.grey && row[x].red == row[x].green && row[x].green == row[x].blue;
       traits.opaque = traits.opaque && row[x].alpha >= kWhite<Pixel>;
     }
@@ -104,16 +115,28 @@ ResultTraits InspectRows(const headless::WorldBuffer& result) {
   return traits;
 }
 
+template <typename Pixel>
+std::int64_t CountVisible(const headless::WorldBuffer& world, const Window& within) {
+  std::int64_t count = 0;
+  for (int y = within.y; y < within.Bottom(); ++y) {
+    const Pixel* row = RowOf<Pixel>(world, y);
+    count += std::count_if(row + within.x, row + within.Right(),
+                           [](const Pixel& pixel) { return pixel.alpha != 0; });
+  }
+  return count;
+}
+
 template <typename Sample, typename Pixel>
 std::int64_t CountClippedAndChangedRows(const Picture& picture, const std::vector<Sample>& samples,
                                         const headless::WorldBuffer& given,
                                         const headless::WorldBuffer& result) {
   std::int64_t count = 0;
-  const Sample* source = samples.data();
-  for (int y = 0; y < picture.Height(); ++y) {
+  const Window seen = picture.Seen();
+  for (int y = seen.y; y < seen.Bottom(); ++y) {
+    const Sample* source = SamplesAt(picture, samples, seen.x, y);
     const Pixel* before = RowOf<Pixel>(given, y);
     const Pixel* after = RowOf<Pixel>(result, y);
-    for (int x = 0; x < picture.Width(); ++x, source += picture.Channels()) {
+    for (int x = seen.x; x < seen.Right(); ++x, source += picture.Channels()) {
       if (ChannelsOf(before[x]) == ChannelsOf(after[x])) continue;
       const Argb argb = StraightPixel(source, picture.layout, picture.straight);
       if (std::any_of(argb.begin(), argb.end(), NeedsClipping)) ++count;
@@ -126,7 +149,8 @@ std::int64_t CountClippedAndChangedRows(const Picture& picture, const std::vecto
 template <typename Sample, typename Pixel, typename Out>
 class PixelTaker {
  public:
-  PixelTaker(const Picture& input, const OutputForm& form) : input_(input), form_(form) {}
+  PixelTaker(const Picture& input, const OutputForm& form)
+      : input_(input), form_(form), none_(input.Channels()) {}
 
   void Take(const Sample* file, const Pixel& given, const Pixel& result, Out* out) const {
     const auto before = ChannelsOf(given);
@@ -139,13 +163,31 @@ class PixelTaker {
       kept[i] = wholeKept || (before[i] == after[i] && !NeedsClipping(original[i]));
       straight[i] = kept[i] ? original[i] : after[i] / kWhite<Pixel>;
     }
+    Store(file, straight, kept, out);
+  }
+
+  // A pixel that the effect did not see.
+  void TakeUnseen(const Sample* file, Out* out) const {
+    Store(file, StraightPixel(file, input_.layout, input_.straight), {true, true, true, true}, out);
+  }
+
+  // A pixel that the file does not hold.
+  void TakeNew(const Pixel& result, Out* out) const {
+    const auto channels = ChannelsOf(result);
+    Argb straight{};
+    for (std::size_t i = 0; i < 4; ++i) straight[i] = channels[i] / kWhite<Pixel>;
+    Store(none_.data(), straight, {}, out);
+  }
+
+ private:
+  void Store(const Sample* file, const Argb& straight, const std::array<bool, 4>& kept,
+             Out* out) const {
     const double alpha = std::min(straight[0], 1.0);
     for (const OutputChannel& channel : form_.channels) {
       *out++ = Stored(channel, file, straight, alpha, kept);
     }
   }
 
- private:
   Out Stored(const OutputChannel& channel, const Sample* file, const Argb& straight, double alpha,
              const std::array<bool, 4>& kept) const {
     if (channel.role == Role::kExtra) return Quantised<Out>(Normalised(file[channel.source]));
@@ -173,29 +215,76 @@ class PixelTaker {
 
   const Picture& input_;
   const OutputForm& form_;
+  const std::vector<Sample> none_;
 };
 
 template <typename Sample, typename Pixel, typename Out>
-std::vector<Out> TakeRows(const Picture& input, const std::vector<Sample>& samples,
-                          const headless::WorldBuffer& given, const headless::WorldBuffer& result,
-                          const OutputForm& form) {
-  const std::size_t pixels =
-      static_cast<std::size_t>(input.Width()) * static_cast<std::size_t>(input.Height());
-  std::vector<Out> taken(pixels * form.channels.size());
-  const PixelTaker<Sample, Pixel, Out> taker(input, form);
-  const Sample* file = samples.data();
-  Out* out = taken.data();
-  for (int y = 0; y < input.Height(); ++y) {
-    const Pixel* before = RowOf<Pixel>(given, y);
-    const Pixel* after = RowOf<Pixel>(result, y);
-    for (int x = 0; x < input.Width(); ++x) {
-      taker.Take(file, before[x], after[x], out);
-      file += input.Channels();
-      out += form.channels.size();
-    }
+class RowTaker {
+ public:
+  RowTaker(const Picture& input, const std::vector<Sample>& samples,
+           const headless::WorldBuffer& given, const headless::WorldBuffer& result,
+           const OutputForm& form)
+      : input_(input),
+        samples_(samples),
+        given_(given),
+        result_(result),
+        form_(form),
+        seen_(input.Seen()),
+        window_(form.wholeFrame ? Window{0, 0, input.Width(), input.Height()} : input.Data()),
+        taker_(input, form) {}
+
+  std::vector<Out> TakeAll() const {
+    const std::size_t row = static_cast<std::size_t>(window_.width) * form_.channels.size();
+    std::vector<Out> taken(row * static_cast<std::size_t>(window_.height));
+    Out* out = taken.data();
+    for (int y = window_.y; y < window_.Bottom(); ++y, out += row) TakeRow(y, out);
+    return taken;
   }
-  return taken;
-}
+
+ private:
+  void TakeRow(int y, Out* out) const {
+    const bool crossesSeen = y >= seen_.y && y < seen_.Bottom() && seen_.width > 0;
+    const int left = crossesSeen ? seen_.x : window_.Right();
+    const int right = crossesSeen ? seen_.Right() : window_.Right();
+    out = TakeOutside(y, window_.x, left, out);
+    out = TakeSeen(y, left, right, out);
+    TakeOutside(y, right, window_.Right(), out);
+  }
+
+  Out* TakeSeen(int y, int begin, int end, Out* out) const {
+    if (begin >= end) return out;
+    const Sample* file = SamplesAt(input_, samples_, begin, y);
+    const Pixel* before = RowOf<Pixel>(given_, y);
+    const Pixel* after = RowOf<Pixel>(result_, y);
+    for (int x = begin; x < end; ++x) {
+      taker_.Take(file, before[x], after[x], out);
+      file += input_.Channels();
+      out += form_.channels.size();
+    }
+    return out;
+  }
+
+  // What only the effect knows, or what only the file knows.
+  Out* TakeOutside(int y, int begin, int end, Out* out) const {
+    for (int x = begin; x < end; ++x, out += form_.channels.size()) {
+      if (form_.wholeFrame) {
+        taker_.TakeNew(RowOf<Pixel>(result_, y)[x], out);
+      } else {
+        taker_.TakeUnseen(SamplesAt(input_, samples_, x, y), out);
+      }
+    }
+    return out;
+  }
+
+  const Picture& input_;
+  const std::vector<Sample>& samples_;
+  const headless::WorldBuffer& given_;
+  const headless::WorldBuffer& result_;
+  const OutputForm& form_;
+  const Window seen_;
+  const Window window_;
+  const PixelTaker<Sample, Pixel, Out> taker_;
+};
 
 template <typename Sample, typename Pixel>
 Samples TakeAs(const Picture& input, const std::vector<Sample>& samples,
@@ -203,19 +292,20 @@ Samples TakeAs(const Picture& input, const std::vector<Sample>& samples,
                const OutputForm& form) {
   switch (form.type) {
     case SampleType::kByte:
-      return TakeRows<Sample, Pixel, uint8_t>(input, samples, given, result, form);
+      return RowTaker<Sample, Pixel, uint8_t>(input, samples, given, result, form).TakeAll();
     case SampleType::kWord:
-      return TakeRows<Sample, Pixel, uint16_t>(input, samples, given, result, form);
+      return RowTaker<Sample, Pixel, uint16_t>(input, samples, given, result, form).TakeAll();
     case SampleType::kFloat:
       break;
   }
-  return TakeRows<Sample, Pixel, float>(input, samples, given, result, form);
+  return RowTaker<Sample, Pixel, float>(input, samples, given, result, form).TakeAll();
 }
 
 }  // namespace
 
 Given GiveToEffect(const Picture& picture, bool deep) {
   Given given{headless::WorldBuffer(picture.Width(), picture.Height(), deep), 0};
+  if (picture.Seen() != Window{0, 0, picture.Width(), picture.Height()}) given.world.FillBytes(0);
   std::visit(
       [&](const auto& samples) {
         using Sample = typename std::decay_t<decltype(samples)>::value_type;
@@ -229,8 +319,9 @@ Given GiveToEffect(const Picture& picture, bool deep) {
   return given;
 }
 
-ResultTraits Inspect(const headless::WorldBuffer& result) {
-  return result.Deep() ? InspectRows<PF_Pixel16>(result) : InspectRows<PF_Pixel>(result);
+ResultTraits Inspect(const headless::WorldBuffer& result, const Window& within) {
+  return result.Deep() ? InspectRows<PF_Pixel16>(result, within)
+                       : InspectRows<PF_Pixel>(result, within);
 }
 
 Samples TakeFromEffect(const Picture& input, const headless::WorldBuffer& given,
@@ -254,6 +345,17 @@ std::int64_t CountClippedAndChanged(const Picture& input, const headless::WorldB
                    : CountClippedAndChangedRows<Sample, PF_Pixel>(input, samples, given, result);
       },
       input.samples);
+}
+
+std::int64_t CountPaintedBeyondData(const Picture& input, const headless::WorldBuffer& result) {
+  const auto count = [&](const Window& within) {
+    return result.Deep() ? CountVisible<PF_Pixel16>(result, within)
+                         : CountVisible<PF_Pixel>(result, within);
+  };
+  const Window seen = input.Seen();
+  const Window frame{0, 0, input.Width(), input.Height()};
+  if (seen == frame) return 0;
+  return count(frame) - count(seen);
 }
 
 }  // namespace vitrell::media

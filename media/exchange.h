@@ -16,17 +16,18 @@ struct Given {
   std::int64_t clippedPixels = 0;  // had a value outside black to white, or not a number
 };
 
-// The picture as the effect gets it: straight ARGB, 0..255 or (deep) 0..32768, rounded to the
+// The picture as the effect gets it, in the size that it sees, transparent black where the file
+// holds no pixels: straight ARGB, 0..255 or (deep) 0..32768, rounded to the
 // nearest, values outside clipped. Grey fills all three colours; no alpha means opaque. Colours
 // that the file holds multiplied by alpha are divided; where alpha is 0 they stay as they are.
 Given GiveToEffect(const Picture& picture, bool deep);
 
-// What of the result cannot be stored in the channels of the input.
+// What of the result cannot be stored in the channels of the input; of a part of it.
 struct ResultTraits {
   bool grey = true;    // red, green and blue agree in every pixel
   bool opaque = true;  // alpha is white in every pixel
 };
-ResultTraits Inspect(const headless::WorldBuffer& result);
+ResultTraits Inspect(const headless::WorldBuffer& result, const Window& within);
 
 // How the samples of the output are to be stored.
 enum class SampleType { kByte, kWord, kFloat };
@@ -41,6 +42,8 @@ struct OutputChannel {
 struct OutputForm {
   SampleType type = SampleType::kByte;
   bool straight = true;  // false: colours are multiplied by alpha
+  // What the effect saw is written, and not the window of the file's pixels.
+  bool wholeFrame = false;
   std::vector<OutputChannel> channels;
 };
 
@@ -48,13 +51,16 @@ struct OutputForm {
 // value is kept: 16-bit files hold 65536 values and the effect's depth only 32769, so a picture
 // that the effect did not change keeps every bit. A value that was clipped for the effect is kept
 // only where the effect left the whole pixel: beside channels that it computed from clipped values
-// it would be another colour.
+// it would be another colour. Pixels of the file that the effect did not see are kept.
 Samples TakeFromEffect(const Picture& input, const headless::WorldBuffer& given,
                        const headless::WorldBuffer& result, const OutputForm& form);
 
 // Of the pixels that were clipped for the effect, how many it changed: they lose what was clipped.
 std::int64_t CountClippedAndChanged(const Picture& input, const headless::WorldBuffer& given,
                                     const headless::WorldBuffer& result);
+
+// Pixels that are not transparent in the result and that the file has no place for.
+std::int64_t CountPaintedBeyondData(const Picture& input, const headless::WorldBuffer& result);
 
 }  // namespace vitrell::media
 

@@ -46,6 +46,7 @@ constexpr std::array kFormats = {
            .alpha = true,
            .straight = false,
            .anyChannels = true,
+           .windows = true,
            .floats = true,
            .depths = "half, float",
            .metadata = "all attributes"},

@@ -20,6 +20,7 @@ struct Format {
   bool alpha = false;         // red, green, blue and alpha
   bool straight = true;       // alpha is stored beside the colours, not multiplied into them
   bool anyChannels = false;   // further channels, too
+  bool windows = false;       // a display window and, in any place, the window of the pixels
   bool floats = false;        // values outside black to white, too
   bool profile = false;       // ICC profile
   bool fragile = false;       // damaged files can end the process of the library's reader

@@ -119,6 +119,28 @@ void NameChannels(const Picture& input, const OutputForm& form, bool keepTypes,
   }
 }
 
+void ForgetFrame(int width, int height, OIIO::ImageSpec& spec) {
+  spec.x = spec.y = spec.full_x = spec.full_y = 0;
+  spec.width = spec.full_width = width;
+  spec.height = spec.full_height = height;
+}
+
+void PlaceInFrame(const Picture& input, const OutputForm& form, const Format& format,
+                  OIIO::ImageSpec& spec, std::vector<std::string>& notices) {
+  if (form.wholeFrame) {
+    const bool cut = input.Seen() != input.Data();
+    ForgetFrame(input.Width(), input.Height(), spec);
+    notices.push_back("the format stores no windows; the display window is written" +
+                      std::string(cut ? ", without the pixels beyond it." : "."));
+    return;
+  }
+  const bool framed = spec.x != 0 || spec.y != 0 || spec.full_x != 0 || spec.full_y != 0 ||
+                      spec.full_width != spec.width || spec.full_height != spec.height;
+  if (!framed || format.windows || format.plugin == "dpx") return;
+  ForgetFrame(spec.width, spec.height, spec);
+  notices.emplace_back("the format stores no frame around the picture; only the picture is kept.");
+}
+
 bool SameBytes(const OIIO::ParamValue* a, const OIIO::ParamValue* b) {
   return b != nullptr && a->type().size() == b->type().size() &&
          std::memcmp(a->data(), b->data(), a->type().size()) == 0;
@@ -137,9 +159,15 @@ bool HasExif(const OIIO::ImageSpec& spec) {
                      });
 }
 
+bool NeedsWholeFrame(const Picture& input, const Format& format) {
+  return !format.windows && input.Data() != Window{0, 0, input.Width(), input.Height()};
+}
+
 OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Format& format,
                       std::vector<std::string>& notices) {
   OutputForm form;
+  const Window frame{0, 0, input.Width(), input.Height()};
+  form.wholeFrame = NeedsWholeFrame(input, format);
   const bool grey = input.layout.IsGrey() && result.grey;
   if (input.layout.IsGrey() && !grey) {
     notices.emplace_back("the grey input came out coloured; the output is RGB.");
@@ -150,7 +178,11 @@ OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Fo
   AddColours(input, grey && storesGrey, form);
   if (wantsAlpha && storesAlpha) {
     if (!input.layout.HasAlpha()) {
-      notices.emplace_back("the effect made parts transparent; the output has an alpha channel.");
+      const bool empty = form.wholeFrame && input.Seen() != frame;
+      notices.emplace_back(
+          empty ? "what lies outside the data window is transparent; the output has an "
+                  "alpha channel."
+                : "the effect made parts transparent; the output has an alpha channel.");
     }
     form.channels.push_back({Role::kAlpha, input.layout.alpha});
   } else if (!result.opaque) {
@@ -171,15 +203,7 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, con
                                Depth depth, std::vector<std::string>& notices) {
   OIIO::ImageSpec spec = input.spec;
   spec.tile_width = spec.tile_height = spec.tile_depth = 0;
-  const bool framed = spec.x != 0 || spec.y != 0 || spec.full_x != 0 || spec.full_y != 0 ||
-                      spec.full_width != spec.width || spec.full_height != spec.height;
-  if (framed && format.plugin != "openexr" && format.plugin != "dpx") {
-    spec.x = spec.y = spec.full_x = spec.full_y = 0;
-    spec.full_width = spec.width;
-    spec.full_height = spec.height;
-    notices.emplace_back(
-        "the format stores no frame around the picture; only the picture is kept.");
-  }
+  PlaceInFrame(input, form, format, spec, notices);
   DropEncoding(input, format, depth, spec);
   if (format.plugin == "tiff" || format.plugin == "openexr") SetDate(input, spec);
   DropWrongProfile(form.channels.size() < 2 || form.channels[1].role != Role::kGreen, spec,

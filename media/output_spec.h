@@ -14,7 +14,10 @@
 
 namespace vitrell::media {
 
-// Channels and alpha of the output. What the result holds and the format cannot is told in
+// Whether the output is what the effect saw, because its format cannot place other pixels in it.
+bool NeedsWholeFrame(const Picture& input, const Format& format);
+
+// Channels, alpha and size of the output. What the result holds and the format cannot is told in
 // `notices`; so is a grey input that comes out coloured.
 OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Format& format,
                       std::vector<std::string>& notices);

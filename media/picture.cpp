@@ -87,14 +87,18 @@ int SampleBytes(const OIIO::ImageSpec& spec) {
   return spec.format == OIIO::TypeDesc::UINT16 ? sizeof(uint16_t) : sizeof(float);
 }
 
-void CheckSpec(const fs::path& file, const OIIO::ImageSpec& spec, const PictureLimits& limits) {
+void CheckSpec(const Picture& picture, const PictureLimits& limits) {
+  const fs::path& file = picture.file;
+  const OIIO::ImageSpec& spec = picture.spec;
   if (spec.deep || spec.depth > 1) {
     Fail(file, "holds deep or three-dimensional data. Flatten it to a plain picture first.");
   }
-  if (spec.nchannels < 1) Fail(file, "holds no pixels.");
-  const PictureSize size{spec.width, spec.height};
-  CheckLayerSize(file, size);
-  CheckCost(file, size, spec.nchannels, SampleBytes(spec), limits);
+  if (spec.nchannels < 1 || spec.width < 1 || spec.height < 1) Fail(file, "holds no pixels.");
+  const PictureSize layer{picture.Width(), picture.Height()};
+  const PictureSize data{spec.width, spec.height};
+  CheckLayerSize(file, layer);
+  CheckCost(file, layer, spec.nchannels, SampleBytes(spec), limits);
+  CheckCost(file, data, spec.nchannels, SampleBytes(spec), limits);
 }
 
 [[noreturn]] void FailAsDamaged(const fs::path& file, const std::string& message) {
@@ -128,17 +132,17 @@ template <typename Sample>
 Samples ReadSamples(OIIO::ImageInput& input, const Picture& picture, OIIO::TypeDesc type,
                     const FileProgress& progress) {
   const OIIO::ImageSpec& spec = picture.spec;
-  const std::size_t row = static_cast<std::size_t>(picture.Width()) * picture.Channels();
+  const std::size_t row = static_cast<std::size_t>(spec.width) * picture.Channels();
   const int rowsAtOnce = RowsAtOnce(spec, row * sizeof(Sample));
   StoppableProgress stoppable(progress);
   std::vector<Sample> samples;
-  samples.reserve(row * static_cast<std::size_t>(picture.Height()));
-  for (int begin = 0; begin < picture.Height(); begin += rowsAtOnce) {
-    const int end = std::min(begin + rowsAtOnce, picture.Height());
+  samples.reserve(row * static_cast<std::size_t>(spec.height));
+  for (int begin = 0; begin < spec.height; begin += rowsAtOnce) {
+    const int end = std::min(begin + rowsAtOnce, spec.height);
     samples.resize(row * static_cast<std::size_t>(end));
     Sample* const rows = samples.data() + row * static_cast<std::size_t>(begin);
     const bool done = ReadRows(input, spec, begin, end, type, rows);
-    stoppable.Tell(static_cast<float>(end) / static_cast<float>(picture.Height()));
+    stoppable.Tell(static_cast<float>(end) / static_cast<float>(spec.height));
     stoppable.ThrowIfStopped();
     const std::string message = OneLine(input.geterror());
     if (!done || !message.empty()) FailAsDamaged(picture.file, message);
@@ -154,6 +158,19 @@ bool IsStraight(const Picture& picture) {
 }
 
 }  // namespace
+
+Window Picture::Data() const {
+  if (!HasFrame()) return {0, 0, spec.width, spec.height};
+  return {spec.x - spec.full_x, spec.y - spec.full_y, spec.width, spec.height};
+}
+
+Window Picture::Seen() const {
+  const Window data = Data();
+  Window seen{std::max(data.x, 0), std::max(data.y, 0), 0, 0};
+  seen.width = std::max(std::min(data.Right(), Width()) - seen.x, 0);
+  seen.height = std::max(std::min(data.Bottom(), Height()) - seen.y, 0);
+  return seen;
+}
 
 OIIO::ImageSpec ReaderWishes() {
   OIIO::ImageSpec wishes;
@@ -205,7 +222,7 @@ Picture ReadPictureAsItIs(const fs::path& file, const FileProgress& progress,
   CheckPeekedSize(file, *picture.format, limits);
   const std::unique_ptr<OIIO::ImageInput> input = OpenPicture(file, *picture.format);
   picture.spec = input->spec();
-  CheckSpec(file, picture.spec, limits);
+  CheckSpec(picture, limits);
   FindOrientation(file, *picture.format, picture.spec);
   picture.layout = FindChannels(picture.spec);
   picture.straight = IsStraight(picture);

@@ -34,6 +34,18 @@ struct ChannelLayout {
   bool HasAlpha() const { return alpha >= 0; }
 };
 
+// A rectangle of pixels; Right and Bottom are the first beyond it.
+struct Window {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+
+  int Right() const { return x + width; }
+  int Bottom() const { return y + height; }
+  bool operator==(const Window&) const = default;
+};
+
 struct Picture {
   std::filesystem::path file;
   const Format* format = nullptr;
@@ -43,11 +55,19 @@ struct Picture {
   Samples samples;
   std::vector<std::string> notices;
 
-  int Width() const { return spec.width; }
-  int Height() const { return spec.height; }
+  // What the effect sees: the display window of a format that has one, otherwise all pixels.
+  int Width() const { return HasFrame() ? spec.full_width : spec.width; }
+  int Height() const { return HasFrame() ? spec.full_height : spec.height; }
+  // Where the samples lie in it. They may leave parts of it empty, and reach beyond it.
+  Window Data() const;
+  // The part of the samples that the effect sees; empty if there is none.
+  Window Seen() const;
   std::size_t Channels() const { return static_cast<std::size_t>(spec.nchannels); }
   // 16-bit integers and everything held as float.
   bool IsDeep() const { return !std::holds_alternative<std::vector<uint8_t>>(samples); }
+
+ private:
+  bool HasFrame() const { return format != nullptr && format->windows; }
 };
 
 // Told how much of a file is done, 0 to 1; a true answer stops the work.

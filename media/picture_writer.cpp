@@ -195,6 +195,15 @@ void TellClipping(const Picture& input, const headless::WorldBuffer& given,
                     "clipped.");
 }
 
+// Some stages reach beyond the pixels of the file, whose window stays as it is.
+void TellCutOff(const Picture& input, const headless::WorldBuffer& result,
+                std::vector<std::string>& notices) {
+  const std::int64_t painted = CountPaintedBeyondData(input, result);
+  if (painted == 0) return;
+  notices.push_back(std::to_string(painted) +
+                    " pixels that the effect painted outside the data window are left out.");
+}
+
 }  // namespace
 
 void CheckWritable(const fs::path& target) { MakeWriter(FormatFor(target), target); }
@@ -205,7 +214,9 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   std::vector<std::string> notices;
   const Format& format = FormatFor(order.target);
   CheckFits(input, format, order.target);
-  OutputForm form = ChooseForm(input, Inspect(result), format, notices);
+  const Window kept =
+      NeedsWholeFrame(input, format) ? Window{0, 0, input.Width(), input.Height()} : input.Seen();
+  OutputForm form = ChooseForm(input, Inspect(result, kept), format, notices);
   const OIIO::ImageSpec spec = MakeOutputSpec(input, form, format, order.depth, notices);
   OutputFile file(order.target);
   const QuietLibraries quiet;
@@ -218,6 +229,7 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   const OIIO::ImageSpec written = ReadBack(format, file, spec, order.target);
   TellLosses(input, spec, actual, written, notices);
   TellClipping(input, given, result, order, actual, notices);
+  if (!form.wholeFrame) TellCutOff(input, result, notices);
   stoppable.Tell(1.0F);
   stoppable.ThrowIfStopped();
   file.Commit(order.force);

@@ -228,8 +228,8 @@ TEST(ExchangeTest, InspectFindsColourAndTransparency) {
   for (const bool deep : {false, true}) {
     const Picture picture = MakePicture<uint8_t>(2, 1, {7, 9});
     WorldBuffer world = GiveToEffect(picture, deep).world;
-    EXPECT_TRUE(Inspect(world).grey);
-    EXPECT_TRUE(Inspect(world).opaque);
+    EXPECT_TRUE(Inspect(world, {0, 0, 2, 1}).grey);
+    EXPECT_TRUE(Inspect(world, {0, 0, 2, 1}).opaque);
     if (deep) {
       ++world.At16(1, 0).blue;
       --world.At16(0, 0).alpha;
@@ -237,8 +237,10 @@ TEST(ExchangeTest, InspectFindsColourAndTransparency) {
       ++world.At8(1, 0).blue;
       --world.At8(0, 0).alpha;
     }
-    EXPECT_FALSE(Inspect(world).grey);
-    EXPECT_FALSE(Inspect(world).opaque);
+    EXPECT_FALSE(Inspect(world, {0, 0, 2, 1}).grey);
+    EXPECT_FALSE(Inspect(world, {0, 0, 2, 1}).opaque);
+    EXPECT_TRUE(Inspect(world, {0, 0, 1, 1}).grey);
+    EXPECT_TRUE(Inspect(world, {1, 0, 1, 1}).opaque);
   }
 }
 
