@@ -26,6 +26,8 @@ struct RenderArguments {
   std::string depth = "auto";  // "auto", "8" or "16"
   int threads = 0;             // 0: all cores
   std::int64_t maxPixels = media::PictureLimits{}.maxPixels;
+  std::string channels;  // empty: as the header tells
+  std::string part;      // empty: the first
   bool noAutoOrient = false;
   bool force = false;
   bool quiet = false;

@@ -70,6 +70,12 @@ CLI::App* AddRender(CLI::App& app, RenderArguments& arguments) {
   command->add_option("--max-pixels", arguments.maxPixels, "largest picture (default: 1000000000)")
       ->check(CLI::PositiveNumber.description(""))
       ->type_name("N");
+  command
+      ->add_option("--channels", arguments.channels,
+                   "what to render of an EXR: a layer, or R,G,B[,A] by name")
+      ->type_name("NAMES");
+  command->add_option("--part", arguments.part, "which part of INPUT, by name or from 0")
+      ->type_name("NAME|N");
   command->add_flag("--no-auto-orient", arguments.noAutoOrient,
                     "leave photographs as the camera stored them");
   command->add_flag("--force", arguments.force, "replace an existing OUTPUT or preset");

@@ -70,12 +70,23 @@ class RenderJob {
 
   media::PictureLimits Limits() const { return {.maxPixels = arguments_.maxPixels}; }
 
-  media::ReadChoice Choice() const { return {.autoOrient = !arguments_.noAutoOrient}; }
+  media::ReadChoice LayerChoice() const {
+    media::ReadChoice choice;
+    choice.autoOrient = !arguments_.noAutoOrient;
+    return choice;
+  }
+
+  media::ReadChoice Choice() const {
+    media::ReadChoice choice = LayerChoice();
+    choice.channels = arguments_.channels;
+    choice.part = arguments_.part;
+    return choice;
+  }
 
   std::optional<media::Given> ReadLayer(bool deep) {
     const std::string path = LayerPath(settings_);
     if (path.empty()) return std::nullopt;
-    const media::Picture picture = media::ReadPicture(path, FileStage(1), Limits(), Choice());
+    const media::Picture picture = media::ReadPicture(path, FileStage(1), Limits(), LayerChoice());
     notes_.TellAll(picture.notices);
     media::Given given = media::GiveToEffect(picture, deep);
     TellClipping(picture, given);

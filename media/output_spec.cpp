@@ -60,6 +60,18 @@ void DropWrongProfile(bool grey, OIIO::ImageSpec& spec, std::vector<std::string>
   notices.emplace_back("the ICC profile is left out; it does not fit the output's channels.");
 }
 
+// Whether what the effect left alone would come out changed.
+bool LosesValues(const Format& format, std::string_view compression, const OIIO::ImageSpec& spec) {
+  const auto is = [&](std::string_view name) { return compression.starts_with(name); };
+  if (format.plugin == "tiff") return is("jpeg") || is("webp") || is("ccitt");
+  if (format.plugin != "openexr") return false;
+  // PXR24 shortens floats and keeps the rest.
+  const auto& types = spec.channelformats;
+  const bool floats = spec.format == OIIO::TypeDesc::FLOAT ||
+                      std::find(types.begin(), types.end(), OIIO::TypeDesc::FLOAT) != types.end();
+  return is("b44") || is("dwa") || (is("pxr24") && floats);
+}
+
 // Compressions and bit counts are names within one format, and some would lose what was rendered.
 void DropEncoding(const Picture& input, const Format& format, Depth depth, OIIO::ImageSpec& spec) {
   for (const char* name : {"oiio:UnassociatedAlpha", "oiio:dither", "oiio:ioproxy", "oiio:SHA-1",
@@ -68,8 +80,7 @@ void DropEncoding(const Picture& input, const Format& format, Depth depth, OIIO:
   }
   const bool sameFormat = input.format->plugin == format.plugin;
   const std::string compression(spec.get_string_attribute("compression"));
-  const bool lossy = format.plugin == "tiff" && (compression == "jpeg" || compression == "webp" ||
-                                                 compression.starts_with("ccitt"));
+  const bool lossy = LosesValues(format, compression, spec);
   if (!sameFormat || lossy) spec.erase_attribute("compression");
   const int bits = spec.get_int_attribute("oiio:BitsPerSample", 0);
   if (!sameFormat || depth != Depth::kAuto || bits < 8) {
@@ -97,8 +108,20 @@ void SetDate(const Picture& input, OIIO::ImageSpec& spec) {
   spec.attribute("DateTime", shown.data());
 }
 
-void NameChannels(const Picture& input, const OutputForm& form, bool keepTypes,
-                  OIIO::ImageSpec& spec) {
+// The name of a channel that the file does not have yet, within the layer of the others.
+std::string NewName(const Picture& input, const OutputForm& form, const std::string& name) {
+  const bool taken =
+      std::any_of(form.channels.begin(), form.channels.end(), [&](const OutputChannel& channel) {
+        return channel.role == Role::kExtra && input.spec.channel_name(channel.source) == name;
+      });
+  if (!taken) return name;
+  const std::string red = input.spec.channel_name(input.layout.red);
+  const std::size_t point = red.rfind('.');
+  return (input.layout.IsGrey() ? red : red.substr(0, point)) + "." + name;
+}
+
+void NameChannels(const Picture& input, const OutputForm& form, const Format& format,
+                  bool keepTypes, OIIO::ImageSpec& spec) {
   constexpr std::array<const char*, 4> kNames = {"R", "G", "B", "A"};
   const std::vector<OIIO::TypeDesc> oldTypes = spec.channelformats;
   spec.channelnames.clear();
@@ -107,12 +130,16 @@ void NameChannels(const Picture& input, const OutputForm& form, bool keepTypes,
   spec.alpha_channel = -1;
   spec.z_channel = -1;
   const bool grey = form.channels.size() < 2 || form.channels[1].role != Role::kGreen;
+  const bool keepNames = input.format->windows && format.windows;
   for (std::size_t i = 0; i < form.channels.size(); ++i) {
     const OutputChannel& channel = form.channels[i];
     if (channel.role == Role::kAlpha) spec.alpha_channel = static_cast<int>(i);
-    const bool keepsName = channel.role == Role::kExtra || (grey && channel.role == Role::kRed);
-    spec.channelnames.push_back(keepsName ? input.spec.channel_name(channel.source)
-                                          : kNames.at(static_cast<std::size_t>(channel.role)));
+    const bool keepsName = channel.role == Role::kExtra || (grey && channel.role == Role::kRed) ||
+                           (keepNames && channel.source >= 0 &&
+                            (channel.role == Role::kAlpha || !input.layout.IsGrey()));
+    spec.channelnames.push_back(
+        keepsName ? std::string(input.spec.channel_name(channel.source))
+                  : NewName(input, form, kNames.at(static_cast<std::size_t>(channel.role))));
     if (!keepTypes || oldTypes.empty()) continue;
     const int source = channel.source >= 0 ? channel.source : input.layout.red;
     spec.channelformats.push_back(oldTypes.at(static_cast<std::size_t>(source)));
@@ -204,11 +231,14 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, con
   OIIO::ImageSpec spec = input.spec;
   spec.tile_width = spec.tile_height = spec.tile_depth = 0;
   PlaceInFrame(input, form, format, spec, notices);
+  if (input.hasOtherParts && input.format->windows && !format.windows) {
+    notices.emplace_back("the other parts of the file are left out.");
+  }
   DropEncoding(input, format, depth, spec);
   if (format.plugin == "tiff" || format.plugin == "openexr") SetDate(input, spec);
   DropWrongProfile(form.channels.size() < 2 || form.channels[1].role != Role::kGreen, spec,
                    notices);
-  NameChannels(input, form, format.plugin == "openexr" && depth == Depth::kAuto, spec);
+  NameChannels(input, form, format, format.plugin == "openexr" && depth == Depth::kAuto, spec);
   const bool deepFile = input.IsDeep();
   if (depth == Depth::k8) spec.format = OIIO::TypeDesc::UINT8;
   if (depth == Depth::k16 && !deepFile) spec.format = OIIO::TypeDesc::UINT16;

@@ -12,6 +12,7 @@
 #include "media/failure.h"
 #include "media/orientation.h"
 #include "media/quiet_libraries.h"
+#include "media/selection.h"
 #include "media/trial_reading.h"
 #include "media/webp_input.h"
 
@@ -116,15 +117,16 @@ int RowsAtOnce(const OIIO::ImageSpec& spec, std::size_t rowBytes) {
   return static_cast<int>(block * std::max<std::size_t>(1, kBytes / (rowBytes * block)));
 }
 
-bool ReadRows(OIIO::ImageInput& input, const OIIO::ImageSpec& spec, int begin, int end,
+bool ReadRows(OIIO::ImageInput& input, const Picture& picture, int begin, int end,
               const OIIO::TypeDesc& type, void* rows) {
+  const OIIO::ImageSpec& spec = picture.spec;
   const int top = spec.y + begin;
   const int bottom = spec.y + end;
   if (spec.tile_width == 0) {
-    return input.read_scanlines(0, 0, top, bottom, 0, 0, spec.nchannels, type, rows);
+    return input.read_scanlines(picture.part, 0, top, bottom, 0, 0, spec.nchannels, type, rows);
   }
-  return input.read_tiles(0, 0, spec.x, spec.x + spec.width, top, bottom, 0, 1, 0, spec.nchannels,
-                          type, rows);
+  return input.read_tiles(picture.part, 0, spec.x, spec.x + spec.width, top, bottom, 0, 1, 0,
+                          spec.nchannels, type, rows);
 }
 
 // A header may promise any number of pixels: memory is touched only for rows that came.
@@ -141,7 +143,7 @@ Samples ReadSamples(OIIO::ImageInput& input, const Picture& picture, OIIO::TypeD
     const int end = std::min(begin + rowsAtOnce, spec.height);
     samples.resize(row * static_cast<std::size_t>(end));
     Sample* const rows = samples.data() + row * static_cast<std::size_t>(begin);
-    const bool done = ReadRows(input, spec, begin, end, type, rows);
+    const bool done = ReadRows(input, picture, begin, end, type, rows);
     stoppable.Tell(static_cast<float>(end) / static_cast<float>(spec.height));
     stoppable.ThrowIfStopped();
     const std::string message = OneLine(input.geterror());
@@ -221,10 +223,12 @@ Picture ReadPictureAsItIs(const fs::path& file, const FileProgress& progress,
   picture.format = &TellFormat(file);
   CheckPeekedSize(file, *picture.format, limits);
   const std::unique_ptr<OIIO::ImageInput> input = OpenPicture(file, *picture.format);
+  picture.part = FindPart(*input, *picture.format, choice.part, file);
+  if (!input->seek_subimage(picture.part, 0)) FailAsDamaged(file, OneLine(input->geterror()));
   picture.spec = input->spec();
   CheckSpec(picture, limits);
   FindOrientation(file, *picture.format, picture.spec);
-  picture.layout = FindChannels(picture.spec);
+  picture.layout = ChooseChannels(picture.spec, choice.channels, file);
   picture.straight = IsStraight(picture);
   if (picture.spec.format == OIIO::TypeDesc::UINT8) {
     picture.samples = ReadSamples<uint8_t>(*input, picture, OIIO::TypeDesc::UINT8, progress);
@@ -234,9 +238,13 @@ Picture ReadPictureAsItIs(const fs::path& file, const FileProgress& progress,
     picture.samples = ReadSamples<float>(*input, picture, OIIO::TypeDesc::FLOAT, progress);
   }
   if (choice.autoOrient) MakeUpright(picture);
-  if (input->seek_subimage(1, 0)) {
-    picture.notices.push_back(file.string() +
-                              ": holds several pictures; only the first one is used.");
+  picture.hasOtherParts = picture.part > 0 || input->seek_subimage(1, 0);
+  // An EXR may be written with all of its parts.
+  if (picture.hasOtherParts && !picture.format->windows) {
+    picture.notices.push_back(
+        file.string() + ": holds several pictures; only " +
+        (picture.part == 0 ? "the first one" : "part " + std::to_string(picture.part)) +
+        " is used.");
   }
   static_cast<void>(OIIO::geterror());
   return picture;

@@ -49,6 +49,8 @@ struct Window {
 struct Picture {
   std::filesystem::path file;
   const Format* format = nullptr;
+  int part = 0;  // of the file's pictures, which of them this is
+  bool hasOtherParts = false;
   OIIO::ImageSpec spec;  // as in the file, with all metadata
   ChannelLayout layout;
   bool straight = true;  // colours are not multiplied by alpha; true without alpha
@@ -76,9 +78,11 @@ using FileProgress = std::function<bool(float done)>;
 // What is wanted of a file.
 struct ReadChoice {
   bool autoOrient = true;  // pixels upright, as the orientation tag tells
+  std::string channels;    // see ChooseChannels; empty: as the header tells
+  std::string part;        // see FindPart; empty: the first
 };
 
-// Reads the first picture of a file without colour management and without touching alpha. Throws
+// Reads a picture of a file without colour management and without touching alpha. Throws
 // Failure naming file, cause and remedy, also when stopped.
 // Memory is taken as rows arrive, so that a header alone costs nothing.
 Picture ReadPicture(const std::filesystem::path& file, const FileProgress& progress,

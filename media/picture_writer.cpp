@@ -1,10 +1,13 @@
 // Writing pictures beside their target.
 #include "media/picture_writer.h"
 
+#include <exception>
 #include <memory>
+#include <new>
 #include <string_view>
 #include <variant>
 
+#include "media/exr_copy.h"
 #include "media/failure.h"
 #include "media/file_sink.h"
 #include "media/formats.h"
@@ -135,13 +138,52 @@ class SafeWriter {
   std::unique_ptr<OIIO::ImageOutput> writer_;
 };
 
+[[noreturn]] void FailOverExr(const fs::path& file, const std::exception& error) {
+  Fail(file, "cannot be copied (" + OneLine(error.what()) +
+                 "). Export it again, or choose another format for the output.");
+}
+
+bool CopiesExr(const Picture& input, const Format& format) {
+  try {
+    return CanCopyExr(input, format);
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& error) {
+    FailOverExr(input.file, error);
+  }
+}
+
+void WriteCopy(const Picture& input, const OIIO::ImageSpec& spec, const OutputForm& form,
+               const std::vector<float>& samples, const fs::path& temporary, const fs::path& target,
+               StoppableProgress& progress) {
+  FileSink sink(temporary);
+  const auto failIfSinkFailed = [&] {
+    if (sink.FirstError().empty()) return;
+    Fail(target, "cannot be written (" + sink.FirstError() + "). Free some space and try again.");
+  };
+  try {
+    CopyExr(input, spec, form, samples, sink, progress);
+  } catch (const Failure&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception& error) {
+    failIfSinkFailed();
+    FailOverExr(input.file, error);
+  }
+  sink.close();
+  failIfSinkFailed();
+}
+
 // The header of what was written, which must be that of the picture.
 OIIO::ImageSpec ReadBack(const Format& format, const OutputFile& file, const OIIO::ImageSpec& spec,
-                         const fs::path& target) {
+                         int part, const fs::path& target) {
   const auto input = MakeReader(format);
   OIIO::ImageSpec written;
-  const bool opened =
-      input != nullptr && input->open(file.TemporaryPath().string(), written, ReaderWishes());
+  const bool opened = input != nullptr &&
+                      input->open(file.TemporaryPath().string(), written, ReaderWishes()) &&
+                      input->seek_subimage(part, 0);
+  if (opened) written = input->spec();
   if (!opened || written.width != spec.width || written.height != spec.height) {
     Fail(target, "was not written as it should be (" +
                      OneLine(input == nullptr ? OIIO::geterror() : input->geterror()) +
@@ -220,13 +262,23 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   const OIIO::ImageSpec spec = MakeOutputSpec(input, form, format, order.depth, notices);
   OutputFile file(order.target);
   const QuietLibraries quiet;
-  SafeWriter writer(format, file.TemporaryPath(), order.target);
-  writer.Open(spec);
-  const OIIO::TypeDesc actual = writer.StoredType();
-  form.type = SampleTypeOf(actual);
   StoppableProgress stoppable(progress);
-  writer.Write(TakeFromEffect(input, given, result, form), stoppable);
-  const OIIO::ImageSpec written = ReadBack(format, file, spec, order.target);
+  OIIO::TypeDesc actual = OIIO::TypeDesc::FLOAT;
+  const bool copies = CopiesExr(input, format);
+  if (copies) {
+    form.type = SampleType::kFloat;
+    const Samples samples = TakeFromEffect(input, given, result, form);
+    WriteCopy(input, spec, form, std::get<std::vector<float>>(samples), file.TemporaryPath(),
+              order.target, stoppable);
+  } else {
+    SafeWriter writer(format, file.TemporaryPath(), order.target);
+    writer.Open(spec);
+    actual = writer.StoredType();
+    form.type = SampleTypeOf(actual);
+    writer.Write(TakeFromEffect(input, given, result, form), stoppable);
+  }
+  const OIIO::ImageSpec written =
+      ReadBack(format, file, spec, copies ? input.part : 0, order.target);
   TellLosses(input, spec, actual, written, notices);
   TellClipping(input, given, result, order, actual, notices);
   if (!form.wholeFrame) TellCutOff(input, result, notices);

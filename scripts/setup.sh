@@ -10,7 +10,8 @@ packages=(
   clang-format-14 clang-tidy-14 libclang-rt-14-dev
   # libraries of the command line, the headless host and the tests; the picture library's CMake
   # files also name its tools
-  libopenimageio-dev openimageio-tools libwebp-dev libexiv2-dev libcli11-dev nlohmann-json3-dev
+  libopenimageio-dev openimageio-tools libwebp-dev libexiv2-dev libopenexr-dev
+  libcli11-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev libbenchmark-dev libmlt-dev
 )
 

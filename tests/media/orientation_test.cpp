@@ -76,7 +76,9 @@ TEST_P(OrientationTest, EveryTypeComesUpright) {
 
 TEST_P(OrientationTest, IsLeftAloneWhenNotWanted) {
   const fs::path file = WriteTurned(3, OIIO::TypeDesc::UINT8);
-  const Picture picture = ReadPicture(file, {}, {}, {.autoOrient = false});
+  ReadChoice stays;
+  stays.autoOrient = false;
+  const Picture picture = ReadPicture(file, {}, {}, stays);
   EXPECT_EQ(picture.Width(), kWidth);
   EXPECT_EQ(picture.spec.get_int_attribute("Orientation"), GetParam());
   const std::vector<uint16_t> stored = ReadPictureFile(file).samples;
