@@ -19,7 +19,7 @@ void RunAbout(const EffectArguments& arguments) {
 
 look::Settings MakeSettings(const look::Panel& panel, const EffectArguments& arguments) {
   look::Settings settings(panel);
-  if (!arguments.preset.empty()) look::LoadPreset(arguments.preset, settings);
+  for (const std::string& preset : arguments.presets) look::LoadPreset(preset, settings);
   for (const std::string& assignment : arguments.assignments) settings.Set(assignment);
   return settings;
 }

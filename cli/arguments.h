@@ -13,14 +13,14 @@ namespace vitrell::cli {
 // Options that several commands share. Empty texts stand for options that were not given.
 struct EffectArguments {
   std::string effect;
-  std::string preset;
+  std::vector<std::string> presets;      // later ones are stronger; "-": standard input
   std::vector<std::string> assignments;  // of --set, in order
 };
 
 struct RenderArguments {
   EffectArguments effect;
-  std::string input;
-  std::string output;
+  std::string input;   // "-": standard input
+  std::string output;  // "-": standard output
   std::string savePreset;
   std::string customLayer;
   std::string depth = "auto";  // "auto", "8" or "16"
@@ -30,12 +30,15 @@ struct RenderArguments {
   std::string part;      // empty: the first
   bool noAutoOrient = false;
   bool force = false;
+  bool dryRun = false;
   bool quiet = false;
   bool verbose = false;
 };
 
 struct ParamsArguments {
   EffectArguments effect;
+  std::string savePreset;
+  bool force = false;
   bool json = false;
   bool markdown = false;
 };

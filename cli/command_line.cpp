@@ -4,8 +4,11 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <memory>
 #include <new>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "cli/commands.h"
 #include "cli/failure.h"
@@ -26,12 +29,33 @@ constexpr const char* kExamples =
     "  vitrell params\n"
     "\n"
     "Exit codes: 0 done, 1 a file or the effect failed, 2 wrong usage, 130 cancelled.\n"
-    "`vitrell COMMAND --help` tells more.";
+    "`vitrell help COMMAND` tells more.";
+
+constexpr const char* kCommands = "render, params, formats, about or help";
+
+// Groups one blank line apart, and options without the list of what they exclude.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_help(const CLI::App* app, std::string name,
+                        CLI::AppFormatMode mode) const override {
+    std::string text = CLI::Formatter::make_help(app, std::move(name), mode);
+    for (std::size_t at = 0; (at = text.find("\n\n\n", at)) != std::string::npos;) {
+      text.erase(at, 1);
+    }
+    return text;
+  }
+
+  std::string make_option_opts(const CLI::Option* option) const override {
+    const std::string type = option->get_type_size() == 0 ? "" : option->get_type_name();
+    return (type.empty() ? "" : " " + type) + (option->get_required() ? " (needed)" : "");
+  }
+};
 
 struct Request {
   RenderArguments render;
   ParamsArguments params;
   EffectArguments about;
+  std::string helpAbout;
 };
 
 int TellFailure(int code, const std::string& message) {
@@ -39,44 +63,78 @@ int TellFailure(int code, const std::string& message) {
   return code;
 }
 
+std::string UnknownCommand(const std::string& name) {
+  return "there is no command \"" + name + "\". Use " + kCommands + ".";
+}
+
+// A value with a blank that a shell took apart leaves an argument behind it that is no option.
+std::string QuotingHint(const std::vector<std::string>& arguments) {
+  for (std::size_t i = 0; i + 2 < arguments.size(); ++i) {
+    const std::string& rest = arguments[i + 2];
+    if (arguments[i] != "--set" || rest.empty() || (rest[0] == '-' && rest != "--")) continue;
+    const std::string value = arguments[i + 1] + " " + rest;
+    return " If \"" + value + "\" is one value, quote it: --set \"" + value + "\".";
+  }
+  return {};
+}
+
 // Help and version come as exceptions too. The parser itself would not name an unknown command.
 int TellParseResult(const CLI::App& app, const CLI::ParseError& error,
-                    const std::string& firstArgument) {
+                    const std::vector<std::string>& arguments) {
+  const std::string firstArgument = arguments.empty() ? "" : arguments[0];
   if (error.get_exit_code() == 0) return app.exit(error);
   if (firstArgument.empty()) {
     return TellFailure(
-        kWrongUsage,
-        "a command is needed: render, params, formats or about. Run `vitrell --help`.");
+        kWrongUsage, "a command is needed: " + std::string(kCommands) + ". Run `vitrell --help`.");
   }
   if (firstArgument[0] != '-' && app.get_subcommands().empty()) {
-    return TellFailure(kWrongUsage, "there is no command \"" + firstArgument +
-                                        "\". Use render, params, formats or about.");
+    return TellFailure(kWrongUsage, UnknownCommand(firstArgument));
   }
   std::string command = "vitrell";
   for (const CLI::App* sub : app.get_subcommands()) command += " " + sub->get_name();
-  return TellFailure(kWrongUsage, std::string(error.what()) + ". Run `" + command + " --help`.");
+  return TellFailure(kWrongUsage, std::string(error.what()) + "." + QuotingHint(arguments) +
+                                      " Run `" + command + " --help`.");
+}
+
+void TellHelp(CLI::App& app, const std::string& about) {
+  if (about.empty()) {
+    // App::help would tell about the command `help` itself.
+    const std::string text =
+        app.get_formatter()->make_help(&app, app.get_name(), CLI::AppFormatMode::Normal);
+    std::fputs(text.c_str(), stdout);
+    return;
+  }
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    if (command->get_name() != about) continue;
+    std::fputs(command->help("vitrell").c_str(), stdout);
+    return;
+  }
+  throw Failure(kWrongUsage, UnknownCommand(about));
 }
 
 int Run(int argc, const char* const* argv) {
   WatchSignals();
   Request request;
   CLI::App app(kAbout, "vitrell");
+  app.formatter(std::make_shared<HelpFormatter>());
   app.footer(kExamples);
-  app.set_version_flag("--version", "vitrell " VITRELL_VERSION);
+  app.set_version_flag("-V,--version", "vitrell " VITRELL_VERSION);
   app.require_subcommand(1);
   const CLI::App* render = AddRender(app, request.render);
   const CLI::App* params = AddParams(app, request.params);
   const CLI::App* about = AddAbout(app, request.about);
   const CLI::App* formats = AddFormats(app);
+  const CLI::App* help = AddHelp(app, request.helpAbout);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return TellParseResult(app, error, argc > 1 ? argv[1] : "");
+    return TellParseResult(app, error, {argv + 1, argv + argc});
   }
   if (render->parsed()) RunRender(request.render);
   if (params->parsed()) RunParams(request.params);
   if (about->parsed()) RunAbout(request.about);
   if (formats->parsed()) RunFormats();
+  if (help->parsed()) TellHelp(app, request.helpAbout);
   if (std::fflush(stdout) != 0) throw Failure(kFailed, "the output cannot be written.");
   return kDone;
 }

@@ -13,7 +13,7 @@ void RunAbout(const EffectArguments& arguments);
 // What is read and written, and what each format keeps.
 void RunFormats();
 
-// Defaults, then the preset, then --set.
+// Defaults, then the presets in order, then --set.
 look::Settings MakeSettings(const look::Panel& panel, const EffectArguments& arguments);
 
 }  // namespace vitrell::cli

@@ -6,6 +6,7 @@
 #include "cli/call_report.h"
 #include "cli/failure.h"
 #include "cli/interrupt.h"
+#include "media/standard_streams.h"
 
 namespace vitrell::cli {
 
@@ -46,8 +47,8 @@ double EffectRun::Render(const look::Settings& settings, const headless::WorldBu
 }
 
 void EffectRun::ThrowEffectFailure(const headless::RenderResult& rendered) const {
-  std::string message =
-      arguments_.input + ": the effect could not render it: " + rendered.description + ". ";
+  std::string message = media::ShownSource(arguments_.input) +
+                        ": the effect could not render it: " + rendered.description + ". ";
   if (!rendered.message.empty()) message += "It says: " + rendered.message + " ";
   message += rendered.error == PF_Err_OUT_OF_MEMORY ? "Use a smaller picture or smaller amounts."
                                                     : "--verbose shows how far it came.";

@@ -10,7 +10,8 @@ namespace vitrell::cli {
 void Notes::Tell(const std::string& note) {
   if (quiet_) return;
   bar_.Wipe();
-  std::fprintf(stderr, "vitrell: note: %s\n", Printable(note).c_str());
+  const std::string shown = input_ == nullptr ? note : input_->Shown(note);
+  std::fprintf(stderr, "vitrell: note: %s\n", Printable(shown).c_str());
 }
 
 void Notes::TellAll(const std::vector<std::string>& notes) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/progress_bar.h"
+#include "media/standard_streams.h"
 
 namespace vitrell::cli {
 
@@ -14,12 +15,16 @@ class Notes {
  public:
   Notes(bool quiet, ProgressBar& bar) : quiet_(quiet), bar_(bar) {}
 
+  // From now on the input is named as people know it.
+  void NameInput(const media::InputFile& input) { input_ = &input; }
+
   void Tell(const std::string& note);
   void TellAll(const std::vector<std::string>& notes);
 
  private:
   bool quiet_;
   ProgressBar& bar_;
+  const media::InputFile* input_ = nullptr;
 };
 
 }  // namespace vitrell::cli

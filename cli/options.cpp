@@ -13,9 +13,10 @@ constexpr const char* kRenderExamples =
     "  vitrell render in.exr out.exr --set lens.position=25%,50% --set color.color=#ff8800\n"
     "  vitrell render in.tif out.tif --set lens.type=custom --custom-layer mask.png\n"
     "  vitrell render in.png out.png --preset look.json --set intensity=60\n"
-    "  vitrell render in.png out.png --set mode=screen --save-preset look.json\n"
+    "  vitrell render in.png out.png --set \"lens.type=rectangle --\" --save-preset look.json\n"
+    "  other-program | vitrell render - - --preset look.json > out.png\n"
     "\n"
-    "Settings: the defaults, then the preset, then --set. `vitrell params` lists all names.\n"
+    "Settings: the defaults, then the presets, then --set. `vitrell params` lists all names.\n"
     "--depth auto takes 8 bits for 8-bit files and 16 for all others, and keeps the file's type;\n"
     "8 and 16 tell the bits of OUTPUT too. What the effect leaves as it was keeps its file value.";
 
@@ -24,25 +25,94 @@ constexpr const char* kParamsExamples =
     "  vitrell params\n"
     "  vitrell params --set lens.type=custom\n"
     "  vitrell params --preset look.json --json\n"
+    "  vitrell params --preset look.json --set intensity=60 --save-preset softer.json\n"
     "  vitrell params --markdown > parameters.md";
 
 constexpr const char* kAboutExamples =
     "Examples:\n"
     "  vitrell about";
 
+// The groups of `vitrell render --help`.
+constexpr const char* kLook = "Look";
+constexpr const char* kFiles = "Files";
+constexpr const char* kWork = "Work";
+constexpr const char* kWords = "Words";
+
 void AddEffectOption(CLI::App& command, EffectArguments& arguments) {
   command
       .add_option("--effect", arguments.effect,
                   "the effect module; by default the one beside the program")
-      ->type_name("MODULE");
+      ->type_name("MODULE")
+      ->group(kWork);
 }
 
 void AddSettingOptions(CLI::App& command, EffectArguments& arguments) {
   command.add_option("--set", arguments.assignments, "a control's value; may be repeated")
       ->type_name("NAME=VALUE")
-      ->allow_extra_args(false);
-  command.add_option("--preset", arguments.preset, "settings from a file")->type_name("FILE.json");
-  AddEffectOption(command, arguments);
+      ->allow_extra_args(false)
+      ->group(kLook);
+  command
+      .add_option("--preset", arguments.presets,
+                  "settings from a file; may be repeated, later ones are stronger")
+      ->type_name("FILE.json")
+      ->allow_extra_args(false)
+      ->group(kLook);
+}
+
+void AddSavePreset(CLI::App& command, std::string& file) {
+  command.add_option("--save-preset", file, "write all settings to a file")
+      ->type_name("FILE.json")
+      ->group(kLook);
+}
+
+void AddLookOptions(CLI::App& command, RenderArguments& arguments) {
+  AddSettingOptions(command, arguments.effect);
+  AddSavePreset(command, arguments.savePreset);
+  command.add_option("--custom-layer", arguments.customLayer, "the picture for lens.type=custom")
+      ->type_name("IMAGE")
+      ->group(kLook);
+}
+
+void AddFileOptions(CLI::App& command, RenderArguments& arguments) {
+  command.add_option("--depth", arguments.depth, "bits the effect works with (default: auto)")
+      ->check(CLI::IsMember({"auto", "8", "16"}).description(""))
+      ->type_name("auto|8|16")
+      ->group(kFiles);
+  command
+      .add_flag("--no-auto-orient", arguments.noAutoOrient,
+                "leave photographs as the camera stored them")
+      ->group(kFiles);
+  command
+      .add_option("--channels", arguments.channels,
+                  "what to render of an EXR: a layer, or R,G,B[,A] by name")
+      ->type_name("NAMES")
+      ->group(kFiles);
+  command.add_option("--part", arguments.part, "which part of INPUT, by name or from 0")
+      ->type_name("NAME|N")
+      ->group(kFiles);
+  command.add_flag("--force", arguments.force, "replace existing files")->group(kFiles);
+  command.add_flag("--dry-run", arguments.dryRun, "check everything, render and write nothing")
+      ->group(kFiles);
+}
+
+void AddWorkOptions(CLI::App& command, RenderArguments& arguments) {
+  command.add_option("--threads", arguments.threads, "how many (default: all cores)")
+      ->check(CLI::Range(0, 1024).description(""))
+      ->type_name("N")
+      ->group(kWork);
+  command.add_option("--max-pixels", arguments.maxPixels, "largest picture (default: 1000000000)")
+      ->check(CLI::PositiveNumber.description(""))
+      ->type_name("N")
+      ->group(kWork);
+  AddEffectOption(command, arguments.effect);
+}
+
+void AddWordOptions(CLI::App& command, RenderArguments& arguments) {
+  CLI::Option* quiet =
+      command.add_flag("--quiet", arguments.quiet, "tell errors only")->group(kWords);
+  command.add_flag("--verbose", arguments.verbose, "tell stages and times")
+      ->excludes(quiet)
+      ->group(kWords);
 }
 
 }  // namespace
@@ -50,37 +120,18 @@ void AddSettingOptions(CLI::App& command, EffectArguments& arguments) {
 CLI::App* AddRender(CLI::App& app, RenderArguments& arguments) {
   CLI::App* command = app.add_subcommand("render", "renders one picture");
   command->footer(kRenderExamples);
-  command->add_option("INPUT", arguments.input, "PNG, TIFF, JPEG, EXR, DPX, ...")
+  command->add_option("INPUT", arguments.input, "PNG, TIFF, JPEG, EXR, DPX, ...; - reads stdin")
       ->required()
       ->type_name("");
-  command->add_option("OUTPUT", arguments.output, "its extension tells the format")
-      ->required()
-      ->type_name("");
-  AddSettingOptions(*command, arguments.effect);
-  command->add_option("--save-preset", arguments.savePreset, "write all settings to a file")
-      ->type_name("FILE.json");
-  command->add_option("--custom-layer", arguments.customLayer, "the picture for lens.type=custom")
-      ->type_name("IMAGE");
-  command->add_option("--depth", arguments.depth, "bits the effect works with (default: auto)")
-      ->check(CLI::IsMember({"auto", "8", "16"}).description(""))
-      ->type_name("auto|8|16");
-  command->add_option("--threads", arguments.threads, "how many (default: all cores)")
-      ->check(CLI::Range(0, 1024).description(""))
-      ->type_name("N");
-  command->add_option("--max-pixels", arguments.maxPixels, "largest picture (default: 1000000000)")
-      ->check(CLI::PositiveNumber.description(""))
-      ->type_name("N");
   command
-      ->add_option("--channels", arguments.channels,
-                   "what to render of an EXR: a layer, or R,G,B[,A] by name")
-      ->type_name("NAMES");
-  command->add_option("--part", arguments.part, "which part of INPUT, by name or from 0")
-      ->type_name("NAME|N");
-  command->add_flag("--no-auto-orient", arguments.noAutoOrient,
-                    "leave photographs as the camera stored them");
-  command->add_flag("--force", arguments.force, "replace an existing OUTPUT or preset");
-  CLI::Option* quiet = command->add_flag("--quiet", arguments.quiet, "tell errors only");
-  command->add_flag("--verbose", arguments.verbose, "tell stages and times")->excludes(quiet);
+      ->add_option("OUTPUT", arguments.output,
+                   "its extension tells the format; - writes PNG to stdout")
+      ->required()
+      ->type_name("");
+  AddLookOptions(*command, arguments);
+  AddFileOptions(*command, arguments);
+  AddWorkOptions(*command, arguments);
+  AddWordOptions(*command, arguments);
   return command;
 }
 
@@ -88,8 +139,13 @@ CLI::App* AddParams(CLI::App& app, ParamsArguments& arguments) {
   CLI::App* command = app.add_subcommand("params", "lists the controls as the panel shows them");
   command->footer(kParamsExamples);
   AddSettingOptions(*command, arguments.effect);
-  CLI::Option* json = command->add_flag("--json", arguments.json, "as JSON");
-  command->add_flag("--markdown", arguments.markdown, "as Markdown tables")->excludes(json);
+  AddSavePreset(*command, arguments.savePreset);
+  AddEffectOption(*command, arguments.effect);
+  command->add_flag("--force", arguments.force, "replace an existing preset")->group(kLook);
+  CLI::Option* json = command->add_flag("--json", arguments.json, "as JSON")->group(kWords);
+  command->add_flag("--markdown", arguments.markdown, "as Markdown tables")
+      ->excludes(json)
+      ->group(kWords);
   return command;
 }
 
@@ -102,6 +158,12 @@ CLI::App* AddAbout(CLI::App& app, EffectArguments& arguments) {
 
 CLI::App* AddFormats(CLI::App& app) {
   return app.add_subcommand("formats", "lists the picture formats");
+}
+
+CLI::App* AddHelp(CLI::App& app, std::string& about) {
+  CLI::App* command = app.add_subcommand("help", "tells about a command");
+  command->add_option("COMMAND", about, "render, params, formats or about")->type_name("");
+  return command;
 }
 
 }  // namespace vitrell::cli

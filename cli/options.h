@@ -2,6 +2,8 @@
 #ifndef VITRELL_CLI_OPTIONS_H_
 #define VITRELL_CLI_OPTIONS_H_
 
+#include <string>
+
 #include "cli/arguments.h"
 
 namespace CLI {
@@ -15,6 +17,8 @@ CLI::App* AddRender(CLI::App& app, RenderArguments& arguments);
 CLI::App* AddParams(CLI::App& app, ParamsArguments& arguments);
 CLI::App* AddAbout(CLI::App& app, EffectArguments& arguments);
 CLI::App* AddFormats(CLI::App& app);
+// `about` becomes the name of the command that is asked about; empty for all.
+CLI::App* AddHelp(CLI::App& app, std::string& about);
 
 }  // namespace vitrell::cli
 

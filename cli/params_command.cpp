@@ -8,6 +8,8 @@
 #include "cli/failure.h"
 #include "cli/listing.h"
 #include "cli/printable.h"
+#include "cli/render_checks.h"
+#include "look/preset.h"
 
 namespace vitrell::cli {
 namespace {
@@ -19,9 +21,17 @@ constexpr int kNominalHeight = 1080;
 }  // namespace
 
 void RunParams(const ParamsArguments& arguments) {
+  CheckStandardInput("", arguments.effect.presets);
   const std::unique_ptr<headless::EffectHost> host = OpenEffect(arguments.effect.effect);
   look::Panel panel = look::MakePanel(host->Parameters());
   const look::Settings settings = MakeSettings(panel, arguments.effect);
+  if (!arguments.savePreset.empty()) {
+    CheckPresetTarget(arguments.savePreset, arguments.force);
+    look::SavePreset(arguments.savePreset, settings);
+    std::printf("%s: %zu controls\n", Printable(arguments.savePreset).c_str(),
+                panel.controls.size());
+    return;
+  }
   settings.Apply(*host, kNominalWidth, kNominalHeight);
   const PF_Err error = host->UpdatePanel();
   if (error != PF_Err_NONE) {

@@ -1,18 +1,33 @@
 // Comparing the files of a render.
 #include "cli/render_checks.h"
 
+#include <algorithm>
+#include <filesystem>
+
 #include "cli/failure.h"
 #include "media/output_file.h"
 #include "media/picture_writer.h"
+#include "media/standard_streams.h"
 
 namespace vitrell::cli {
 namespace {
 
-void RefuseSame(const std::string& role, const std::string& file, const std::string& otherRole,
-                const std::string& other) {
+namespace fs = std::filesystem;
+
+// The file that a standard stream was redirected to; empty if it is none.
+std::string FileBehind(const std::string& name, const char* stream) {
+  if (!media::IsStandardStream(name)) return name;
+  std::error_code ignored;
+  return fs::is_regular_file(stream, ignored) ? stream : std::string();
+}
+
+void RefuseSame(const std::string& role, const std::string& target, const std::string& otherRole,
+                const std::string& source) {
+  const std::string file = FileBehind(target, "/dev/stdout");
+  const std::string other = FileBehind(source, "/dev/stdin");
   if (file.empty() || other.empty() || !media::IsSameFile(file, other)) return;
-  throw Failure(kWrongUsage, file + ": " + role + " is the same file as " + otherRole +
-                                 ", which would be lost. Choose another name.");
+  throw Failure(kWrongUsage, media::ShownTarget(target) + ": " + role + " is the same file as " +
+                                 otherRole + ", which would be lost. Choose another name.");
 }
 
 void RefuseSameFiles(const RenderArguments& arguments, const std::string& layerPath) {
@@ -20,7 +35,9 @@ void RefuseSameFiles(const RenderArguments& arguments, const std::string& layerP
   const std::string& saved = arguments.savePreset;
   RefuseSame("OUTPUT", output, "INPUT", arguments.input);
   RefuseSame("OUTPUT", output, "the custom layer", layerPath);
-  RefuseSame("OUTPUT", output, "--preset", arguments.effect.preset);
+  for (const std::string& preset : arguments.effect.presets) {
+    RefuseSame("OUTPUT", output, "--preset", preset);
+  }
   RefuseSame("--save-preset", saved, "OUTPUT", output);
   RefuseSame("--save-preset", saved, "INPUT", arguments.input);
   RefuseSame("--save-preset", saved, "the custom layer", layerPath);
@@ -28,11 +45,25 @@ void RefuseSameFiles(const RenderArguments& arguments, const std::string& layerP
 
 }  // namespace
 
+void CheckPresetTarget(const std::string& target, bool force) {
+  if (target.empty()) return;
+  if (media::IsStandardStream(target)) {
+    throw Failure(kWrongUsage, "--save-preset: give the name of a file.");
+  }
+  media::CheckTarget(target, force);
+}
+
+void CheckStandardInput(const std::string& input, const std::vector<std::string>& presets) {
+  const auto fromPresets = std::count_if(presets.begin(), presets.end(), media::IsStandardStream);
+  if (fromPresets + (media::IsStandardStream(input) ? 1 : 0) <= 1) return;
+  throw Failure(kWrongUsage, "standard input (-) can be read only once. Give the others as files.");
+}
+
 void CheckFiles(const RenderArguments& arguments, const std::string& layerPath) {
   RefuseSameFiles(arguments, layerPath);
   media::CheckTarget(arguments.output, arguments.force);
   media::CheckWritable(arguments.output);
-  if (!arguments.savePreset.empty()) media::CheckTarget(arguments.savePreset, arguments.force);
+  CheckPresetTarget(arguments.savePreset, arguments.force);
 }
 
 }  // namespace vitrell::cli

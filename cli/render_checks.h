@@ -3,10 +3,17 @@
 #define VITRELL_CLI_RENDER_CHECKS_H_
 
 #include <string>
+#include <vector>
 
 #include "cli/arguments.h"
 
 namespace vitrell::cli {
+
+// Refuses to read standard input twice, before any of it is read. Throws Failure.
+void CheckStandardInput(const std::string& input, const std::vector<std::string>& presets);
+
+// The file of --save-preset, empty for none. Throws Failure.
+void CheckPresetTarget(const std::string& target, bool force);
 
 // Refuses files that are written and would replace one another or what is read (a preset may be
 // updated in place), and targets that cannot be written. Throws Failure.

@@ -1,7 +1,9 @@
 // `vitrell render`.
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,6 +13,7 @@
 #include "cli/custom_layer.h"
 #include "cli/effect_finder.h"
 #include "cli/effect_run.h"
+#include "cli/failure.h"
 #include "cli/interrupt.h"
 #include "cli/notes.h"
 #include "cli/printable.h"
@@ -22,6 +25,7 @@
 #include "media/picture.h"
 #include "media/picture_writer.h"
 #include "media/quiet_libraries.h"
+#include "media/standard_streams.h"
 
 namespace vitrell::cli {
 namespace {
@@ -38,23 +42,51 @@ class RenderJob {
   void Run() {
     PrepareLayer(arguments_.customLayer, settings_, notes_);
     CheckFiles(arguments_, LayerPath(settings_));
-    const media::Picture input = media::ReadPicture(arguments_.input, FileStage(1), Limits(), Choice());
+    const media::InputFile file(arguments_.input);
+    notes_.NameInput(file);
+    try {
+      RunOn(file.Path());
+    } catch (const Failure& failure) {
+      throw Failure(failure.Kind(), file.Shown(failure.what()));
+    }
+  }
+
+ private:
+  void RunOn(const std::filesystem::path& file) {
+    const media::Picture input = media::ReadPicture(file, FileStage(1), Limits(), Choice());
     notes_.TellAll(input.notices);
     const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
     const media::Given given = media::GiveToEffect(input, deep);
     const std::optional<media::Given> layer = ReadLayer(deep);
+    if (arguments_.dryRun) {
+      // What the format cannot hold shows with the picture as it is, too.
+      Write(input, given, given.world);
+      Summarise(input, deep, "dry run, nothing was written");
+      return;
+    }
     headless::WorldBuffer result(input.Width(), input.Height(), deep);
     const double seconds =
         effect_.Render(settings_, given.world, layer ? &layer->world : nullptr, result);
     Write(input, given, result);
-    bar_.Wipe();
     if (!arguments_.savePreset.empty()) look::SavePreset(arguments_.savePreset, settings_);
-    if (arguments_.quiet) return;
-    std::printf("%s: %d x %d, %d bits, effect %.3f s\n", Printable(arguments_.output).c_str(),
-                input.Width(), input.Height(), deep ? 16 : 8, seconds);
+    Summarise(input, deep, "effect " + Seconds(seconds));
   }
 
- private:
+  static std::string Seconds(double seconds) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.3f s", seconds);
+    return text.data();
+  }
+
+  void Summarise(const media::Picture& input, bool deep, const std::string& rest) {
+    bar_.Wipe();
+    if (arguments_.quiet) return;
+    std::FILE* const stream = media::IsStandardStream(arguments_.output) ? stderr : stdout;
+    std::fprintf(stream, "%s: %d x %d, %d bits, %s\n",
+                 Printable(media::ShownTarget(arguments_.output)).c_str(), input.Width(),
+                 input.Height(), deep ? 16 : 8, rest.c_str());
+  }
+
   media::FileProgress FileStage(int stage) {
     return [this, stage](float done) {
       bar_.Show(stage, static_cast<double>(done));
@@ -98,6 +130,7 @@ class RenderJob {
     media::WriteOrder order;
     order.target = arguments_.output;
     order.force = arguments_.force;
+    order.onlyTry = arguments_.dryRun;
     order.depth = arguments_.depth == "8"    ? media::Depth::k8
                   : arguments_.depth == "16" ? media::Depth::k16
                                              : media::Depth::kAuto;
@@ -118,6 +151,7 @@ class RenderJob {
 }  // namespace
 
 void RunRender(const RenderArguments& arguments) {
+  CheckStandardInput(arguments.input, arguments.effect.presets);
   const int wanted = arguments.threads > 0 ? arguments.threads
                                            : static_cast<int>(std::thread::hardware_concurrency());
   RenderArguments possible = arguments;

@@ -1,6 +1,8 @@
 // Reading and writing presets.
 #include "look/preset.h"
 
+#include <unistd.h>
+
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -10,6 +12,7 @@
 #include "look/failure.h"
 #include "look/value_text.h"
 #include "media/output_file.h"
+#include "media/standard_streams.h"
 
 namespace vitrell::look {
 namespace {
@@ -20,15 +23,20 @@ using Json = nlohmann::ordered_json;
 constexpr std::size_t kMaxPresetBytes = std::size_t{1} << 20;
 
 [[noreturn]] void Fail(const std::filesystem::path& file, const std::string& cause) {
-  throw Failure(kFailed, "preset " + file.string() + ": " + cause);
+  throw Failure(kFailed, "preset " + media::ShownSource(file) + ": " + cause);
+}
+
+std::FILE* Open(const std::filesystem::path& file) {
+  if (!media::IsStandardStream(file)) return std::fopen(file.c_str(), "rb");
+  const int input = ::dup(STDIN_FILENO);
+  return input < 0 ? nullptr : ::fdopen(input, "rb");
 }
 
 // Also reads pipes, so that a preset can come from another program.
 std::string ReadText(const std::filesystem::path& file) {
   std::error_code ignored;
   if (std::filesystem::is_directory(file, ignored)) Fail(file, "is a folder. Give a JSON file.");
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(file.c_str(), "rb"),
-                                                               &std::fclose);
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(Open(file), &std::fclose);
   if (stream == nullptr) {
     Fail(file, media::LastSystemError() + ". Check the name and your right to read it.");
   }
@@ -80,6 +88,9 @@ Value ValueFromJson(const Control& control, const Json& json) {
     const double number = json.get<double>();
     if (isNumber) return CheckedNumber(control, number);
     if (control.kind == ControlKind::kChoice) return ParseValue(control, FormatNumber(number));
+  }
+  if (json.is_number_integer() && control.kind == ControlKind::kSwitch) {
+    return ParseValue(control, json.dump());
   }
   if (json.is_boolean() && control.kind == ControlKind::kSwitch) return json.get<bool>();
   if (json.is_string()) return ParseValue(control, json.get<std::string>());

@@ -11,7 +11,8 @@ namespace vitrell::look {
 // Changes the settings that the preset names. The file is one JSON object; its keys are the names
 // that --set takes. Values are numbers, true or false, or the texts that --set takes; positions
 // may also be [x, y] in pixels and colours [red, green, blue]. A layer's file is relative to the
-// preset's folder. Throws Failure naming file and key, and then leaves the settings unspecified.
+// preset's folder. "-" is standard input. Throws Failure naming file and key, and then leaves the
+// settings unspecified.
 void LoadPreset(const std::filesystem::path& file, Settings& settings);
 
 // Every control with its value, in the panel's order, as LoadPreset reads it back. Written beside

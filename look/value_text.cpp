@@ -8,6 +8,7 @@
 #include <cmath>
 #include <optional>
 
+#include "look/colour_names.h"
 #include "look/failure.h"
 
 namespace vitrell::look {
@@ -66,6 +67,15 @@ bool ParseSwitch(const Control& control, std::string_view text) {
                    control.name + "=off.");
 }
 
+// For a choice that a shell cut at its blank.
+std::string QuotingHint(const Control& control, const std::string& wanted) {
+  for (const std::string& choice : control.choices) {
+    if (wanted.empty() || !Lowered(choice).starts_with(wanted + " ")) continue;
+    return " Quote a value that has a blank: \"" + control.name + "=" + choice + "\".";
+  }
+  return {};
+}
+
 ChoiceValue ParseChoice(const Control& control, std::string_view text) {
   const std::string wanted = Lowered(CollapseBlanks(text));
   for (std::size_t i = 0; i < control.choices.size(); ++i) {
@@ -77,7 +87,8 @@ ChoiceValue ParseChoice(const Control& control, std::string_view text) {
     return {static_cast<int>(*number)};
   }
   throw ValueError(Quoted(text) + " is none of the choices. Give one of " + DescribeRange(control) +
-                   ", or its number from 1 to " + std::to_string(control.choices.size()) + ".");
+                   ", or its number from 1 to " + std::to_string(control.choices.size()) + "." +
+                   QuotingHint(control, wanted));
 }
 
 Coordinate ParseCoordinate(std::string_view text) {
@@ -106,13 +117,27 @@ PointValue ParsePoint(std::string_view text) {
   return {ParseCoordinate(text.substr(0, comma)), ParseCoordinate(text.substr(comma + 1))};
 }
 
+ColourValue ColourOf(uint32_t rgb) {
+  return {static_cast<uint8_t>(rgb >> 16U), static_cast<uint8_t>(rgb >> 8U & 0xffU),
+          static_cast<uint8_t>(rgb & 0xffU)};
+}
+
+// "#ff8800", or "#f80", each of whose digits stands for two.
 std::optional<ColourValue> ReadHexColour(std::string_view text) {
-  unsigned rgb = 0;
-  if (text.size() != 7 || text[0] != '#') return std::nullopt;
-  const auto [end, error] = std::from_chars(text.data() + 1, text.data() + 7, rgb, 16);
-  if (error != std::errc() || end != text.data() + 7) return std::nullopt;
-  return ColourValue{static_cast<uint8_t>(rgb >> 16), static_cast<uint8_t>(rgb >> 8 & 0xff),
-                     static_cast<uint8_t>(rgb & 0xff)};
+  if ((text.size() != 7 && text.size() != 4) || text[0] != '#') return std::nullopt;
+  std::string digits;
+  for (const char digit : text.substr(1)) digits.append(text.size() == 4 ? 2 : 1, digit);
+  uint32_t rgb = 0;
+  const char* const last = digits.data() + digits.size();
+  const auto [end, error] = std::from_chars(digits.data(), last, rgb, 16);
+  if (error != std::errc() || end != last) return std::nullopt;
+  return ColourOf(rgb);
+}
+
+std::optional<ColourValue> ReadColourName(std::string_view text) {
+  const std::optional<uint32_t> rgb = FindNamedColour(Lowered(text));
+  if (!rgb) return std::nullopt;
+  return ColourOf(*rgb);
 }
 
 std::optional<ColourValue> ReadDecimalColour(std::string_view text) {
@@ -134,10 +159,12 @@ ColourValue ParseColour(std::string_view text) {
   const std::string_view trimmed = Trim(text);
   std::optional<ColourValue> colour = ReadHexColour(trimmed);
   if (!colour) colour = ReadDecimalColour(trimmed);
+  if (!colour) colour = ReadColourName(trimmed);
   if (colour) return *colour;
-  throw ValueError(Quoted(text) +
-                   " is not a colour. Give it as #ff8800, or as red, green and blue from 0 to 255 "
-                   "such as 255,136,0.");
+  throw ValueError(
+      Quoted(text) +
+      " is not a colour. Give it as #ff8800 or #f80, by its CSS name such as orange, or "
+      "as red, green and blue from 0 to 255 such as 255,136,0.");
 }
 
 std::string FormatCoordinate(const Coordinate& coordinate) {
@@ -240,7 +267,7 @@ std::string DescribeRange(const Control& control) {
     case ControlKind::kPoint:
       return "x,y in pixels or percent";
     case ControlKind::kColour:
-      return "#rrggbb or red,green,blue";
+      return "#rrggbb, a name or red,green,blue";
     case ControlKind::kLayer:
       return "a picture file or none";
   }

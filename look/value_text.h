@@ -11,9 +11,9 @@ namespace vitrell::look {
 
 // Reads a value for the control. Numbers are in the control's own unit ("12.5", or "12.5%" where
 // the unit is percent); switches are on or off; choices are given by text or number; points are
-// "960,540" pixels or "50%,50%"; angles are degrees; colours "#ff8800" or "255,136,0"; layers a
-// file name or "none". Independent of the locale. Throws ValueError with the cause and the
-// remedy, also for a number out of range, NaN and infinities.
+// "960,540" pixels or "50%,50%"; angles are degrees; colours "#ff8800", "#f80", "255,136,0" or a
+// name of CSS; layers a file name or "none". Independent of the locale. Throws ValueError with the
+// cause and the remedy, also for a number out of range, NaN and infinities.
 Value ParseValue(const Control& control, std::string_view text);
 
 // The checks of ParseValue for a number that needs no parsing.

@@ -38,7 +38,8 @@ MemoryFile::MemoryFile() : file_(::memfd_create("vitrell", MFD_CLOEXEC)) {
 
 MemoryFile::~MemoryFile() { ::close(file_); }
 
-std::string MemoryFile::CopyTo(FileSink& sink) const {
+std::string MemoryFile::CopyBlocks(
+    const std::function<bool(const void* block, std::size_t size, off_t offset)>& take) const {
   struct stat status {};
   if (::fstat(file_, &status) != 0) return LastSystemError();
   if (ReachedLimit(status.st_size)) return std::generic_category().message(EFBIG);
@@ -46,11 +47,27 @@ std::string MemoryFile::CopyTo(FileSink& sink) const {
     const auto size = static_cast<std::size_t>(std::min(kBlock, status.st_size - offset));
     void* block = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, file_, offset);
     if (block == MAP_FAILED) return LastSystemError();
-    const std::size_t done = sink.pwrite(block, size, offset);
+    const bool taken = take(block, size, offset);
     ::munmap(block, size);
-    if (done != size) break;
+    if (!taken) break;
   }
   return {};
+}
+
+std::string MemoryFile::CopyTo(FileSink& sink) const {
+  return CopyBlocks([&](const void* block, std::size_t size, off_t offset) {
+    return sink.pwrite(block, size, offset) == size;
+  });
+}
+
+std::string MemoryFile::CopyTo(int file) const {
+  std::string cause;
+  const std::string cut = CopyBlocks([&](const void* block, std::size_t size, off_t /*offset*/) {
+    if (WriteAll(file, {static_cast<const char*>(block), size})) return true;
+    cause = LastSystemError();
+    return false;
+  });
+  return cut.empty() ? cause : cut;
 }
 
 }  // namespace vitrell::media

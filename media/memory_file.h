@@ -2,7 +2,12 @@
 #ifndef VITRELL_MEDIA_MEMORY_FILE_H_
 #define VITRELL_MEDIA_MEMORY_FILE_H_
 
+#include <sys/types.h>
+
+#include <cstddef>
 #include <filesystem>
+#include <functional>
+#include <string>
 
 #include "media/file_sink.h"
 
@@ -24,8 +29,13 @@ class MemoryFile {
   // Returns the cause when the contents may be incomplete, because files of the process may not
   // grow as far; empty if all went well. The sink tells its own failures.
   std::string CopyTo(FileSink& sink) const;
+  // The same for an open file, such as standard output, whose failures it tells too.
+  std::string CopyTo(int file) const;
 
  private:
+  std::string CopyBlocks(
+      const std::function<bool(const void* block, std::size_t size, off_t offset)>& take) const;
+
   int file_ = -1;
   std::filesystem::path path_;
 };

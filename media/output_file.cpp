@@ -8,6 +8,8 @@
 #include <system_error>
 
 #include "media/failure.h"
+#include "media/memory_file.h"
+#include "media/standard_streams.h"
 #include "media/unfinished_file.h"
 
 namespace vitrell::media {
@@ -20,7 +22,7 @@ constexpr int kMaxLinks = 40;          // as the system follows
 constexpr mode_t kNewFileMode = 0666;  // less the user's umask
 
 [[noreturn]] void Fail(const fs::path& file, const std::string& cause) {
-  throw Failure(kFailed, file.string() + ": " + cause);
+  throw Failure(kFailed, ShownTarget(file) + ": " + cause);
 }
 
 fs::path FolderOf(const fs::path& file) {
@@ -50,22 +52,26 @@ void FlushFolder(const fs::path& folder) {
   ::close(file);
 }
 
-bool WriteAll(int file, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(file, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
-
 }  // namespace
 
 std::string LastSystemError() { return std::generic_category().message(errno); }
 
+bool WriteAll(int file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(file, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
 void CheckTarget(const fs::path& target, bool force) {
   if (target.empty()) throw Failure(kWrongUsage, "the output's name is empty. Give a file name.");
+  if (IsStandardStream(target)) {
+    if (::isatty(STDOUT_FILENO) != 1) return;
+    Fail(target, "is a terminal. Redirect it to a file or a program.");
+  }
   std::error_code error;
   const fs::file_status status = fs::status(target, error);
   if (status.type() == fs::file_type::directory) {
@@ -97,7 +103,13 @@ bool IsSameFile(const fs::path& a, const fs::path& b) {
   return place(a) == place(b);
 }
 
-OutputFile::OutputFile(const fs::path& target) : shown_(target), target_(ResolveLinks(target)) {
+OutputFile::OutputFile(const fs::path& target, Purpose purpose)
+    : shown_(target), target_(ResolveLinks(target)) {
+  if (purpose == Purpose::kTry || IsStandardStream(target)) {
+    memory_ = std::make_unique<MemoryFile>();
+    temporary_ = memory_->Path();
+    return;
+  }
   for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
     const std::string name = ".vitrell-" + std::to_string(::getpid()) + "-" +
                              std::to_string(attempt) + target_.extension().string();
@@ -116,11 +128,21 @@ OutputFile::OutputFile(const fs::path& target) : shown_(target), target_(Resolve
 }
 
 OutputFile::~OutputFile() {
+  if (memory_ != nullptr) return;
   if (!committed_) ::unlink(temporary_.c_str());
   SetUnfinishedFile({});
 }
 
+void OutputFile::CommitToStandardOutput() const {
+  const std::string cause = memory_->CopyTo(STDOUT_FILENO);
+  if (!cause.empty()) Fail(shown_, "cannot be written (" + cause + ").");
+}
+
 void OutputFile::Commit(bool force) {
+  if (memory_ != nullptr) {
+    CommitToStandardOutput();
+    return;
+  }
   const int file = ::open(temporary_.c_str(), O_RDONLY | O_CLOEXEC);
   const bool onDisk = file >= 0 && ::fsync(file) == 0;
   const std::string cause = LastSystemError();

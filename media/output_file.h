@@ -3,16 +3,23 @@
 #define VITRELL_MEDIA_OUTPUT_FILE_H_
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace vitrell::media {
 
+class MemoryFile;
+
 // The text of errno: "No space left on device".
 std::string LastSystemError();
 
+// False when a write failed, with the cause in errno.
+bool WriteAll(int file, std::string_view bytes);
+
 // Refuses a target that cannot become the output: a folder, a device, a file that exists (unless
-// force), a folder that is missing or may not be written to. Throws Failure.
+// force), a folder that is missing or may not be written to; and "-", which is standard output,
+// where that is a terminal. Throws Failure.
 void CheckTarget(const std::filesystem::path& target, bool force);
 
 // Whether both names lead to the same file, also through links, and also where there is no file
@@ -22,24 +29,30 @@ bool IsSameFile(const std::filesystem::path& a, const std::filesystem::path& b);
 // A hidden file in the target's folder with the target's extension. It takes the target's name
 // with Commit() and is removed otherwise, also when the process is interrupted. A target that is a
 // symbolic link stays one. At most one object exists at a time.
+// For standard output, and for one that is only tried, it is a file in memory.
 class OutputFile {
  public:
+  enum class Purpose { kWrite, kTry };
+
   // Creates the empty temporary file. Throws Failure.
-  explicit OutputFile(const std::filesystem::path& target);
+  explicit OutputFile(const std::filesystem::path& target, Purpose purpose = Purpose::kWrite);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
   const std::filesystem::path& TemporaryPath() const { return temporary_; }
-  // Puts the contents on the disk and renames. Throws Failure. With force false the target is
-  // looked for once more, since rendering took its time.
+  // Puts the contents on the disk and renames, or hands them to standard output. Throws Failure.
+  // With force false the target is looked for once more, since rendering took its time.
   void Commit(bool force);
 
  private:
+  void CommitToStandardOutput() const;
+
   std::filesystem::path shown_;   // as the user named it
   std::filesystem::path target_;  // links resolved
   std::filesystem::path temporary_;
   bool committed_ = false;
+  std::unique_ptr<MemoryFile> memory_;
 };
 
 // Writes a whole text through an OutputFile, over an existing file too. Throws Failure.

@@ -15,6 +15,7 @@
 #include "media/output_file.h"
 #include "media/output_spec.h"
 #include "media/quiet_libraries.h"
+#include "media/standard_streams.h"
 #include "media/webp_output.h"
 
 namespace vitrell::media {
@@ -23,11 +24,11 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void Fail(const fs::path& file, const std::string& cause) {
-  throw Failure(kFailed, file.string() + ": " + cause);
+  throw Failure(kFailed, ShownTarget(file) + ": " + cause);
 }
 
 const Format& FormatFor(const fs::path& target) {
-  const Format* format = FormatToWrite(target);
+  const Format* format = FormatToWrite(IsStandardStream(target) ? "standard-output.png" : target);
   if (format == nullptr) {
     Fail(target,
          "no format that is written has this extension. Use .png, .jpg, .tif, .exr or "
@@ -260,7 +261,8 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
       NeedsWholeFrame(input, format) ? Window{0, 0, input.Width(), input.Height()} : input.Seen();
   OutputForm form = ChooseForm(input, Inspect(result, kept), format, notices);
   const OIIO::ImageSpec spec = MakeOutputSpec(input, form, format, order.depth, notices);
-  OutputFile file(order.target);
+  OutputFile file(order.target,
+                  order.onlyTry ? OutputFile::Purpose::kTry : OutputFile::Purpose::kWrite);
   const QuietLibraries quiet;
   StoppableProgress stoppable(progress);
   OIIO::TypeDesc actual = OIIO::TypeDesc::FLOAT;
@@ -284,9 +286,10 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   if (!form.wholeFrame) TellCutOff(input, result, notices);
   stoppable.Tell(1.0F);
   stoppable.ThrowIfStopped();
-  file.Commit(order.force);
-  const std::string prefix = order.target.string() + ": ";
+  const std::string prefix = ShownTarget(order.target) + ": ";
   for (std::string& notice : notices) notice.insert(0, prefix);
+  if (order.agree) order.agree(written, notices);
+  if (!order.onlyTry) file.Commit(order.force);
   return notices;
 }
 

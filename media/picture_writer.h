@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,12 +17,17 @@ namespace vitrell::media {
 enum class Depth { kAuto, k8, k16 };
 
 struct WriteOrder {
-  std::filesystem::path target;
+  std::filesystem::path target;  // "-": standard output, as PNG
   // kAuto keeps the type of the input's file; otherwise the file holds this many bits, if its
   // format can.
   Depth depth = Depth::kAuto;
   bool force = false;              // replace an existing file
+  bool onlyTry = false;            // write into memory and forget it
   std::int64_t clippedPixels = 0;  // of the input, as it was given to the effect
+  // Called with the header of the file and the sentences that will be returned, before the file
+  // takes its name. It may throw; then there is no file.
+  std::function<void(const OIIO::ImageSpec& written, const std::vector<std::string>& notices)>
+      agree;
 };
 
 // Refuses an extension that no picture format has, before any work is done. Throws Failure.

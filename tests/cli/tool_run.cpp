@@ -45,9 +45,23 @@ Ends MakeTerminal() {
   return {};
 }
 
+// The reading end; -1: the tool shares the test's.
+int MakeInput(const fs::path& folder, const ToolOptions& options) {
+  if (!options.inputFile.empty()) {
+    return ::open((folder / options.inputFile).c_str(), O_RDONLY | O_CLOEXEC);
+  }
+  if (!options.input) return -1;
+  const Ends ends = MakePipe();
+  EXPECT_EQ(::write(ends.write, options.input->data(), options.input->size()),
+            static_cast<ssize_t>(options.input->size()));
+  ::close(ends.write);
+  return ends.read;
+}
+
 // Only what is allowed between fork and exec.
-[[noreturn]] void BecomeTool(char* const* arguments, const char* folder, int out, int err,
+[[noreturn]] void BecomeTool(char* const* arguments, const char* folder, int in, int out, int err,
                              const ToolOptions& options) {
+  if (in >= 0) ::dup2(in, STDIN_FILENO);
   ::dup2(out, STDOUT_FILENO);
   ::dup2(err, STDERR_FILENO);
   if (options.maxFileBytes) {
@@ -91,14 +105,20 @@ RunningTool::RunningTool(const std::vector<std::string>& arguments, const fs::pa
   std::vector<char*> pointers;
   for (std::string& text : texts) pointers.push_back(text.data());
   pointers.push_back(nullptr);
-  const Ends out = MakePipe();
+  const Ends out = options.terminalOutput ? MakeTerminal() : MakePipe();
   const Ends err = options.terminal ? MakeTerminal() : MakePipe();
-  if (err.read < 0) throw std::runtime_error("a test asks for a terminal without WhyNoTerminal()");
+  if (err.read < 0 || out.read < 0)
+    throw std::runtime_error("a test asks for a terminal without WhyNoTerminal()");
+  const int in = MakeInput(folder, options);
   process_ = ::fork();
-  if (process_ == 0) BecomeTool(pointers.data(), folder.c_str(), out.write, err.write, options);
+  if (process_ == 0) {
+    BecomeTool(pointers.data(), folder.c_str(), in, out.write, err.write, options);
+  }
+  if (in >= 0) ::close(in);
   ::close(out.write);
   ::close(err.write);
   out_ = out.read;
+  if (options.closedOutput) ::dup3(::open("/dev/null", O_RDONLY | O_CLOEXEC), out_, O_CLOEXEC);
   err_ = err.read;
 }
 

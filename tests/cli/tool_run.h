@@ -21,6 +21,10 @@ struct ToolResult {
 
 struct ToolOptions {
   bool terminal = false;             // standard error is a terminal; see WhyNoTerminal
+  bool terminalOutput = false;       // standard output, too
+  bool closedOutput = false;         // nobody reads standard output
+  std::optional<std::string> input;  // through a pipe, which holds 64 kB
+  std::string inputFile;             // redirected
   std::optional<long> maxFileBytes;  // writing more fails
   // Starting more processes and threads fails. Takes the rights of root away, who has no limit.
   std::optional<long> maxProcesses;

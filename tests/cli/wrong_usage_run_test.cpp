@@ -43,13 +43,13 @@ TEST_F(WrongUsageRunTest, OutOfRange) {
 TEST_F(WrongUsageRunTest, WrongChoicePointAndColour) {
   ExpectMessage(Render({"--set", "lens.type=oval"}), 2, {"None | Circle"});
   ExpectMessage(Render({"--set", "lens.position=5"}), 2, {"960,540"});
-  ExpectMessage(Render({"--set", "color.color=red"}), 2, {"#ff8800"});
+  ExpectMessage(Render({"--set", "color.color=reddish"}), 2, {"#ff8800", "#f80", "name"});
   ExpectMessage(Render({"--set", "lens.feather"}), 2, {"a name and a value"});
 }
 
 TEST_F(WrongUsageRunTest, WrongOptions) {
   ExpectMessage(Run({}), 2, {"a command is needed", "--help"});
-  ExpectMessage(Run({"rendr"}), 2, {"\"rendr\"", "render, params, formats or about"});
+  ExpectMessage(Run({"rendr"}), 2, {"\"rendr\"", "render, params, formats, about or help"});
   ExpectMessage(Run({"render"}), 2, {"required", "vitrell render --help"});
   ExpectMessage(Run({"render", "in.png"}), 2, {"OUTPUT", "vitrell render --help"});
   ExpectMessage(Render({"third.png"}), 2, {"third.png"});
@@ -60,6 +60,15 @@ TEST_F(WrongUsageRunTest, WrongOptions) {
   ExpectMessage(Render({"--quiet", "--verbose"}), 2, {"--quiet"});
   ExpectMessage(Render({"--set"}), 2, {"--set"});
   ExpectMessage(Run({"params", "--json", "--markdown"}), 2, {"--json"});
+}
+
+TEST_F(WrongUsageRunTest, ValuesThatAShellTookApartAreTold) {
+  const std::string hint = "\"lens.type=Rectangle --\"";
+  ExpectMessage(Render({"--set", "lens.type=rectangle", "--"}), 2, {"Quote a value", hint});
+  ExpectMessage(Run({"render", "--set", "lens.type=rectangle", "--", "in.png", "out.png"}), 2,
+                {"Quote a value", hint});
+  ExpectMessage(Render({"--set", "lens.type=rectangle", "l"}), 2,
+                {"quote it: --set \"lens.type=rectangle l\""});
 }
 
 TEST_F(WrongUsageRunTest, NothingIsWritten) {

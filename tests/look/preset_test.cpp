@@ -50,6 +50,8 @@ TEST_F(PresetTest, EveryKindOfValueIsRead) {
   EXPECT_EQ(Loaded(R"({"fast-blur.amount": "35.5"})", "fast-blur.amount"), Value(35.5));
   EXPECT_EQ(Loaded(R"({"trail.visible": false})", "trail.visible"), Value(false));
   EXPECT_EQ(Loaded(R"({"trail.visible": "off"})", "trail.visible"), Value(false));
+  EXPECT_EQ(Loaded(R"({"trail.visible": 0})", "trail.visible"), Value(false));
+  EXPECT_EQ(Loaded(R"({"lens.invert-alpha": 1})", "lens.invert-alpha"), Value(true));
   EXPECT_EQ(Loaded(R"({"lens.type": "triangle"})", "lens.type"), Value(ChoiceValue{5}));
   EXPECT_EQ(Loaded(R"({"lens.type": 6})", "lens.type"), Value(ChoiceValue{6}));
   EXPECT_EQ(Loaded(R"({"lens.position": [960, 540]})", "lens.position"),
@@ -124,9 +126,10 @@ TEST_F(PresetTest, WrongTypesAreToldWithTheKey) {
   for (const char* text :
        {R"({"lens.feather": true})", R"({"lens.feather": null})", R"({"lens.feather": [1]})",
         R"({"lens.feather": {}})", R"({"lens.feather": "abc"})", R"({"trail.visible": 1.0})",
-        R"({"trail.visible": "maybe"})", R"({"lens.type": 2.5})", R"({"lens.type": false})",
-        R"({"lens.position": 5})", R"({"lens.position": [1]})", R"({"lens.position": [1, "x"]})",
-        R"({"color.color": [1, 2, 300]})", R"({"color.color": 5})", R"({"mode": ["screen"]})"}) {
+        R"({"trail.visible": 2})", R"({"trail.visible": "maybe"})", R"({"lens.type": 2.5})",
+        R"({"lens.type": false})", R"({"lens.position": 5})", R"({"lens.position": [1]})",
+        R"({"lens.position": [1, "x"]})", R"({"color.color": [1, 2, 300]})",
+        R"({"color.color": 5})", R"({"mode": ["screen"]})"}) {
     EXPECT_NE(LoadMessage(text).find("key \""), std::string::npos) << text;
   }
 }

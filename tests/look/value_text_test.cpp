@@ -127,9 +127,31 @@ TEST(ValueTextTest, ColoursAreHexOrThreeNumbers) {
   EXPECT_EQ(ParseValue(control, "#FF8800"), Value(ColourValue{255, 136, 0}));
   EXPECT_EQ(ParseValue(control, "255, 136, 0"), Value(ColourValue{255, 136, 0}));
   for (const char* text : {"ff8800", "#ff880", "#ff88000", "#gg0000", "#-f8800", "256,0,0", "1,2",
-                           "1,2,3,4", "1.5,2,3", "-1,0,0", "red", ""}) {
+                           "1,2,3,4", "1.5,2,3", "-1,0,0", "#f8", "#f8g", "f80", "reddish", ""}) {
     EXPECT_TRUE(Holds(Complaint(control, text), "is not a colour")) << text;
   }
+}
+
+TEST(ValueTextTest, ColoursAreShortHexOrNamesOfCss) {
+  const Control control = Of(ControlKind::kColour, ColourValue{});
+  EXPECT_EQ(ParseValue(control, "#f80"), Value(ColourValue{0xff, 0x88, 0x00}));
+  EXPECT_EQ(ParseValue(control, "#1aF"), Value(ColourValue{0x11, 0xaa, 0xff}));
+  // The first and the last name, those that differ from X11's, and the spellings of grey.
+  EXPECT_EQ(ParseValue(control, "aliceblue"), Value(ColourValue{240, 248, 255}));
+  EXPECT_EQ(ParseValue(control, "YellowGreen"), Value(ColourValue{154, 205, 50}));
+  EXPECT_EQ(ParseValue(control, " green "), Value(ColourValue{0, 128, 0}));
+  EXPECT_EQ(ParseValue(control, "maroon"), Value(ColourValue{128, 0, 0}));
+  EXPECT_EQ(ParseValue(control, "purple"), Value(ColourValue{128, 0, 128}));
+  EXPECT_EQ(ParseValue(control, "gray"), Value(ColourValue{128, 128, 128}));
+  EXPECT_EQ(ParseValue(control, "grey"), Value(ColourValue{128, 128, 128}));
+  EXPECT_EQ(ParseValue(control, "rebeccapurple"), Value(ColourValue{102, 51, 153}));
+}
+
+TEST(ValueTextTest, AChoiceCutAtItsBlankIsToldToBeQuoted) {
+  Control control = LensType();
+  control.name = "lens.type";
+  EXPECT_TRUE(Holds(Complaint(control, "rectangle"), "\"lens.type=Rectangle --\""));
+  EXPECT_FALSE(Holds(Complaint(control, "oval"), "Quote"));
 }
 
 TEST(ValueTextTest, FormattedValuesReadBackTheSame) {
