@@ -31,6 +31,8 @@ struct RenderArguments {
   bool noAutoOrient = false;
   bool force = false;
   bool dryRun = false;
+  bool strict = false;
+  std::string report;  // "-": standard output
   bool quiet = false;
   bool verbose = false;
 };

@@ -39,12 +39,12 @@ void PrepareLayer(const std::string& customLayer, look::Settings& settings, Note
   const std::string path = LayerPath(settings);
   const bool custom = look::FormatValue(*type, settings.ValueOf(*type)) == kCustomChoice;
   if (custom && path.empty()) {
-    notes.Tell(
+    notes.Advise(
         "lens.type is custom, but there is no custom layer, so the lens is empty. Give the "
         "layer with --custom-layer IMAGE.");
   }
   if (!custom && !path.empty()) {
-    notes.Tell(path + ": the custom layer is not used. It shows with --set lens.type=custom.");
+    notes.Advise(path + ": the custom layer is not used. It shows with --set lens.type=custom.");
   }
 }
 

@@ -41,7 +41,7 @@ double EffectRun::Render(const look::Settings& settings, const headless::WorldBu
   if (arguments_.verbose) std::fputs(ReportCalls(rendered).c_str(), stderr);
   if (!rendered.Ok()) ThrowEffectFailure(rendered);
   for (const std::string& complaint : rendered.complaints) {
-    notes_.Tell("the effect misbehaved: " + complaint);
+    notes_.Complain("the effect misbehaved: " + complaint);
   }
   return rendered.seconds;
 }

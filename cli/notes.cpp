@@ -3,19 +3,31 @@
 
 #include <cstdio>
 
+#include "cli/failure.h"
 #include "cli/printable.h"
 
 namespace vitrell::cli {
 
-void Notes::Tell(const std::string& note) {
-  if (quiet_) return;
-  bar_.Wipe();
+void Notes::Add(NoteKind kind, const std::string& note) {
   const std::string shown = input_ == nullptr ? note : input_->Shown(note);
+  notes_.push_back({kind, shown});
+  if (quiet_ || (strict_ && kind != NoteKind::kAdvice)) return;
+  bar_.Wipe();
   std::fprintf(stderr, "vitrell: note: %s\n", Printable(shown).c_str());
 }
 
 void Notes::TellAll(const std::vector<std::string>& notes) {
   for (const std::string& note : notes) Tell(note);
+}
+
+void Notes::FailIfStrict() const {
+  if (!strict_) return;
+  std::string losses;
+  for (const Note& note : notes_) {
+    if (note.kind != NoteKind::kAdvice) losses += " " + note.text;
+  }
+  if (losses.empty()) return;
+  throw Failure(kFailed, "--strict:" + losses + " No picture was written.");
 }
 
 }  // namespace vitrell::cli

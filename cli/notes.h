@@ -10,21 +10,45 @@
 
 namespace vitrell::cli {
 
+enum class NoteKind {
+  kLoss,       // something of the pictures or files is not kept
+  kComplaint,  // the effect broke a rule of its host
+  kAdvice,     // all is kept, but may not be as it was meant
+};
+
+struct Note {
+  NoteKind kind = NoteKind::kLoss;
+  std::string text;
+};
+
 // Writes notes to standard error, one line each, and keeps them out of the progress line's way.
+// With `strict` losses and complaints wait for FailIfStrict instead.
 class Notes {
  public:
-  Notes(bool quiet, ProgressBar& bar) : quiet_(quiet), bar_(bar) {}
+  Notes(bool quiet, bool strict, ProgressBar& bar) : quiet_(quiet), strict_(strict), bar_(bar) {}
 
   // From now on the input is named as people know it.
   void NameInput(const media::InputFile& input) { input_ = &input; }
 
-  void Tell(const std::string& note);
+  // A loss.
+  void Tell(const std::string& note) { Add(NoteKind::kLoss, note); }
   void TellAll(const std::vector<std::string>& notes);
+  void Complain(const std::string& note) { Add(NoteKind::kComplaint, note); }
+  void Advise(const std::string& note) { Add(NoteKind::kAdvice, note); }
+
+  // With `strict` throws Failure over all losses and complaints until now, if there are any.
+  void FailIfStrict() const;
+
+  const std::vector<Note>& All() const { return notes_; }
 
  private:
+  void Add(NoteKind kind, const std::string& note);
+
   bool quiet_;
+  bool strict_;
   ProgressBar& bar_;
   const media::InputFile* input_ = nullptr;
+  std::vector<Note> notes_;
 };
 
 }  // namespace vitrell::cli

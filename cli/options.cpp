@@ -108,6 +108,11 @@ void AddWorkOptions(CLI::App& command, RenderArguments& arguments) {
 }
 
 void AddWordOptions(CLI::App& command, RenderArguments& arguments) {
+  command.add_flag("--strict", arguments.strict, "fail where something would be lost")
+      ->group(kWords);
+  command.add_option("--report", arguments.report, "write what was done as JSON; - to stdout")
+      ->type_name("FILE")
+      ->group(kWords);
   CLI::Option* quiet =
       command.add_flag("--quiet", arguments.quiet, "tell errors only")->group(kWords);
   command.add_flag("--verbose", arguments.verbose, "tell stages and times")

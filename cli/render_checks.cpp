@@ -30,6 +30,16 @@ void RefuseSame(const std::string& role, const std::string& target, const std::s
                                  otherRole + ", which would be lost. Choose another name.");
 }
 
+// Of what is written.
+void RefuseSameTargets(const std::string& role, const std::string& target,
+                       const std::string& otherRole, const std::string& other) {
+  if (media::IsStandardStream(target) && media::IsStandardStream(other)) {
+    throw Failure(kWrongUsage, role + " and " + otherRole +
+                                   " cannot both be standard output (-). Give one a file name.");
+  }
+  RefuseSame(role, target, otherRole, FileBehind(other, "/dev/stdout"));
+}
+
 void RefuseSameFiles(const RenderArguments& arguments, const std::string& layerPath) {
   const std::string& output = arguments.output;
   const std::string& saved = arguments.savePreset;
@@ -37,8 +47,13 @@ void RefuseSameFiles(const RenderArguments& arguments, const std::string& layerP
   RefuseSame("OUTPUT", output, "the custom layer", layerPath);
   for (const std::string& preset : arguments.effect.presets) {
     RefuseSame("OUTPUT", output, "--preset", preset);
+    RefuseSame("--report", arguments.report, "--preset", preset);
   }
-  RefuseSame("--save-preset", saved, "OUTPUT", output);
+  RefuseSame("--report", arguments.report, "INPUT", arguments.input);
+  RefuseSame("--report", arguments.report, "the custom layer", layerPath);
+  RefuseSameTargets("--report", arguments.report, "OUTPUT", output);
+  RefuseSameTargets("--report", arguments.report, "--save-preset", saved);
+  RefuseSameTargets("--save-preset", saved, "OUTPUT", output);
   RefuseSame("--save-preset", saved, "INPUT", arguments.input);
   RefuseSame("--save-preset", saved, "the custom layer", layerPath);
 }
@@ -64,6 +79,9 @@ void CheckFiles(const RenderArguments& arguments, const std::string& layerPath) 
   media::CheckTarget(arguments.output, arguments.force);
   media::CheckWritable(arguments.output);
   CheckPresetTarget(arguments.savePreset, arguments.force);
+  if (!arguments.report.empty() && !media::IsStandardStream(arguments.report)) {
+    media::CheckTarget(arguments.report, arguments.force);
+  }
 }
 
 }  // namespace vitrell::cli

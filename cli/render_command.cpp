@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "cli/commands.h"
 #include "cli/custom_layer.h"
@@ -19,9 +20,11 @@
 #include "cli/printable.h"
 #include "cli/progress_bar.h"
 #include "cli/render_checks.h"
+#include "cli/report.h"
 #include "cli/thread_count.h"
 #include "look/preset.h"
 #include "media/exchange.h"
+#include "media/output_file.h"
 #include "media/picture.h"
 #include "media/picture_writer.h"
 #include "media/quiet_libraries.h"
@@ -44,32 +47,48 @@ class RenderJob {
     CheckFiles(arguments_, LayerPath(settings_));
     const media::InputFile file(arguments_.input);
     notes_.NameInput(file);
+    report_.dryRun = arguments_.dryRun;
+    report_.threads = arguments_.threads;
     try {
       RunOn(file.Path());
     } catch (const Failure& failure) {
-      throw Failure(failure.Kind(), file.Shown(failure.what()));
+      const std::string message = file.Shown(failure.what());
+      ReportFailure(failure.Kind(), message);
+      throw Failure(failure.Kind(), message);
     }
   }
 
  private:
   void RunOn(const std::filesystem::path& file) {
     const media::Picture input = media::ReadPicture(file, FileStage(1), Limits(), Choice());
+    report_.input = FactsOf(input, media::ShownSource(arguments_.input));
     notes_.TellAll(input.notices);
     const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
     const media::Given given = media::GiveToEffect(input, deep);
     const std::optional<media::Given> layer = ReadLayer(deep);
+    report_.effectBits = deep ? 16 : 8;
+    report_.readSeconds = clock_.Lap();
+    notes_.FailIfStrict();
     if (arguments_.dryRun) {
       // What the format cannot hold shows with the picture as it is, too.
       Write(input, given, given.world);
-      Summarise(input, deep, "dry run, nothing was written");
+      Finish(input, "dry run, nothing was written");
       return;
     }
     headless::WorldBuffer result(input.Width(), input.Height(), deep);
-    const double seconds =
+    report_.effectSeconds =
         effect_.Render(settings_, given.world, layer ? &layer->world : nullptr, result);
+    clock_.Lap();
+    notes_.FailIfStrict();
     Write(input, given, result);
-    if (!arguments_.savePreset.empty()) look::SavePreset(arguments_.savePreset, settings_);
-    Summarise(input, deep, "effect " + Seconds(seconds));
+    if (!arguments_.savePreset.empty()) {
+      look::SavePreset(arguments_.savePreset, settings_);
+    }
+    Finish(input, "effect " + Seconds(report_.effectSeconds));
+  }
+
+  static PictureFacts FactsOf(const media::Picture& picture, const std::string& name) {
+    return {name, std::string(picture.format->name), picture.spec};
   }
 
   static std::string Seconds(double seconds) {
@@ -78,13 +97,39 @@ class RenderJob {
     return text.data();
   }
 
-  void Summarise(const media::Picture& input, bool deep, const std::string& rest) {
+  void Finish(const media::Picture& input, const std::string& rest) {
     bar_.Wipe();
+    WriteReport();
     if (arguments_.quiet) return;
-    std::FILE* const stream = media::IsStandardStream(arguments_.output) ? stderr : stdout;
-    std::fprintf(stream, "%s: %d x %d, %d bits, %s\n",
+    const bool taken =
+        media::IsStandardStream(arguments_.output) || media::IsStandardStream(arguments_.report);
+    std::fprintf(taken ? stderr : stdout, "%s: %d x %d, %d bits, %s\n",
                  Printable(media::ShownTarget(arguments_.output)).c_str(), input.Width(),
-                 input.Height(), deep ? 16 : 8, rest.c_str());
+                 input.Height(), report_.effectBits, rest.c_str());
+  }
+
+  void WriteReport() {
+    if (arguments_.report.empty()) return;
+    report_.totalSeconds = clock_.Total();
+    const std::string text = ReportAsJson(report_, notes_.All());
+    if (media::IsStandardStream(arguments_.report)) {
+      std::fputs(text.c_str(), stdout);
+    } else {
+      media::WriteTextFile(arguments_.report, text);
+    }
+  }
+
+  // The failure itself is told in any case.
+  void ReportFailure(int exitCode, const std::string& message) {
+    report_.exitCode = exitCode;
+    report_.error = message;
+    bar_.Wipe();
+    try {
+      WriteReport();
+    } catch (const Failure&) {
+      return;
+    }
+    static_cast<void>(std::fflush(stdout));
   }
 
   media::FileProgress FileStage(int stage) {
@@ -119,6 +164,7 @@ class RenderJob {
     const std::string path = LayerPath(settings_);
     if (path.empty()) return std::nullopt;
     const media::Picture picture = media::ReadPicture(path, FileStage(1), Limits(), LayerChoice());
+    report_.layer = FactsOf(picture, path);
     notes_.TellAll(picture.notices);
     media::Given given = media::GiveToEffect(picture, deep);
     TellClipping(picture, given);
@@ -135,8 +181,18 @@ class RenderJob {
                   : arguments_.depth == "16" ? media::Depth::k16
                                              : media::Depth::kAuto;
     order.clippedPixels = given.clippedPixels;
-    notes_.TellAll(
-        media::WritePicture(input, given.world, result, order, FileStage(effect_.Stages())));
+    order.agree = [this](const OIIO::ImageSpec& written, const media::Format& format,
+                         const std::vector<std::string>& notices) {
+      report_.output = {media::ShownTarget(arguments_.output), std::string(format.name), written};
+      if (!arguments_.strict) return;
+      notes_.TellAll(notices);
+      notes_.FailIfStrict();
+    };
+    const std::vector<std::string> notices =
+        media::WritePicture(input, given.world, result, order, FileStage(effect_.Stages()));
+    // Not while the file is written, when standard error leads nowhere.
+    if (!arguments_.strict) notes_.TellAll(notices);
+    report_.writeSeconds = clock_.Lap();
   }
 
   const RenderArguments& arguments_;
@@ -144,7 +200,9 @@ class RenderJob {
   look::Panel panel_;
   look::Settings settings_;
   ProgressBar bar_{!arguments_.quiet && !arguments_.verbose && ::isatty(STDERR_FILENO) == 1};
-  Notes notes_{arguments_.quiet, bar_};
+  Notes notes_{arguments_.quiet, arguments_.strict, bar_};
+  Report report_;
+  StepClock clock_;
   EffectRun effect_{*host_, arguments_, bar_, notes_};
 };
 

@@ -288,7 +288,7 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   stoppable.ThrowIfStopped();
   const std::string prefix = ShownTarget(order.target) + ": ";
   for (std::string& notice : notices) notice.insert(0, prefix);
-  if (order.agree) order.agree(written, notices);
+  if (order.agree) order.agree(written, format, notices);
   if (!order.onlyTry) file.Commit(order.force);
   return notices;
 }

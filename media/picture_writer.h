@@ -24,9 +24,10 @@ struct WriteOrder {
   bool force = false;              // replace an existing file
   bool onlyTry = false;            // write into memory and forget it
   std::int64_t clippedPixels = 0;  // of the input, as it was given to the effect
-  // Called with the header of the file and the sentences that will be returned, before the file
-  // takes its name. It may throw; then there is no file.
-  std::function<void(const OIIO::ImageSpec& written, const std::vector<std::string>& notices)>
+  // Called with the file's header and format and the sentences that will be returned, before the
+  // file takes its name. It may throw; then there is no file.
+  std::function<void(const OIIO::ImageSpec& written, const Format& format,
+                     const std::vector<std::string>& notices)>
       agree;
 };
 

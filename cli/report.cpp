@@ -1,0 +1,74 @@
+// Writing the report.
+#include "cli/report.h"
+
+#include <nlohmann/json.hpp>
+
+#include "cli/failure.h"
+
+namespace vitrell::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+const char* ResultName(const Report& report) {
+  if (report.exitCode == kCancelled) return "cancelled";
+  if (report.exitCode != kDone) return "failed";
+  return report.dryRun ? "dry run" : "done";
+}
+
+Json JsonOf(const PictureFacts& facts) {
+  const OIIO::ImageSpec& spec = facts.spec;
+  const int bits =
+      spec.get_int_attribute("oiio:BitsPerSample", static_cast<int>(8 * spec.format.size()));
+  return {{"file", facts.file},    {"format", facts.format},        {"width", spec.width},
+          {"height", spec.height}, {"channels", spec.channelnames}, {"type", spec.format.c_str()},
+          {"bits", bits}};
+}
+
+Json TextsOf(const std::vector<Note>& notes, bool complaints) {
+  Json texts = Json::array();
+  for (const Note& note : notes) {
+    if ((note.kind == NoteKind::kComplaint) != complaints) continue;
+    if (complaints) {
+      texts.push_back(note.text);
+    } else {
+      texts.push_back(
+          {{"kind", note.kind == NoteKind::kLoss ? "loss" : "advice"}, {"text", note.text}});
+    }
+  }
+  return texts;
+}
+
+}  // namespace
+
+double StepClock::Lap() {
+  const Clock::time_point now = Clock::now();
+  const double seconds = std::chrono::duration<double>(now - lap_).count();
+  lap_ = now;
+  return seconds;
+}
+
+double StepClock::Total() const {
+  return std::chrono::duration<double>(Clock::now() - start_).count();
+}
+
+std::string ReportAsJson(const Report& report, const std::vector<Note>& notes) {
+  Json json = {{"program", "vitrell " VITRELL_VERSION},
+               {"result", ResultName(report)},
+               {"exitCode", report.exitCode}};
+  if (!report.error.empty()) json["error"] = report.error;
+  if (report.input) json["input"] = JsonOf(*report.input);
+  if (report.layer) json["customLayer"] = JsonOf(*report.layer);
+  if (report.output) json["output"] = JsonOf(*report.output);
+  json["effect"] = {{"bits", report.effectBits}, {"threads", report.threads}};
+  json["seconds"] = {{"read", report.readSeconds},
+                     {"effect", report.effectSeconds},
+                     {"write", report.writeSeconds},
+                     {"total", report.totalSeconds}};
+  json["notes"] = TextsOf(notes, false);
+  json["complaints"] = TextsOf(notes, true);
+  // File names need not be UTF-8.
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace vitrell::cli

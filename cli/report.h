@@ -1,0 +1,56 @@
+// What a render did, as JSON for programs.
+#ifndef VITRELL_CLI_REPORT_H_
+#define VITRELL_CLI_REPORT_H_
+
+#include <OpenImageIO/imageio.h>
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/notes.h"
+
+namespace vitrell::cli {
+
+// Of one picture's file.
+struct PictureFacts {
+  std::string file;
+  std::string format;  // "JPEG 2000"
+  OIIO::ImageSpec spec;
+};
+
+// The seconds of the steps, each measured from the end of the one before.
+class StepClock {
+ public:
+  double Lap();
+  double Total() const;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  Clock::time_point start_ = Clock::now();
+  Clock::time_point lap_ = start_;
+};
+
+struct Report {
+  int exitCode = 0;
+  std::string error;  // of a failure
+  bool dryRun = false;
+  std::optional<PictureFacts> input;
+  std::optional<PictureFacts> layer;
+  std::optional<PictureFacts> output;
+  int effectBits = 0;
+  int threads = 0;
+  double readSeconds = 0;
+  double effectSeconds = 0;
+  double writeSeconds = 0;
+  double totalSeconds = 0;
+};
+
+// What is not known because a failure came before is left out.
+std::string ReportAsJson(const Report& report, const std::vector<Note>& notes);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_REPORT_H_
