@@ -34,12 +34,19 @@ void Handle(int signal, void (*handler)(int)) {
   ::sigaction(signal, &action, nullptr);
 }
 
+// What the starter ignores, as nohup does, stays ignored.
+void HandleUnlessIgnored(int signal, void (*handler)(int)) {
+  struct sigaction before {};
+  if (::sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) return;
+  Handle(signal, handler);
+}
+
 }  // namespace
 
 void WatchSignals() {
-  Handle(SIGINT, AskToStop);
-  Handle(SIGTERM, AskToStop);
-  Handle(SIGHUP, AskToStop);
+  HandleUnlessIgnored(SIGINT, AskToStop);
+  HandleUnlessIgnored(SIGTERM, AskToStop);
+  HandleUnlessIgnored(SIGHUP, AskToStop);
   Handle(SIGALRM, EndAtOnce);
   Handle(SIGXFSZ, SIG_IGN);
   Handle(SIGPIPE, SIG_IGN);

@@ -10,8 +10,8 @@
 
 namespace vitrell::cli {
 
-// Handles SIGINT, SIGTERM and SIGHUP from now on, and ignores SIGXFSZ and SIGPIPE so that failing
-// writes are told as errors.
+// Handles SIGINT, SIGTERM and SIGHUP from now on, but for those that are ignored, and ignores
+// SIGXFSZ and SIGPIPE so that failing writes are told as errors.
 void WatchSignals();
 
 // True once a signal came.

@@ -27,7 +27,9 @@ void RunParams(const ParamsArguments& arguments) {
   const look::Settings settings = MakeSettings(panel, arguments.effect);
   if (!arguments.savePreset.empty()) {
     CheckPresetTarget(arguments.savePreset, arguments.force);
-    look::SavePreset(arguments.savePreset, settings);
+    for (const std::string& note : look::SavePreset(arguments.savePreset, settings)) {
+      std::fprintf(stderr, "vitrell: note: %s\n", Printable(note).c_str());
+    }
     std::printf("%s: %zu controls\n", Printable(arguments.savePreset).c_str(),
                 panel.controls.size());
     return;

@@ -82,7 +82,9 @@ class RenderJob {
     notes_.FailIfStrict();
     Write(input, given, result);
     if (!arguments_.savePreset.empty()) {
-      look::SavePreset(arguments_.savePreset, settings_);
+      for (const std::string& notice : look::SavePreset(arguments_.savePreset, settings_)) {
+        notes_.Advise(notice);
+      }
     }
     Finish(input, "effect " + Seconds(report_.effectSeconds));
   }
@@ -115,7 +117,9 @@ class RenderJob {
     if (media::IsStandardStream(arguments_.report)) {
       std::fputs(text.c_str(), stdout);
     } else {
-      media::WriteTextFile(arguments_.report, text);
+      for (const std::string& notice : media::WriteTextFile(arguments_.report, text)) {
+        notes_.Advise(notice);
+      }
     }
   }
 

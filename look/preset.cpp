@@ -146,7 +146,7 @@ void LoadPreset(const std::filesystem::path& file, Settings& settings) {
   }
 }
 
-void SavePreset(const std::filesystem::path& file, const Settings& settings) {
+std::vector<std::string> SavePreset(const std::filesystem::path& file, const Settings& settings) {
   std::error_code ignored;
   const std::filesystem::path folder = std::filesystem::absolute(file, ignored).parent_path();
   Json json = Json::object();
@@ -155,7 +155,8 @@ void SavePreset(const std::filesystem::path& file, const Settings& settings) {
     json[control.name] = JsonFromValue(control, value);
   }
   // File names need not be UTF-8; what is not is replaced rather than refused.
-  media::WriteTextFile(file, json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+  return media::WriteTextFile(file,
+                              json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
 }
 
 }  // namespace vitrell::look

@@ -3,6 +3,8 @@
 #define VITRELL_LOOK_PRESET_H_
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "look/settings.h"
 
@@ -16,8 +18,8 @@ namespace vitrell::look {
 void LoadPreset(const std::filesystem::path& file, Settings& settings);
 
 // Every control with its value, in the panel's order, as LoadPreset reads it back. Written beside
-// and renamed. Throws Failure.
-void SavePreset(const std::filesystem::path& file, const Settings& settings);
+// and renamed. Returns what a replaced file loses, in whole sentences. Throws Failure.
+std::vector<std::string> SavePreset(const std::filesystem::path& file, const Settings& settings);
 
 }  // namespace vitrell::look
 

@@ -2,6 +2,7 @@
 #include "media/output_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -9,7 +10,9 @@
 
 #include "media/failure.h"
 #include "media/memory_file.h"
+#include "media/replaced_file.h"
 #include "media/standard_streams.h"
+#include "media/temporary_file.h"
 #include "media/unfinished_file.h"
 
 namespace vitrell::media {
@@ -17,9 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMaxAttempts = 1000;
-constexpr int kMaxLinks = 40;          // as the system follows
-constexpr mode_t kNewFileMode = 0666;  // less the user's umask
+constexpr int kMaxLinks = 40;  // as the system follows
 
 [[noreturn]] void Fail(const fs::path& file, const std::string& cause) {
   throw Failure(kFailed, ShownTarget(file) + ": " + cause);
@@ -110,26 +111,21 @@ OutputFile::OutputFile(const fs::path& target, Purpose purpose)
     temporary_ = memory_->Path();
     return;
   }
-  for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
-    const std::string name = ".vitrell-" + std::to_string(::getpid()) + "-" +
-                             std::to_string(attempt) + target_.extension().string();
-    temporary_ = FolderOf(target_) / name;
-    const int file =
-        ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
-    if (file >= 0) {
-      ::close(file);
-      SetUnfinishedFile(temporary_.string());
-      return;
-    }
-    if (errno != EEXIST) break;
+  const fs::path folder = FolderOf(target_);
+  RemoveAbandonedFiles(folder);
+  file_ = CreateTemporaryFile(folder, target_.extension().string(), temporary_);
+  if (file_ < 0) {
+    Fail(shown_, "cannot be created in " + folder.string() + " (" + LastSystemError() +
+                     "). Choose another folder, or change its permissions.");
   }
-  Fail(shown_, "cannot be created in " + FolderOf(target_).string() + " (" + LastSystemError() +
-                   "). Choose another folder, or change its permissions.");
+  SetUnfinishedFile(temporary_.string());
+  mode_ = TakeOver(target_, file_, notices_);
 }
 
 OutputFile::~OutputFile() {
   if (memory_ != nullptr) return;
   if (!committed_) ::unlink(temporary_.c_str());
+  ::close(file_);
   SetUnfinishedFile({});
 }
 
@@ -143,11 +139,10 @@ void OutputFile::Commit(bool force) {
     CommitToStandardOutput();
     return;
   }
-  const int file = ::open(temporary_.c_str(), O_RDONLY | O_CLOEXEC);
-  const bool onDisk = file >= 0 && ::fsync(file) == 0;
-  const std::string cause = LastSystemError();
-  if (file >= 0) ::close(file);
-  if (!onDisk) Fail(shown_, "cannot be written (" + cause + "). Free some space and try again.");
+  const bool onDisk = (!mode_ || ::fchmod(file_, *mode_) == 0) && ::fsync(file_) == 0;
+  if (!onDisk) {
+    Fail(shown_, "cannot be written (" + LastSystemError() + "). Free some space and try again.");
+  }
   std::error_code error;
   if (!force && fs::exists(target_, error)) RefuseExisting(shown_);
   if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
@@ -157,7 +152,7 @@ void OutputFile::Commit(bool force) {
   FlushFolder(FolderOf(target_));
 }
 
-void WriteTextFile(const fs::path& target, std::string_view text) {
+std::vector<std::string> WriteTextFile(const fs::path& target, std::string_view text) {
   OutputFile output(target);
   const int file = ::open(output.TemporaryPath().c_str(), O_WRONLY | O_CLOEXEC);
   const bool written = file >= 0 && WriteAll(file, text);
@@ -167,6 +162,9 @@ void WriteTextFile(const fs::path& target, std::string_view text) {
     Fail(target, "cannot be written (" + cause + "). Free some space and try again.");
   }
   output.Commit(true);
+  std::vector<std::string> notices = output.Notices();
+  for (std::string& notice : notices) notice.insert(0, target.string() + ": ");
+  return notices;
 }
 
 }  // namespace vitrell::media

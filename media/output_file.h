@@ -2,10 +2,14 @@
 #ifndef VITRELL_MEDIA_OUTPUT_FILE_H_
 #define VITRELL_MEDIA_OUTPUT_FILE_H_
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vitrell::media {
 
@@ -27,8 +31,9 @@ void CheckTarget(const std::filesystem::path& target, bool force);
 bool IsSameFile(const std::filesystem::path& a, const std::filesystem::path& b);
 
 // A hidden file in the target's folder with the target's extension. It takes the target's name
-// with Commit() and is removed otherwise, also when the process is interrupted. A target that is a
-// symbolic link stays one. At most one object exists at a time.
+// with Commit() and is removed otherwise, also when the process is interrupted; after a killed one
+// the next object in that folder removes it. A target that is a symbolic link stays one; one that
+// is replaced hands on its rights and owner. At most one object exists at a time.
 // For standard output, and for one that is only tried, it is a file in memory.
 class OutputFile {
  public:
@@ -41,6 +46,8 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
 
   const std::filesystem::path& TemporaryPath() const { return temporary_; }
+  // What the replaced file loses: an owner that cannot be kept, other names. Whole sentences.
+  const std::vector<std::string>& Notices() const { return notices_; }
   // Puts the contents on the disk and renames, or hands them to standard output. Throws Failure.
   // With force false the target is looked for once more, since rendering took its time.
   void Commit(bool force);
@@ -51,12 +58,16 @@ class OutputFile {
   std::filesystem::path shown_;   // as the user named it
   std::filesystem::path target_;  // links resolved
   std::filesystem::path temporary_;
+  std::vector<std::string> notices_;
+  std::optional<mode_t> mode_;  // of the replaced file
+  int file_ = -1;               // the temporary one, locked
   bool committed_ = false;
   std::unique_ptr<MemoryFile> memory_;
 };
 
-// Writes a whole text through an OutputFile, over an existing file too. Throws Failure.
-void WriteTextFile(const std::filesystem::path& target, std::string_view text);
+// Writes a whole text through an OutputFile, over an existing file too. Returns what the replaced
+// file loses. Throws Failure.
+std::vector<std::string> WriteTextFile(const std::filesystem::path& target, std::string_view text);
 
 }  // namespace vitrell::media
 

@@ -286,6 +286,7 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   if (!form.wholeFrame) TellCutOff(input, result, notices);
   stoppable.Tell(1.0F);
   stoppable.ThrowIfStopped();
+  notices.insert(notices.end(), file.Notices().begin(), file.Notices().end());
   const std::string prefix = ShownTarget(order.target) + ": ";
   for (std::string& notice : notices) notice.insert(0, prefix);
   if (order.agree) order.agree(written, format, notices);

@@ -22,7 +22,7 @@ constexpr unsigned kMostSeconds = 120;
   ::setrlimit(RLIMIT_CORE, &kNoCore);
   // The handlers of this program remove the output's file, which belongs to the original.
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGALRM, SIGABRT}) {
-    ::signal(signal, SIG_DFL);
+    if (::signal(signal, SIG_DFL) == SIG_IGN && signal != SIGALRM) ::signal(signal, SIG_IGN);
   }
   ::alarm(kMostSeconds);
   try {

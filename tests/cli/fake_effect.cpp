@@ -12,6 +12,7 @@ constexpr int kWorkIndex = 2;
 constexpr int kParamCount = 4;
 constexpr unsigned kPauseMicroseconds = 20000;
 constexpr int kPauses = 1500;  // half a minute
+constexpr int kNapPauses = 50;
 
 enum Work {
   kCopy = 1,
@@ -20,6 +21,7 @@ enum Work {
   kOutOfMemory,  // fails
   kFade,         // halves alpha
   kRedden,       // sets red to white
+  kNap,          // a second, unless the host asks to stop
 };
 
 PF_Err Add(PF_InData* inData, PF_ParamType type, const char* name) {
@@ -28,8 +30,8 @@ PF_Err Add(PF_InData* inData, PF_ParamType type, const char* name) {
   std::strncpy(def.name, name, sizeof def.name - 1);
   if (type == PF_Param_POPUP) {
     def.u.pd.value = def.u.pd.dephault = kCopy;
-    def.u.pd.num_choices = kRedden;
-    def.u.pd.u.namesptr = "Copy|Wait|Stubborn|Out of Memory|Fade|Redden";
+    def.u.pd.num_choices = kNap;
+    def.u.pd.u.namesptr = "Copy|Wait|Stubborn|Out of Memory|Fade|Redden|Nap";
   }
   return inData->inter.add_param(inData->effect_ref, -1, &def);
 }
@@ -58,9 +60,9 @@ void LeaveMark() {
   if (std::FILE* mark = std::fopen("rendering", "w")) std::fclose(mark);
 }
 
-PF_Err Pause(PF_InData* inData, bool listen) {
+PF_Err Pause(PF_InData* inData, bool listen, int pauses) {
   LeaveMark();
-  for (int i = 0; i < kPauses; ++i) {
+  for (int i = 0; i < pauses; ++i) {
     ::usleep(kPauseMicroseconds);
     const PF_Err stop = listen ? inData->inter.abort(inData->effect_ref) : PF_Err_NONE;
     if (stop != PF_Err_NONE) return stop;
@@ -71,8 +73,8 @@ PF_Err Pause(PF_InData* inData, bool listen) {
 PF_Err Render(PF_InData* inData, PF_ParamDef* params[], PF_LayerDef* output) {
   const A_long work = params[kWorkIndex]->u.pd.value;
   if (work == kOutOfMemory) return PF_Err_OUT_OF_MEMORY;
-  if (work == kWait || work == kStubborn) {
-    const PF_Err stop = Pause(inData, work == kWait);
+  if (work == kWait || work == kStubborn || work == kNap) {
+    const PF_Err stop = Pause(inData, work != kStubborn, work == kNap ? kNapPauses : kPauses);
     if (stop != PF_Err_NONE) return stop;
   }
   const PF_Err copied =
