@@ -1,4 +1,4 @@
-// `vitrell about`, and the settings that commands share.
+// `vitrell about`.
 #include <algorithm>
 #include <cstdio>
 #include <string>
@@ -6,7 +6,6 @@
 #include "cli/commands.h"
 #include "cli/effect_finder.h"
 #include "cli/printable.h"
-#include "look/preset.h"
 
 namespace vitrell::cli {
 
@@ -15,13 +14,6 @@ void RunAbout(const EffectArguments& arguments) {
   // The effect separates its name from the text by a carriage return.
   std::replace(text.begin(), text.end(), '\r', '\n');
   std::printf("%s\n", Printable(text, true).c_str());
-}
-
-look::Settings MakeSettings(const look::Panel& panel, const EffectArguments& arguments) {
-  look::Settings settings(panel);
-  for (const std::string& preset : arguments.presets) look::LoadPreset(preset, settings);
-  for (const std::string& assignment : arguments.assignments) settings.Set(assignment);
-  return settings;
 }
 
 }  // namespace vitrell::cli

@@ -14,7 +14,11 @@ namespace vitrell::cli {
 struct EffectArguments {
   std::string effect;
   std::vector<std::string> presets;      // later ones are stronger; "-": standard input
+  std::string keys;                      // keyframes from the host's clipboard
   std::vector<std::string> assignments;  // of --set, in order
+  double at = 0;                         // the frame at which keys are taken
+  double framesPerSecond = 25;           // of keys in seconds
+  double length = 0;                     // in frames, for keys that count from the end; 0: unknown
 };
 
 struct RenderArguments {
@@ -43,6 +47,12 @@ struct ParamsArguments {
   bool force = false;
   bool json = false;
   bool markdown = false;
+};
+
+struct KeysArguments {
+  EffectArguments effect;
+  std::string plot;  // an SVG file; empty: the list only
+  bool force = false;
 };
 
 }  // namespace vitrell::cli

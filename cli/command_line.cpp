@@ -54,6 +54,7 @@ class HelpFormatter : public CLI::Formatter {
 struct Request {
   RenderArguments render;
   ParamsArguments params;
+  KeysArguments keys;
   EffectArguments about;
   std::string helpAbout;
 };
@@ -122,6 +123,7 @@ int Run(int argc, const char* const* argv) {
   app.require_subcommand(1);
   const CLI::App* render = AddRender(app, request.render);
   const CLI::App* params = AddParams(app, request.params);
+  const CLI::App* keys = AddKeys(app, request.keys);
   const CLI::App* about = AddAbout(app, request.about);
   const CLI::App* formats = AddFormats(app);
   const CLI::App* help = AddHelp(app, request.helpAbout);
@@ -132,6 +134,7 @@ int Run(int argc, const char* const* argv) {
   }
   if (render->parsed()) RunRender(request.render);
   if (params->parsed()) RunParams(request.params);
+  if (keys->parsed()) RunKeys(request.keys);
   if (about->parsed()) RunAbout(request.about);
   if (formats->parsed()) RunFormats();
   if (help->parsed()) TellHelp(app, request.helpAbout);

@@ -9,12 +9,20 @@ namespace vitrell::cli {
 
 void RunRender(const RenderArguments& arguments);
 void RunParams(const ParamsArguments& arguments);
+void RunKeys(const KeysArguments& arguments);
 void RunAbout(const EffectArguments& arguments);
 // What is read and written, and what each format keeps.
 void RunFormats();
 
-// Defaults, then the presets in order, then --set.
+// Defaults, then the presets in order, then --keys, then --set.
 look::Settings MakeSettings(const look::Panel& panel, const EffectArguments& arguments);
+
+// What turns the times of the settings' keys into frames. Throws Failure if the length is needed
+// and not known.
+look::TimeBase TimeBaseOf(const look::Settings& settings, const EffectArguments& arguments);
+
+// The values at the frame of --at.
+look::Settings SettingsAt(const look::Settings& settings, const EffectArguments& arguments);
 
 }  // namespace vitrell::cli
 

@@ -26,7 +26,19 @@ constexpr const char* kParamsExamples =
     "  vitrell params --set lens.type=custom\n"
     "  vitrell params --preset look.json --json\n"
     "  vitrell params --preset look.json --set intensity=60 --save-preset softer.json\n"
+    "  vitrell params --preset moving.json --at 50\n"
     "  vitrell params --markdown > parameters.md";
+
+constexpr const char* kKeysExamples =
+    "Examples:\n"
+    "  vitrell keys --set fast-blur.amount=\"0=0; 1s=40; 2s=0\" --plot curves.svg\n"
+    "  vitrell keys --preset moving.json --length 240\n"
+    "  vitrell keys --keys copied.txt --fps 24\n"
+    "\n"
+    "A value may be keys: TIME=VALUE, divided by \";\". TIME is a frame, seconds (1.5s) or\n"
+    "00:00:01.500; with a minus it counts from the end. \"=\" goes straight to the next key, "
+    "\"~=\"\n"
+    "smoothly, \"|=\" holds.";
 
 constexpr const char* kAboutExamples =
     "Examples:\n"
@@ -59,6 +71,25 @@ void AddSettingOptions(CLI::App& command, EffectArguments& arguments) {
       ->group(kLook);
 }
 
+void AddKeyOptions(CLI::App& command, EffectArguments& arguments, bool still) {
+  command.add_option("--keys", arguments.keys, "keyframes copied from the host into a text file")
+      ->type_name("FILE")
+      ->group(kLook);
+  if (still) {
+    command.add_option("--at", arguments.at, "the frame whose values are taken (default: 0)")
+        ->type_name("FRAME")
+        ->group(kLook);
+  }
+  command.add_option("--fps", arguments.framesPerSecond, "for keys in seconds (default: 25)")
+      ->check(CLI::Range(0.001, 1e6).description(""))
+      ->type_name("RATE")
+      ->group(kLook);
+  command.add_option("--length", arguments.length, "for keys that count from the end")
+      ->check(CLI::Range(1.0, 1e9).description(""))
+      ->type_name("FRAMES")
+      ->group(kLook);
+}
+
 void AddSavePreset(CLI::App& command, std::string& file) {
   command.add_option("--save-preset", file, "write all settings to a file")
       ->type_name("FILE.json")
@@ -67,6 +98,7 @@ void AddSavePreset(CLI::App& command, std::string& file) {
 
 void AddLookOptions(CLI::App& command, RenderArguments& arguments) {
   AddSettingOptions(command, arguments.effect);
+  AddKeyOptions(command, arguments.effect, true);
   AddSavePreset(command, arguments.savePreset);
   command.add_option("--custom-layer", arguments.customLayer, "the picture for lens.type=custom")
       ->type_name("IMAGE")
@@ -144,6 +176,7 @@ CLI::App* AddParams(CLI::App& app, ParamsArguments& arguments) {
   CLI::App* command = app.add_subcommand("params", "lists the controls as the panel shows them");
   command->footer(kParamsExamples);
   AddSettingOptions(*command, arguments.effect);
+  AddKeyOptions(*command, arguments.effect, true);
   AddSavePreset(*command, arguments.savePreset);
   AddEffectOption(*command, arguments.effect);
   command->add_flag("--force", arguments.force, "replace an existing preset")->group(kLook);
@@ -151,6 +184,19 @@ CLI::App* AddParams(CLI::App& app, ParamsArguments& arguments) {
   command->add_flag("--markdown", arguments.markdown, "as Markdown tables")
       ->excludes(json)
       ->group(kWords);
+  return command;
+}
+
+CLI::App* AddKeys(CLI::App& app, KeysArguments& arguments) {
+  CLI::App* command = app.add_subcommand("keys", "lists and draws the controls that move");
+  command->footer(kKeysExamples);
+  AddSettingOptions(*command, arguments.effect);
+  AddKeyOptions(*command, arguments.effect, false);
+  AddEffectOption(*command, arguments.effect);
+  command->add_option("--plot", arguments.plot, "draw their curves")
+      ->type_name("OUT.svg")
+      ->group(kFiles);
+  command->add_flag("--force", arguments.force, "replace an existing file")->group(kFiles);
   return command;
 }
 
@@ -167,7 +213,7 @@ CLI::App* AddFormats(CLI::App& app) {
 
 CLI::App* AddHelp(CLI::App& app, std::string& about) {
   CLI::App* command = app.add_subcommand("help", "tells about a command");
-  command->add_option("COMMAND", about, "render, params, formats or about")->type_name("");
+  command->add_option("COMMAND", about, "render, params, keys, formats or about")->type_name("");
   return command;
 }
 

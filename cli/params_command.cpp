@@ -24,16 +24,17 @@ void RunParams(const ParamsArguments& arguments) {
   CheckStandardInput("", arguments.effect.presets);
   const std::unique_ptr<headless::EffectHost> host = OpenEffect(arguments.effect.effect);
   look::Panel panel = look::MakePanel(host->Parameters());
-  const look::Settings settings = MakeSettings(panel, arguments.effect);
+  const look::Settings moving = MakeSettings(panel, arguments.effect);
   if (!arguments.savePreset.empty()) {
     CheckPresetTarget(arguments.savePreset, arguments.force);
-    for (const std::string& note : look::SavePreset(arguments.savePreset, settings)) {
+    for (const std::string& note : look::SavePreset(arguments.savePreset, moving)) {
       std::fprintf(stderr, "vitrell: note: %s\n", Printable(note).c_str());
     }
     std::printf("%s: %zu controls\n", Printable(arguments.savePreset).c_str(),
                 panel.controls.size());
     return;
   }
+  const look::Settings settings = SettingsAt(moving, arguments.effect);
   settings.Apply(*host, kNominalWidth, kNominalHeight);
   const PF_Err error = host->UpdatePanel();
   if (error != PF_Err_NONE) {

@@ -76,8 +76,8 @@ class RenderJob {
       return;
     }
     headless::WorldBuffer result(input.Width(), input.Height(), deep);
-    report_.effectSeconds =
-        effect_.Render(settings_, given.world, layer ? &layer->world : nullptr, result);
+    report_.effectSeconds = effect_.Render(SettingsAt(settings_, arguments_.effect), given.world,
+                                           layer ? &layer->world : nullptr, result);
     clock_.Lap();
     notes_.FailIfStrict();
     Write(input, given, result);

@@ -1,15 +1,13 @@
 // Reading and writing presets.
 #include "look/preset.h"
 
-#include <unistd.h>
-
-#include <array>
-#include <cstdio>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "look/animation_json.h"
+#include "look/animation_text.h"
 #include "look/failure.h"
+#include "look/text_file.h"
 #include "look/value_text.h"
 #include "media/output_file.h"
 #include "media/standard_streams.h"
@@ -19,34 +17,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// A preset with every control is about 2 KiB.
-constexpr std::size_t kMaxPresetBytes = std::size_t{1} << 20;
-
 [[noreturn]] void Fail(const std::filesystem::path& file, const std::string& cause) {
   throw Failure(kFailed, "preset " + media::ShownSource(file) + ": " + cause);
-}
-
-std::FILE* Open(const std::filesystem::path& file) {
-  if (!media::IsStandardStream(file)) return std::fopen(file.c_str(), "rb");
-  const int input = ::dup(STDIN_FILENO);
-  return input < 0 ? nullptr : ::fdopen(input, "rb");
-}
-
-// Also reads pipes, so that a preset can come from another program.
-std::string ReadText(const std::filesystem::path& file) {
-  std::error_code ignored;
-  if (std::filesystem::is_directory(file, ignored)) Fail(file, "is a folder. Give a JSON file.");
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(Open(file), &std::fclose);
-  if (stream == nullptr) {
-    Fail(file, media::LastSystemError() + ". Check the name and your right to read it.");
-  }
-  std::string text;
-  std::array<char, 4096> block{};
-  while (const std::size_t size = std::fread(block.data(), 1, block.size(), stream.get())) {
-    text.append(block.data(), size);
-    if (text.size() > kMaxPresetBytes) Fail(file, "is too large for a preset. Check the name.");
-  }
-  return text;
 }
 
 // "[json.exception.parse_error.101] parse error at line 2, column 3: ..." without the bracket.
@@ -58,7 +30,7 @@ std::string WithoutPrefix(const std::string& message) {
 Json ParseObject(const std::filesystem::path& file) {
   Json json;
   try {
-    json = Json::parse(ReadText(file));
+    json = Json::parse(ReadTextFile(file, "preset"));
   } catch (const Json::exception& error) {
     Fail(file, "is not valid JSON: " + WithoutPrefix(error.what()) +
                    ". Correct the file, or write a fresh one with --save-preset.");
@@ -105,6 +77,18 @@ Value ValueFromJson(const Control& control, const Json& json) {
   throw ValueError(given + " is of the wrong type. Give " + DescribeRange(control) + ".");
 }
 
+// Empty for a value that stands still.
+Keys KeysOf(const Control& control, const Json& json) {
+  if (json.is_object()) return KeysFromJson(control, json);
+  if (!json.is_string()) return {};
+  const auto text = json.get<std::string>();
+  return HoldsKeys(control, text) ? ParseKeys(control, text) : Keys();
+}
+
+Json JsonOfKeys(const Control& control, const Keys& keys) {
+  return FitsText(keys) ? Json(FormatKeys(control, keys)) : JsonFromKeys(keys);
+}
+
 Json JsonFromValue(const Control& control, const Value& value) {
   if (const auto* number = std::get_if<double>(&value)) return *number;
   if (const auto* on = std::get_if<bool>(&value)) return *on;
@@ -134,6 +118,10 @@ void LoadPreset(const std::filesystem::path& file, Settings& settings) {
       Fail(file, UnknownNameMessage(settings.GetPanel(), key) + " Correct or remove this key.");
     }
     try {
+      if (const Keys keys = KeysOf(*control, json); !keys.empty()) {
+        settings.SetKeys(*control, keys);
+        continue;
+      }
       Value value = ValueFromJson(*control, json);
       auto* layer = std::get_if<LayerValue>(&value);
       if (layer != nullptr && !layer->path.empty()) {
@@ -152,7 +140,9 @@ std::vector<std::string> SavePreset(const std::filesystem::path& file, const Set
   Json json = Json::object();
   for (const Control& control : settings.GetPanel().controls) {
     const Value value = RelativeLayer(settings.ValueOf(control), folder);
-    json[control.name] = JsonFromValue(control, value);
+    const Keys* const keys = settings.KeysOf(control);
+    json[control.name] =
+        keys != nullptr ? JsonOfKeys(control, *keys) : JsonFromValue(control, value);
   }
   // File names need not be UTF-8; what is not is replaced rather than refused.
   return media::WriteTextFile(file,

@@ -12,9 +12,10 @@ namespace vitrell::look {
 
 // Changes the settings that the preset names. The file is one JSON object; its keys are the names
 // that --set takes. Values are numbers, true or false, or the texts that --set takes; positions
-// may also be [x, y] in pixels and colours [red, green, blue]. A layer's file is relative to the
-// preset's folder. "-" is standard input. Throws Failure naming file and key, and then leaves the
-// settings unspecified.
+// may also be [x, y] in pixels and colours [red, green, blue]. Keys may
+// stand in their place, as text or as an object (see animation_text.h, animation_json.h). A layer's
+// file is relative to the preset's folder. "-" is standard input. Throws Failure naming file and
+// key, and then leaves the settings unspecified.
 void LoadPreset(const std::filesystem::path& file, Settings& settings);
 
 // Every control with its value, in the panel's order, as LoadPreset reads it back. Written beside

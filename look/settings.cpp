@@ -1,8 +1,10 @@
 // The values of all controls and their way into the host.
 #include "look/settings.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "look/animation_text.h"
 #include "look/failure.h"
 #include "look/value_text.h"
 
@@ -26,6 +28,7 @@ void ApplyPoint(headless::EffectHost& host, int index, const PointValue& point, 
 
 Settings::Settings(const Panel& panel) : panel_(panel) {
   for (const Control& control : panel.controls) values_.push_back(control.defaultValue);
+  keys_.resize(values_.size());
 }
 
 void Settings::Set(std::string_view assignment) {
@@ -40,7 +43,12 @@ void Settings::Set(std::string_view assignment) {
     throw Failure(kWrongUsage, option + UnknownNameMessage(panel_, assignment.substr(0, equals)));
   }
   try {
-    SetValue(*control, ParseValue(*control, assignment.substr(equals + 1)));
+    const std::string_view text = assignment.substr(equals + 1);
+    if (HoldsKeys(*control, text)) {
+      SetKeys(*control, ParseKeys(*control, text));
+    } else {
+      SetValue(*control, ParseValue(*control, text));
+    }
   } catch (const ValueError& error) {
     throw Failure(kWrongUsage, option + error.what());
   }
@@ -56,6 +64,37 @@ const Value& Settings::ValueOf(const Control& control) const {
 
 void Settings::SetValue(const Control& control, Value value) {
   values_.at(PositionOf(control)) = std::move(value);
+  keys_.at(PositionOf(control)).clear();
+}
+
+const Keys* Settings::KeysOf(const Control& control) const {
+  const Keys& keys = keys_.at(PositionOf(control));
+  return keys.empty() ? nullptr : &keys;
+}
+
+void Settings::SetKeys(const Control& control, Keys keys) {
+  values_.at(PositionOf(control)) = keys.at(0).value;
+  keys_.at(PositionOf(control)) = std::move(keys);
+}
+
+bool Settings::Moves() const {
+  return std::any_of(keys_.begin(), keys_.end(), [](const Keys& keys) { return !keys.empty(); });
+}
+
+bool Settings::CountsFromEnd() const {
+  const auto counts = [](const Key& key) { return key.time.fromEnd; };
+  return std::any_of(keys_.begin(), keys_.end(), [&](const Keys& keys) {
+    return std::any_of(keys.begin(), keys.end(), counts);
+  });
+}
+
+Settings Settings::At(double frame, const TimeBase& base) const {
+  Settings still = *this;
+  for (const Control& control : panel_.controls) {
+    const Keys* const keys = KeysOf(control);
+    if (keys != nullptr) still.SetValue(control, Curve(control, *keys, base).At(frame));
+  }
+  return still;
 }
 
 void Settings::Apply(headless::EffectHost& host, int width, int height) const {

@@ -1,4 +1,4 @@
-// A value for every control: the defaults, changed by a preset and by --set.
+// A value, or keys in time, for every control: the defaults, changed by presets and by --set.
 #ifndef VITRELL_LOOK_SETTINGS_H_
 #define VITRELL_LOOK_SETTINGS_H_
 
@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "headless/effect_host.h"
+#include "look/animation.h"
 #include "look/control.h"
 
 namespace vitrell::look {
@@ -16,17 +17,31 @@ class Settings {
   // Starts with the defaults. The panel must outlive the settings.
   explicit Settings(const Panel& panel);
 
-  // One "--set NAME=VALUE". Throws Failure (wrong usage) that tells the cause and the remedy.
+  // One "--set NAME=VALUE", where VALUE may be keys. Throws Failure (wrong usage) that tells the
+  // cause and the remedy.
   void Set(std::string_view assignment);
 
   const Panel& GetPanel() const { return panel_; }
   // In the order of Panel::controls.
   const std::vector<Value>& Values() const { return values_; }
+  // Of a control with keys: the value of its first key.
   const Value& ValueOf(const Control& control) const;
+  // The control has no keys then.
   void SetValue(const Control& control, Value value);
 
-  // Hands the values to the host. Pixels and percent of one position may be mixed, for which the
-  // picture's size is needed.
+  // Null for a control without keys.
+  const Keys* KeysOf(const Control& control) const;
+  // The keys must have passed CheckKeys.
+  void SetKeys(const Control& control, Keys keys);
+  // Whether any control has keys.
+  bool Moves() const;
+  // Whether the time of any key counts from the end.
+  bool CountsFromEnd() const;
+  // The values at a frame, without keys.
+  Settings At(double frame, const TimeBase& base) const;
+
+  // Hands the values to the host; keys are left out. Pixels and percent of one position may be
+  // mixed, for which the picture's size is needed.
   void Apply(headless::EffectHost& host, int width, int height) const;
 
  private:
@@ -34,6 +49,7 @@ class Settings {
 
   const Panel& panel_;
   std::vector<Value> values_;
+  std::vector<Keys> keys_;  // In the order of Panel::controls; empty where the value stands still.
 };
 
 }  // namespace vitrell::look
