@@ -94,6 +94,11 @@ void CheckSpec(const Picture& picture, const PictureLimits& limits) {
   if (spec.deep || spec.depth > 1) {
     Fail(file, "holds deep or three-dimensional data. Flatten it to a plain picture first.");
   }
+  // Their lines are the picture's columns, which the library takes for rows of another length.
+  constexpr int kFirstTurned = 5;
+  if (picture.format->plugin == "dpx" && OrientationOf(spec, *picture.format) >= kFirstTurned) {
+    Fail(file, "is stored column by column, which cannot be read. Turn it upright first.");
+  }
   if (spec.nchannels < 1 || spec.width < 1 || spec.height < 1) Fail(file, "holds no pixels.");
   const PictureSize layer{picture.Width(), picture.Height()};
   const PictureSize data{spec.width, spec.height};

@@ -75,6 +75,18 @@ TEST_F(OrientationRunTest, TheTagIsSetToNormal) {
   }
 }
 
+TEST_F(OrientationRunTest, DpxIsTurnedWhereItsLinesAreRows) {
+  for (const int tag : {2, 3, 4}) {
+    WriteTurned("in.dpx", tag);
+    // The library writes 3 as 4 and 4 as 3, but reads what is written.
+    const int written = tag == 2 ? 2 : 7 - tag;
+    WriteUpright("in.dpx", written, "upright.png");
+    ExpectSameRender({"in.dpx"}, {"upright.png"});
+  }
+  WriteTurned("in.dpx", 6);
+  ExpectMessage(Run({"render", "in.dpx", "out.png"}), 1, {"in.dpx: is stored column by column"});
+}
+
 TEST_F(OrientationRunTest, TheCustomLayerIsTurnedToo) {
   WritePictureFile(InFolder("in.png"), NoisePicture(50, 50, 3, OIIO::TypeDesc::UINT8, 4));
   WriteTurned("layer.tif", 6);
