@@ -48,8 +48,8 @@ class SinkStream : public Imf::OStream {
 Imf::PixelType TypeOf(const OIIO::ImageSpec& spec, std::size_t channel) {
   const OIIO::TypeDesc type =
       spec.channelformats.empty() ? spec.format : spec.channelformats.at(channel);
-  if (type == OIIO::TypeDesc::FLOAT || type == OIIO::TypeDesc::DOUBLE) return Imf::FLOAT;
-  return type == OIIO::TypeDesc::UINT32 ? Imf::UINT : Imf::HALF;
+  if (type == OIIO::TypeDesc::UINT32) return Imf::UINT;
+  return type.is_floating_point() && type.size() > sizeof(half) ? Imf::FLOAT : Imf::HALF;
 }
 
 std::size_t BytesOf(Imf::PixelType type) { return type == Imf::HALF ? sizeof(half) : 4; }
@@ -225,6 +225,7 @@ void CopyExr(const Picture& input, const OIIO::ImageSpec& spec, const OutputForm
              const std::vector<float>& samples, FileSink& sink, StoppableProgress& progress) {
   Imf::MultiPartInputFile in(input.file.c_str());
   std::vector<Imf::Header> headers;
+  headers.reserve(static_cast<std::size_t>(in.parts()));
   for (int part = 0; part < in.parts(); ++part) headers.push_back(in.header(part));
   Imf::Header& rendered = headers.at(static_cast<std::size_t>(input.part));
   rendered = RenderedHeader(input, spec, form, rendered);
