@@ -85,6 +85,12 @@ void FileSink::Restart() {
   if (::ftruncate(file_, 0) != 0) Remember();
 }
 
+void FileSink::Replace(const void* bytes, std::size_t size) {
+  if (pwrite(bytes, size, 0) != size) return;
+  end_ = static_cast<int64_t>(size);
+  if (::ftruncate(file_, end_) != 0) Remember();
+}
+
 size_t FileSink::size() const {
   struct stat status {};
   return ::fstat(file_, &status) == 0 ? static_cast<size_t>(status.st_size) : 0;

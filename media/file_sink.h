@@ -29,6 +29,8 @@ class FileSink : public OIIO::Filesystem::IOProxy {
 
   // Forgets everything written.
   void Restart();
+  // Puts these bytes in the place of everything written.
+  void Replace(const void* bytes, std::size_t size);
 
   // The cause of the first failed write, or of what failed while closing: putting the contents on
   // the disk, and a length other than what was written. Empty if all went well.

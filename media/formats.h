@@ -15,17 +15,23 @@ struct Format {
   std::string_view plugin;      // the picture library's reader and writer: "jpeg2000"
   std::string_view extensions;  // in lower case, apart by blanks: "jp2 j2k"; the first is usual
   bool writes = true;
-  bool grey = true;           // one channel
-  bool greyAlpha = false;     // grey and alpha
-  bool alpha = false;         // red, green, blue and alpha
-  bool straight = true;       // alpha is stored beside the colours, not multiplied into them
-  bool anyChannels = false;   // further channels, too
-  bool windows = false;       // a display window and, in any place, the window of the pixels
-  bool floats = false;        // values outside black to white, too
-  bool profile = false;       // ICC profile
+  bool grey = true;          // one channel
+  bool greyAlpha = false;    // grey and alpha
+  bool alpha = false;        // red, green, blue and alpha
+  bool straight = true;      // alpha is stored beside the colours, not multiplied into them
+  bool anyChannels = false;  // further channels, too
+  bool windows = false;      // a display window and, in any place, the window of the pixels
+  bool floats = false;       // values outside black to white, too
+  bool profile = false;      // ICC profile
+  bool quality = false;      // takes a quality from 1 to 100
+  bool lossless = false;     // can be written without loss
+  std::string_view compressions = {};  // names to choose from, apart by blanks; may be empty
+  bool exif = false;
+  bool iptc = false;
+  bool xmp = false;
   bool fragile = false;       // damaged files can end the process of the library's reader
   std::string_view depths;    // "8, 16"
-  std::string_view metadata;  // "EXIF, IPTC, resolution"
+  std::string_view metadata;  // "EXIF, IPTC, XMP, resolution"
 };
 
 std::span<const Format> AllFormats();

@@ -12,6 +12,8 @@
 #include <ctime>
 #include <string_view>
 
+#include "media/metadata.h"
+
 namespace vitrell::media {
 namespace {
 
@@ -82,6 +84,7 @@ void DropEncoding(const Picture& input, const Format& format, Depth depth, OIIO:
   const std::string compression(spec.get_string_attribute("compression"));
   const bool lossy = LosesValues(format, compression, spec);
   if (!sameFormat || lossy) spec.erase_attribute("compression");
+  if (!sameFormat) spec.erase_attribute("jpeg:subsampling");
   const int bits = spec.get_int_attribute("oiio:BitsPerSample", 0);
   if (!sameFormat || depth != Depth::kAuto || bits < 8) {
     spec.erase_attribute("oiio:BitsPerSample");
@@ -234,6 +237,12 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, con
   if (input.hasOtherParts && input.format->windows && !format.windows) {
     notices.emplace_back("the other parts of the file are left out.");
   }
+  const bool sameFormat = input.format->plugin == format.plugin;
+  if (input.metadata != nullptr && (format.exif || format.iptc || format.xmp)) {
+    DropCarried(*input.metadata, sameFormat, spec);
+    // What a TIFF file tells of it stands among the EXIF data of others.
+    if (format.plugin == "tiff") SetResolution(*input.metadata, spec);
+  }
   DropEncoding(input, format, depth, spec);
   if (format.plugin == "tiff" || format.plugin == "openexr") SetDate(input, spec);
   DropWrongProfile(form.channels.size() < 2 || form.channels[1].role != Role::kGreen, spec,
@@ -252,29 +261,26 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, con
     const bool lossless = spec.get_int_attribute("webp:lossless", 0) != 0;
     spec.attribute("compression", lossless ? "lossless" : "webp");
   }
-  // What the file is called while it is written tells the writer no codec.
-  if (format.name == "AVIF" && !spec.find_attribute("compression")) {
-    spec.attribute("compression", "avif");
-  }
+  if (format.plugin == "heif")
+    spec.attribute("compression", format.name == "AVIF" ? "avif" : "heic");
   return spec;
 }
 
-std::vector<std::string> LostMetadata(const OIIO::ImageSpec& input,
-                                      const OIIO::ImageSpec& written) {
-  std::vector<std::string> lost;
+std::set<std::string> LostMetadata(const OIIO::ImageSpec& input, const OIIO::ImageSpec& written) {
+  std::set<std::string> lost;
   const OIIO::ParamValue* profile = input.find_attribute(std::string(kIcc));
   if (profile != nullptr && !SameBytes(profile, written.find_attribute(std::string(kIcc)))) {
-    lost.emplace_back("ICC profile");
+    lost.insert("ICC profile");
   }
-  if (HasExif(input) && !HasExif(written)) lost.emplace_back("EXIF data");
+  if (HasExif(input) && !HasExif(written)) lost.insert("EXIF data");
   const int orientation = input.get_int_attribute("Orientation", 1);
   if (orientation != 1 && orientation != written.get_int_attribute("Orientation", 1)) {
-    lost.emplace_back("orientation");
+    lost.insert("orientation");
   }
   const char* const kResolution = "XResolution";
   if (input.find_attribute(kResolution) != nullptr &&
       written.find_attribute(kResolution) == nullptr) {
-    lost.emplace_back("resolution");
+    lost.insert("resolution");
   }
   return lost;
 }

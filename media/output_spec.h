@@ -4,6 +4,7 @@
 
 #include <OpenImageIO/imageio.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,7 +29,7 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, con
 
 // What metadata of the input are missing in a written file's header: "ICC profile", "EXIF data",
 // "orientation", "resolution".
-std::vector<std::string> LostMetadata(const OIIO::ImageSpec& input, const OIIO::ImageSpec& written);
+std::set<std::string> LostMetadata(const OIIO::ImageSpec& input, const OIIO::ImageSpec& written);
 
 // Whether there are data of a camera, beyond what the library makes up.
 bool HasExif(const OIIO::ImageSpec& spec);

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "media/failure.h"
+#include "media/metadata.h"
 #include "media/orientation.h"
 #include "media/quiet_libraries.h"
 #include "media/selection.h"
@@ -233,6 +234,7 @@ Picture ReadPictureAsItIs(const fs::path& file, const FileProgress& progress,
   picture.spec = input->spec();
   CheckSpec(picture, limits);
   FindOrientation(file, *picture.format, picture.spec);
+  picture.metadata = ReadMetadata(file, *picture.format, picture.spec, picture.notices);
   picture.layout = ChooseChannels(picture.spec, choice.channels, file);
   picture.straight = IsStraight(picture);
   if (picture.spec.format == OIIO::TypeDesc::UINT8) {

@@ -45,16 +45,18 @@ struct Window {
   int Bottom() const { return y + height; }
   bool operator==(const Window&) const = default;
 };
+struct Metadata;
 
 struct Picture {
   std::filesystem::path file;
   const Format* format = nullptr;
   int part = 0;  // of the file's pictures, which of them this is
   bool hasOtherParts = false;
-  OIIO::ImageSpec spec;  // as in the file, with all metadata
+  OIIO::ImageSpec spec;  // as in the file
   ChannelLayout layout;
   bool straight = true;  // colours are not multiplied by alpha; true without alpha
   Samples samples;
+  std::shared_ptr<const Metadata> metadata;  // null: none
   std::vector<std::string> notices;
 
   // What the effect sees: the display window of a format that has one, otherwise all pixels.

@@ -4,6 +4,7 @@
 #include <exception>
 #include <memory>
 #include <new>
+#include <set>
 #include <string_view>
 #include <variant>
 
@@ -11,7 +12,11 @@
 #include "media/failure.h"
 #include "media/file_sink.h"
 #include "media/formats.h"
+#include "media/heif_output.h"
 #include "media/memory_file.h"
+#include "media/metadata.h"
+#include "media/metadata_writer.h"
+#include "media/orientation.h"
 #include "media/output_file.h"
 #include "media/output_spec.h"
 #include "media/quiet_libraries.h"
@@ -39,6 +44,7 @@ const Format& FormatFor(const fs::path& target) {
 
 std::unique_ptr<OIIO::ImageOutput> MakeWriter(const Format& format, const fs::path& target) {
   if (format.plugin == "webp") return std::make_unique<WebpOutput>();
+  if (format.plugin == "heif") return std::make_unique<HeifOutput>();
   std::unique_ptr<OIIO::ImageOutput> writer = OIIO::ImageOutput::create(std::string(format.plugin));
   if (writer == nullptr) {
     const std::string cause = OneLine(OIIO::geterror());
@@ -70,7 +76,7 @@ bool TakesSink(const OIIO::ImageOutput& writer, const Format& format, const OIIO
 class SafeWriter {
  public:
   SafeWriter(const Format& format, const fs::path& temporary, const fs::path& target)
-      : format_(format), target_(target), sink_(temporary) {}
+      : format_(format), temporary_(temporary), target_(target), sink_(temporary) {}
 
   // An ICC profile that the format's library finds fault with is left out, which shows when the
   // header is read back.
@@ -88,7 +94,7 @@ class SafeWriter {
 
   OIIO::TypeDesc StoredType() const { return writer_->spec().format; }
 
-  void Write(const Samples& samples, StoppableProgress& progress) {
+  void WritePixels(const Samples& samples, StoppableProgress& progress) {
     const bool written = std::visit(
         [&](const auto& values) {
           using Sample = typename std::decay_t<decltype(values)>::value_type;
@@ -102,7 +108,7 @@ class SafeWriter {
     // Some writers hand over the rest when they end.
     writer_.reset();
     const std::string cut = memory_ ? memory_->CopyTo(sink_) : std::string();
-    sink_.close();
+    memory_.reset();
     progress.ThrowIfStopped();
     if (!cut.empty()) FailToWrite(cut);
     FailIfSinkFailed();
@@ -110,6 +116,16 @@ class SafeWriter {
       Fail(target_, "cannot be written (" + (message.empty() ? "the writer failed" : message) +
                         "). Choose another format.");
     }
+  }
+
+  // Between the pixels and the end. Returns what the file does not take.
+  std::vector<std::string> AddMetadata(const Metadata& metadata) {
+    return PutMetadata(metadata, format_, temporary_, sink_);
+  }
+
+  void Finish() {
+    sink_.close();
+    FailIfSinkFailed();
   }
 
  private:
@@ -133,6 +149,7 @@ class SafeWriter {
   }
 
   const Format& format_;
+  const fs::path& temporary_;
   const fs::path& target_;
   FileSink sink_;
   std::unique_ptr<MemoryFile> memory_;
@@ -190,6 +207,8 @@ OIIO::ImageSpec ReadBack(const Format& format, const OutputFile& file, const OII
                      OneLine(input == nullptr ? OIIO::geterror() : input->geterror()) +
                      "). Choose another format.");
   }
+  AddOverlookedProfile(file.TemporaryPath(), format, written);
+  FindOrientation(file.TemporaryPath(), format, written);
   return written;
 }
 
@@ -204,7 +223,8 @@ void CheckFits(const Picture& input, const Format& format, const fs::path& targe
 }
 
 void TellLosses(const Picture& input, const OIIO::ImageSpec& wished, const OIIO::TypeDesc& actual,
-                const OIIO::ImageSpec& written, std::vector<std::string>& notices) {
+                const OIIO::ImageSpec& written, const std::vector<std::string>& lostMetadata,
+                bool resolutionKept, std::vector<std::string>& notices) {
   if (actual.size() < wished.format.size()) {
     notices.push_back("the format stores " + NameOf(actual) + ", the picture has " +
                       NameOf(wished.format) + ".");
@@ -214,7 +234,10 @@ void TellLosses(const Picture& input, const OIIO::ImageSpec& wished, const OIIO:
         "the float values are written as they are, without colour conversion; linear light looks "
         "dark in this format.");
   }
-  for (const std::string& lost : LostMetadata(wished, written)) {
+  std::set<std::string> all(lostMetadata.begin(), lostMetadata.end());
+  all.merge(LostMetadata(wished, written));
+  if (resolutionKept) all.erase("resolution");
+  for (const std::string& lost : all) {
     notices.push_back("the format does not keep the " + lost + ".");
   }
 }
@@ -247,6 +270,48 @@ void TellCutOff(const Picture& input, const headless::WorldBuffer& result,
                     " pixels that the effect painted outside the data window are left out.");
 }
 
+void SetBlock(const char* name, const std::string& block, OIIO::ImageSpec& spec) {
+  if (block.empty()) return;
+  const OIIO::TypeDesc bytes(OIIO::TypeDesc::UINT8, static_cast<int>(block.size()));
+  spec.attribute(name, bytes, block.data());
+}
+
+// The metadata on their way into one output. AVIF and HEIC get them with the pixels, the others
+// behind these.
+class MetadataTransfer {
+ public:
+  MetadataTransfer(const Picture& input, const Format& format, OIIO::ImageSpec& spec)
+      : format_(format) {
+    const OIIO::ParamValue* profile = spec.find_attribute("ICCProfile");
+    if (input.metadata != nullptr) metadata_ = FitMetadata(*input.metadata, format, spec);
+    // The picture library's writer leaves it out.
+    if (profile != nullptr && format.plugin == "jpeg2000") {
+      metadata_.profile.assign(static_cast<const char*>(profile->data()), profile->type().size());
+    }
+    lost_ = KindsWithoutPlace(metadata_, format);
+    if (format.plugin != "heif") return;
+    SetBlock(kHeifExif, ExifBlock(metadata_), spec);
+    SetBlock(kHeifXmp, XmpBlock(metadata_), spec);
+  }
+
+  void Run(SafeWriter& writer) {
+    const bool apart = format_.plugin != "heif" && (format_.exif || format_.iptc || format_.xmp);
+    if (apart && !metadata_.IsEmpty()) lost_ = writer.AddMetadata(metadata_);
+  }
+
+  const std::vector<std::string>& Lost() const { return lost_; }
+  // Among the EXIF data, where the format has no other place for it.
+  bool HasResolution() const {
+    return format_.exif &&
+           metadata_.exif.findKey(Exiv2::ExifKey("Exif.Image.XResolution")) != metadata_.exif.end();
+  }
+
+ private:
+  const Format& format_;
+  Metadata metadata_;
+  std::vector<std::string> lost_;
+};
+
 }  // namespace
 
 void CheckWritable(const fs::path& target) { MakeWriter(FormatFor(target), target); }
@@ -260,7 +325,8 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   const Window kept =
       NeedsWholeFrame(input, format) ? Window{0, 0, input.Width(), input.Height()} : input.Seen();
   OutputForm form = ChooseForm(input, Inspect(result, kept), format, notices);
-  const OIIO::ImageSpec spec = MakeOutputSpec(input, form, format, order.depth, notices);
+  OIIO::ImageSpec spec = MakeOutputSpec(input, form, format, order.depth, notices);
+  MetadataTransfer metadata(input, format, spec);
   OutputFile file(order.target,
                   order.onlyTry ? OutputFile::Purpose::kTry : OutputFile::Purpose::kWrite);
   const QuietLibraries quiet;
@@ -277,11 +343,13 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
     writer.Open(spec);
     actual = writer.StoredType();
     form.type = SampleTypeOf(actual);
-    writer.Write(TakeFromEffect(input, given, result, form), stoppable);
+    writer.WritePixels(TakeFromEffect(input, given, result, form), stoppable);
+    metadata.Run(writer);
+    writer.Finish();
   }
   const OIIO::ImageSpec written =
       ReadBack(format, file, spec, copies ? input.part : 0, order.target);
-  TellLosses(input, spec, actual, written, notices);
+  TellLosses(input, spec, actual, written, metadata.Lost(), metadata.HasResolution(), notices);
   TellClipping(input, given, result, order, actual, notices);
   if (!form.wholeFrame) TellCutOff(input, result, notices);
   stoppable.Tell(1.0F);

@@ -2,10 +2,12 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "cli/tool_run.h"
+#include "media/formats.h"
 #include "media/picture_files.h"
 
 namespace vitrell::cli {
@@ -53,7 +55,7 @@ std::vector<uint8_t> Profile(const char* space) {
 }
 
 FilePicture Photo(int channels, const char* profileSpace) {
-  FilePicture picture = NoisePicture(40, 30, channels, OIIO::TypeDesc::UINT8, 11);
+  FilePicture picture = NoisePicture(40, 36, channels, OIIO::TypeDesc::UINT8, 11);
   const std::vector<uint8_t> profile = Profile(profileSpace);
   picture.spec.attribute("ICCProfile",
                          OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(profile.size())),
@@ -96,6 +98,31 @@ TEST_F(MetadataRunTest, ProfileExifAndResolutionAreKept) {
   }
 }
 
+// To every format that has a place for profiles, and back; the bytes as another program reads them.
+TEST_F(MetadataRunTest, ProfileGoesWhereverItCan) {
+  WritePictureFile(InFolder("in.tif"), Photo(3, "RGB "));
+  int formats = 0;
+  for (const media::Format& format : media::AllFormats()) {
+    if (!format.writes) continue;
+    const std::string extensions(format.extensions);
+    const std::string name = "out." + extensions.substr(0, extensions.find(' '));
+    const ToolResult result = Run({"render", "in.tif", name});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    const bool told = result.err.find("does not keep the ICC profile") != std::string::npos;
+    EXPECT_EQ(told, !format.profile) << name << ": " << result.err;
+    if (!format.profile) continue;
+    ++formats;
+    const std::string command = "cd '" + Folder().string() +
+                                "' && exiftool -q -q -b -icc_profile " + name + " > profile.icc";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    const std::string shown = ReadFile("profile.icc");
+    EXPECT_TRUE(std::vector<uint8_t>(shown.begin(), shown.end()) == Profile("RGB ")) << name;
+    ASSERT_EQ(Run({"render", name, "back.png", "--force"}).exitCode, 0);
+    EXPECT_EQ(ProfileOf(ReadPictureFile(InFolder("back.png"))), Profile("RGB ")) << name;
+  }
+  EXPECT_EQ(formats, 7);
+}
+
 TEST_F(MetadataRunTest, PngKeepsProfileAndResolution) {
   WritePictureFile(InFolder("in.png"), Photo(4, "RGB "));
   const FilePicture before = ReadPictureFile(InFolder("in.png"));
@@ -126,11 +153,14 @@ TEST_F(MetadataRunTest, ProfileThatAFormatRefusesIsLeftOut) {
 
 TEST_F(MetadataRunTest, WhatAFormatCannotKeepIsTold) {
   WritePictureFile(InFolder("in.tif"), Photo(3, "RGB "));
-  const ToolResult result = Run({"render", "in.tif", "out.png"});
+  const ToolResult result = Run({"render", "in.tif", "out.bmp"});
   ASSERT_EQ(result.exitCode, 0) << result.err;
-  EXPECT_NE(result.err.find("out.png: the format does not keep the EXIF data"), std::string::npos)
-      << result.err;
-  EXPECT_EQ(Run({"render", "in.tif", "out2.png", "--quiet"}).err, "");
+  for (const char* kind : {"EXIF data", "ICC profile"}) {
+    EXPECT_NE(result.err.find("out.bmp: the format does not keep the " + std::string(kind)),
+              std::string::npos)
+        << result.err;
+  }
+  EXPECT_EQ(Run({"render", "in.tif", "out2.bmp", "--quiet"}).err, "");
 }
 
 TEST_F(MetadataRunTest, GreyProfileLeavesAColouredResult) {

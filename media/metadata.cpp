@@ -1,0 +1,297 @@
+// Reading metadata, and fitting them to another file.
+#include "media/metadata.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <exiv2/error.hpp>
+#include <exiv2/image.hpp>
+#include <mutex>
+#include <string_view>
+
+#include "media/heif_blocks.h"
+
+namespace vitrell::media {
+namespace {
+
+constexpr const char* kProfile = "ICCProfile";
+
+void StartLibrary() {
+  static std::once_flag once;
+  std::call_once(once, [] {
+    Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
+    Exiv2::XmpParser::initialize();
+  });
+}
+
+// Formats whose files the library does not know, or that have nothing to read.
+bool HasReadableMetadata(const Format& format) { return format.exif || format.iptc || format.xmp; }
+
+void AddProfile(const void* profile, std::size_t size, OIIO::ImageSpec& spec) {
+  if (size == 0 || spec.find_attribute(kProfile) != nullptr) return;
+  spec.attribute(kProfile, OIIO::TypeDesc(OIIO::TypeDesc::UINT8, static_cast<int>(size)), profile);
+}
+
+void ReadBlocks(const HeifBlocks& blocks, Metadata& metadata) {
+  if (!blocks.exif.empty()) {
+    metadata.byteOrder = Exiv2::ExifParser::decode(
+        metadata.exif, reinterpret_cast<const Exiv2::byte*>(blocks.exif.data()),
+        static_cast<uint32_t>(blocks.exif.size()));
+  }
+  metadata.xmpPacket = blocks.xmp;
+  if (!blocks.xmp.empty()) Exiv2::XmpParser::decode(metadata.xmp, blocks.xmp);
+}
+
+void ReadImage(Exiv2::Image& image, Metadata& metadata) {
+  image.readMetadata();
+  metadata.byteOrder = image.byteOrder();
+  metadata.exif = image.exifData();
+  metadata.iptc = image.iptcData();
+  metadata.xmp = image.xmpData();
+  metadata.xmpPacket = image.xmpPacket();
+  metadata.comment = image.comment();
+}
+
+// Of a TIFF file's first directory: how its samples lie in the file, and blocks that are read and
+// written as what they hold.
+constexpr std::array<std::string_view, 38> kOfThisFile = {
+    "ImageWidth",
+    "ImageLength",
+    "BitsPerSample",
+    "Compression",
+    "FillOrder",
+    "StripOffsets",
+    "SamplesPerPixel",
+    "PhotometricInterpretation",
+    "RowsPerStrip",
+    "StripByteCounts",
+    "PlanarConfiguration",
+    "GrayResponseUnit",
+    "GrayResponseCurve",
+    "T4Options",
+    "T6Options",
+    "Predictor",
+    "ColorMap",
+    "HalftoneHints",
+    "TileWidth",
+    "TileLength",
+    "TileOffsets",
+    "TileByteCounts",
+    "SubIFDs",
+    "InkSet",
+    "NumberOfInks",
+    "ExtraSamples",
+    "SampleFormat",
+    "SMinSampleValue",
+    "SMaxSampleValue",
+    "JPEGTables",
+    "YCbCrSubSampling",
+    "NewSubfileType",
+    "SubfileType",
+    "TransferFunction",
+    "XMLPacket",
+    "IPTCNAA",
+    "ImageResources",
+    "InterColorProfile",
+};
+
+bool DescribesTheFile(const Exiv2::Exifdatum& entry, const Format& format) {
+  const std::string group = entry.groupName();
+  const std::string tag = entry.tagName();
+  if (group == "Thumbnail" || group.starts_with("SubImage") || group.starts_with("SubThumb") ||
+      group == "Image2" || group == "Image3") {
+    return true;
+  }
+  if (group != "Image") return false;
+  if (tag == "YCbCrPositioning") return format.plugin != "jpeg";
+  return std::find(kOfThisFile.begin(), kOfThisFile.end(), tag) != kOfThisFile.end();
+}
+
+template <typename Data, typename Predicate>
+void EraseEntries(Data& data, const Predicate& predicate) {
+  for (auto entry = data.begin(); entry != data.end();) {
+    entry = predicate(*entry) ? data.erase(entry) : std::next(entry);
+  }
+}
+
+bool Has(const Exiv2::ExifData& exif, const char* key) {
+  return exif.findKey(Exiv2::ExifKey(key)) != exif.end();
+}
+
+void FitExif(const Format& format, const OIIO::ImageSpec& output, Exiv2::ExifData& exif) {
+  EraseEntries(exif, [&](const auto& entry) { return DescribesTheFile(entry, format); });
+  const int orientation = output.get_int_attribute("Orientation", 1);
+  if (Has(exif, "Exif.Image.Orientation") || orientation != 1) {
+    exif["Exif.Image.Orientation"] = static_cast<uint16_t>(orientation);
+  }
+  if (Has(exif, "Exif.Photo.PixelXDimension")) {
+    exif["Exif.Photo.PixelXDimension"] = static_cast<uint32_t>(output.width);
+  }
+  if (Has(exif, "Exif.Photo.PixelYDimension")) {
+    exif["Exif.Photo.PixelYDimension"] = static_cast<uint32_t>(output.height);
+  }
+}
+
+// Thumbnails of the picture as it was.
+bool IsIptcPreview(const Exiv2::Iptcdatum& entry) {
+  return entry.groupName() == "Application2" && entry.tagName().starts_with("Preview");
+}
+
+struct XmpFact {
+  const char* key;
+  int value;  // below 0: what does not hold any more and is taken out
+};
+
+// Returns whether something was changed.
+bool FitXmp(const OIIO::ImageSpec& output, Exiv2::XmpData& xmp) {
+  const std::array facts = {
+      XmpFact{"Xmp.tiff.Orientation", output.get_int_attribute("Orientation", 1)},
+      XmpFact{"Xmp.tiff.ImageWidth", output.width},
+      XmpFact{"Xmp.tiff.ImageLength", output.height},
+      XmpFact{"Xmp.exif.PixelXDimension", output.width},
+      XmpFact{"Xmp.exif.PixelYDimension", output.height},
+      XmpFact{"Xmp.tiff.BitsPerSample", -1},
+      XmpFact{"Xmp.tiff.SamplesPerPixel", -1},
+      XmpFact{"Xmp.tiff.Compression", -1},
+      XmpFact{"Xmp.tiff.PhotometricInterpretation", -1},
+      XmpFact{"Xmp.tiff.PlanarConfiguration", -1},
+  };
+  bool changed = false;
+  for (const XmpFact& fact : facts) {
+    const auto entry = xmp.findKey(Exiv2::XmpKey(fact.key));
+    if (entry == xmp.end()) continue;
+    const std::string value = std::to_string(fact.value);
+    if (fact.value >= 0 && entry->toString() == value) continue;
+    changed = true;
+    if (fact.value < 0) {
+      xmp.erase(entry);
+    } else {
+      entry->setValue(value);
+    }
+  }
+  const auto before = xmp.count();
+  EraseEntries(xmp, [](const Exiv2::Xmpdatum& entry) {
+    return entry.key().starts_with("Xmp.xmp.Thumbnails");
+  });
+  return changed || xmp.count() != before;
+}
+
+// What writers look for themselves: the file's form, not its contents.
+bool IsForTheWriter(std::string_view name) {
+  constexpr std::array<std::string_view, 7> kNames = {
+      "ICCProfile",  "compression",    "CompressionQuality", "XResolution",
+      "YResolution", "ResolutionUnit", "PixelAspectRatio"};
+  constexpr std::array<std::string_view, 9> kPrefixes = {
+      "oiio:", "tiff:", "jpeg:", "png:", "webp:", "heif:", "jpeg2000:", "bmp:", "targa:"};
+  return std::find(kNames.begin(), kNames.end(), name) != kNames.end() ||
+         std::any_of(kPrefixes.begin(), kPrefixes.end(),
+                     [&](std::string_view prefix) { return name.starts_with(prefix); });
+}
+
+}  // namespace
+
+void AddOverlookedProfile(const std::filesystem::path& file, const Format& format,
+                          OIIO::ImageSpec& spec) {
+  if (!format.profile || spec.find_attribute(kProfile) != nullptr) return;
+  std::vector<std::string> notices;
+  ReadMetadata(file, format, spec, notices);
+}
+
+std::shared_ptr<const Metadata> ReadMetadata(const std::filesystem::path& file,
+                                             const Format& format, OIIO::ImageSpec& spec,
+                                             std::vector<std::string>& notices) {
+  if (!HasReadableMetadata(format)) return nullptr;
+  StartLibrary();
+  auto metadata = std::make_shared<Metadata>();
+  try {
+    if (format.plugin == "heif") {
+      const HeifBlocks blocks = ReadHeifBlocks(file);
+      AddProfile(blocks.profile.data(), blocks.profile.size(), spec);
+      ReadBlocks(blocks, *metadata);
+    } else {
+      const auto image = Exiv2::ImageFactory::open(file.string(), false);
+      ReadImage(*image, *metadata);
+      const Exiv2::DataBuf& profile = *image->iccProfile();
+      AddProfile(profile.pData_, static_cast<std::size_t>(profile.size_), spec);
+    }
+    if (metadata->byteOrder != Exiv2::bigEndian) metadata->byteOrder = Exiv2::littleEndian;
+  } catch (const std::exception& error) {
+    notices.push_back(file.string() + ": its metadata cannot be read (" + error.what() +
+                      ") and are left out.");
+    return nullptr;
+  }
+  if (metadata->IsEmpty()) return nullptr;
+  return metadata;
+}
+
+Metadata FitMetadata(const Metadata& metadata, const Format& format,
+                     const OIIO::ImageSpec& output) {
+  Metadata fitted = metadata;
+  FitExif(format, output, fitted.exif);
+  EraseEntries(fitted.iptc, IsIptcPreview);
+  if (FitXmp(output, fitted.xmp)) fitted.xmpPacket.clear();
+  return fitted;
+}
+
+void DropCarried(const Metadata& metadata, bool samePlugin, OIIO::ImageSpec& spec) {
+  const auto isOwnText = [&](const OIIO::ParamValue& attribute) {
+    const std::string name = attribute.name().string();
+    return samePlugin && name.find(':') == std::string::npos &&
+           attribute.type() == OIIO::TypeDesc::STRING &&
+           std::none_of(metadata.exif.begin(), metadata.exif.end(), [&](const auto& entry) {
+             return entry.groupName() == "Image" && entry.tagName() == name;
+           });
+  };
+  std::vector<std::string> dropped;
+  for (const OIIO::ParamValue& attribute : spec.extra_attribs) {
+    if (!IsForTheWriter(attribute.name().string()) && !isOwnText(attribute)) {
+      dropped.push_back(attribute.name().string());
+    }
+  }
+  for (const std::string& name : dropped) spec.erase_attribute(name);
+}
+
+void SetResolution(const Metadata& metadata, OIIO::ImageSpec& spec) {
+  const auto find = [&](const char* name) {
+    return metadata.exif.findKey(Exiv2::ExifKey(std::string("Exif.Image.") + name));
+  };
+  for (const char* name : {"XResolution", "YResolution"}) {
+    const auto entry = find(name);
+    if (entry != metadata.exif.end()) spec.attribute(name, entry->toFloat());
+  }
+  const auto unit = find("ResolutionUnit");
+  if (unit == metadata.exif.end()) return;
+  constexpr std::array<const char*, 4> kUnits = {"none", "none", "in", "cm"};
+  const long code = unit->toLong();
+  if (code > 0 && code < 4) {
+    spec.attribute("ResolutionUnit", kUnits.at(static_cast<std::size_t>(code)));
+  }
+}
+
+std::vector<std::string> KindsWithoutPlace(const Metadata& metadata, const Format& format) {
+  std::vector<std::string> kinds;
+  const bool comment = format.plugin == "jpeg" || format.plugin == "png";
+  if (!metadata.exif.empty() && !format.exif) kinds.emplace_back("EXIF data");
+  if (!metadata.iptc.empty() && !format.iptc) kinds.emplace_back("IPTC data");
+  if (!metadata.xmp.empty() && !format.xmp) kinds.emplace_back("XMP data");
+  if (!metadata.comment.empty() && !comment) kinds.emplace_back("comment");
+  return kinds;
+}
+
+std::string ExifBlock(const Metadata& metadata) {
+  if (metadata.exif.empty()) return {};
+  Exiv2::Blob blob;
+  Exiv2::ExifParser::encode(blob, metadata.byteOrder, metadata.exif);
+  return {blob.begin(), blob.end()};
+}
+
+std::string XmpBlock(const Metadata& metadata) {
+  if (!metadata.xmpPacket.empty() || metadata.xmp.empty()) return metadata.xmpPacket;
+  std::string packet;
+  Exiv2::XmpParser::encode(packet, metadata.xmp);
+  return packet;
+}
+
+}  // namespace vitrell::media

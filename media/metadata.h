@@ -1,0 +1,67 @@
+// EXIF, IPTC, XMP and comments on their way from one file to another.
+#ifndef VITRELL_MEDIA_METADATA_H_
+#define VITRELL_MEDIA_METADATA_H_
+
+#include <OpenImageIO/imageio.h>
+
+#include <exiv2/exif.hpp>
+#include <exiv2/iptc.hpp>
+#include <exiv2/types.hpp>
+#include <exiv2/xmp_exiv2.hpp>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "media/formats.h"
+
+namespace vitrell::media {
+
+// What a file says about its picture, entry by entry, as it stands there.
+struct Metadata {
+  Exiv2::ByteOrder byteOrder = Exiv2::littleEndian;
+  Exiv2::ExifData exif;
+  Exiv2::IptcData iptc;
+  Exiv2::XmpData xmp;
+  std::string xmpPacket;  // the text that xmp was read from; empty once xmp was changed
+  std::string comment;
+  std::string profile;  // where it has to be put in with the others; otherwise the header holds it
+
+  bool IsEmpty() const {
+    return exif.empty() && iptc.empty() && XmpIsEmpty() && comment.empty() && profile.empty();
+  }
+  bool XmpIsEmpty() const { return xmp.empty() && xmpPacket.empty(); }
+};
+
+// Null if the file holds none. Adds an ICC profile that the picture library overlooks to the
+// header. Metadata that cannot be read are told in `notices`; the picture is not at fault.
+std::shared_ptr<const Metadata> ReadMetadata(const std::filesystem::path& file,
+                                             const Format& format, OIIO::ImageSpec& spec,
+                                             std::vector<std::string>& notices);
+
+// Gives a header without one the ICC profile of its file, if the picture library overlooked it.
+void AddOverlookedProfile(const std::filesystem::path& file, const Format& format,
+                          OIIO::ImageSpec& spec);
+
+// The same for the output of this header: size, orientation and resolution are the output's, and
+// what describes the input's pixels only (the layout of its samples, its thumbnails) is gone.
+Metadata FitMetadata(const Metadata& metadata, const Format& format, const OIIO::ImageSpec& output);
+
+// Takes out of the header what the metadata hold too, so that no writer adds its own version.
+// `samePlugin` tells that the header comes from a file of the same format.
+void DropCarried(const Metadata& metadata, bool samePlugin, OIIO::ImageSpec& spec);
+
+// Gives a header without a resolution the one of the EXIF data, for writers that take it from
+// there.
+void SetResolution(const Metadata& metadata, OIIO::ImageSpec& spec);
+
+// The kinds that the format has no place for: "EXIF data", "IPTC data", "XMP data", "comment".
+std::vector<std::string> KindsWithoutPlace(const Metadata& metadata, const Format& format);
+
+// As one block each, for formats that take blocks. Empty if there is nothing of that kind.
+std::string ExifBlock(const Metadata& metadata);
+std::string XmpBlock(const Metadata& metadata);
+
+}  // namespace vitrell::media
+
+#endif  // VITRELL_MEDIA_METADATA_H_

@@ -1,0 +1,164 @@
+// Metadata into files.
+#include "media/metadata_writer.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <exception>
+#include <exiv2/image.hpp>
+#include <memory>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace vitrell::media {
+namespace {
+
+// A file's bytes without a copy of them.
+class MappedFile {
+ public:
+  explicit MappedFile(const std::filesystem::path& file) {
+    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    struct stat status {};
+    if (descriptor < 0) return;
+    if (::fstat(descriptor, &status) == 0 && status.st_size > 0) {
+      size_ = static_cast<std::size_t>(status.st_size);
+      bytes_ = ::mmap(nullptr, size_, PROT_READ, MAP_SHARED, descriptor, 0);
+    }
+    ::close(descriptor);
+  }
+  ~MappedFile() {
+    if (IsOpen()) ::munmap(bytes_, size_);
+  }
+  MappedFile(const MappedFile&) = delete;
+  MappedFile& operator=(const MappedFile&) = delete;
+
+  bool IsOpen() const { return bytes_ != MAP_FAILED; }
+  std::unique_ptr<Exiv2::Image> Open() const {
+    auto image = Exiv2::ImageFactory::open(static_cast<const Exiv2::byte*>(bytes_),
+                                           static_cast<long>(size_));
+    image->readMetadata();
+    return image;
+  }
+
+ private:
+  void* bytes_ = MAP_FAILED;
+  std::size_t size_ = 0;
+};
+
+struct Kinds {
+  bool exif = false;
+  bool iptc = false;
+  bool xmp = false;
+  bool comment = false;
+};
+
+bool Takes(const Exiv2::Image& image, Exiv2::MetadataId kind) {
+  const Exiv2::AccessMode mode = image.checkMode(kind);
+  return mode == Exiv2::amWrite || mode == Exiv2::amReadWrite;
+}
+
+// Null if the library refuses them.
+std::unique_ptr<Exiv2::Image> Put(const Metadata& metadata, const Kinds& kinds,
+                                  const Format& format, const MappedFile& file) {
+  try {
+    std::unique_ptr<Exiv2::Image> image = file.Open();
+    image->setByteOrder(metadata.byteOrder);
+    // What the writer of the pixels made up goes; TIFF files hold more than camera data there.
+    if (format.plugin != "tiff") image->clearExifData();
+    if (kinds.exif && Takes(*image, Exiv2::mdExif)) image->setExifData(metadata.exif);
+    if (kinds.iptc && Takes(*image, Exiv2::mdIptc)) image->setIptcData(metadata.iptc);
+    if (kinds.comment && Takes(*image, Exiv2::mdComment)) image->setComment(metadata.comment);
+    if (!metadata.profile.empty()) {
+      Exiv2::DataBuf profile(reinterpret_cast<const Exiv2::byte*>(metadata.profile.data()),
+                             static_cast<long>(metadata.profile.size()));
+      image->setIccProfile(profile);
+    }
+    if (kinds.xmp && Takes(*image, Exiv2::mdXmp)) {
+      image->setXmpData(metadata.xmp);
+      if (!metadata.xmpPacket.empty()) image->setXmpPacket(metadata.xmpPacket);
+      image->writeXmpFromPacket(!metadata.xmpPacket.empty());
+    }
+    image->writeMetadata();
+    return image;
+  } catch (const std::exception&) {
+    return nullptr;
+  }
+}
+
+// One kind may be too large for the format, or damaged; the others go over without it.
+std::unique_ptr<Exiv2::Image> PutWhatFits(const Metadata& metadata, const Format& format,
+                                          const MappedFile& file) {
+  Kinds kinds{!metadata.exif.empty(), !metadata.iptc.empty(), !metadata.XmpIsEmpty(),
+              !metadata.comment.empty()};
+  std::unique_ptr<Exiv2::Image> image = Put(metadata, kinds, format, file);
+  if (image != nullptr) return image;
+  for (bool Kinds::*const kind : {&Kinds::exif, &Kinds::iptc, &Kinds::xmp, &Kinds::comment}) {
+    Kinds alone;
+    alone.*kind = kinds.*kind;
+    if (Put(metadata, alone, format, file) == nullptr) kinds.*kind = false;
+  }
+  return Put(metadata, kinds, format, file);
+}
+
+// Where something lies in the file; the maker's block, whose entries stand for themselves; and the
+// resolution, which the writer of the pixels may have stored in other fractions.
+bool IsSeenElsewhere(std::string_view tag) {
+  constexpr std::array<std::string_view, 9> kNames = {
+      "ExifTag",   "GPSTag",      "InteroperabilityTag", "MakerNote",     "Offset",
+      "ByteOrder", "XResolution", "YResolution",         "ResolutionUnit"};
+  return std::find(kNames.begin(), kNames.end(), tag) != kNames.end();
+}
+
+template <typename Data>
+auto ListEntries(const Data& data) {
+  std::multiset<std::pair<std::string, std::string>> entries;
+  for (const auto& entry : data) {
+    if (!IsSeenElsewhere(entry.tagName())) entries.insert({entry.key(), entry.toString()});
+  }
+  return entries;
+}
+
+template <typename Data>
+void TellMissing(const char* kind, const Data& wanted, const Data& written,
+                 std::vector<std::string>& lost) {
+  const auto all = ListEntries(wanted);
+  auto missing = all;
+  for (const auto& entry : ListEntries(written)) {
+    const auto found = missing.find(entry);
+    if (found != missing.end()) missing.erase(found);
+  }
+  if (missing.empty()) return;
+  std::string text = kind;
+  if (missing.size() < all.size()) {
+    text +=
+        " (" + std::to_string(missing.size()) + " of " + std::to_string(all.size()) + " entries)";
+  }
+  lost.push_back(text);
+}
+
+}  // namespace
+
+std::vector<std::string> PutMetadata(const Metadata& metadata, const Format& format,
+                                     const std::filesystem::path& file, FileSink& sink) {
+  std::vector<std::string> lost = KindsWithoutPlace(metadata, format);
+  const MappedFile mapped(file);
+  const std::unique_ptr<Exiv2::Image> image =
+      mapped.IsOpen() ? PutWhatFits(metadata, format, mapped) : nullptr;
+  if (image == nullptr) return {"metadata"};
+  image->readMetadata();
+  if (format.exif) TellMissing("EXIF data", metadata.exif, image->exifData(), lost);
+  if (format.iptc) TellMissing("IPTC data", metadata.iptc, image->iptcData(), lost);
+  if (format.xmp) TellMissing("XMP data", metadata.xmp, image->xmpData(), lost);
+  Exiv2::BasicIo& bytes = image->io();
+  const auto size = static_cast<std::size_t>(bytes.size());
+  sink.Replace(bytes.mmap(), size);
+  return lost;
+}
+
+}  // namespace vitrell::media
