@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "media/encoding.h"
 #include "media/picture_limits.h"
 
 namespace vitrell::cli {
@@ -28,7 +29,8 @@ struct RenderArguments {
   std::string savePreset;
   std::string customLayer;
   std::string depth = "auto";  // "auto", "8" or "16"
-  int threads = 0;             // 0: all cores
+  media::Encoding encoding;
+  int threads = 0;  // 0: all cores
   std::int64_t maxPixels = media::PictureLimits{}.maxPixels;
   std::string channels;  // empty: as the header tells
   std::string part;      // empty: the first

@@ -18,7 +18,8 @@ constexpr const char* kRenderExamples =
     "\n"
     "Settings: the defaults, then the presets, then --set. `vitrell params` lists all names.\n"
     "--depth auto takes 8 bits for 8-bit files and 16 for all others, and keeps the file's type;\n"
-    "8 and 16 tell the bits of OUTPUT too. What the effect leaves as it was keeps its file value.";
+    "8 and 16 tell the bits of OUTPUT too (16: integers, or half floats in EXR). What the effect\n"
+    "leaves as it was keeps its file value.";
 
 constexpr const char* kParamsExamples =
     "Examples:\n"
@@ -105,11 +106,27 @@ void AddLookOptions(CLI::App& command, RenderArguments& arguments) {
       ->group(kLook);
 }
 
+void AddEncodingOptions(CLI::App& command, media::Encoding& encoding) {
+  command
+      .add_option("--quality", encoding.quality,
+                  "of JPEG (default: 98), WebP, AVIF, HEIC (default: 90)")
+      ->check(CLI::Range(1, 100).description(""))
+      ->type_name("1..100")
+      ->group(kFiles);
+  command
+      .add_option("--compression", encoding.compression,
+                  "of PNG, TIFF, EXR, TGA; any other name lists them")
+      ->type_name("NAME")
+      ->group(kFiles);
+  command.add_flag("--lossless", encoding.lossless, "without loss, or not at all")->group(kFiles);
+}
+
 void AddFileOptions(CLI::App& command, RenderArguments& arguments) {
   command.add_option("--depth", arguments.depth, "bits the effect works with (default: auto)")
       ->check(CLI::IsMember({"auto", "8", "16"}).description(""))
       ->type_name("auto|8|16")
       ->group(kFiles);
+  AddEncodingOptions(command, arguments.encoding);
   command
       .add_flag("--no-auto-orient", arguments.noAutoOrient,
                 "leave photographs as the camera stored them")

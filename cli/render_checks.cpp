@@ -77,7 +77,7 @@ void CheckStandardInput(const std::string& input, const std::vector<std::string>
 void CheckFiles(const RenderArguments& arguments, const std::string& layerPath) {
   RefuseSameFiles(arguments, layerPath);
   media::CheckTarget(arguments.output, arguments.force);
-  media::CheckWritable(arguments.output);
+  media::CheckWritable(arguments.output, arguments.encoding);
   CheckPresetTarget(arguments.savePreset, arguments.force);
   if (!arguments.report.empty() && !media::IsStandardStream(arguments.report)) {
     media::CheckTarget(arguments.report, arguments.force);

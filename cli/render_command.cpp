@@ -181,6 +181,7 @@ class RenderJob {
     order.target = arguments_.output;
     order.force = arguments_.force;
     order.onlyTry = arguments_.dryRun;
+    order.encoding = arguments_.encoding;
     order.depth = arguments_.depth == "8"    ? media::Depth::k8
                   : arguments_.depth == "16" ? media::Depth::k16
                                              : media::Depth::kAuto;

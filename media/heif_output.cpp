@@ -86,10 +86,14 @@ void Encode(const OIIO::ImageSpec& spec, const std::vector<uint8_t>& pixels,
   const HeifContext context(heif_context_alloc());
   const HeifEncoder encoder = MakeEncoder(*context, spec, lossless);
   const HeifImage image = MakeImage(spec, pixels);
-  const HeifNclx identity = lossless ? MakeIdentityMatrix() : nullptr;
   const HeifOptions options(heif_encoding_options_alloc());
   options->save_two_colr_boxes_when_ICC_and_nclx_available = 1;
-  if (lossless) options->output_nclx_profile = identity.get();
+  if (lossless) {
+    // The encoder takes the matrix from the picture, readers from the file.
+    const HeifNclx identity = MakeIdentityMatrix();
+    Check(heif_image_set_nclx_color_profile(image.get(), identity.get()));
+    options->macOS_compatibility_workaround_no_nclx_profile = 0;
+  }
   heif_image_handle* handle = nullptr;
   Check(
       heif_context_encode_image(context.get(), image.get(), encoder.get(), options.get(), &handle));

@@ -171,6 +171,21 @@ void PlaceInFrame(const Picture& input, const OutputForm& form, const Format& fo
   notices.emplace_back("the format stores no frame around the picture; only the picture is kept.");
 }
 
+// What is wished for; writers that lack it take fewer bits.
+OIIO::TypeDesc ChooseType(const OIIO::TypeDesc& input, const Format& format, Depth depth) {
+  const bool exr = format.plugin == "openexr";
+  if (depth == Depth::k8) return OIIO::TypeDesc::UINT8;
+  // EXR has no other 16 bits.
+  if (depth == Depth::k16) return exr ? OIIO::TypeDesc::HALF : OIIO::TypeDesc::UINT16;
+  // The integers of EXR are no brightness, and half floats hold fewer bits.
+  if (exr && input.size() > 1 && !input.is_floating_point()) return OIIO::TypeDesc::FLOAT;
+  // Left to themselves, writers without such types would take 8 bits.
+  const bool keepsAll = format.plugin == "tiff" || format.floats;
+  return keepsAll || input.size() == 1 || input == OIIO::TypeDesc::UINT16
+             ? input
+             : OIIO::TypeDesc(OIIO::TypeDesc::UINT16);
+}
+
 bool SameBytes(const OIIO::ParamValue* a, const OIIO::ParamValue* b) {
   return b != nullptr && a->type().size() == b->type().size() &&
          std::memcmp(a->data(), b->data(), a->type().size()) == 0;
@@ -230,7 +245,8 @@ OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Fo
 }
 
 OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, const Format& format,
-                               Depth depth, std::vector<std::string>& notices) {
+                               const WriteOrder& order, std::vector<std::string>& notices) {
+  const Depth depth = order.depth;
   OIIO::ImageSpec spec = input.spec;
   spec.tile_width = spec.tile_height = spec.tile_depth = 0;
   PlaceInFrame(input, form, format, spec, notices);
@@ -248,21 +264,11 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, con
   DropWrongProfile(form.channels.size() < 2 || form.channels[1].role != Role::kGreen, spec,
                    notices);
   NameChannels(input, form, format, format.plugin == "openexr" && depth == Depth::kAuto, spec);
-  const bool deepFile = input.IsDeep();
-  if (depth == Depth::k8) spec.format = OIIO::TypeDesc::UINT8;
-  if (depth == Depth::k16 && !deepFile) spec.format = OIIO::TypeDesc::UINT16;
-  // Left to themselves, writers without floats would take 8 bits.
-  if (spec.format.is_floating_point() && !format.floats) spec.format = OIIO::TypeDesc::UINT16;
+  spec.format = ChooseType(input.spec.format, format, depth);
   // Without this the TIFF writer stores a list of EXIF data that it then finds empty.
   if (format.plugin == "tiff" && !HasExif(spec)) spec.attribute("tiff:write_exif", 0);
   if (form.straight && spec.alpha_channel >= 0) spec.attribute("oiio:UnassociatedAlpha", 1);
-  // A picture without loss stays so.
-  if (format.plugin == "webp") {
-    const bool lossless = spec.get_int_attribute("webp:lossless", 0) != 0;
-    spec.attribute("compression", lossless ? "lossless" : "webp");
-  }
-  if (format.plugin == "heif")
-    spec.attribute("compression", format.name == "AVIF" ? "avif" : "heic");
+  SetEncoding(order.encoding, format, spec);
   return spec;
 }
 

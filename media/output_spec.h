@@ -25,7 +25,7 @@ OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Fo
 
 // The header for the chosen form. Its sample type is what is wished for; the writer may change it.
 OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, const Format& format,
-                               Depth depth, std::vector<std::string>& notices);
+                               const WriteOrder& order, std::vector<std::string>& notices);
 
 // What metadata of the input are missing in a written file's header: "ICC profile", "EXIF data",
 // "orientation", "resolution".

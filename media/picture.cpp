@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <fstream>
 #include <memory>
 #include <new>
 #include <optional>
@@ -158,6 +159,31 @@ Samples ReadSamples(OIIO::ImageInput& input, const Picture& picture, OIIO::TypeD
   return samples;
 }
 
+// PSD readers do not say what they converted; the number at this place of the header does.
+bool IsCmykPsd(const fs::path& file) {
+  constexpr std::size_t kMode = 25;
+  constexpr char kCmyk = 4;
+  std::array<char, kMode + 1> head{};
+  std::ifstream stream(file, std::ios::binary);
+  stream.read(head.data(), static_cast<std::streamsize>(head.size()));
+  return stream.good() && head[kMode] == kCmyk;
+}
+
+// The readers turn inks into red, green and blue without the profile that tells how they look.
+void TellCmyk(Picture& picture) {
+  const OIIO::ImageSpec& spec = picture.spec;
+  const std::string_view jpeg = spec.get_string_attribute("jpeg:ColorSpace");
+  const bool cmyk = jpeg == "CMYK" || jpeg == "YCbCrK" ||
+                    spec.get_string_attribute("tiff:ColorSpace") == "CMYK" ||
+                    (picture.format->plugin == "psd" && IsCmykPsd(picture.file));
+  if (!cmyk) return;
+  picture.spec.erase_attribute("ICCProfile");
+  picture.spec.erase_attribute("jpeg:ColorSpace");
+  picture.notices.push_back(picture.file.string() +
+                            ": is in CMYK; it is converted to RGB without its profile, so that "
+                            "colours change. Convert it beforehand to choose how.");
+}
+
 bool IsStraight(const Picture& picture) {
   if (!picture.layout.HasAlpha()) return true;
   const bool silently = std::find(kSilentlyStraight.begin(), kSilentlyStraight.end(),
@@ -235,6 +261,7 @@ Picture ReadPictureAsItIs(const fs::path& file, const FileProgress& progress,
   CheckSpec(picture, limits);
   FindOrientation(file, *picture.format, picture.spec);
   picture.metadata = ReadMetadata(file, *picture.format, picture.spec, picture.notices);
+  TellCmyk(picture);
   picture.layout = ChooseChannels(picture.spec, choice.channels, file);
   picture.straight = IsStraight(picture);
   if (picture.spec.format == OIIO::TypeDesc::UINT8) {

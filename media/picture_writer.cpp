@@ -1,6 +1,7 @@
 // Writing pictures beside their target.
 #include "media/picture_writer.h"
 
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <new>
@@ -222,12 +223,16 @@ void CheckFits(const Picture& input, const Format& format, const fs::path& targe
   }
 }
 
-void TellLosses(const Picture& input, const OIIO::ImageSpec& wished, const OIIO::TypeDesc& actual,
-                const OIIO::ImageSpec& written, const std::vector<std::string>& lostMetadata,
-                bool resolutionKept, std::vector<std::string>& notices) {
-  if (actual.size() < wished.format.size()) {
-    notices.push_back("the format stores " + NameOf(actual) + ", the picture has " +
-                      NameOf(wished.format) + ".");
+void TellLosses(const Picture& input, Depth depth, const OIIO::ImageSpec& wished,
+                const OIIO::TypeDesc& actual, const OIIO::ImageSpec& written,
+                const std::vector<std::string>& lostMetadata, bool resolutionKept,
+                std::vector<std::string>& notices) {
+  const OIIO::TypeDesc& type = input.spec.format;
+  const OIIO::TypeDesc& had =
+      depth == Depth::kAuto && !type.is_floating_point() ? type : wished.format;
+  if (actual.size() < had.size()) {
+    notices.push_back("the format stores " + NameOf(actual) + ", the picture has " + NameOf(had) +
+                      ".");
   }
   if (input.spec.format.is_floating_point() && !actual.is_floating_point()) {
     notices.emplace_back(
@@ -268,6 +273,20 @@ void TellCutOff(const Picture& input, const headless::WorldBuffer& result,
   if (painted == 0) return;
   notices.push_back(std::to_string(painted) +
                     " pixels that the effect painted outside the data window are left out.");
+}
+
+// A file with loss that becomes far smaller has lost more than before.
+void TellShrinking(const Picture& input, const Format& format, const fs::path& written,
+                   const Encoding& encoding, std::vector<std::string>& notices) {
+  constexpr std::uintmax_t kTooSmall = 3;
+  if (!format.quality || encoding.quality || encoding.lossless || input.format != &format) return;
+  std::error_code error;
+  const std::uintmax_t before = fs::file_size(input.file, error);
+  const std::uintmax_t after = fs::file_size(written, error);
+  if (error || after == 0 || before / after < kTooSmall) return;
+  notices.push_back("is " + std::to_string(before / after) +
+                    " times smaller than the input; --quality above " +
+                    std::to_string(UsualQuality(format)) + " keeps more.");
 }
 
 void SetBlock(const char* name, const std::string& block, OIIO::ImageSpec& spec) {
@@ -314,7 +333,11 @@ class MetadataTransfer {
 
 }  // namespace
 
-void CheckWritable(const fs::path& target) { MakeWriter(FormatFor(target), target); }
+void CheckWritable(const fs::path& target, const Encoding& encoding) {
+  const Format& format = FormatFor(target);
+  CheckEncoding(encoding, format);
+  MakeWriter(format, target);
+}
 
 std::vector<std::string> WritePicture(const Picture& input, const headless::WorldBuffer& given,
                                       const headless::WorldBuffer& result, const WriteOrder& order,
@@ -325,7 +348,7 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
   const Window kept =
       NeedsWholeFrame(input, format) ? Window{0, 0, input.Width(), input.Height()} : input.Seen();
   OutputForm form = ChooseForm(input, Inspect(result, kept), format, notices);
-  OIIO::ImageSpec spec = MakeOutputSpec(input, form, format, order.depth, notices);
+  OIIO::ImageSpec spec = MakeOutputSpec(input, form, format, order, notices);
   MetadataTransfer metadata(input, format, spec);
   OutputFile file(order.target,
                   order.onlyTry ? OutputFile::Purpose::kTry : OutputFile::Purpose::kWrite);
@@ -346,10 +369,12 @@ std::vector<std::string> WritePicture(const Picture& input, const headless::Worl
     writer.WritePixels(TakeFromEffect(input, given, result, form), stoppable);
     metadata.Run(writer);
     writer.Finish();
+    TellShrinking(input, format, file.TemporaryPath(), order.encoding, notices);
   }
   const OIIO::ImageSpec written =
       ReadBack(format, file, spec, copies ? input.part : 0, order.target);
-  TellLosses(input, spec, actual, written, metadata.Lost(), metadata.HasResolution(), notices);
+  TellLosses(input, order.depth, spec, actual, written, metadata.Lost(), metadata.HasResolution(),
+             notices);
   TellClipping(input, given, result, order, actual, notices);
   if (!form.wholeFrame) TellCutOff(input, result, notices);
   stoppable.Tell(1.0F);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "headless/world_buffer.h"
+#include "media/encoding.h"
 #include "media/exchange.h"
 #include "media/picture.h"
 
@@ -21,6 +22,7 @@ struct WriteOrder {
   // kAuto keeps the type of the input's file; otherwise the file holds this many bits, if its
   // format can.
   Depth depth = Depth::kAuto;
+  Encoding encoding;
   bool force = false;              // replace an existing file
   bool onlyTry = false;            // write into memory and forget it
   std::int64_t clippedPixels = 0;  // of the input, as it was given to the effect
@@ -31,8 +33,9 @@ struct WriteOrder {
       agree;
 };
 
-// Refuses an extension that no picture format has, before any work is done. Throws Failure.
-void CheckWritable(const std::filesystem::path& target);
+// Refuses an extension that no picture format has, and an encoding that the format does not take,
+// before any work is done. Throws Failure.
+void CheckWritable(const std::filesystem::path& target, const Encoding& encoding);
 
 // Writes the result with the size, metadata and channels of the input, beside the target and then
 // renamed. What the format cannot hold is told in the returned sentences. Throws Failure, also

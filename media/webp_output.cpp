@@ -11,8 +11,6 @@
 namespace vitrell::media {
 namespace {
 
-constexpr int kDefaultQuality = 90;
-
 using Mux = std::unique_ptr<WebPMux, decltype(&WebPMuxDelete)>;
 
 int KeepBytes(const uint8_t* data, std::size_t size, const WebPPicture* picture) {
@@ -22,7 +20,7 @@ int KeepBytes(const uint8_t* data, std::size_t size, const WebPPicture* picture)
 }
 
 bool Configure(const OIIO::ImageSpec& spec, WebPConfig& config) {
-  const auto [method, quality] = spec.decode_compression_metadata("webp", kDefaultQuality);
+  const auto [method, quality] = spec.decode_compression_metadata("webp", kUsualWebpQuality);
   if (WebPConfigInit(&config) == 0) return false;
   config.quality = static_cast<float>(std::clamp(quality, 0, 100));
   // Colours under full transparency count, too.

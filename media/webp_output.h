@@ -10,6 +10,9 @@
 
 namespace vitrell::media {
 
+// The quality where none is asked for, of 0 to 100.
+inline constexpr int kUsualWebpQuality = 90;
+
 // The picture library's own writer divides straight colours by alpha. This one takes 8-bit RGB, or
 // straight RGBA, and writes to the proxy it is given, with the ICC profile. "compression" is
 // "lossless" or "webp:75", a quality from 0 to 100.

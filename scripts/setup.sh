@@ -11,8 +11,7 @@ packages=(
   # libraries of the command line, the headless host and the tests; the picture library's CMake
   # files also name its tools
   libopenimageio-dev openimageio-tools libwebp-dev libheif-dev libexiv2-dev libopenexr-dev
-  libcli11-dev
-  nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev libmlt-dev
+  libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev libmlt-dev libjpeg-dev
   # what the tests compare metadata with
   libimage-exiftool-perl
 )
