@@ -75,7 +75,9 @@ class RenderJob {
       Finish(input, "dry run, nothing was written");
       return;
     }
-    headless::WorldBuffer result(input.Width(), input.Height(), deep);
+    // The effect writes all of it, at its very end, and until then it takes no memory.
+    headless::WorldBuffer result(input.Width(), input.Height(), deep,
+                                 {.fresh = headless::FreshPixels::kUnset});
     report_.effectSeconds = effect_.Render(SettingsAt(settings_, arguments_.effect), given.world,
                                            layer ? &layer->world : nullptr, result);
     clock_.Lap();

@@ -87,8 +87,40 @@ const Sample* SamplesAt(const Picture& picture, const std::vector<Sample>& sampl
          (row * static_cast<std::size_t>(data.width) + column) * picture.Channels();
 }
 
+// Every value of an integer type through a function, worked out once.
+template <typename From, typename Function>
+auto TableOf(const Function& function) {
+  std::vector<decltype(function(From{}))> table;
+  table.reserve(std::size_t{std::numeric_limits<From>::max()} + 1);
+  for (unsigned value = 0; value <= std::numeric_limits<From>::max(); ++value) {
+    table.push_back(function(static_cast<From>(value)));
+  }
+  return table;
+}
+
+// Straight integers: no channel depends on another, and nothing is clipped.
+template <typename Sample, typename Pixel>
+void GiveByTable(const Picture& picture, const std::vector<Sample>& samples, Given& given) {
+  const auto table =
+      TableOf<Sample>([](Sample value) { return HostChannel<Pixel>(Normalised(value)); });
+  const ChannelLayout& layout = picture.layout;
+  const auto opaque = HostChannel<Pixel>(1.0);
+  const Window seen = picture.Seen();
+  for (int y = seen.y; y < seen.Bottom(); ++y) {
+    const Sample* source = SamplesAt(picture, samples, seen.x, y);
+    Pixel* row = RowOf<Pixel>(given.world, y);
+    for (int x = seen.x; x < seen.Right(); ++x, source += picture.Channels()) {
+      row[x] = {layout.HasAlpha() ? table[source[layout.alpha]] : opaque, table[source[layout.red]],
+                table[source[layout.green]], table[source[layout.blue]]};
+    }
+  }
+}
+
 template <typename Sample, typename Pixel>
 void Give(const Picture& picture, const std::vector<Sample>& samples, Given& given) {
+  if constexpr (std::is_integral_v<Sample>) {
+    if (picture.straight) return GiveByTable<Sample, Pixel>(picture, samples, given);
+  }
   const Window seen = picture.Seen();
   for (int y = seen.y; y < seen.Bottom(); ++y) {
     const Sample* source = SamplesAt(picture, samples, seen.x, y);
@@ -218,6 +250,62 @@ class PixelTaker {
   const std::vector<Sample> none_;
 };
 
+// Where the file and the output hold the same integers, straight, each channel is by itself either
+// the file's or the effect's.
+template <typename Sample, typename Pixel>
+class PlainTaker {
+ public:
+  PlainTaker(const Picture& input, const OutputForm& form) {
+    const bool alone = (input.straight && form.straight) || !input.layout.HasAlpha();
+    if (!alone || !form.straight) return;
+    for (const OutputChannel& channel : form.channels) {
+      if (channel.source < 0) return;
+      places_.push_back({channel.source, PlaceOf(channel.role)});
+    }
+    using Channel = decltype(Pixel::alpha);
+    table_ =
+        TableOf<Channel>([](Channel value) { return Quantised<Sample>(value / kWhite<Pixel>); });
+  }
+
+  bool Suits() const { return !table_.empty(); }
+
+  Sample* Take(const Sample* file, const Pixel& given, const Pixel& result, Sample* out) const {
+    const auto before = ChannelsOf(given);
+    const auto after = ChannelsOf(result);
+    for (const Place& place : places_) {
+      const auto i = static_cast<std::size_t>(place.channel);
+      const bool kept = place.channel < 0 || before[i] == after[i];
+      *out++ = kept ? file[place.source] : table_[after[i]];
+    }
+    return out;
+  }
+
+ private:
+  struct Place {
+    int source;
+    int channel;  // of the host's pixel; -1: none
+  };
+
+  static int PlaceOf(Role role) {
+    switch (role) {
+      case Role::kAlpha:
+        return 0;
+      case Role::kRed:
+        return 1;
+      case Role::kGreen:
+        return 2;
+      case Role::kBlue:
+        return 3;
+      case Role::kExtra:
+        break;
+    }
+    return -1;
+  }
+
+  std::vector<Place> places_;
+  std::vector<Sample> table_;
+};
+
 template <typename Sample, typename Pixel, typename Out>
 class RowTaker {
  public:
@@ -231,7 +319,8 @@ class RowTaker {
         form_(form),
         seen_(input.Seen()),
         window_(form.wholeFrame ? Window{0, 0, input.Width(), input.Height()} : input.Data()),
-        taker_(input, form) {}
+        taker_(input, form),
+        plain_(input, form) {}
 
   std::vector<Out> TakeAll() const {
     const std::size_t row = static_cast<std::size_t>(window_.width) * form_.channels.size();
@@ -256,6 +345,14 @@ class RowTaker {
     const Sample* file = SamplesAt(input_, samples_, begin, y);
     const Pixel* before = RowOf<Pixel>(given_, y);
     const Pixel* after = RowOf<Pixel>(result_, y);
+    if constexpr (std::is_same_v<Sample, Out> && std::is_integral_v<Sample>) {
+      if (plain_.Suits()) {
+        for (int x = begin; x < end; ++x, file += input_.Channels()) {
+          out = plain_.Take(file, before[x], after[x], out);
+        }
+        return out;
+      }
+    }
     for (int x = begin; x < end; ++x) {
       taker_.Take(file, before[x], after[x], out);
       file += input_.Channels();
@@ -284,6 +381,7 @@ class RowTaker {
   const Window seen_;
   const Window window_;
   const PixelTaker<Sample, Pixel, Out> taker_;
+  const PlainTaker<Sample, Pixel> plain_;
 };
 
 template <typename Sample, typename Pixel>
@@ -304,7 +402,10 @@ Samples TakeAs(const Picture& input, const std::vector<Sample>& samples,
 }  // namespace
 
 Given GiveToEffect(const Picture& picture, bool deep) {
-  Given given{headless::WorldBuffer(picture.Width(), picture.Height(), deep), 0};
+  // All pixels are written below.
+  Given given{headless::WorldBuffer(picture.Width(), picture.Height(), deep,
+                                    {.fresh = headless::FreshPixels::kUnset}),
+              0};
   if (picture.Seen() != Window{0, 0, picture.Width(), picture.Height()}) given.world.FillBytes(0);
   std::visit(
       [&](const auto& samples) {

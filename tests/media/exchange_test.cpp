@@ -88,6 +88,41 @@ TEST(ExchangeTest, ChangedSixteenBitValuesAreScaled) {
             (std::vector<uint16_t>{65535, 32768, 1000}));
 }
 
+// Every value that the effect may give, in each depth, half steps upwards.
+TEST(ExchangeTest, EveryChangedValueIsScaled) {
+  constexpr int kSide = 182;  // 182 x 182 pixels hold all 32769 values.
+  const Picture words = MakePicture<uint16_t>(kSide, 1, std::vector<uint16_t>(kSide * kSide, 7));
+  const Given given = GiveToEffect(words, true);
+  WorldBuffer result = given.world;
+  for (int value = 0; value < kSide * kSide; ++value) {
+    const auto channel = static_cast<A_u_short>(std::min(value, 32768));
+    result.At16(value % kSide, value / kSide) = {32768, channel, channel, channel};
+  }
+  const auto taken = std::get<std::vector<uint16_t>>(
+      TakeFromEffect(words, given.world, result, FormOf(words, SampleType::kWord)));
+  for (int value = 0; value < kSide * kSide; ++value) {
+    const int channel = std::min(value, 32768);
+    // 7 in the file reaches the effect as 4.
+    const int expected = channel == 4 ? 7 : (channel * 65535 + 16384) / 32768;
+    ASSERT_EQ(taken[static_cast<std::size_t>(value)], expected) << value;
+  }
+}
+
+// Straight alpha and channels that the effect does not know, beside changed and unchanged colours.
+TEST(ExchangeTest, EachChannelOfIntegersIsByItself) {
+  Picture picture = MakePicture<uint8_t>(2, 5, {10, 20, 30, 40, 50, 60, 70, 80, 90, 100});
+  picture.spec.alpha_channel = 3;
+  picture.layout = FindChannels(picture.spec);
+  OutputForm form = FormOf(picture, SampleType::kByte);
+  form.channels.push_back({Role::kExtra, 4});
+  const Given given = GiveToEffect(picture, false);
+  WorldBuffer result = given.world;
+  result.At8(0, 0).green = 200;
+  result.At8(1, 0).alpha = 5;
+  EXPECT_EQ(std::get<std::vector<uint8_t>>(TakeFromEffect(picture, given.world, result, form)),
+            (std::vector<uint8_t>{10, 200, 30, 40, 50, 60, 70, 80, 5, 100}));
+}
+
 TEST(ExchangeTest, OnlyTheChangedChannelIsRounded) {
   const Picture picture = MakePicture<uint16_t>(1, 3, {1001, 1003, 1005});
   const Given given = GiveToEffect(picture, true);
