@@ -11,13 +11,16 @@
 namespace vitrell::cli {
 
 // A picture of one pixel goes through the same passes in no time.
-int EffectRun::ForeseePasses(const headless::WorldBuffer* layer, bool deep) {
-  headless::WorldBuffer pixel(1, 1, deep);
+void EffectRun::Foresee(const look::Settings& settings, bool hasLayer) {
+  if (!bar_.IsOn()) return;
+  headless::WorldBuffer pixel(1, 1, false);
   pixel.FillBytes(0);
-  headless::WorldBuffer result(1, 1, deep);
+  headless::WorldBuffer result(1, 1, false);
+  settings.Apply(host_, pixel.Width(), pixel.Height());
   headless::RenderOptions options;
   options.cancel = &InterruptFlag();
-  return CountPasses(host_.Render(pixel, result, layer, options));
+  stages_ = CountPasses(host_.Render(pixel, result, hasLayer ? &pixel : nullptr, options)) + 2;
+  bar_.SetStages(stages_);
 }
 
 double EffectRun::Render(const look::Settings& settings, const headless::WorldBuffer& picture,
@@ -27,8 +30,6 @@ double EffectRun::Render(const look::Settings& settings, const headless::WorldBu
   options.threads = arguments_.threads;
   options.cancel = &InterruptFlag();
   if (bar_.IsOn()) {
-    stages_ = ForeseePasses(layer, picture.Deep()) + 2;
-    bar_.SetStages(stages_);
     options.progress = [this](const headless::RenderProgress& progress) {
       bar_.Show(progress.pass + 1, progress.rowsTotal > 0
                                        ? static_cast<double>(progress.rowsDone) / progress.rowsTotal

@@ -21,15 +21,18 @@ class EffectRun {
             Notes& notes)
       : host_(host), arguments_(arguments), bar_(bar), notes_(notes) {}
 
+  // Counts the stages for the progress line, where it is on; before anything is read, so that the
+  // line does not begin again with another number of them.
+  void Foresee(const look::Settings& settings, bool hasLayer);
+
   // The seconds that the effect took. `layer` may be null. Throws Failure, also when interrupted.
   double Render(const look::Settings& settings, const headless::WorldBuffer& picture,
                 const headless::WorldBuffer* layer, headless::WorldBuffer& result);
 
-  // Of the progress line: reading is the first and writing the last, known since Render.
+  // Of the progress line: reading is the first and writing the last, known since Foresee.
   int Stages() const { return stages_; }
 
  private:
-  int ForeseePasses(const headless::WorldBuffer* layer, bool deep);
   [[noreturn]] void ThrowEffectFailure(const headless::RenderResult& rendered) const;
 
   headless::EffectHost& host_;

@@ -42,15 +42,21 @@ ProgressBar::~ProgressBar() {
   if (terminal_ != nullptr) std::fclose(terminal_);
 }
 
+void ProgressCourse::Reach(int stage, double done) {
+  stage_ = std::max(stage_, stage);
+  stages_ = std::max(stages_, stage_);
+  fraction_ = std::max(fraction_, (stage - 1 + done) / stages_);
+}
+
 void ProgressBar::Show(int stage, double done) {
+  course_.Reach(stage, done);
   const Clock::time_point now = Clock::now();
   if (!IsOn() || now - lastDrawn_ < kInterval) return;
   lastDrawn_ = now;
   drawn_ = true;
-  const int shownStages = std::max(stage, stages_);
   const double elapsed = std::chrono::duration<double>(now - start_).count();
   const std::string line =
-      ProgressLine(stage, shownStages, (stage - 1 + done) / shownStages, elapsed);
+      ProgressLine(course_.Stage(), course_.Stages(), course_.Fraction(), elapsed);
   std::fprintf(terminal_, "\r%s\033[K", line.c_str());
   std::fflush(terminal_);
 }

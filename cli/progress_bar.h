@@ -12,6 +12,24 @@ namespace vitrell::cli {
 // `fraction` is 0 to 1. Time left is told once a tenth is done and a second has passed.
 std::string ProgressLine(int stage, int stages, double fraction, double elapsedSeconds);
 
+// How far the whole work is, 0 to 1. It never goes back, whatever is told of stages and their
+// number: files may be read twice, and the effect may run more passes than were foreseen.
+class ProgressCourse {
+ public:
+  void SetStages(int stages) { stages_ = stages; }
+  // stage counts from 1; `done` is the part of this stage, 0 to 1.
+  void Reach(int stage, double done);
+
+  int Stage() const { return stage_; }
+  int Stages() const { return stages_; }
+  double Fraction() const { return fraction_; }
+
+ private:
+  int stage_ = 1;
+  int stages_ = 1;
+  double fraction_ = 0;
+};
+
 // Draws at most ten times a second. Does nothing when it is off. Used by one thread at a time.
 class ProgressBar {
  public:
@@ -22,7 +40,7 @@ class ProgressBar {
   ProgressBar& operator=(const ProgressBar&) = delete;
 
   bool IsOn() const { return terminal_ != nullptr; }
-  void SetStages(int stages) { stages_ = stages; }
+  void SetStages(int stages) { course_.SetStages(stages); }
   // stage counts from 1; `done` is the part of this stage, 0 to 1.
   void Show(int stage, double done);
   void Wipe();
@@ -33,7 +51,7 @@ class ProgressBar {
   // Standard error of its own, since that of the picture libraries is silenced.
   std::FILE* terminal_ = nullptr;
   bool drawn_ = false;
-  int stages_ = 1;
+  ProgressCourse course_;
   Clock::time_point start_ = Clock::now();
   Clock::time_point lastDrawn_{};
 };

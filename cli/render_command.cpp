@@ -60,6 +60,7 @@ class RenderJob {
 
  private:
   void RunOn(const std::filesystem::path& file) {
+    if (!arguments_.dryRun) effect_.Foresee(settings_, !LayerPath(settings_).empty());
     const media::Picture input = media::ReadPicture(file, FileStage(1), Limits(), Choice());
     report_.input = FactsOf(input, media::ShownSource(arguments_.input));
     notes_.TellAll(input.notices);

@@ -22,5 +22,23 @@ TEST(ProgressLineTest, NeverLeavesTheBar) {
   EXPECT_EQ(ProgressLine(1, 9, -0.2, 0.1), "[------------------------------]   0 %  stage 1 of 9");
 }
 
+TEST(ProgressCourseTest, NeverGoesBack) {
+  ProgressCourse course;
+  course.SetStages(10);
+  course.Reach(1, 1);
+  EXPECT_DOUBLE_EQ(course.Fraction(), 0.1);
+  // A second file is read.
+  course.Reach(1, 0.5);
+  EXPECT_DOUBLE_EQ(course.Fraction(), 0.1);
+  course.Reach(10, 0.5);
+  EXPECT_DOUBLE_EQ(course.Fraction(), 0.95);
+  // More stages than were foreseen.
+  course.Reach(12, 0);
+  EXPECT_DOUBLE_EQ(course.Fraction(), 0.95);
+  EXPECT_EQ(course.Stages(), 12);
+  course.Reach(3, 0);
+  EXPECT_EQ(course.Stage(), 12);
+}
+
 }  // namespace
 }  // namespace vitrell::cli
