@@ -36,6 +36,7 @@ struct RenderArguments {
   std::string part;      // empty: the first
   bool noAutoOrient = false;
   bool force = false;
+  bool fit = false;
   bool dryRun = false;
   bool strict = false;
   std::string report;  // "-": standard output

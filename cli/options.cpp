@@ -101,6 +101,8 @@ void AddLookOptions(CLI::App& command, RenderArguments& arguments) {
   AddSettingOptions(command, arguments.effect);
   AddKeyOptions(command, arguments.effect, true);
   AddSavePreset(command, arguments.savePreset);
+  command.add_flag("--fit", arguments.fit, "scale a preset's pixels to the width of INPUT")
+      ->group(kLook);
   command.add_option("--custom-layer", arguments.customLayer, "the picture for lens.type=custom")
       ->type_name("IMAGE")
       ->group(kLook);

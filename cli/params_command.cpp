@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "cli/commands.h"
 #include "cli/effect_finder.h"
@@ -24,10 +25,14 @@ void RunParams(const ParamsArguments& arguments) {
   CheckStandardInput("", arguments.effect.presets);
   const std::unique_ptr<headless::EffectHost> host = OpenEffect(arguments.effect.effect);
   look::Panel panel = look::MakePanel(host->Parameters());
-  const look::Settings moving = MakeSettings(panel, arguments.effect);
+  look::Settings moving = MakeSettings(panel, arguments.effect);
   if (!arguments.savePreset.empty()) {
     CheckPresetTarget(arguments.savePreset, arguments.force);
-    for (const std::string& note : look::SavePreset(arguments.savePreset, moving)) {
+    // A preset tells one width for all its lengths.
+    const std::vector<double> widths = moving.WidthsMadeFor();
+    const double width = widths.empty() ? 0 : widths.front();
+    moving.FitTo(width);
+    for (const std::string& note : look::SavePreset(arguments.savePreset, moving, width)) {
       std::fprintf(stderr, "vitrell: note: %s\n", Printable(note).c_str());
     }
     std::printf("%s: %zu controls\n", Printable(arguments.savePreset).c_str(),

@@ -17,6 +17,7 @@
 #include "cli/failure.h"
 #include "cli/interrupt.h"
 #include "cli/notes.h"
+#include "cli/preset_width.h"
 #include "cli/printable.h"
 #include "cli/progress_bar.h"
 #include "cli/render_checks.h"
@@ -45,6 +46,7 @@ class RenderJob {
   void Run() {
     PrepareLayer(arguments_.customLayer, settings_, notes_);
     CheckFiles(arguments_, LayerPath(settings_));
+    CheckFit(arguments_, settings_);
     const media::InputFile file(arguments_.input);
     notes_.NameInput(file);
     report_.dryRun = arguments_.dryRun;
@@ -64,6 +66,7 @@ class RenderJob {
     const media::Picture input = media::ReadPicture(file, FileStage(1), Limits(), Choice());
     report_.input = FactsOf(input, media::ShownSource(arguments_.input));
     notes_.TellAll(input.notices);
+    FitPresets(arguments_.fit, input.Width(), settings_, notes_);
     const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
     const media::Given given = media::GiveToEffect(input, deep);
     const std::optional<media::Given> layer = ReadLayer(deep);
@@ -85,7 +88,8 @@ class RenderJob {
     notes_.FailIfStrict();
     Write(input, given, result);
     if (!arguments_.savePreset.empty()) {
-      for (const std::string& notice : look::SavePreset(arguments_.savePreset, settings_)) {
+      for (const std::string& notice :
+           look::SavePreset(arguments_.savePreset, settings_, input.Width())) {
         notes_.Advise(notice);
       }
     }

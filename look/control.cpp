@@ -2,11 +2,17 @@
 #include "look/control.h"
 
 #include <algorithm>
+#include <array>
 
 namespace vitrell::look {
 namespace {
 
 constexpr std::size_t kMaxSuggestions = 3;
+
+// The effect registers its numbers as percent or without a unit. Of the latter these are radii and
+// lengths in pixels; the others are degrees (optical distortion) and a ratio (the iris).
+constexpr std::array<std::string_view, 3> kPixelControls = {
+    "fast-blur.amount", "realistic-blur.amount", "directional-blur.amount"};
 
 ControlKind KindOf(PF_ParamType type) {
   switch (type) {
@@ -61,6 +67,8 @@ Control MakeControl(const headless::Parameter& parameter) {
   control.sliderMinimum = parameter.sliderMin;
   control.sliderMaximum = parameter.sliderMax;
   control.percent = parameter.percent;
+  control.pixels =
+      std::find(kPixelControls.begin(), kPixelControls.end(), control.name) != kPixelControls.end();
   control.disabled = parameter.Greyed();
   return control;
 }

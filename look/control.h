@@ -66,6 +66,7 @@ struct Control {
   double sliderMinimum = 0;  // range of the panel's slider
   double sliderMaximum = 0;
   bool percent = false;   // the number's unit is percent
+  bool pixels = false;    // the number is a length in pixels of the picture
   bool disabled = false;  // greyed out in the panel
 };
 

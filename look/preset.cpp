@@ -1,6 +1,8 @@
 // Reading and writing presets.
 #include "look/preset.h"
 
+#include <cmath>
+#include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -16,6 +18,11 @@ namespace vitrell::look {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+// No control's name: those have no such word before the dot.
+constexpr const char* kWidthKey = "picture-width";
+// Far beyond every picture.
+constexpr double kMostWidth = 1e6;
 
 [[noreturn]] void Fail(const std::filesystem::path& file, const std::string& cause) {
   throw Failure(kFailed, "preset " + media::ShownSource(file) + ": " + cause);
@@ -108,11 +115,24 @@ Value RelativeLayer(const Value& value, const std::filesystem::path& folder) {
   return LayerValue{relative == "none" ? "./none" : relative};
 }
 
+// 0 where the preset tells none.
+double ReadWidth(const std::filesystem::path& file, const Json& object) {
+  const auto found = object.find(kWidthKey);
+  if (found == object.end()) return 0;
+  const double width = found->is_number() ? found->get<double>() : 0;
+  if (width >= 1 && width <= kMostWidth) return width;
+  Fail(file,
+       "key \"" + std::string(kWidthKey) +
+           "\" must be the width of a picture in pixels, such as 1920. Correct or remove it.");
+}
+
 }  // namespace
 
 void LoadPreset(const std::filesystem::path& file, Settings& settings) {
   const Json object = ParseObject(file);
+  const double width = ReadWidth(file, object);
   for (const auto& [key, json] : object.items()) {
+    if (key == kWidthKey) continue;
     const Control* control = settings.GetPanel().Find(key);
     if (control == nullptr) {
       Fail(file, UnknownNameMessage(settings.GetPanel(), key) + " Correct or remove this key.");
@@ -120,6 +140,7 @@ void LoadPreset(const std::filesystem::path& file, Settings& settings) {
     try {
       if (const Keys keys = KeysOf(*control, json); !keys.empty()) {
         settings.SetKeys(*control, keys);
+        settings.SetMadeFor(*control, width);
         continue;
       }
       Value value = ValueFromJson(*control, json);
@@ -128,16 +149,25 @@ void LoadPreset(const std::filesystem::path& file, Settings& settings) {
         layer->path = (file.parent_path() / layer->path).lexically_normal().string();
       }
       settings.SetValue(*control, value);
+      settings.SetMadeFor(*control, width);
     } catch (const ValueError& error) {
       Fail(file, "key \"" + key + "\": " + error.what());
     }
   }
+  settings.SetRestMadeFor(width);
 }
 
-std::vector<std::string> SavePreset(const std::filesystem::path& file, const Settings& settings) {
+std::vector<std::string> SavePreset(const std::filesystem::path& file, const Settings& settings,
+                                    double pictureWidth) {
   std::error_code ignored;
   const std::filesystem::path folder = std::filesystem::absolute(file, ignored).parent_path();
   Json json = Json::object();
+  if (pictureWidth == std::floor(pictureWidth)) {
+    // "960" rather than "960.0".
+    if (pictureWidth != 0) json[kWidthKey] = static_cast<std::int64_t>(pictureWidth);
+  } else {
+    json[kWidthKey] = pictureWidth;
+  }
   for (const Control& control : settings.GetPanel().controls) {
     const Value value = RelativeLayer(settings.ValueOf(control), folder);
     const Keys* const keys = settings.KeysOf(control);

@@ -24,9 +24,52 @@ void ApplyPoint(headless::EffectHost& host, int index, const PointValue& point, 
   }
 }
 
+// The host's positions are signed 16.16 numbers.
+constexpr double kFarthestPosition = 32767;
+
+bool HasPixels(const Control& control, const Value& value) {
+  if (const auto* point = std::get_if<PointValue>(&value)) {
+    return !point->x.percent || !point->y.percent;
+  }
+  const auto* number = std::get_if<double>(&value);
+  return control.pixels && number != nullptr && *number != 0;
+}
+
+// True when the number left the range and got its end.
+bool Scale(double factor, double minimum, double maximum, double& number) {
+  const double scaled = number * factor;
+  number = std::clamp(scaled, minimum, maximum);
+  return number != scaled;
+}
+
+bool ScaleValue(const Control& control, double factor, Value& value) {
+  auto* point = std::get_if<PointValue>(&value);
+  if (point == nullptr) {
+    return Scale(factor, control.minimum, control.maximum, std::get<double>(value));
+  }
+  bool cut = false;
+  for (Coordinate* coordinate : {&point->x, &point->y}) {
+    if (coordinate->percent) continue;
+    cut = Scale(factor, -kFarthestPosition, kFarthestPosition, coordinate->value) || cut;
+  }
+  return cut;
+}
+
+// The tangents of a path are offsets in the units of the position.
+bool ScaleKey(const Control& control, double factor, Key& key) {
+  const auto* point = std::get_if<PointValue>(&key.value);
+  if (point != nullptr && !point->x.percent && key.path) {
+    for (PathPosition* tangent : {&key.path->leaving, &key.path->arriving}) {
+      tangent->x *= factor;
+      tangent->y *= factor;
+    }
+  }
+  return ScaleValue(control, factor, key.value);
+}
+
 }  // namespace
 
-Settings::Settings(const Panel& panel) : panel_(panel) {
+Settings::Settings(const Panel& panel) : panel_(panel), origins_(panel.controls.size()) {
   for (const Control& control : panel.controls) values_.push_back(control.defaultValue);
   keys_.resize(values_.size());
 }
@@ -64,6 +107,7 @@ const Value& Settings::ValueOf(const Control& control) const {
 
 void Settings::SetValue(const Control& control, Value value) {
   values_.at(PositionOf(control)) = std::move(value);
+  origins_.at(PositionOf(control)) = {true, 0};
   keys_.at(PositionOf(control)).clear();
 }
 
@@ -75,6 +119,7 @@ const Keys* Settings::KeysOf(const Control& control) const {
 void Settings::SetKeys(const Control& control, Keys keys) {
   values_.at(PositionOf(control)) = keys.at(0).value;
   keys_.at(PositionOf(control)) = std::move(keys);
+  origins_.at(PositionOf(control)) = {true, 0};
 }
 
 bool Settings::Moves() const {
@@ -95,6 +140,51 @@ Settings Settings::At(double frame, const TimeBase& base) const {
     if (keys != nullptr) still.SetValue(control, Curve(control, *keys, base).At(frame));
   }
   return still;
+}
+
+void Settings::SetMadeFor(const Control& control, double width) {
+  origins_.at(PositionOf(control)).width = width;
+}
+
+void Settings::SetRestMadeFor(double width) {
+  for (Origin& origin : origins_) {
+    if (!origin.isSet && origin.width == 0) origin.width = width;
+  }
+}
+
+// Keys may begin at 0 and grow.
+bool Settings::HasPixels(const Control& control) const {
+  const Keys& keys = keys_.at(PositionOf(control));
+  return look::HasPixels(control, ValueOf(control)) ||
+         std::any_of(keys.begin(), keys.end(),
+                     [&](const Key& key) { return look::HasPixels(control, key.value); });
+}
+
+std::vector<double> Settings::WidthsMadeFor() const {
+  std::vector<double> widths;
+  for (const Control& control : panel_.controls) {
+    const double width = origins_.at(PositionOf(control)).width;
+    if (width == 0 || !HasPixels(control)) continue;
+    if (std::find(widths.begin(), widths.end(), width) == widths.end()) widths.push_back(width);
+  }
+  return widths;
+}
+
+std::vector<std::string> Settings::FitTo(double width) {
+  std::vector<std::string> cut;
+  for (const Control& control : panel_.controls) {
+    Origin& origin = origins_.at(PositionOf(control));
+    Value& value = values_.at(PositionOf(control));
+    if (origin.width == 0 || !HasPixels(control)) continue;
+    const double factor = width / origin.width;
+    bool isCut = ScaleValue(control, factor, value);
+    for (Key& key : keys_.at(PositionOf(control))) {
+      isCut = ScaleKey(control, factor, key) || isCut;
+    }
+    if (isCut) cut.push_back(control.name);
+    origin.width = width;
+  }
+  return cut;
 }
 
 void Settings::Apply(headless::EffectHost& host, int width, int height) const {

@@ -29,6 +29,18 @@ class Settings {
   // The control has no keys then.
   void SetValue(const Control& control, Value value);
 
+  // Lengths in pixels (radii, and positions that are not in percent) belong to the width of the
+  // picture that they were chosen for. Values are for no width in particular until a preset says
+  // so.
+  void SetMadeFor(const Control& control, double width);
+  // The same for all values that nobody set: a preset leaves them as they are for its picture, too.
+  void SetRestMadeFor(double width);
+  // The widths of those lengths that have one, without repetition.
+  std::vector<double> WidthsMadeFor() const;
+  // Scales the lengths that have a width to another one. Returns the names of those that would
+  // leave their range and got its end.
+  std::vector<std::string> FitTo(double width);
+
   // Null for a control without keys.
   const Keys* KeysOf(const Control& control) const;
   // The keys must have passed CheckKeys.
@@ -45,11 +57,18 @@ class Settings {
   void Apply(headless::EffectHost& host, int width, int height) const;
 
  private:
+  struct Origin {
+    bool isSet = false;
+    double width = 0;  // 0: not told
+  };
+
   std::size_t PositionOf(const Control& control) const;
+  bool HasPixels(const Control& control) const;
 
   const Panel& panel_;
   std::vector<Value> values_;
   std::vector<Keys> keys_;  // In the order of Panel::controls; empty where the value stands still.
+  std::vector<Origin> origins_;  // of the values
 };
 
 }  // namespace vitrell::look

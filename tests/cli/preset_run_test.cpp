@@ -1,4 +1,5 @@
 // Presets as users keep and use them.
+#include <filesystem>
 #include <string>
 
 #include "cli/tool_run.h"
@@ -56,6 +57,64 @@ TEST_F(PresetRunTest, PresetsAreNotReplacedWithoutForce) {
   EXPECT_EQ(Run({"render", "in.png", "a.png", "--save-preset", "look.json", "--force"}).exitCode,
             0);
   EXPECT_EQ(ReadFile("look.json").front(), '{');
+}
+
+TEST_F(PresetRunTest, FitScalesLengthsToThePicture) {
+  WriteFile("look.json", R"({"picture-width": 120, "fast-blur.amount": 12, "lens.feather": 30})");
+  const auto render = [&](const char* name, const std::vector<std::string>& more) {
+    std::vector<std::string> arguments = {"render", "in.png", name};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return Run(arguments);
+  };
+  ToolResult result =
+      render("fit.png", {"--preset", "look.json", "--fit", "--save-preset", "fitted.json"});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(result.err, "");
+  result = render("same.png", {"--set", "fast-blur.amount=6", "--set", "lens.feather=30"});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(ReadFile("fit.png"), ReadFile("same.png"));
+  const std::string fitted = ReadFile("fitted.json");
+  EXPECT_NE(fitted.find("\"picture-width\": 60"), std::string::npos) << fitted;
+  EXPECT_NE(fitted.find("\"fast-blur.amount\": 6"), std::string::npos) << fitted;
+  result = render("plain.png", {"--preset", "look.json"});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_NE(result.err.find("made for a picture 120 pixels wide, and this one has 60"),
+            std::string::npos)
+      << result.err;
+  EXPECT_NE(ReadFile("fit.png"), ReadFile("plain.png"));
+  ExpectMessage(render("no.png", {"--fit"}), 2, {"--fit", "--preset"});
+  WriteFile("old.json", "{}");
+  ExpectMessage(render("no.png", {"--fit", "--preset", "old.json"}), 1, {"--fit", "picture-width"});
+}
+
+TEST_F(PresetRunTest, WidthsThatDifferByHalfAreNoted) {
+  const auto isNoted = [&](const std::string& width) {
+    WriteFile("look.json", "{\"picture-width\": " + width + "}");
+    const ToolResult result =
+        Run({"render", "in.png", "out.png", "--force", "--preset", "look.json"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    return result.err.find("made for a picture " + width) != std::string::npos;
+  };
+  // The picture is 60 wide: 1.5 times 40 and half of 120.
+  EXPECT_TRUE(isNoted("40"));
+  EXPECT_FALSE(isNoted("41"));
+  EXPECT_FALSE(isNoted("60"));
+  EXPECT_FALSE(isNoted("119"));
+  EXPECT_TRUE(isNoted("120"));
+}
+
+// They are tried on pictures of this width (scripts/make_doc_pictures.sh).
+TEST_F(PresetRunTest, TheShippedPresetsTellTheirWidth) {
+  int presets = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(VITRELL_PRESETS_PATH)) {
+    ++presets;
+    const ToolResult result =
+        Run({"params", "--preset", entry.path(), "--save-preset", "look.json", "--force"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_NE(ReadFile("look.json").find("\"picture-width\": 960"), std::string::npos)
+        << entry.path();
+  }
+  EXPECT_EQ(presets, 3);
 }
 
 TEST_F(PresetRunTest, BadPresetsAreTold) {

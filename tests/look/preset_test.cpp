@@ -84,6 +84,65 @@ TEST_F(PresetTest, SavedSettingsLoadTheSame) {
   EXPECT_NE(loaded.Values(), Settings(panel_).Values());
 }
 
+TEST_F(PresetTest, LengthsAreScaledFromTheWidthThatThePresetTells) {
+  std::ofstream(file_) << R"({"picture-width": 1000, "fast-blur.amount": 8, "lens.feather": 40,
+      "lens.position": "100,50%", "optical-distortion.amount": 90, "trail.amount": 30,
+      "realistic-blur.iris-aspect-ratio": 2, "realistic-blur.amount": 400,
+      "directional-blur.amount": 3, "lens.rotation": 10})";
+  Settings settings(panel_);
+  LoadPreset(file_, settings);
+  settings.Set("directional-blur.amount=5");
+  EXPECT_EQ(settings.WidthsMadeFor(), std::vector<double>{1000});
+  EXPECT_EQ(settings.FitTo(1500), std::vector<std::string>{"realistic-blur.amount"});
+  const auto value = [&](const char* name) { return settings.ValueOf(*panel_.Find(name)); };
+  EXPECT_EQ(value("fast-blur.amount"), Value(12.0));
+  EXPECT_EQ(value("lens.position"), Value(PointValue{{150, false}, {50, true}}));
+  EXPECT_EQ(value("realistic-blur.amount"), Value(500.0));  // the end of its range
+  EXPECT_EQ(value("directional-blur.amount"), Value(5.0));  // by --set
+  EXPECT_EQ(value("lens.feather"), Value(40.0));
+  EXPECT_EQ(value("optical-distortion.amount"), Value(90.0));
+  EXPECT_EQ(value("trail.amount"), Value(30.0));
+  EXPECT_EQ(value("realistic-blur.iris-aspect-ratio"), Value(2.0));
+  EXPECT_EQ(value("lens.rotation"), Value(10.0));
+  EXPECT_EQ(settings.WidthsMadeFor(), std::vector<double>{1500});
+}
+
+// The default of the fast blur is 20: that is what the preset's picture was rendered with.
+TEST_F(PresetTest, WhatAPresetLeavesOutBelongsToItsPictureToo) {
+  std::ofstream(file_) << R"({"picture-width": 100, "lens.feather": 40})";
+  Settings settings(panel_);
+  LoadPreset(file_, settings);
+  settings.FitTo(50);
+  EXPECT_EQ(settings.ValueOf(*panel_.Find("fast-blur.amount")), Value(10.0));
+}
+
+TEST_F(PresetTest, EachPresetHasItsOwnWidth) {
+  const std::filesystem::path second = folder_ / "second.json";
+  std::ofstream(file_) << R"({"picture-width": 100, "fast-blur.amount": 1,
+                              "directional-blur.amount": 1})";
+  std::ofstream(second) << R"({"picture-width": 400, "fast-blur.amount": 4})";
+  Settings settings(panel_);
+  LoadPreset(file_, settings);
+  LoadPreset(second, settings);
+  EXPECT_EQ(settings.WidthsMadeFor(), (std::vector<double>{400, 100}));
+  settings.FitTo(800);
+  EXPECT_EQ(settings.ValueOf(*panel_.Find("fast-blur.amount")), Value(8.0));
+  EXPECT_EQ(settings.ValueOf(*panel_.Find("directional-blur.amount")), Value(8.0));
+}
+
+TEST_F(PresetTest, TheWidthIsSavedAndNumbersOnly) {
+  SavePreset(file_, Settings(panel_), 640);
+  Settings loaded(panel_);
+  LoadPreset(file_, loaded);
+  EXPECT_EQ(loaded.WidthsMadeFor(), std::vector<double>{640});
+  for (const char* width : {"0", "-5", "\"960\"", "null", "1e9", "[960]"}) {
+    EXPECT_NE(LoadMessage("{\"picture-width\": " + std::string(width) + "}")
+                  .find("must be the width of a picture"),
+              std::string::npos)
+        << width;
+  }
+}
+
 TEST_F(PresetTest, ALayerFileNamedNoneIsNotNoLayer) {
   Settings settings(panel_);
   const Control& layer = *panel_.Find("lens.custom-layer");
