@@ -92,8 +92,10 @@ std::int64_t FreeInGroup() {
 std::int64_t FreeAddresses() {
   struct rlimit limit {};
   if (::getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return kUnlimited;
-  return static_cast<std::int64_t>(
-      std::min<rlim_t>(limit.rlim_cur, static_cast<rlim_t>(kUnlimited)));
+  constexpr std::int64_t kPage = 4096;
+  const std::int64_t taken = NumberInFile("/proc/self/statm", 0) * kPage;
+  const rlim_t most = std::min<rlim_t>(limit.rlim_cur, static_cast<rlim_t>(kUnlimited));
+  return std::max<std::int64_t>(0, static_cast<std::int64_t>(most) - taken);
 }
 
 std::string Gigabytes(std::int64_t bytes) {

@@ -1,9 +1,13 @@
 // Memory and threads: asked before they are taken, and gone without where there are none.
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
+#include "cli/failure.h"
 #include "cli/tool_run.h"
 #include "media/picture_files.h"
 
@@ -78,26 +82,87 @@ TEST_F(ResourcesRunTest, MorePixelsThanAllowedAreRefused) {
                 2, {"--max-pixels"});
 }
 
-// Some libraries start threads before main; from the first limit on at which the program comes to
-// its own work, it goes on with what it gets.
+// For the programs that a test starts meanwhile.
+class AddressLimit {
+ public:
+  explicit AddressLimit(rlim_t bytes) {
+    ::getrlimit(RLIMIT_AS, &before_);
+    const rlimit limit{bytes, before_.rlim_max};
+    ::setrlimit(RLIMIT_AS, &limit);
+  }
+  ~AddressLimit() { ::setrlimit(RLIMIT_AS, &before_); }
+  AddressLimit(const AddressLimit&) = delete;
+  AddressLimit& operator=(const AddressLimit&) = delete;
+
+ private:
+  rlimit before_{};
+};
+
+// The least address space in which the program comes to its own work, to 128 MiB.
+TEST_F(ResourcesRunTest, LittleAddressSpaceIsTold) {
+  constexpr rlim_t kStep = 128 << 20;
+  constexpr rlim_t kMost = rlim_t{16} << 30;
+  const auto runsWith = [this](rlim_t bytes) {
+    const AddressLimit limit(bytes);
+    return Run({"formats"}).exitCode == 0;
+  };
+  rlim_t least = kMost;
+  rlim_t tooLittle = 0;
+  if (!runsWith(least)) GTEST_SKIP() << "this build takes all addresses for itself";
+  while (least - tooLittle > kStep) {
+    const rlim_t middle = tooLittle + (least - tooLittle) / 2;
+    (runsWith(middle) ? least : tooLittle) = middle;
+  }
+  WriteFile("hollow.png", HollowPng(20000, 20000));
+  WritePictureFile(InFolder("in.png"), NoisePicture(1500, 1000, 4, OIIO::TypeDesc::UINT8, 1));
+  bool rendered = false;
+  for (const unsigned more : {0U, 1U, 2U, 4U, 8U}) {
+    const AddressLimit limit(least + more * kStep);
+    ExpectMessage(Run({"render", "hollow.png", "none.png"}), 1,
+                  {"hollow.png", "20000 x 20000", "of memory"});
+    const ToolResult result = Run({"render", "in.png", "out.png", "--force"});
+    if (result.exitCode != 0) ExpectMessage(result, 1, {"memory"});
+    rendered = result.exitCode == 0;
+  }
+  EXPECT_TRUE(rendered);
+}
+
+// The machine's own numbers cannot be had otherwise than by showing the program others.
+TEST_F(ResourcesRunTest, LittleFreeMemoryIsTold) {
+  WriteFile("meminfo", "MemTotal: 4000000 kB\nMemFree: 9000 kB\nMemAvailable: 200000 kB\n");
+  WriteFile("hollow.png", HollowPng(4000, 3000));
+  const std::string command = "cd '" + Folder().string() +
+                              "' && unshare -m sh -c 'mount --bind meminfo /proc/meminfo || exit "
+                              "97; exec \"$0\" render hollow.png out.png' " VITRELL_TOOL_PATH
+                              " 2> said";
+  // NOLINTNEXTLINE(cert-env33-c,concurrency-mt-unsafe)
+  const int status = std::system(command.c_str());
+  ASSERT_TRUE(WIFEXITED(status));
+  if (WEXITSTATUS(status) != kFailed)
+    GTEST_SKIP() << "no right to mount here: " << ReadFile("said");
+  const std::string said = ReadFile("said");
+  EXPECT_NE(said.find("hollow.png: is 4000 x 3000 pixels and needs about "), std::string::npos)
+      << said;
+  EXPECT_NE(said.find("0.2 GB are free"), std::string::npos) << said;
+}
+
+// Down to none beside the first.
 TEST_F(ResourcesRunTest, WithoutThreadsItGoesOn) {
   ::chmod(Folder().c_str(), 0777);
   WritePictureFile(InFolder("in.png"), NoisePicture(500, 400, 3, OIIO::TypeDesc::UINT8, 1));
   ToolOptions options;
-  int exitCode = -1;
-  constexpr long kMost = 40;
-  for (long limit = 1; exitCode != 0 && limit < kMost; ++limit) {
+  ASSERT_EQ(Run({"render", "in.png", "many.png", "--threads", "8"}).exitCode, 0);
+  for (const long limit : {1, 2, 5}) {
     options.maxProcesses = limit;
-    exitCode = Run({"formats"}, options).exitCode;
-    if (exitCode == 98 || exitCode == 99) {
+    const ToolResult few =
+        Run({"render", "in.png", "few.png", "--force", "--threads", "8"}, options);
+    if (few.exitCode == 98 || few.exitCode == 99) {
       GTEST_SKIP() << "the program cannot be run with fewer rights here";
     }
+    ASSERT_EQ(few.exitCode, 0) << limit << ": " << few.err;
+    EXPECT_EQ(ReadFile("few.png"), ReadFile("many.png"));
+    std::filesystem::remove(InFolder("few.png"));
   }
-  ASSERT_EQ(exitCode, 0);
-  const ToolResult few = Run({"render", "in.png", "few.png", "--threads", "8"}, options);
-  ASSERT_EQ(few.exitCode, 0) << few.err;
-  ASSERT_EQ(Run({"render", "in.png", "many.png", "--threads", "8"}).exitCode, 0);
-  EXPECT_EQ(ReadFile("few.png"), ReadFile("many.png"));
 }
 
 }  // namespace
