@@ -50,6 +50,9 @@ struct ParamsArguments {
   bool force = false;
   bool json = false;
   bool markdown = false;
+  bool frei0r = false;      // the filter for FFmpeg; with markdown the table of all parameters
+  bool mlt = false;         // the arguments for melt
+  std::string hostsPreset;  // named behind one of these two
 };
 
 struct KeysArguments {

@@ -133,7 +133,11 @@ int Run(int argc, const char* const* argv) {
     return TellParseResult(app, error, {argv + 1, argv + argc});
   }
   if (render->parsed()) RunRender(request.render);
-  if (params->parsed()) RunParams(request.params);
+  if (params->parsed()) {
+    request.params.frei0r = params->count("--frei0r") > 0;
+    request.params.mlt = params->count("--mlt") > 0;
+    RunParams(request.params);
+  }
   if (keys->parsed()) RunKeys(request.keys);
   if (about->parsed()) RunAbout(request.about);
   if (formats->parsed()) RunFormats();

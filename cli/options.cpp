@@ -28,7 +28,9 @@ constexpr const char* kParamsExamples =
     "  vitrell params --preset look.json --json\n"
     "  vitrell params --preset look.json --set intensity=60 --save-preset softer.json\n"
     "  vitrell params --preset moving.json --at 50\n"
-    "  vitrell params --markdown > parameters.md";
+    "  vitrell params --markdown > parameters.md\n"
+    "  ffmpeg -i in.mp4 -vf \"$(vitrell params --frei0r look.json)\" out.mp4\n"
+    "  melt in.mp4 $(vitrell params --mlt look.json)";
 
 constexpr const char* kKeysExamples =
     "Examples:\n"
@@ -171,6 +173,18 @@ void AddWordOptions(CLI::App& command, RenderArguments& arguments) {
       ->group(kWords);
 }
 
+// Each may be followed by the preset.
+void AddFrei0rOptions(CLI::App& command, ParamsArguments& arguments) {
+  CLI::Option* frei0r = command.add_option("--frei0r", arguments.hostsPreset,
+                                           "as FFmpeg's filter of the frei0r module");
+  CLI::Option* mlt =
+      command.add_option("--mlt", arguments.hostsPreset, "as melt's arguments for that module");
+  for (CLI::Option* option : {frei0r, mlt}) {
+    option->type_name("[FILE.json]")->expected(0, 1)->group(kWords);
+  }
+  mlt->excludes(frei0r);
+}
+
 }  // namespace
 
 CLI::App* AddRender(CLI::App& app, RenderArguments& arguments) {
@@ -203,6 +217,7 @@ CLI::App* AddParams(CLI::App& app, ParamsArguments& arguments) {
   command->add_flag("--markdown", arguments.markdown, "as Markdown tables")
       ->excludes(json)
       ->group(kWords);
+  AddFrei0rOptions(*command, arguments);
   return command;
 }
 

@@ -7,6 +7,7 @@
 #include "cli/commands.h"
 #include "cli/effect_finder.h"
 #include "cli/failure.h"
+#include "cli/frei0r_text.h"
 #include "cli/listing.h"
 #include "cli/printable.h"
 #include "cli/render_checks.h"
@@ -19,13 +20,29 @@ namespace {
 constexpr int kNominalWidth = 1920;
 constexpr int kNominalHeight = 1080;
 
+std::string ListingOf(const ParamsArguments& arguments, const look::Settings& settings) {
+  if (arguments.frei0r && arguments.markdown) return Frei0rAsMarkdown(settings);
+  if (arguments.frei0r) return Frei0rForFfmpeg(settings);
+  if (arguments.mlt) return Frei0rForMelt(settings);
+  if (arguments.json) return ListAsJson(settings);
+  return arguments.markdown ? ListAsMarkdown(settings) : ListAsText(settings);
+}
+
+// `--frei0r FILE` is short for `--frei0r --preset FILE`, the last of the presets.
+EffectArguments WithHostsPreset(const ParamsArguments& arguments) {
+  EffectArguments effect = arguments.effect;
+  if (!arguments.hostsPreset.empty()) effect.presets.push_back(arguments.hostsPreset);
+  return effect;
+}
+
 }  // namespace
 
 void RunParams(const ParamsArguments& arguments) {
-  CheckStandardInput("", arguments.effect.presets);
-  const std::unique_ptr<headless::EffectHost> host = OpenEffect(arguments.effect.effect);
+  const EffectArguments effect = WithHostsPreset(arguments);
+  CheckStandardInput("", effect.presets);
+  const std::unique_ptr<headless::EffectHost> host = OpenEffect(effect.effect);
   look::Panel panel = look::MakePanel(host->Parameters());
-  look::Settings moving = MakeSettings(panel, arguments.effect);
+  look::Settings moving = MakeSettings(panel, effect);
   if (!arguments.savePreset.empty()) {
     CheckPresetTarget(arguments.savePreset, arguments.force);
     // A preset tells one width for all its lengths.
@@ -39,7 +56,7 @@ void RunParams(const ParamsArguments& arguments) {
                 panel.controls.size());
     return;
   }
-  const look::Settings settings = SettingsAt(moving, arguments.effect);
+  const look::Settings settings = SettingsAt(moving, effect);
   settings.Apply(*host, kNominalWidth, kNominalHeight);
   const PF_Err error = host->UpdatePanel();
   if (error != PF_Err_NONE) {
@@ -49,10 +66,7 @@ void RunParams(const ParamsArguments& arguments) {
   for (look::Control& control : panel.controls) {
     control.disabled = host->Parameters().at(static_cast<std::size_t>(control.index)).Greyed();
   }
-  const std::string text = arguments.json       ? ListAsJson(settings)
-                           : arguments.markdown ? ListAsMarkdown(settings)
-                                                : ListAsText(settings);
-  std::fputs(Printable(text, true).c_str(), stdout);
+  std::fputs(Printable(ListingOf(arguments, settings), true).c_str(), stdout);
 }
 
 }  // namespace vitrell::cli
