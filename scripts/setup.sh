@@ -12,6 +12,7 @@ packages=(
   # files also name its tools
   libopenimageio-dev openimageio-tools libwebp-dev libheif-dev libexiv2-dev libopenexr-dev
   libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev libmlt-dev libjpeg-dev
+  frei0r-plugins-dev
   # what the tests compare metadata with
   libimage-exiftool-perl
 )

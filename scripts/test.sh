@@ -17,6 +17,7 @@
 #   aarch64     what has to come out the same on every processor, on an emulated 64-bit ARM
 #   bundle      the bundle for macOS, built here, and both its halves run against the Linux module
 #   windows     the module for Windows, built here, and the tests under Wine
+#   frei0r      the frei0r modules in FFmpeg, melt and GStreamer, beside the command line
 #   clang       the suite built with clang
 #   release     the suite built with gcc
 #
@@ -24,7 +25,7 @@
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 # A part is a name here and a function check_NAME below (a - in the name is a _ there).
-all_parts=(format arrows tidy asan-ubsan fuzz tsan aarch64 bundle windows clang release)
+all_parts=(format arrows tidy asan-ubsan fuzz tsan aarch64 bundle windows frei0r clang release)
 
 # Parts that fetch compilers and emulators of other systems.
 by_hand=(bundle windows)
@@ -73,6 +74,8 @@ check_aarch64() {
 check_bundle() { bash scripts/build-macos.sh --test; }
 
 check_windows() { bash scripts/build-windows.sh --test; }
+
+check_frei0r() { bash scripts/test-frei0r.sh; }
 
 check_clang() { run_suite clang; }
 

@@ -79,7 +79,7 @@ for argument in "$@"; do
 done
 ((${#files[@]})) ||
   mapfile -t files < <(own_sources |
-    grep -E '^(src|headless|media|cli|tools)/.*\.cpp$' | grep -v '_windows\.cpp$')
+    grep -E '^(src|headless|media|look|cli|frei0r|tools)/.*\.cpp$' | grep -v '_windows\.cpp$')
 ((${#files[@]})) || exit 1
 
 use_ccache
