@@ -1,0 +1,104 @@
+#!/usr/bin/env bash
+# Builds the Debian packages `vitrell` and `frei0r-vitrell` into dist/, on Debian 12.
+#
+#   scripts/build-packages.sh           builds them and asks lintian, which may find no error
+#   scripts/build-packages.sh --test    also installs them in a clean Debian 12 in build/packages,
+#                                       uses what they hold and removes them again
+#   scripts/build-packages.sh --help
+#
+# The same commit gives the same bytes on the same system. The clean system is fetched once and kept;
+# it needs root.
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+build="$root/build/packages/release"
+base="$root/build/packages/debian.tar"
+clean="$root/build/packages/root"
+
+usage() {
+  sed -n '2,/^source/{/^source/d;s/^# \{0,1\}//;p}' "${BASH_SOURCE[0]}"
+}
+
+build_packages() {
+  SOURCE_DATE_EPOCH="$(git log -1 --format=%ct)"
+  export SOURCE_DATE_EPOCH
+  use_ccache
+  say "Building build/packages/release"
+  cmake --preset release -B "$build" --log-level=WARNING -DVITRELL_PACKAGES=ON \
+    -DVITRELL_BUILD_TESTS=OFF -DVITRELL_BUILD_BENCH=OFF \
+    -DCMAKE_CXX_FLAGS="-ffile-prefix-map=$root=."
+  cmake --build "$build" --parallel "$jobs"
+  rm -f "$build"/*.deb
+  (cd "$build" && umask 022 && cpack)
+  mkdir -p dist
+  cp "$build"/vitrell_*.deb "$build"/frei0r-vitrell_*.deb dist/
+}
+
+# The test's host programs run inside: nothing of this machine may help.
+inside() {
+  env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C DEBIAN_FRONTEND=noninteractive \
+    chroot "$clean" "$@"
+}
+
+make_clean_root() {
+  if [[ ! -f "$base" ]]; then
+    say "Fetching a clean Debian 12"
+    rm -rf "$clean"
+    debootstrap --variant=minbase bookworm "$clean" >"$build/debootstrap.log"
+    tar --create --file "$base.new" --directory "$clean" .
+    mv "$base.new" "$base"
+  fi
+  rm -rf "$clean"
+  mkdir "$clean"
+  tar --extract --file "$base" --directory "$clean"
+}
+
+test_packages() {
+  local before after
+  make_clean_root
+  before="$(inside dpkg-query -W | wc -l)"
+  cp dist/vitrell_*.deb dist/frei0r-vitrell_*.deb "$clean/tmp/"
+  cp "$build/tools/sample_picture/sample_picture" "$work/"
+  "$work/sample_picture" "$clean/tmp/in.png" --width 320 --height 180
+  say "Installing in a clean Debian 12"
+  inside apt-get update -qq
+  inside sh -c 'apt-get install -y -qq --no-install-recommends /tmp/*.deb' >"$build/install.log"
+  expect "version" "$(inside vitrell --version)" "vitrell $(sed -n \
+    's/^project(Vitrell VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)"
+  inside vitrell render --quiet /tmp/in.png /tmp/out.png \
+    --preset /usr/share/vitrell/presets/tilt-shift.json
+  "$build/cli/vitrell" render --quiet "$clean/tmp/in.png" "$work/out.png" \
+    --preset presets/tilt-shift.json
+  cmp "$clean/tmp/out.png" "$work/out.png" || fail "The installed program renders something else."
+  inside bash -c '. /usr/share/bash-completion/completions/vitrell
+    COMP_WORDS=(vitrell params --mar); COMP_CWORD=2; _vitrell; [[ "${COMPREPLY[*]}" == --markdown ]]' \
+    || fail "bash completes nothing."
+  expect "frei0r modules" "$(inside ls /usr/lib/frei0r-1)" $'vitrell.so\nvitrell_custom.so'
+  inside sh -c '! ldd /usr/lib/frei0r-1/*.so | grep "not found"' || fail "A library is missing."
+  say "Removing"
+  inside apt-get purge -y -qq vitrell frei0r-vitrell >>"$build/install.log"
+  inside apt-get autoremove -y -qq --purge >>"$build/install.log"
+  after="$(inside dpkg-query -W | wc -l)"
+  expect "packages left behind" "$((after - before))" 0
+  expect "files left behind" "$(find "$clean/usr" "$clean/etc" -iname '*vitrell*' | wc -l)" 0
+}
+
+test=0
+for argument in "$@"; do
+  case "$argument" in
+    --test) test=1 ;;
+    -h | --help) usage && exit 0 ;;
+    *) echo "Unknown argument '$argument'; see --help" >&2 && exit 2 ;;
+  esac
+done
+
+bash scripts/setup.sh
+install_packages dpkg-dev lintian
+((!test)) || install_packages debootstrap
+work="$(mktemp -d)"
+trap 'rm -rf "$work"' EXIT
+build_packages
+say "Asking lintian"
+lintian --fail-on error dist/vitrell_*.deb dist/frei0r-vitrell_*.deb
+((!test)) || test_packages
+say "dist/ holds the packages"
+sha256sum dist/*.deb
