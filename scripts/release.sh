@@ -3,6 +3,8 @@
 #
 #   Vitrell-VERSION-macos.zip           the bundle for macOS, Intel and Apple silicon
 #   Vitrell-VERSION-windows.zip         the module for 64-bit Windows
+#   vitrell_VERSION_ARCH.deb            the command line as a Debian package
+#   frei0r-vitrell_VERSION_ARCH.deb     the modules for FFmpeg, Kdenlive, Shotcut and GStreamer
 #   Vitrell-VERSION-linux-ARCH.tar.gz   the command line, the module, the presets
 #   CHANGES-VERSION.md                  the changelog's section of this version
 #   SHA256SUMS                          checksums of all these
@@ -64,7 +66,9 @@ bash scripts/build-windows.sh
     Vitrell.aex
 )
 
-bash scripts/setup.sh
+bash scripts/build-packages.sh
+cp dist/*.deb "$parts/"
+
 build_preset release vitrell Vitrell
 stage="vitrell-$version"
 mkdir -p "$work/$stage/bin" "$work/$stage/lib/vitrell" "$work/$stage/presets"
