@@ -12,14 +12,14 @@ _vitrell() {
   local current="${COMP_WORDS[COMP_CWORD]}" previous="${COMP_WORDS[COMP_CWORD - 1]}"
   COMPREPLY=()
   if ((COMP_CWORD == 1)); then
-    mapfile -t COMPREPLY < <(compgen -W "render params formats about --help --version" -- "$current")
+    COMPREPLY=($(compgen -W "render params formats about --help --version" -- "$current"))
   elif [[ "$previous" == --set ]]; then
     compopt -o nospace
-    mapfile -t COMPREPLY < <(compgen -W "$(_vitrell_controls)" -- "$current")
+    COMPREPLY=($(compgen -W "$(_vitrell_controls)" -- "$current"))
   elif [[ "$previous" == --depth ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "auto 8 16" -- "$current")
+    COMPREPLY=($(compgen -W "auto 8 16" -- "$current"))
   elif [[ "$current" == -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W "$(_vitrell_options "${COMP_WORDS[1]}")" -- "$current")
+    COMPREPLY=($(compgen -W "$(_vitrell_options "${COMP_WORDS[1]}")" -- "$current"))
   else
     compopt -o default
   fi
