@@ -32,8 +32,8 @@ usage() {
 build_all() {
   local targets=(vitrell_bench vitrell_bench_report) with_peers=OFF
   if ((peers)); then
-    install_packages "${peer_packages[@]}"
-    targets+=(vitrell_peers)
+    install_packages "${peer_packages[@]}" ffmpeg
+    targets+=(vitrell_peers vitrell_frei0r_filter)
     with_peers=ON
   fi
   if command -v ccache >/dev/null; then
@@ -50,6 +50,37 @@ run_peers() {
   for name in "${peer_names[@]}"; do
     say "Measuring $name" >&2
     "$build/bench/peers/${name}_peer" "$build/bench/street.png" "${quick[@]}"
+  done
+}
+
+# Frames per second of a whole FFmpeg command that filters the sample street, in 1080p.
+ffmpeg_speed() {
+  local frames=30 start
+  ((${#quick[@]} == 0)) || frames=10
+  start="$(date +%s%N)"
+  FREI0R_PATH="$root/$build/frei0r/modules" ffmpeg -nostdin -v error -f lavfi \
+    -i "movie=$build/bench/street.png,format=rgba,loop=-1:1:0" -frames:v "$frames" -vf "$1" \
+    -f null - || return 1
+  echo "$((frames * 1000000000000 / ($(date +%s%N) - start)))"
+}
+
+# The module on the default look beside what FFmpeg itself has for it: three box blurs of the same
+# radius, and a Gaussian blur as wide as they are together. Alternately, three times; the medians.
+ffmpeg_table() {
+  local i name filters=("frei0r=filter_name=vitrell"
+    "boxblur=luma_radius=20:luma_power=3:chroma_radius=20:chroma_power=3:alpha_radius=20:alpha_power=3"
+    "gblur=sigma=20.5:steps=3" "null")
+  local names=("Vitrell, default look" "\`boxblur\`, radius 20, three times" "\`gblur\`" "no filter")
+  for _ in 1 2 3; do
+    for i in "${!filters[@]}"; do
+      ffmpeg_speed "${filters[i]}" >>"$work/ffmpeg-$i"
+    done
+  done
+  printf '\n### In FFmpeg\n\nFrames per second of the whole command, 8 bit, 1080p, all processors.\n\n'
+  printf '| Filter | frames/s |\n|---|--:|\n'
+  for i in "${!filters[@]}"; do
+    printf '| %s | %s |\n' "${names[i]}" \
+      "$(sort -n "$work/ffmpeg-$i" | sed -n 2p | awk '{ printf "%.1f", $1 / 1000 }')"
   done
 }
 
@@ -132,6 +163,7 @@ fi
 {
   heading
   "$build/bench/vitrell_bench_report" "$work/effect.json" "$work/peers.tsv"
+  ((!peers)) || ffmpeg_table
 } >"$work/tables.md"
 say "Measured in $((SECONDS - start)) s"
 if ((write)); then
