@@ -107,6 +107,22 @@ TEST_F(PresetTest, LengthsAreScaledFromTheWidthThatThePresetTells) {
   EXPECT_EQ(settings.WidthsMadeFor(), std::vector<double>{1500});
 }
 
+TEST_F(PresetTest, KeysAreScaledWithTheirPaths) {
+  Settings settings(panel_);
+  const Control& blur = *panel_.Find("fast-blur.amount");
+  const Control& position = *panel_.Find("lens.position");
+  settings.SetKeys(blur, {Key{.time = {}, .value = 0.0}, Key{.time = {}, .value = 4.0}});
+  settings.SetMadeFor(blur, 100);
+  Key key{.time = {}, .value = PointValue{{10, false}, {20, false}}};
+  key.path = PathTangents{{1, 2}, {3, 4}};
+  settings.SetKeys(position, {key});
+  settings.SetMadeFor(position, 100);
+  settings.FitTo(200);
+  EXPECT_EQ(settings.KeysOf(blur)->at(1).value, Value(8.0));
+  EXPECT_EQ(settings.KeysOf(position)->at(0).value, Value(PointValue{{20, false}, {40, false}}));
+  EXPECT_EQ(settings.KeysOf(position)->at(0).path, (PathTangents{{2, 4}, {6, 8}}));
+}
+
 // The default of the fast blur is 20: that is what the preset's picture was rendered with.
 TEST_F(PresetTest, WhatAPresetLeavesOutBelongsToItsPictureToo) {
   std::ofstream(file_) << R"({"picture-width": 100, "lens.feather": 40})";
