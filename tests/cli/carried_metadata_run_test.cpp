@@ -184,7 +184,8 @@ TEST_F(CarriedMetadataRunTest, WhatDescribesThePixelsIsTrue) {
     EXPECT_FALSE(entries.contains("IFD1:ThumbnailLength")) << names[i];
   }
   EXPECT_EQ(shown.at("out.tif").at("IFD0:BitsPerSample"), "\"8 8 8\"");
-  EXPECT_EQ(shown.at("out.tif").at("IFD0:ImageWidth"), "64");
+  // 64 x 48 pixels that lay on their side.
+  EXPECT_EQ(shown.at("out.tif").at("IFD0:ImageWidth"), "48");
 }
 
 // Formats without a place for them say so, each kind by itself.
