@@ -180,9 +180,9 @@ bool FitXmp(const OIIO::ImageSpec& output, Exiv2::XmpData& xmp) {
 
 // What writers look for themselves: the file's form, not its contents.
 bool IsForTheWriter(std::string_view name) {
-  constexpr std::array<std::string_view, 7> kNames = {
+  constexpr std::array<std::string_view, 8> kNames = {
       "ICCProfile",  "compression",    "CompressionQuality", "XResolution",
-      "YResolution", "ResolutionUnit", "PixelAspectRatio"};
+      "YResolution", "ResolutionUnit", "PixelAspectRatio",   "Orientation"};
   constexpr std::array<std::string_view, 9> kPrefixes = {
       "oiio:", "tiff:", "jpeg:", "png:", "webp:", "heif:", "jpeg2000:", "bmp:", "targa:"};
   return std::find(kNames.begin(), kNames.end(), name) != kNames.end() ||
@@ -273,7 +273,12 @@ void SetResolution(const Metadata& metadata, OIIO::ImageSpec& spec) {
 std::vector<std::string> KindsWithoutPlace(const Metadata& metadata, const Format& format) {
   std::vector<std::string> kinds;
   const bool comment = format.plugin == "jpeg" || format.plugin == "png";
-  if (!metadata.exif.empty() && !format.exif) kinds.emplace_back("EXIF data");
+  // A picture that is upright loses nothing with the tag that says so.
+  const bool exif =
+      std::any_of(metadata.exif.begin(), metadata.exif.end(), [](const Exiv2::Exifdatum& entry) {
+        return entry.key() != "Exif.Image.Orientation" || entry.toLong() != 1;
+      });
+  if (exif && !format.exif) kinds.emplace_back("EXIF data");
   if (!metadata.iptc.empty() && !format.iptc) kinds.emplace_back("IPTC data");
   if (!metadata.xmp.empty() && !format.xmp) kinds.emplace_back("XMP data");
   if (!metadata.comment.empty() && !comment) kinds.emplace_back("comment");

@@ -116,7 +116,7 @@ TEST_F(OrientationRunTest, AFormatThatCannotKeepTheTagSaysSo) {
   const ToolResult result = Run({"render", "in.tif", "out.bmp", "--no-auto-orient"});
   ASSERT_EQ(result.exitCode, 0) << result.err;
   EXPECT_NE(result.err.find("does not keep the orientation"), std::string::npos) << result.err;
-  EXPECT_EQ(Run({"render", "in.tif", "upright.bmp"}).err, "");
+  EXPECT_EQ(Run({"render", "in.tif", "upright.bmp"}).err.find("orientation"), std::string::npos);
 }
 
 // Formats in which the picture library does not look for the tag.

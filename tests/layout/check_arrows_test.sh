@@ -155,7 +155,7 @@ expect fail 'no table'
 rm -rf "$tree"
 mkdir -p "$tree/docs"
 cp "$project/docs/architecture.md" "$tree/docs/"
-for folder in src headless packaging; do
+for folder in src headless packaging frei0r; do
   cp -r "$project/$folder" "$tree/"
 done
 expect pass
