@@ -73,8 +73,9 @@ std::string QuotingHint(const std::vector<std::string>& arguments) {
   for (std::size_t i = 0; i + 2 < arguments.size(); ++i) {
     const std::string& rest = arguments[i + 2];
     if (arguments[i] != "--set" || rest.empty() || (rest[0] == '-' && rest != "--")) continue;
-    const std::string value = arguments[i + 1] + " " + rest;
-    return " If \"" + value + "\" is one value, quote it: --set \"" + value + "\".";
+    std::string hint = " If \"" + arguments[i + 1];
+    hint.append(" ").append(rest).append("\" is one value, quote it: --set \"");
+    return hint.append(arguments[i + 1]).append(" ").append(rest).append("\".");
   }
   return {};
 }

@@ -7,7 +7,7 @@
 namespace log4cplus {
 
 void initializeLog4cplus();
-// NOLINTNEXTLINE(misc-use-internal-linkage)
+// NOLINTNEXTLINE(misc-use-internal-linkage,readability-identifier-naming)
 __attribute__((visibility("default"))) void initializeLog4cplus() {}
 
 }  // namespace log4cplus

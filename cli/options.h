@@ -6,7 +6,7 @@
 
 #include "cli/arguments.h"
 
-namespace CLI {
+namespace CLI {  // NOLINT(readability-identifier-naming): the library's
 class App;
 }
 

@@ -66,7 +66,7 @@ std::vector<CubicEasing> EasingOf(const Json& key) {
     for (const char* axis : {"x", "y"}) {
       const Json& object = key[handle];
       if (!object.is_object() || !object.contains(axis)) {
-        throw ValueError("\"o\" and \"i\" must be objects with \"x\" and \"y\".");
+        throw ValueError(R"("o" and "i" must be objects with "x" and "y".)");
       }
       parts.push_back(NumbersOf(object[axis], axis));
     }
@@ -78,7 +78,7 @@ std::vector<CubicEasing> EasingOf(const Json& key) {
     };
     const CubicEasing curve = {at(0), at(1), at(2), at(3)};
     if (!(curve.x1 >= 0 && curve.x1 <= 1 && curve.x2 >= 0 && curve.x2 <= 1)) {
-      throw ValueError("\"x\" of \"o\" and \"i\" must be from 0 to 1.");
+      throw ValueError(R"("x" of "o" and "i" must be from 0 to 1.)");
     }
     easing.push_back(curve);
   }
@@ -87,7 +87,7 @@ std::vector<CubicEasing> EasingOf(const Json& key) {
 
 PathPosition TangentOf(const Json& key, const char* name) {
   const std::vector<double> numbers = NumbersOf(key[name], name);
-  if (numbers.size() < 2) throw ValueError("\"to\" and \"ti\" need two numbers.");
+  if (numbers.size() < 2) throw ValueError(R"("to" and "ti" need two numbers.)");
   return {numbers[0], numbers[1]};
 }
 
@@ -100,7 +100,7 @@ std::optional<PathTangents> PathOf(const Control& control, const Json& key) {
 
 Key KeyOf(const Control& control, const Json& json, const Json* end) {
   if (!json.is_object() || !json.contains("t")) {
-    throw ValueError("each of \"k\" must be an object with \"t\", the key's frame.");
+    throw ValueError(R"(each of "k" must be an object with "t", the key's frame.)");
   }
   const Json* value = json.contains("s") ? &json["s"] : end;
   if (value == nullptr) throw ValueError("a key has no value \"s\".");

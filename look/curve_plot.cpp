@@ -50,8 +50,8 @@ std::string Text(double x, double y, const char* anchor, const std::string& text
   for (const char c : text) {
     escaped += c == '&' ? "&amp;" : c == '<' ? "&lt;" : std::string(1, c);
   }
-  return "<text x=\"" + Short(x) + "\" y=\"" + Short(y) + "\" text-anchor=\"" + anchor + "\">" +
-         escaped + "</text>\n";
+  return "<text x='" + Short(x) + "' y='" + Short(y) + "' text-anchor='" + anchor + "'>" + escaped +
+         "</text>\n";
 }
 
 const char* ColourOf(const Control& control, std::size_t line) {
@@ -86,8 +86,8 @@ class Chart {
   std::string Draw() const {
     const double bottom = top_ + kHeight;
     std::string svg = Text(kLeft, top_ - 10, "start", control_.name + UnitSuffix(control_));
-    svg += "<rect x=\"" + Short(kLeft) + "\" y=\"" + Short(top_) + "\" width=\"" + Short(kWidth) +
-           "\" height=\"" + Short(kHeight) + "\" fill=\"none\" stroke=\"#bbb\"/>\n";
+    svg += "<rect x='" + Short(kLeft) + "' y='" + Short(top_) + "' width='" + Short(kWidth) +
+           "' height='" + Short(kHeight) + "' fill='none' stroke='#bbb'/>\n";
     svg += Text(kLeft - 8, top_ + 10, "end", Short(high_));
     if (high_ > low_) svg += Text(kLeft - 8, bottom, "end", Short(low_));
     svg += Text(kLeft, bottom + 16, "start", Short(range_.first));
@@ -105,8 +105,8 @@ class Chart {
       const double x = kLeft + kWidth * (frames_[i] - range_.first) / length;
       points += (i > 0 ? " " : "") + Short(x) + "," + Short(top_ + kHeight * (1 - share));
     }
-    return "<polyline fill=\"none\" stroke-width=\"1.5\" stroke=\"" +
-           std::string(ColourOf(control_, index)) + "\" points=\"" + points + "\"/>\n";
+    return "<polyline fill='none' stroke-width='1.5' stroke='" +
+           std::string(ColourOf(control_, index)) + "' points='" + points + "'/>\n";
   }
 
   const Control& control_;
@@ -145,10 +145,10 @@ std::string PlotCurves(const Settings& settings, const TimeBase& base, const Fra
     top += kChart;
   }
   const double height = std::max(top - kTop, kBottom);
-  return "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + Short(kLeft + kWidth + kRight) +
-         "\" height=\"" + Short(height) +
-         "\" font-family=\"sans-serif\" font-size=\"12\">\n"
-         "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n" +
+  return "<svg xmlns='http://www.w3.org/2000/svg' width='" + Short(kLeft + kWidth + kRight) +
+         "' height='" + Short(height) +
+         "' font-family='sans-serif' font-size='12'>\n"
+         "<rect width='100%' height='100%' fill='white'/>\n" +
          charts + "</svg>\n";
 }
 

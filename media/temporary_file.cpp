@@ -66,7 +66,7 @@ void RemoveIfAbandoned(const fs::path& name) {
 int CreateTemporaryFile(const fs::path& folder, const std::string& extension, fs::path& file) {
   const std::string prefix = NamePrefix() + std::to_string(::getpid()) + "-";
   for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
-    file = folder / (prefix + std::to_string(attempt) + extension);
+    file = folder / std::string(prefix).append(std::to_string(attempt)).append(extension);
     const int opened = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
     if (opened < 0) {
       if (errno == EEXIST) continue;
