@@ -2,8 +2,8 @@
 # Sets the machine up and checks the project.
 #
 #   scripts/test.sh              builds the release build and runs every test of it; minutes
-#   scripts/test.sh --thorough   every part below but bundle, windows and packages, which are named by
-#                                hand; the release suite last; the better part of an hour
+#   scripts/test.sh --thorough   every part below but bundle, windows, frei0r and packages, which are
+#                                named by hand; the release suite last; more than an hour
 #   scripts/test.sh PART...      only these parts, in this order
 #   scripts/test.sh --help
 #
@@ -19,7 +19,7 @@
 #   windows     the module for Windows, built here, and the tests under Wine
 #   frei0r      the frei0r modules in FFmpeg, melt and GStreamer, beside the command line
 #   packages    the Debian packages, built, checked, installed in a clean Debian and removed
-#   clang       the suite built with clang
+#   clang       the suite built with clang, but for the tests that start the command line
 #   release     the suite built with gcc
 #
 # The exit code is 0 when everything passed, 1 when something failed, 2 for wrong usage.
@@ -28,8 +28,8 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 # A part is a name here and a function check_NAME below (a - in the name is a _ there).
 all_parts=(format arrows tidy asan-ubsan fuzz tsan aarch64 bundle windows frei0r packages clang release)
 
-# Parts that fetch compilers and emulators of other systems, or a whole system.
-by_hand=(bundle windows packages)
+# Parts that fetch compilers and emulators of other systems, video programs, or a whole system.
+by_hand=(bundle windows frei0r packages)
 
 # The random renders are compared in full by the two release suites. Under a sanitizer every
 # render costs many times as much and looks for another kind of mistake: a few are enough.
@@ -38,8 +38,11 @@ sanitizer_random_renders="${VITRELL_SANITIZER_RANDOM_RENDERS:-60}"
 # For each target, two at a time; a longer search is made by hand (scripts/fuzz.sh --seconds).
 fuzz_seconds="${VITRELL_FUZZ_SECONDS:-60}"
 
+# Of each picture format; the quick command takes the tests' own smaller number.
+thorough_damaged_cases=1000
+
 # The tests that start the built command line, or read damaged files. Most of what they run is the
-# image library, which is not built with the sanitizers; the two release suites run them.
+# image library, which is built with neither the sanitizers nor clang; the release suite runs them.
 tool_runs='DamagedFilesTest|RunTest\.|PictureTest\.|GoldenSetTest'
 
 usage() {
@@ -80,9 +83,13 @@ check_frei0r() { bash scripts/test-frei0r.sh; }
 
 check_packages() { bash scripts/build-packages.sh --test; }
 
-check_clang() { run_suite clang; }
+# Goldens stay in: they are the same with every compiler.
+check_clang() { run_suite clang -E "${tool_runs%|GoldenSetTest}"; }
 
-check_release() { run_suite release; }
+check_release() {
+  [[ -z "$thorough" ]] || export VITRELL_DAMAGED_CASES="$thorough_damaged_cases"
+  run_suite release
+}
 
 # Builds a preset and runs its suite; further arguments go to ctest.
 run_suite() {
