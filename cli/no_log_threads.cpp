@@ -6,8 +6,9 @@
 // library then starts its threads when something is logged, which nothing here does.
 namespace log4cplus {
 
+// NOLINTNEXTLINE(readability-identifier-naming): the library's name.
 void initializeLog4cplus();
-// NOLINTNEXTLINE(misc-use-internal-linkage,readability-identifier-naming)
+// NOLINTNEXTLINE(misc-use-internal-linkage,readability-identifier-naming): likewise, and exported.
 __attribute__((visibility("default"))) void initializeLog4cplus() {}
 
 }  // namespace log4cplus
