@@ -12,7 +12,7 @@ _vitrell() {
   local current="${COMP_WORDS[COMP_CWORD]}" previous="${COMP_WORDS[COMP_CWORD - 1]}"
   COMPREPLY=()
   if ((COMP_CWORD == 1)); then
-    COMPREPLY=($(compgen -W "render params formats about --help --version" -- "$current"))
+    COMPREPLY=($(compgen -W "render params keys formats about help --help --version" -- "$current"))
   elif [[ "$previous" == --set ]]; then
     compopt -o nospace
     COMPREPLY=($(compgen -W "$(_vitrell_controls)" -- "$current"))
