@@ -89,7 +89,7 @@ template <typename Pixel>
 void Ray<Pixel>::Read(const PF_LayerDef& src, const TrailWeights& weights, std::size_t pointCount) {
   readCount_ = std::min(count_, pointCount + weights.tapCount());
   ReadTaps(src);
-  MeasureRuns();
+  areRunsKnown_ = false;
   SumWindows(weights);
 }
 
@@ -147,11 +147,15 @@ void Ray<Pixel>::MeasureRuns() {
         k + 1 < readCount_ && std::equal(here.of, here.of + kColours + 1, taps_[k + 1].of);
     runs_[k] = alphas_[k] == 0 ? 0 : 1 + (goesOn ? runs_[k + 1] : 0);
   }
+  areRunsKnown_ = true;
 }
 
 // The sums that define the average, tap by tap.
 template <typename Pixel>
 typename Ray<Pixel>::Components Ray<Pixel>::SumInOrder(std::size_t k, const TrailWeights& weights) {
+  if (!areRunsKnown_) {
+    MeasureRuns();
+  }
   const std::size_t taps = std::min(weights.tapCount(), readCount_ - k);
   Components sums = {};
   if (runs_[k] >= taps) {

@@ -112,6 +112,7 @@ class Ray {
   std::size_t readCount_ = 0;  // Points whose source pixels have been read.
   std::size_t firstOpaque_ = 0;
   std::size_t opaqueEnd_ = 0;
+  bool areRunsKnown_ = false;  // Few rays need the runs, so they are measured on first use.
   bool isExact_ = false;
   double errorBound_ = 0;
 };
