@@ -37,6 +37,10 @@ install(TARGETS vitrell RUNTIME DESTINATION bin COMPONENT vitrell)
 set(library_rights OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 install(TARGETS Vitrell LIBRARY DESTINATION lib/vitrell PERMISSIONS ${library_rights}
   COMPONENT vitrell)
+get_property(stand_ins GLOBAL PROPERTY VITRELL_STAND_IN_TARGETS)
+install(TARGETS ${stand_ins} LIBRARY DESTINATION lib/vitrell/stand-ins PERMISSIONS ${library_rights}
+  COMPONENT vitrell)
+set_target_properties(vitrell PROPERTIES INSTALL_RPATH "$ORIGIN/../lib/vitrell/stand-ins")
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/presets DESTINATION share/vitrell COMPONENT vitrell)
 install(FILES ${made}/vitrell.1.gz DESTINATION share/man/man1 COMPONENT vitrell)
 install(FILES ${here}/vitrell.bash DESTINATION share/bash-completion/completions RENAME vitrell
@@ -56,6 +60,7 @@ set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER ${maintainer})
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR}/media/stand_ins)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_VITRELL_PACKAGE_NAME vitrell)
 set(CPACK_DEBIAN_VITRELL_PACKAGE_SECTION graphics)
