@@ -39,19 +39,22 @@ void DrawLamp(Canvas& canvas, double x) {
 
 // A sagging wire between two points with coloured bulbs at regular intervals.
 void DrawString(Canvas& canvas, double x0, double y0, double x1, double y1, double sag, int bulbs,
-                std::uint32_t seed) {
+                std::uint32_t seed, double time) {
   constexpr std::array<Rgb, 5> kColours = {
       {{4.6, 2.9, 1.1}, {4.8, 1.1, 0.5}, {4.4, 3.4, 1.8}, {0.9, 2.4, 4.2}, {1.2, 3.6, 1.2}}};
   const auto at = [&](double t) { return Mix(y0, y1, t) + sag * 4 * t * (1 - t); };
+  // The middle of the wire swings farthest; every wire in its own time, all from rest.
+  const double swing = 0.22 * sag * Swing(time / (1.1 + 0.1 * (seed % 5)) - 0.25);
+  const auto along = [&](double t) { return Mix(x0, x1, t) + swing * 4 * t * (1 - t); };
   constexpr int kPieces = 64;
   for (int i = 0; i < kPieces; ++i) {
     const double t = i / static_cast<double>(kPieces);
     const double u = (i + 1) / static_cast<double>(kPieces);
-    canvas.Line(Mix(x0, x1, t), at(t), Mix(x0, x1, u), at(u), 0.75, {0.012, 0.012, 0.018});
+    canvas.Line(along(t), at(t), along(u), at(u), 0.75, {0.012, 0.012, 0.018});
   }
   for (int i = 1; i < bulbs; ++i) {
     const double t = i / static_cast<double>(bulbs);
-    const double x = Mix(x0, x1, t);
+    const double x = along(t);
     const double y = at(t);
     const Rgb colour = kColours[Hash(i, 1, seed) % kColours.size()];
     canvas.Glow(x, y + 7, 40, colour * 0.16);
@@ -66,11 +69,11 @@ void DrawLamps(Canvas& canvas) {
   for (const double x : kLamps) DrawLamp(canvas, x);
 }
 
-void DrawBulbs(Canvas& canvas) {
-  DrawString(canvas, -20, 330, 700, 300, 116, 21, 401);
-  DrawString(canvas, 700, 300, 1240, 330, 92, 16, 409);
-  DrawString(canvas, 1240, 330, 1950, 290, 112, 21, 419);
-  DrawString(canvas, 380, 236, 1130, 222, 62, 24, 421);
+void DrawBulbs(Canvas& canvas, double time) {
+  DrawString(canvas, -20, 330, 700, 300, 116, 21, 401, time);
+  DrawString(canvas, 700, 300, 1240, 330, 92, 16, 409, time);
+  DrawString(canvas, 1240, 330, 1950, 290, 112, 21, 419, time);
+  DrawString(canvas, 380, 236, 1130, 222, 62, 24, 421, time);
 }
 
 void DrawFence(Canvas& canvas) {

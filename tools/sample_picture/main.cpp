@@ -1,4 +1,4 @@
-// Draws Vitrell's sample picture: a night street after rain.
+// Draws Vitrell's sample picture, a night street after rain, and the clip of the same street.
 #include <OpenImageIO/imageio.h>
 
 #include <CLI/CLI.hpp>
@@ -15,16 +15,17 @@
 namespace vitrell::sample {
 namespace {
 
-void DrawScene(Canvas& canvas) {
+void DrawScene(Canvas& canvas, double time) {
   DrawSky(canvas);
   DrawHouses(canvas);
   DrawShops(canvas);
   DrawPavement(canvas);
   CutAlpha(canvas);
   DrawSigns(canvas);
-  DrawBulbs(canvas);
-  DrawPeople(canvas);
+  DrawBulbs(canvas, time);
+  DrawPeople(canvas, time);
   DrawLamps(canvas);
+  DrawCar(canvas, time);
   canvas.Bloom(5, 1.2, 0.30);
   canvas.Bloom(26, 1.4, 0.24);
   DrawRoad(canvas);
@@ -78,23 +79,49 @@ bool Write(const std::string& path, Canvas& canvas, int depth, bool opaque) {
   return true;
 }
 
+// "street.####.png" with the number in the place of the marks, which there must be.
+std::string NameOfFrame(const std::string& pattern, int number) {
+  const std::size_t first = pattern.find('#');
+  const std::size_t end = pattern.find_first_not_of('#', first);
+  std::string digits = std::to_string(number);
+  const std::size_t width = (end == std::string::npos ? pattern.size() : end) - first;
+  if (digits.size() < width) digits.insert(0, width - digits.size(), '0');
+  return std::string(pattern).replace(first, width, digits);
+}
+
 }  // namespace
 }  // namespace vitrell::sample
 
 int main(int argc, char** argv) {
-  CLI::App app("Draws Vitrell's sample picture: a night street after rain.");
+  CLI::App app(
+      "Draws Vitrell's sample picture, a night street after rain, or with --frames a clip in which "
+      "people walk, bulbs swing and a car drives past.");
   std::string path;
   int width = 1920;
   int height = 1080;
   int depth = 8;
+  int frames = 0;
+  double rate = 25;
   bool opaque = false;
-  app.add_option("OUTPUT", path, "The picture to write, for example street.png")->required();
+  app.add_option("OUTPUT", path, "The picture to write, for example street.png or street.####.png")
+      ->required();
   app.add_option("--width", width, "Width in pixels")->check(CLI::Range(1, 16384));
   app.add_option("--height", height, "Height in pixels")->check(CLI::Range(1, 16384));
   app.add_option("--depth", depth, "Bits per channel")->check(CLI::IsMember({8, 16}));
+  app.add_option("--frames", frames, "Draw this many frames, numbered from 1 in the place of ####")
+      ->check(CLI::Range(1, 100000));
+  app.add_option("--rate", rate, "Frames per second")->check(CLI::Range(1.0, 1000.0));
   app.add_flag("--opaque", opaque, "Leave the alpha channel out");
   CLI11_PARSE(app, argc, argv);
-  vitrell::sample::Canvas canvas(width, height);
-  vitrell::sample::DrawScene(canvas);
-  return vitrell::sample::Write(path, canvas, depth, opaque) ? 0 : 1;
+  if ((frames > 0) != (path.find('#') != std::string::npos)) {
+    std::cerr << "A clip takes both --frames and an OUTPUT with #### for the frame's number.\n";
+    return 2;
+  }
+  for (int frame = 0; frame < std::max(frames, 1); ++frame) {
+    vitrell::sample::Canvas canvas(width, height);
+    vitrell::sample::DrawScene(canvas, frame / rate);
+    const std::string name = frames > 0 ? vitrell::sample::NameOfFrame(path, frame + 1) : path;
+    if (!vitrell::sample::Write(name, canvas, depth, opaque)) return 1;
+  }
+  return 0;
 }

@@ -39,6 +39,12 @@ inline constexpr std::array<House, 6> kHouses = {{
 // The archway through the narrow house; nothing is behind it, not even the sky.
 inline constexpr Box kArch = {724, 650, 804, kGround};
 
+// Swings between 1 (at 0 and every whole number) and -1, smoothly.
+inline double Swing(double turns) {
+  const double part = turns - std::floor(turns);
+  return 2 * Smooth(0, 1, std::abs(2 * part - 1)) - 1;
+}
+
 // Light that lamps, sky and shops cast on a surface at this position.
 Rgb LightOn(double x, double y);
 
@@ -49,10 +55,13 @@ void DrawShops(Canvas& canvas);
 // The signs and their lettering.
 void DrawSigns(Canvas& canvas);
 void DrawPavement(Canvas& canvas);
-void DrawPeople(Canvas& canvas);
-// Street lamps, and the bulbs on wires across the street.
+// What moves takes the time in seconds; at 0 the scene is the sample picture.
+void DrawPeople(Canvas& canvas, double time);
+// Street lamps, and the bulbs on wires across the street, which swing in the wind.
 void DrawLamps(Canvas& canvas);
-void DrawBulbs(Canvas& canvas);
+void DrawBulbs(Canvas& canvas, double time);
+// A car that drives past along the kerb. It is out of sight at 0 seconds.
+void DrawCar(Canvas& canvas, double time);
 // The wet road, reflecting whatever was drawn above it.
 void DrawRoad(Canvas& canvas);
 // The wire fence in front.

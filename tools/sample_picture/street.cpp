@@ -8,18 +8,19 @@ namespace {
 constexpr Rgb kSilhouette = {0.010, 0.009, 0.014};
 
 // A person in a coat, seen from behind against the light of the shops.
-void DrawWalker(Canvas& canvas, double x, double height, double lean) {
+// `stride` is 1 with the legs farthest apart, -1 with the other leg in front.
+void DrawWalker(Canvas& canvas, double x, double height, double lean, double stride) {
+  const double left = height * 0.10 * stride;
+  const double right = height * 0.09 * stride;
   const double foot = kGround + 28;
   const double head = foot - height;
   canvas.FillDisc(x + lean, head + height * 0.08, height * 0.075, kSilhouette);
   canvas.Line(x + lean, head + height * 0.23, x, head + height * 0.40, height * 0.115, kSilhouette);
   canvas.Line(x, head + height * 0.40, x - lean, head + height * 0.62, height * 0.105, kSilhouette);
-  canvas.Line(x - 2, head + height * 0.60, x - height * 0.10, foot - 3, height * 0.045,
-              kSilhouette);
-  canvas.Line(x + 1, head + height * 0.60, x + height * 0.09, foot - 2, height * 0.045,
-              kSilhouette);
-  canvas.Line(x - height * 0.10, foot - 2, x - height * 0.05, foot - 2, 2.2, kSilhouette);
-  canvas.Line(x + height * 0.09, foot - 1, x + height * 0.14, foot - 1, 2.2, kSilhouette);
+  canvas.Line(x - 2, head + height * 0.60, x - left, foot - 3, height * 0.045, kSilhouette);
+  canvas.Line(x + 1, head + height * 0.60, x + right, foot - 2, height * 0.045, kSilhouette);
+  canvas.Line(x - left, foot - 2, x - left + height * 0.05, foot - 2, 2.2, kSilhouette);
+  canvas.Line(x + right, foot - 1, x + right + height * 0.05, foot - 1, 2.2, kSilhouette);
 }
 
 void DrawUmbrella(Canvas& canvas, double x, double y, double radius) {
@@ -94,13 +95,17 @@ void DrawPavement(Canvas& canvas) {
   canvas.FillBox({-100, kKerb - 6, 2020, kKerb + 2}, {0.035, 0.030, 0.034});
 }
 
-void DrawPeople(Canvas& canvas) {
-  DrawWalker(canvas, 1112, 108, 2);
-  DrawWalker(canvas, 1142, 100, -2);
-  DrawUmbrella(canvas, 1126, 722, 44);
-  DrawWalker(canvas, 470, 106, 3);
-  DrawWalker(canvas, 1862, 104, -3);
-  DrawWalker(canvas, 1600, 98, 3);
+void DrawPeople(Canvas& canvas, double time) {
+  // Scene units a second, and steps that go with it.
+  const auto walk = [&](double x, double height, double lean, double speed) {
+    DrawWalker(canvas, x + speed * time, height, lean, Swing(speed * time / 62));
+  };
+  walk(1112, 108, 2, 62);
+  walk(1142, 100, -2, 62);
+  DrawUmbrella(canvas, 1126 + 62 * time, 722, 44);
+  walk(470, 106, 3, 88);
+  walk(1862, 104, -3, -74);
+  walk(1600, 98, 3, 70);
 }
 
 void DrawRoad(Canvas& canvas) {
