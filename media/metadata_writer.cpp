@@ -1,11 +1,6 @@
 // Metadata into files.
 #include "media/metadata_writer.h"
 
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -16,40 +11,17 @@
 #include <string_view>
 #include <utility>
 
+#include "media/mapped_file.h"
+
 namespace vitrell::media {
 namespace {
 
-// A file's bytes without a copy of them.
-class MappedFile {
- public:
-  explicit MappedFile(const std::filesystem::path& file) {
-    const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    struct stat status {};
-    if (descriptor < 0) return;
-    if (::fstat(descriptor, &status) == 0 && status.st_size > 0) {
-      size_ = static_cast<std::size_t>(status.st_size);
-      bytes_ = ::mmap(nullptr, size_, PROT_READ, MAP_SHARED, descriptor, 0);
-    }
-    ::close(descriptor);
-  }
-  ~MappedFile() {
-    if (IsOpen()) ::munmap(bytes_, size_);
-  }
-  MappedFile(const MappedFile&) = delete;
-  MappedFile& operator=(const MappedFile&) = delete;
-
-  bool IsOpen() const { return bytes_ != MAP_FAILED; }
-  std::unique_ptr<Exiv2::Image> Open() const {
-    auto image = Exiv2::ImageFactory::open(static_cast<const Exiv2::byte*>(bytes_),
-                                           static_cast<long>(size_));
-    image->readMetadata();
-    return image;
-  }
-
- private:
-  void* bytes_ = MAP_FAILED;
-  std::size_t size_ = 0;
-};
+std::unique_ptr<Exiv2::Image> OpenImage(const MappedFile& file) {
+  auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(file.Text().data()),
+                                         static_cast<long>(file.Text().size()));
+  image->readMetadata();
+  return image;
+}
 
 struct Kinds {
   bool exif = false;
@@ -67,7 +39,7 @@ bool Takes(const Exiv2::Image& image, Exiv2::MetadataId kind) {
 std::unique_ptr<Exiv2::Image> Put(const Metadata& metadata, const Kinds& kinds,
                                   const Format& format, const MappedFile& file) {
   try {
-    std::unique_ptr<Exiv2::Image> image = file.Open();
+    std::unique_ptr<Exiv2::Image> image = OpenImage(file);
     image->setByteOrder(metadata.byteOrder);
     // What the writer of the pixels made up goes; TIFF files hold more than camera data there.
     if (format.plugin != "tiff") image->clearExifData();

@@ -10,7 +10,7 @@
 
 #include "headless/world_buffer.h"
 #include "media/encoding.h"
-#include "media/exchange.h"
+#include "media/formats.h"
 #include "media/picture.h"
 
 namespace vitrell::media {
@@ -32,6 +32,9 @@ struct WriteOrder {
                      const std::vector<std::string>& notices)>
       agree;
 };
+
+// The format that the target's extension tells. Throws Failure if none does.
+const Format& FormatFor(const std::filesystem::path& target);
 
 // Refuses an extension that no picture format has, and an encoding that the format does not take,
 // before any work is done. Throws Failure.
