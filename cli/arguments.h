@@ -34,6 +34,7 @@ struct RenderArguments {
   std::int64_t maxPixels = media::PictureLimits{}.maxPixels;
   std::string channels;  // empty: as the header tells
   std::string part;      // empty: the first
+  std::string pages;     // of one input, into one output; empty: one picture
   bool noAutoOrient = false;
   bool force = false;
   bool fit = false;

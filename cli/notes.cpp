@@ -1,6 +1,7 @@
 // Telling notes.
 #include "cli/notes.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "cli/failure.h"
@@ -10,6 +11,11 @@ namespace vitrell::cli {
 
 void Notes::Add(NoteKind kind, const std::string& note) {
   const std::string shown = input_ == nullptr ? note : input_->Shown(note);
+  // Several pictures of one file have the same to tell.
+  const bool told = std::any_of(notes_.begin(), notes_.end(), [&](const Note& one) {
+    return one.kind == kind && one.text == shown;
+  });
+  if (told) return;
   notes_.push_back({kind, shown});
   if (quiet_ || (strict_ && kind != NoteKind::kAdvice)) return;
   bar_.Wipe();

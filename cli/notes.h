@@ -21,7 +21,8 @@ struct Note {
   std::string text;
 };
 
-// Writes notes to standard error, one line each, and keeps them out of the progress line's way.
+// Writes notes to standard error, each once and in one line, and keeps them out of the progress
+// line's way.
 // With `strict` losses and complaints wait for FailIfStrict instead.
 class Notes {
  public:

@@ -14,6 +14,7 @@ constexpr const char* kRenderExamples =
     "  vitrell render in.tif out.tif --set lens.type=custom --custom-layer mask.png\n"
     "  vitrell render in.png out.png --preset look.json --set intensity=60\n"
     "  vitrell render in.png out.png --set \"lens.type=rectangle --\" --save-preset look.json\n"
+    "  vitrell render scan.tif out.tif --pages all\n"
     "  other-program | vitrell render - - --preset look.json > out.png\n"
     "\n"
     "Settings: the defaults, then the presets, then --set. `vitrell params` lists all names.\n"
@@ -140,8 +141,16 @@ void AddFileOptions(CLI::App& command, RenderArguments& arguments) {
                   "what to render of an EXR: a layer, or R,G,B[,A] by name")
       ->type_name("NAMES")
       ->group(kFiles);
-  command.add_option("--part", arguments.part, "which part of INPUT, by name or from 0")
-      ->type_name("NAME|N")
+  CLI::Option* part =
+      command.add_option("--part", arguments.part, "which part of INPUT, by name or from 0")
+          ->type_name("NAME|N")
+          ->group(kFiles);
+  command
+      .add_option("--pages", arguments.pages, "of a TIFF or GIF, into one: all, or from 1: 1-3,7")
+      ->check(CLI::Validator([](const std::string& text) { return text.empty() ? "is empty" : ""; },
+                             ""))
+      ->type_name("PAGES")
+      ->excludes(part)
       ->group(kFiles);
   command.add_flag("--force", arguments.force, "replace existing files")->group(kFiles);
   command.add_flag("--dry-run", arguments.dryRun, "check everything, render and write nothing")

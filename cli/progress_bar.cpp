@@ -48,8 +48,19 @@ void ProgressCourse::Reach(int stage, double done) {
   fraction_ = std::max(fraction_, (stage - 1 + done) / stages_);
 }
 
+void ProgressBar::SetStages(int stages) {
+  stages_ = stages;
+  course_.SetStages(parts_ * stages_);
+}
+
+void ProgressBar::SetPart(int part, int parts) {
+  part_ = part;
+  parts_ = parts;
+  SetStages(stages_);
+}
+
 void ProgressBar::Show(int stage, double done) {
-  course_.Reach(stage, done);
+  course_.Reach(part_ * stages_ + stage, done);
   const Clock::time_point now = Clock::now();
   if (!IsOn() || now - lastDrawn_ < kInterval) return;
   lastDrawn_ = now;

@@ -40,7 +40,9 @@ class ProgressBar {
   ProgressBar& operator=(const ProgressBar&) = delete;
 
   bool IsOn() const { return terminal_ != nullptr; }
-  void SetStages(int stages) { course_.SetStages(stages); }
+  void SetStages(int stages);
+  // Of several pictures with the same stages this one is shown, counted from 0.
+  void SetPart(int part, int parts);
   // stage counts from 1; `done` is the part of this stage, 0 to 1.
   void Show(int stage, double done);
   void Wipe();
@@ -52,6 +54,9 @@ class ProgressBar {
   std::FILE* terminal_ = nullptr;
   bool drawn_ = false;
   ProgressCourse course_;
+  int stages_ = 1;
+  int part_ = 0;
+  int parts_ = 1;
   Clock::time_point start_ = Clock::now();
   Clock::time_point lastDrawn_{};
 };

@@ -6,6 +6,7 @@
 
 #include "cli/failure.h"
 #include "media/output_file.h"
+#include "media/pages.h"
 #include "media/picture_writer.h"
 #include "media/standard_streams.h"
 
@@ -78,6 +79,7 @@ void CheckFiles(const RenderArguments& arguments, const std::string& layerPath) 
   RefuseSameFiles(arguments, layerPath);
   media::CheckTarget(arguments.output, arguments.force);
   media::CheckWritable(arguments.output, arguments.encoding);
+  if (!arguments.pages.empty()) media::CheckTakesPages(arguments.output);
   CheckPresetTarget(arguments.savePreset, arguments.force);
   if (!arguments.report.empty() && !media::IsStandardStream(arguments.report)) {
     media::CheckTarget(arguments.report, arguments.force);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,6 +27,7 @@
 #include "look/preset.h"
 #include "media/exchange.h"
 #include "media/output_file.h"
+#include "media/pages.h"
 #include "media/picture.h"
 #include "media/picture_writer.h"
 #include "media/quiet_libraries.h"
@@ -63,37 +65,66 @@ class RenderJob {
  private:
   void RunOn(const std::filesystem::path& file) {
     if (!arguments_.dryRun) effect_.Foresee(settings_, !LayerPath(settings_).empty());
-    const media::Picture input = media::ReadPicture(file, FileStage(1), Limits(), Choice());
-    report_.input = FactsOf(input, media::ShownSource(arguments_.input));
+    media::PictureReader reader(file, Limits());
+    if (arguments_.pages.empty()) {
+      RenderPicture(reader, Choice(),
+                    [this](const auto& input, const auto& given, const auto& result) {
+                      Write(input, given, result);
+                    });
+    } else {
+      RenderPages(reader, file);
+    }
+    Finish();
+  }
+
+  using Taker = std::function<void(const media::Picture& input, const media::Given& given,
+                                   const headless::WorldBuffer& result)>;
+
+  void RenderPicture(media::PictureReader& reader, const media::ReadChoice& choice,
+                     const Taker& take) {
+    const media::Picture input = reader.Read(FileStage(1), choice);
     notes_.TellAll(input.notices);
-    FitPresets(arguments_.fit, input.Width(), settings_, notes_);
+    if (!report_.input) {
+      report_.input = FactsOf(input, media::ShownSource(arguments_.input));
+      size_ = {input.Width(), input.Height()};
+      FitPresets(arguments_.fit, input.Width(), settings_, notes_);
+    }
     const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
     const media::Given given = media::GiveToEffect(input, deep);
-    const std::optional<media::Given> layer = ReadLayer(deep);
+    ReadLayer(deep);
     report_.effectBits = deep ? 16 : 8;
-    report_.readSeconds = clock_.Lap();
+    report_.readSeconds += clock_.Lap();
     notes_.FailIfStrict();
     if (arguments_.dryRun) {
       // What the format cannot hold shows with the picture as it is, too.
-      Write(input, given, given.world);
-      Finish(input, "dry run, nothing was written");
+      take(input, given, given.world);
       return;
     }
     // The effect writes all of it, at its very end, and until then it takes no memory.
     headless::WorldBuffer result(input.Width(), input.Height(), deep,
                                  {.fresh = headless::FreshPixels::kUnset});
-    report_.effectSeconds = effect_.Render(SettingsAt(settings_, arguments_.effect), given.world,
-                                           layer ? &layer->world : nullptr, result);
+    report_.effectSeconds += effect_.Render(SettingsAt(settings_, arguments_.effect), given.world,
+                                            layer_ ? &layer_->world : nullptr, result);
     clock_.Lap();
     notes_.FailIfStrict();
-    Write(input, given, result);
-    if (!arguments_.savePreset.empty()) {
-      for (const std::string& notice :
-           look::SavePreset(arguments_.savePreset, settings_, input.Width())) {
-        notes_.Advise(notice);
-      }
+    take(input, given, result);
+  }
+
+  void RenderPages(media::PictureReader& reader, const std::filesystem::path& file) {
+    const std::vector<int> pages = media::FindPages(file, arguments_.pages);
+    const media::WriteOrder order = Order();
+    media::PageWriter writer(order, file);
+    media::ReadChoice choice = Choice();
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+      bar_.SetPart(static_cast<int>(i), static_cast<int>(pages.size()));
+      choice.page = pages[i];
+      RenderPicture(reader, choice, [&](const auto& input, const auto& given, const auto& result) {
+        writer.Add(input, given.world, result, given.clippedPixels, FileStage(effect_.Stages()));
+        report_.writeSeconds += clock_.Lap();
+      });
     }
-    Finish(input, "effect " + Seconds(report_.effectSeconds));
+    report_.pages = static_cast<int>(pages.size());
+    TellWritten(writer.Finish());
   }
 
   static PictureFacts FactsOf(const media::Picture& picture, const std::string& name) {
@@ -106,15 +137,26 @@ class RenderJob {
     return text.data();
   }
 
-  void Finish(const media::Picture& input, const std::string& rest) {
+  void Finish() {
+    if (!arguments_.dryRun && !arguments_.savePreset.empty()) {
+      for (const std::string& notice :
+           look::SavePreset(arguments_.savePreset, settings_, size_.width)) {
+        notes_.Advise(notice);
+      }
+    }
     bar_.Wipe();
     WriteReport();
     if (arguments_.quiet) return;
+    const std::string size =
+        report_.pages ? std::to_string(*report_.pages) + " pages"
+                      : std::to_string(size_.width) + " x " + std::to_string(size_.height);
+    const std::string rest = arguments_.dryRun ? "dry run, nothing was written"
+                                               : "effect " + Seconds(report_.effectSeconds);
     const bool taken =
         media::IsStandardStream(arguments_.output) || media::IsStandardStream(arguments_.report);
-    std::fprintf(taken ? stderr : stdout, "%s: %d x %d, %d bits, %s\n",
-                 Printable(media::ShownTarget(arguments_.output)).c_str(), input.Width(),
-                 input.Height(), report_.effectBits, rest.c_str());
+    std::fprintf(taken ? stderr : stdout, "%s: %s, %d bits, %s\n",
+                 Printable(media::ShownTarget(arguments_.output)).c_str(), size.c_str(),
+                 report_.effectBits, rest.c_str());
   }
 
   void WriteReport() {
@@ -171,19 +213,18 @@ class RenderJob {
     return choice;
   }
 
-  std::optional<media::Given> ReadLayer(bool deep) {
+  // Once for all pages of one depth.
+  void ReadLayer(bool deep) {
     const std::string path = LayerPath(settings_);
-    if (path.empty()) return std::nullopt;
+    if (path.empty() || (layer_ && layer_->world.Deep() == deep)) return;
     const media::Picture picture = media::ReadPicture(path, FileStage(1), Limits(), LayerChoice());
     report_.layer = FactsOf(picture, path);
     notes_.TellAll(picture.notices);
-    media::Given given = media::GiveToEffect(picture, deep);
-    TellClipping(picture, given);
-    return given;
+    layer_ = media::GiveToEffect(picture, deep);
+    TellClipping(picture, *layer_);
   }
 
-  void Write(const media::Picture& input, const media::Given& given,
-             const headless::WorldBuffer& result) {
+  media::WriteOrder Order() {
     media::WriteOrder order;
     order.target = arguments_.output;
     order.force = arguments_.force;
@@ -192,7 +233,6 @@ class RenderJob {
     order.depth = arguments_.depth == "8"    ? media::Depth::k8
                   : arguments_.depth == "16" ? media::Depth::k16
                                              : media::Depth::kAuto;
-    order.clippedPixels = given.clippedPixels;
     order.agree = [this](const OIIO::ImageSpec& written, const media::Format& format,
                          const std::vector<std::string>& notices) {
       report_.output = {media::ShownTarget(arguments_.output), std::string(format.name), written};
@@ -200,12 +240,27 @@ class RenderJob {
       notes_.TellAll(notices);
       notes_.FailIfStrict();
     };
-    const std::vector<std::string> notices =
-        media::WritePicture(input, given.world, result, order, FileStage(effect_.Stages()));
+    return order;
+  }
+
+  void Write(const media::Picture& input, const media::Given& given,
+             const headless::WorldBuffer& result) {
+    media::WriteOrder order = Order();
+    order.clippedPixels = given.clippedPixels;
+    TellWritten(
+        media::WritePicture(input, given.world, result, order, FileStage(effect_.Stages())));
+  }
+
+  void TellWritten(const std::vector<std::string>& notices) {
     // Not while the file is written, when standard error leads nowhere.
     if (!arguments_.strict) notes_.TellAll(notices);
-    report_.writeSeconds = clock_.Lap();
+    report_.writeSeconds += clock_.Lap();
   }
+
+  struct Size {
+    int width = 0;
+    int height = 0;
+  };
 
   const RenderArguments& arguments_;
   std::unique_ptr<headless::EffectHost> host_;
@@ -216,6 +271,8 @@ class RenderJob {
   Report report_;
   StepClock clock_;
   EffectRun effect_{*host_, arguments_, bar_, notes_};
+  Size size_;  // of the first picture
+  std::optional<media::Given> layer_;
 };
 
 }  // namespace

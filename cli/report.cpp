@@ -57,6 +57,7 @@ std::string ReportAsJson(const Report& report, const std::vector<Note>& notes) {
                {"result", ResultName(report)},
                {"exitCode", report.exitCode}};
   if (!report.error.empty()) json["error"] = report.error;
+  if (report.pages) json["pages"] = *report.pages;
   if (report.input) json["input"] = JsonOf(*report.input);
   if (report.layer) json["customLayer"] = JsonOf(*report.layer);
   if (report.output) json["output"] = JsonOf(*report.output);

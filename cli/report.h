@@ -37,6 +37,7 @@ struct Report {
   int exitCode = 0;
   std::string error;  // of a failure
   bool dryRun = false;
+  std::optional<int> pages;  // rendered; the facts are those of the first
   std::optional<PictureFacts> input;
   std::optional<PictureFacts> layer;
   std::optional<PictureFacts> output;

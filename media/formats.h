@@ -25,6 +25,7 @@ struct Format {
   bool profile = false;      // ICC profile
   bool quality = false;      // takes a quality from 1 to 100
   bool lossless = false;     // can be written without loss
+  bool pages = false;        // several pictures, which are read and written
   std::string_view compressions = {};  // names to choose from, apart by blanks; may be empty
   bool exif = false;
   bool iptc = false;

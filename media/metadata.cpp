@@ -12,6 +12,8 @@
 #include <string_view>
 
 #include "media/heif_blocks.h"
+#include "media/mapped_file.h"
+#include "media/tiff_pages.h"
 
 namespace vitrell::media {
 namespace {
@@ -196,10 +198,10 @@ void AddOverlookedProfile(const std::filesystem::path& file, const Format& forma
                           OIIO::ImageSpec& spec) {
   if (!format.profile || spec.find_attribute(kProfile) != nullptr) return;
   std::vector<std::string> notices;
-  ReadMetadata(file, format, spec, notices);
+  ReadMetadata(file, 0, format, spec, notices);
 }
 
-std::shared_ptr<const Metadata> ReadMetadata(const std::filesystem::path& file,
+std::shared_ptr<const Metadata> ReadMetadata(const std::filesystem::path& file, int part,
                                              const Format& format, OIIO::ImageSpec& spec,
                                              std::vector<std::string>& notices) {
   if (!HasReadableMetadata(format)) return nullptr;
@@ -211,7 +213,13 @@ std::shared_ptr<const Metadata> ReadMetadata(const std::filesystem::path& file,
       AddProfile(blocks.profile.data(), blocks.profile.size(), spec);
       ReadBlocks(blocks, *metadata);
     } else {
-      const auto image = Exiv2::ImageFactory::open(file.string(), false);
+      const bool page = part > 0 && format.plugin == "tiff";
+      MappedFile pages(page ? file : std::filesystem::path());
+      if (page && !BeginWithPage(pages.Bytes(), part)) return nullptr;
+      const auto image = page ? Exiv2::ImageFactory::open(
+                                    reinterpret_cast<const Exiv2::byte*>(pages.Text().data()),
+                                    static_cast<long>(pages.Text().size()))
+                              : Exiv2::ImageFactory::open(file.string(), false);
       ReadImage(*image, *metadata);
       const Exiv2::DataBuf& profile = *image->iccProfile();
       AddProfile(profile.pData_, static_cast<std::size_t>(profile.size_), spec);

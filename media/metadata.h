@@ -35,7 +35,9 @@ struct Metadata {
 
 // Null if the file holds none. Adds an ICC profile that the picture library overlooks to the
 // header. Metadata that cannot be read are told in `notices`; the picture is not at fault.
-std::shared_ptr<const Metadata> ReadMetadata(const std::filesystem::path& file,
+// Pages of a TIFF, counted from 0 by `part`, have metadata of their own; other formats have one
+// set.
+std::shared_ptr<const Metadata> ReadMetadata(const std::filesystem::path& file, int part,
                                              const Format& format, OIIO::ImageSpec& spec,
                                              std::vector<std::string>& notices);
 

@@ -124,16 +124,60 @@ int RowsAtOnce(const OIIO::ImageSpec& spec, std::size_t rowBytes) {
   return static_cast<int>(block * std::max<std::size_t>(1, kBytes / (rowBytes * block)));
 }
 
+// The picture library unpacks blocks of such files by itself and overlooks those that are damaged;
+// asked for one row or tile at a time, it leaves them to the TIFF library.
+bool HidesDamage(const Picture& picture) {
+  return picture.format->plugin == "tiff" &&
+         picture.spec.get_string_attribute("compression") == "zip";
+}
+
+struct RowRange {
+  int begin;
+  int end;
+};
+
+bool ReadScanlines(OIIO::ImageInput& input, const Picture& picture, const RowRange& range,
+                   const OIIO::TypeDesc& type, char* rows, std::size_t rowBytes) {
+  if (!HidesDamage(picture)) {
+    return input.read_scanlines(picture.part, 0, range.begin, range.end, 0, 0,
+                                picture.spec.nchannels, type, rows);
+  }
+  for (int y = range.begin; y < range.end; ++y, rows += rowBytes) {
+    if (!input.read_scanline(y, 0, type, rows)) return false;
+  }
+  return true;
+}
+
+bool ReadTiles(OIIO::ImageInput& input, const Picture& picture, const RowRange& range,
+               const OIIO::TypeDesc& type, char* rows, std::size_t rowBytes) {
+  const OIIO::ImageSpec& spec = picture.spec;
+  const int width = HidesDamage(picture) ? spec.tile_width : spec.width;
+  const int height = HidesDamage(picture) ? spec.tile_height : range.end - range.begin;
+  const std::size_t pixelBytes = picture.Channels() * type.size();
+  for (int y = range.begin; y < range.end; y += height) {
+    for (int left = 0; left < spec.width; left += width) {
+      const int x = spec.x + left;
+      char* const at = rows + static_cast<std::size_t>(y - range.begin) * rowBytes +
+                       static_cast<std::size_t>(left) * pixelBytes;
+      if (!input.read_tiles(picture.part, 0, x, std::min(x + width, spec.x + spec.width), y,
+                            std::min(y + height, range.end), 0, 1, 0, spec.nchannels, type, at,
+                            static_cast<OIIO::stride_t>(pixelBytes),
+                            static_cast<OIIO::stride_t>(rowBytes))) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+
 bool ReadRows(OIIO::ImageInput& input, const Picture& picture, int begin, int end,
               const OIIO::TypeDesc& type, void* rows) {
   const OIIO::ImageSpec& spec = picture.spec;
-  const int top = spec.y + begin;
-  const int bottom = spec.y + end;
-  if (spec.tile_width == 0) {
-    return input.read_scanlines(picture.part, 0, top, bottom, 0, 0, spec.nchannels, type, rows);
-  }
-  return input.read_tiles(picture.part, 0, spec.x, spec.x + spec.width, top, bottom, 0, 1, 0,
-                          spec.nchannels, type, rows);
+  const RowRange range{spec.y + begin, spec.y + end};
+  const std::size_t rowBytes =
+      static_cast<std::size_t>(spec.width) * picture.Channels() * type.size();
+  const auto read = spec.tile_width == 0 ? &ReadScanlines : &ReadTiles;
+  return read(input, picture, range, type, static_cast<char*>(rows), rowBytes);
 }
 
 // A header may promise any number of pixels: memory is touched only for rows that came.
@@ -157,6 +201,28 @@ Samples ReadSamples(OIIO::ImageInput& input, const Picture& picture, OIIO::TypeD
     if (!done || !message.empty()) FailAsDamaged(picture.file, message);
   }
   return samples;
+}
+
+Samples ReadAllSamples(OIIO::ImageInput& input, const Picture& picture,
+                       const FileProgress& progress) {
+  if (picture.spec.format == OIIO::TypeDesc::UINT8) {
+    return ReadSamples<uint8_t>(input, picture, OIIO::TypeDesc::UINT8, progress);
+  }
+  if (picture.spec.format == OIIO::TypeDesc::UINT16) {
+    return ReadSamples<uint16_t>(input, picture, OIIO::TypeDesc::UINT16, progress);
+  }
+  return ReadSamples<float>(input, picture, OIIO::TypeDesc::FLOAT, progress);
+}
+
+void TellOtherParts(OIIO::ImageInput& input, Picture& picture) {
+  picture.hasOtherParts = picture.part > 0 || input.seek_subimage(1, 0);
+  // An EXR may be written with all of its parts.
+  if (!picture.hasOtherParts || picture.format->windows) return;
+  const std::string name =
+      picture.part == 0 ? "the first one" : "part " + std::to_string(picture.part);
+  picture.notices.push_back(
+      picture.file.string() + ": holds several pictures; only " + name + " is used." +
+      (picture.format->pages ? " --pages all renders all, --pages 1-3 some." : ""));
 }
 
 // PSD readers do not say what they converted; the number at this place of the header does.
@@ -246,65 +312,56 @@ ChannelLayout FindChannels(const OIIO::ImageSpec& spec) {
   return layout;
 }
 
-namespace {
-
-Picture ReadPictureAsItIs(const fs::path& file, const FileProgress& progress,
-                          const PictureLimits& limits, const ReadChoice& choice) {
+Picture PictureReader::ReadAsItIs(const FileProgress& progress, const ReadChoice& choice) {
   Picture picture;
-  picture.file = file;
-  picture.format = &TellFormat(file);
-  CheckPeekedSize(file, *picture.format, limits);
-  const std::unique_ptr<OIIO::ImageInput> input = OpenPicture(file, *picture.format);
-  picture.part = FindPart(*input, *picture.format, choice.part, file);
-  if (!input->seek_subimage(picture.part, 0)) FailAsDamaged(file, OneLine(input->geterror()));
-  picture.spec = input->spec();
-  CheckSpec(picture, limits);
-  FindOrientation(file, *picture.format, picture.spec);
-  picture.metadata = ReadMetadata(file, *picture.format, picture.spec, picture.notices);
+  picture.file = file_;
+  picture.format = &TellFormat(file_);
+  if (input_ == nullptr) {
+    CheckPeekedSize(file_, *picture.format, limits_);
+    input_ = OpenPicture(file_, *picture.format);
+  }
+  OIIO::ImageInput& input = *input_;
+  picture.part =
+      choice.page >= 0 ? choice.page : FindPart(input, *picture.format, choice.part, file_);
+  if (!input.seek_subimage(picture.part, 0)) FailAsDamaged(file_, OneLine(input.geterror()));
+  picture.spec = input.spec();
+  CheckSpec(picture, limits_);
+  FindOrientation(file_, *picture.format, picture.spec);
+  picture.metadata =
+      ReadMetadata(file_, picture.part, *picture.format, picture.spec, picture.notices);
   TellCmyk(picture);
-  picture.layout = ChooseChannels(picture.spec, choice.channels, file);
+  picture.layout = ChooseChannels(picture.spec, choice.channels, file_);
   picture.straight = IsStraight(picture);
-  if (picture.spec.format == OIIO::TypeDesc::UINT8) {
-    picture.samples = ReadSamples<uint8_t>(*input, picture, OIIO::TypeDesc::UINT8, progress);
-  } else if (picture.spec.format == OIIO::TypeDesc::UINT16) {
-    picture.samples = ReadSamples<uint16_t>(*input, picture, OIIO::TypeDesc::UINT16, progress);
-  } else {
-    picture.samples = ReadSamples<float>(*input, picture, OIIO::TypeDesc::FLOAT, progress);
-  }
+  picture.samples = ReadAllSamples(input, picture, progress);
   if (choice.autoOrient) MakeUpright(picture);
-  picture.hasOtherParts = picture.part > 0 || input->seek_subimage(1, 0);
-  // An EXR may be written with all of its parts.
-  if (picture.hasOtherParts && !picture.format->windows) {
-    picture.notices.push_back(
-        file.string() + ": holds several pictures; only " +
-        (picture.part == 0 ? "the first one" : "part " + std::to_string(picture.part)) +
-        " is used.");
-  }
+  if (choice.page < 0) TellOtherParts(input, picture);
   static_cast<void>(OIIO::geterror());
   return picture;
 }
 
-}  // namespace
-
-Picture ReadPicture(const fs::path& file, const FileProgress& progress, const PictureLimits& limits,
-                    const ReadChoice& choice) {
-  CheckReadable(file);
+Picture PictureReader::Read(const FileProgress& progress, const ReadChoice& choice) {
+  CheckReadable(file_);
   const QuietLibraries quiet;
-  const Format& format = TellFormat(file);
-  const auto tryToRead = [&] { ReadPictureAsItIs(file, {}, limits, choice); };
+  const Format& format = TellFormat(file_);
+  const auto tryToRead = [&] { PictureReader(file_, limits_).ReadAsItIs({}, choice); };
   if (format.fragile && !SurvivesReading(tryToRead)) {
-    FailAsDamaged(file, "the reader of " + std::string(format.name) + " broke down over it");
+    FailAsDamaged(file_, "the reader of " + std::string(format.name) + " broke down over it");
   }
   try {
-    return ReadPictureAsItIs(file, progress, limits, choice);
+    return ReadAsItIs(progress, choice);
   } catch (const Failure&) {
     throw;
   } catch (const std::bad_alloc&) {
-    Fail(file, "there is not enough memory to read it. Use a smaller picture.");
+    Fail(file_, "there is not enough memory to read it. Use a smaller picture.");
   } catch (const std::exception& error) {
     // What readers throw over contents that they did not expect.
-    FailAsDamaged(file, OneLine(error.what()));
+    FailAsDamaged(file_, OneLine(error.what()));
   }
+}
+
+Picture ReadPicture(const fs::path& file, const FileProgress& progress, const PictureLimits& limits,
+                    const ReadChoice& choice) {
+  return PictureReader(file, limits).Read(progress, choice);
 }
 
 }  // namespace vitrell::media

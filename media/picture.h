@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -82,11 +83,29 @@ struct ReadChoice {
   bool autoOrient = true;  // pixels upright, as the orientation tag tells
   std::string channels;    // see ChooseChannels; empty: as the header tells
   std::string part;        // see FindPart; empty: the first
+  int page = -1;           // instead of a part, one of FindPages: nothing is told of the others
 };
 
-// Reads a picture of a file without colour management and without touching alpha. Throws
-// Failure naming file, cause and remedy, also when stopped.
-// Memory is taken as rows arrive, so that a header alone costs nothing.
+// Reads pictures of one file without colour management and without touching alpha.
+class PictureReader {
+ public:
+  explicit PictureReader(std::filesystem::path file, const PictureLimits& limits = {})
+      : file_(std::move(file)), limits_(limits) {}
+
+  // Throws Failure naming file, cause and remedy, also when stopped. Memory is taken as rows
+  // arrive, so that a header alone costs nothing. The file stays open, since readers of GIF get to
+  // a frame by way of all that come before it.
+  Picture Read(const FileProgress& progress, const ReadChoice& choice = {});
+
+ private:
+  Picture ReadAsItIs(const FileProgress& progress, const ReadChoice& choice);
+
+  std::filesystem::path file_;
+  PictureLimits limits_;
+  std::unique_ptr<OIIO::ImageInput> input_;  // null until something was read
+};
+
+// One picture of a file, in the same way.
 Picture ReadPicture(const std::filesystem::path& file, const FileProgress& progress,
                     const PictureLimits& limits = {}, const ReadChoice& choice = {});
 

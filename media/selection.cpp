@@ -98,6 +98,8 @@ int FindPart(OIIO::ImageInput& input, const Format& format, const std::string& w
     if (name == wanted) return part;
     parts.push_back(std::to_string(part) + (name.empty() ? "" : " " + name));
   }
+  // That there is no further part is no failure to read this one.
+  static_cast<void>(input.geterror());
   std::size_t number = 0;
   const auto [end, error] = std::from_chars(wanted.data(), wanted.data() + wanted.size(), number);
   if (error == std::errc() && end == wanted.data() + wanted.size() && number < parts.size()) {

@@ -190,5 +190,26 @@ INSTANTIATE_TEST_SUITE_P(Formats, DamagedFilesTest,
                            return extensions.substr(0, extensions.find(' '));
                          });
 
+// The picture library does not look at what it unpacks of these by itself.
+TEST(DamagedTiffTest, ZippedRowsAndTilesAreTold) {
+  const fs::path file =
+      fs::temp_directory_path() / ("zipped-" + std::to_string(::getpid()) + ".tif");
+  for (const int tile : {0, 32}) {
+    FilePicture picture = NoisePicture(200, 150, 3, OIIO::TypeDesc::UINT8, 1);
+    picture.spec.attribute("compression", "zip");
+    picture.spec.tile_width = picture.spec.tile_height = tile;
+    WritePictureFile(file, picture);
+    EXPECT_EQ(std::get<std::vector<uint8_t>>(ReadPicture(file, {}).samples).size(),
+              picture.samples.size());
+    const auto middle = static_cast<std::streamoff>(fs::file_size(file) / 2);
+    std::fstream stream(file, std::ios::binary | std::ios::in | std::ios::out);
+    stream.seekp(middle);
+    stream << std::string(100, 'x');
+    stream.close();
+    EXPECT_THROW(ReadPicture(file, {}), Failure) << tile;
+  }
+  fs::remove(file);
+}
+
 }  // namespace
 }  // namespace vitrell::media

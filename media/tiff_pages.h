@@ -1,0 +1,42 @@
+// The pages of a TIFF file: finding them, and putting them together.
+#ifndef VITRELL_MEDIA_TIFF_PAGES_H_
+#define VITRELL_MEDIA_TIFF_PAGES_H_
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "media/file_sink.h"
+#include "media/page_joiner.h"
+
+namespace vitrell::media {
+
+// Makes this page, counted from 0, the first one of a whole file's bytes, for readers that look at
+// the first only. False where there is no such page, and in files of more than 4 GB.
+bool BeginWithPage(std::span<char> file, int page);
+
+// Joins files of the machine's byte order, with offsets of 32 bits, as the picture library writes
+// them.
+class TiffJoiner final : public PageJoiner {
+ public:
+  // The sink must outlive the object.
+  explicit TiffJoiner(FileSink& sink) : sink_(sink) {}
+
+  void Add(std::string_view file, int delay) override;
+  void Finish() override {}
+
+ private:
+  void MoveDirectory(std::string_view file, std::uint32_t directory, int depth);
+  void MoveEntry(std::string_view file, std::uint32_t entry, int depth);
+  // Puts a number in the place of one of the page that is being added.
+  void Put(std::uint32_t place, std::uint32_t number);
+
+  FileSink& sink_;
+  std::uint64_t end_ = 0;    // of what is written
+  std::uint32_t shift_ = 0;  // of the page that is being added
+  std::uint64_t link_ = 0;   // where the last page names the next one
+};
+
+}  // namespace vitrell::media
+
+#endif  // VITRELL_MEDIA_TIFF_PAGES_H_
