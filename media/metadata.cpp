@@ -288,7 +288,7 @@ std::vector<std::string> KindsWithoutPlace(const Metadata& metadata, const Forma
       });
   if (exif && !format.exif) kinds.emplace_back("EXIF data");
   if (!metadata.iptc.empty() && !format.iptc) kinds.emplace_back("IPTC data");
-  if (!metadata.xmp.empty() && !format.xmp) kinds.emplace_back("XMP data");
+  if (!metadata.XmpIsEmpty() && !format.xmp) kinds.emplace_back("XMP data");
   if (!metadata.comment.empty() && !comment) kinds.emplace_back("comment");
   return kinds;
 }

@@ -53,7 +53,8 @@ std::unique_ptr<Exiv2::Image> Put(const Metadata& metadata, const Kinds& kinds,
     }
     if (kinds.xmp && Takes(*image, Exiv2::mdXmp)) {
       image->setXmpData(metadata.xmp);
-      if (!metadata.xmpPacket.empty()) image->setXmpPacket(metadata.xmpPacket);
+      // Not setXmpPacket(), which refuses what the library cannot read itself.
+      image->xmpPacket() = metadata.xmpPacket;
       image->writeXmpFromPacket(!metadata.xmpPacket.empty());
     }
     image->writeMetadata();
@@ -127,6 +128,9 @@ std::vector<std::string> PutMetadata(const Metadata& metadata, const Format& for
   if (format.exif) TellMissing("EXIF data", metadata.exif, image->exifData(), lost);
   if (format.iptc) TellMissing("IPTC data", metadata.iptc, image->iptcData(), lost);
   if (format.xmp) TellMissing("XMP data", metadata.xmp, image->xmpData(), lost);
+  // Of what cannot be read there are no entries to compare.
+  const bool unread = metadata.xmp.empty() && !metadata.xmpPacket.empty();
+  if (format.xmp && unread && image->xmpPacket().empty()) lost.emplace_back("XMP data");
   Exiv2::BasicIo& bytes = image->io();
   const auto size = static_cast<std::size_t>(bytes.size());
   sink.Replace(bytes.mmap(), size);

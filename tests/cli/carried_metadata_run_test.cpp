@@ -224,5 +224,32 @@ TEST_F(CarriedMetadataRunTest, WhatIsTooLargeIsTold) {
   EXPECT_EQ(Show({"out.jpg"}).at("out.jpg").at("IFD0:Make"), "\"Lens maker\"");
 }
 
+// Some programs write one property twice, which the metadata library refuses. Where the packet is a
+// block of its own it goes over; where it is put together anew its loss is told.
+TEST_F(CarriedMetadataRunTest, XmpThatCannotBeReadGoesOverOrIsTold) {
+  const std::string packet =
+      "<x:xmpmeta xmlns:x='adobe:ns:meta/'><rdf:RDF "
+      "xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'><rdf:Description "
+      "xmlns:exif='http://ns.adobe.com/exif/1.0/'><exif:Make>A</exif:Make><exif:Make>B</exif:Make>"
+      "</rdf:Description></rdf:RDF></x:xmpmeta>";
+  const std::string segment = std::string("http://ns.adobe.com/xap/1.0/\0", 29) + packet;
+  WritePictureFile(InFolder("plain.jpg"), NoisePicture(40, 30, 3, OIIO::TypeDesc::UINT8, 1));
+  const std::string plain = ReadFile("plain.jpg");
+  const std::size_t size = segment.size() + 2;
+  WriteFile("in.jpg", plain.substr(0, 2) + "\xff\xe1" + static_cast<char>(size >> 8) +
+                          static_cast<char>(size & 0xff) + segment + plain.substr(2));
+  for (const char* name : {"out.jpg", "out.webp", "out.avif"}) {
+    const ToolResult result = Run({"render", "in.jpg", name});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_NE(ReadFile(name).find(packet), std::string::npos) << name << result.err;
+    EXPECT_EQ(result.err.find("XMP"), std::string::npos) << result.err;
+  }
+  for (const char* name : {"out.tif", "out.bmp"}) {
+    const ToolResult result = Run({"render", "in.jpg", name});
+    EXPECT_NE(result.err.find("does not keep the XMP data"), std::string::npos)
+        << name << result.err;
+  }
+}
+
 }  // namespace
 }  // namespace vitrell::cli
