@@ -59,6 +59,7 @@ struct ParamsArguments {
 struct KeysArguments {
   EffectArguments effect;
   std::string plot;  // an SVG file; empty: the list only
+  bool json = false;
   bool force = false;
 };
 

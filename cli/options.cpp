@@ -37,7 +37,7 @@ constexpr const char* kKeysExamples =
     "Examples:\n"
     "  vitrell keys --set fast-blur.amount=\"0=0; 1s=40; 2s=0\" --plot curves.svg\n"
     "  vitrell keys --preset moving.json --length 240\n"
-    "  vitrell keys --keys copied.txt --fps 24\n"
+    "  vitrell keys --keys copied.txt --fps 24 --json\n"
     "\n"
     "A value may be keys: TIME=VALUE, divided by \";\". TIME is a frame, seconds (1.5s) or\n"
     "00:00:01.500; with a minus it counts from the end. \"=\" goes straight to the next key, "
@@ -240,6 +240,7 @@ CLI::App* AddKeys(CLI::App& app, KeysArguments& arguments) {
       ->type_name("OUT.svg")
       ->group(kFiles);
   command->add_flag("--force", arguments.force, "replace an existing file")->group(kFiles);
+  command->add_flag("--json", arguments.json, "as JSON")->group(kWords);
   return command;
 }
 

@@ -39,7 +39,7 @@ EffectArguments WithHostsPreset(const ParamsArguments& arguments) {
 
 void RunParams(const ParamsArguments& arguments) {
   const EffectArguments effect = WithHostsPreset(arguments);
-  CheckStandardInput("", effect.presets);
+  CheckStandardInput("", effect);
   const std::unique_ptr<headless::EffectHost> host = OpenEffect(effect.effect);
   look::Panel panel = look::MakePanel(host->Parameters());
   look::Settings moving = MakeSettings(panel, effect);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <vector>
 
 #include "cli/failure.h"
 #include "media/output_file.h"
@@ -69,9 +70,10 @@ void CheckPresetTarget(const std::string& target, bool force) {
   media::CheckTarget(target, force);
 }
 
-void CheckStandardInput(const std::string& input, const std::vector<std::string>& presets) {
-  const auto fromPresets = std::count_if(presets.begin(), presets.end(), media::IsStandardStream);
-  if (fromPresets + (media::IsStandardStream(input) ? 1 : 0) <= 1) return;
+void CheckStandardInput(const std::string& input, const EffectArguments& effect) {
+  std::vector<std::string> names = effect.presets;
+  names.insert(names.end(), {input, effect.keys});
+  if (std::count_if(names.begin(), names.end(), media::IsStandardStream) <= 1) return;
   throw Failure(kWrongUsage, "standard input (-) can be read only once. Give the others as files.");
 }
 

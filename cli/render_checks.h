@@ -3,14 +3,13 @@
 #define VITRELL_CLI_RENDER_CHECKS_H_
 
 #include <string>
-#include <vector>
 
 #include "cli/arguments.h"
 
 namespace vitrell::cli {
 
 // Refuses to read standard input twice, before any of it is read. Throws Failure.
-void CheckStandardInput(const std::string& input, const std::vector<std::string>& presets);
+void CheckStandardInput(const std::string& input, const EffectArguments& effect);
 
 // The file of --save-preset, empty for none. Throws Failure.
 void CheckPresetTarget(const std::string& target, bool force);

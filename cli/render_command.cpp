@@ -278,7 +278,7 @@ class RenderJob {
 }  // namespace
 
 void RunRender(const RenderArguments& arguments) {
-  CheckStandardInput(arguments.input, arguments.effect.presets);
+  CheckStandardInput(arguments.input, arguments.effect);
   const int wanted = arguments.threads > 0 ? arguments.threads
                                            : static_cast<int>(std::thread::hardware_concurrency());
   RenderArguments possible = arguments;

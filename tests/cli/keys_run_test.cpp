@@ -89,6 +89,35 @@ TEST_F(KeysRunTest, ListsAndDrawsCurves) {
   EXPECT_EQ(Run({"keys", "--set", "intensity=0=5", "--plot", plot, "--force"}).exitCode, 0);
 }
 
+TEST_F(KeysRunTest, ListsAsJson) {
+  const ToolResult run = Run({"keys", "--json", "--fps", "50", "--plot", "curves.svg", "--set",
+                              "intensity=0~=10; 1s=20", "--set", "mode=0|=Normal; 5|=Add"});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const auto json = nlohmann::json::parse(run.out);
+  EXPECT_EQ(json.at("framesPerSecond"), 50);
+  EXPECT_EQ(json.at("first"), 0);
+  EXPECT_EQ(json.at("last"), 50);
+  ASSERT_EQ(json.at("controls").size(), 2U);
+  const auto& keys = json["controls"][0].at("keys");
+  EXPECT_EQ(json["controls"][0].at("name"), "intensity");
+  EXPECT_EQ(keys, nlohmann::json::parse(R"([{"frame": 0, "value": 10, "stretch": "smooth"},
+                                            {"frame": 50, "value": 20, "stretch": "linear"}])"));
+  EXPECT_EQ(json["controls"][1].at("keys")[1].at("value"), "Add");
+  EXPECT_EQ(json["controls"][1].at("keys")[1].at("stretch"), "hold");
+}
+
+TEST_F(KeysRunTest, StandardInputIsReadOnce) {
+  ToolOptions options;
+  options.input = "P6 1 1 255\nabc";
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"render", "-", "out.png", "--keys", "-"},
+        {"render", "in.png", "out.png", "--preset", "-", "--keys", "-"},
+        {"keys", "--preset", "-", "--keys", "-"},
+        {"params", "--preset", "-", "--keys", "-"}}) {
+    ExpectMessage(Run(command, options), 2, {"standard input (-) can be read only once"});
+  }
+}
+
 TEST_F(KeysRunTest, KeysFromTheClipboard) {
   const std::string file = "copied.txt";
   WriteFile(file,
