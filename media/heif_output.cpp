@@ -6,15 +6,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
-#include <utility>
 
 #include "media/heif_records.h"
 
 namespace vitrell::media {
 namespace {
-
-// The largest side that HEVC and AV1 share.
-constexpr int kMaxSize = 65535;
 
 struct EncodingError {
   std::string message;
@@ -80,8 +76,8 @@ heif_error KeepBytes(heif_context* /*context*/, const void* data, std::size_t si
   return {heif_error_Encoding_error, heif_suberror_Cannot_write_output_data, "cannot write"};
 }
 
-void Encode(const OIIO::ImageSpec& spec, const std::vector<uint8_t>& pixels,
-            OIIO::Filesystem::IOProxy& proxy) {
+void EncodeImage(const OIIO::ImageSpec& spec, const std::vector<uint8_t>& pixels,
+                 OIIO::Filesystem::IOProxy& proxy) {
   const bool lossless = spec.get_int_attribute("heif:lossless", 0) != 0;
   const HeifContext context(heif_context_alloc());
   const HeifEncoder encoder = MakeEncoder(*context, spec, lossless);
@@ -114,51 +110,14 @@ void Encode(const OIIO::ImageSpec& spec, const std::vector<uint8_t>& pixels,
 
 }  // namespace
 
-int HeifOutput::supports(OIIO::string_view feature) const {
-  return feature == "alpha" || feature == "ioproxy" ? 1 : 0;
-}
-
-bool HeifOutput::set_ioproxy(OIIO::Filesystem::IOProxy* proxy) {
-  proxy_ = proxy;
-  return true;
-}
-
-bool HeifOutput::open(const std::string& /*name*/, const OIIO::ImageSpec& spec, OpenMode mode) {
-  if (mode != Create || proxy_ == nullptr || (spec.nchannels != 3 && spec.nchannels != 4)) {
-    errorfmt("AVIF and HEIC take one picture of three or four channels");
-    return false;
-  }
-  if (spec.width > kMaxSize || spec.height > kMaxSize) {
-    errorfmt("the largest picture is {} x {}", kMaxSize, kMaxSize);
-    return false;
-  }
-  m_spec = spec;
-  m_spec.set_format(OIIO::TypeDesc::UINT8);
-  pixels_.resize(m_spec.image_bytes());
-  open_ = true;
-  return true;
-}
-
-bool HeifOutput::write_scanline(int y, int z, OIIO::TypeDesc format, const void* data,
-                                OIIO::stride_t xstride) {
-  std::vector<unsigned char> scratch;
-  const auto* row =
-      static_cast<const uint8_t*>(to_native_scanline(format, data, xstride, scratch, 0, y, z));
-  const auto rowBytes = static_cast<std::size_t>(m_spec.scanline_bytes());
-  std::copy_n(row, rowBytes, pixels_.data() + static_cast<std::size_t>(y) * rowBytes);
-  return true;
-}
-
-bool HeifOutput::close() {
-  if (!std::exchange(open_, false)) return true;
+std::string HeifOutput::Encode(const std::vector<uint8_t>& pixels,
+                               OIIO::Filesystem::IOProxy& proxy) {
   try {
-    Encode(m_spec, pixels_, *proxy_);
+    EncodeImage(m_spec, pixels, proxy);
   } catch (const EncodingError& error) {
-    errorfmt("the encoder failed: {}", error.message);
-    return false;
+    return error.message.empty() ? "no cause is told" : error.message;
   }
-  pixels_.clear();
-  return true;
+  return {};
 }
 
 }  // namespace vitrell::media

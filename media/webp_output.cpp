@@ -29,62 +29,25 @@ bool Configure(const OIIO::ImageSpec& spec, WebPConfig& config) {
   return method != "lossless" || WebPConfigLosslessPreset(&config, kUsualEffort) != 0;
 }
 
-}  // namespace
-
-int WebpOutput::supports(OIIO::string_view feature) const {
-  return feature == "alpha" || feature == "ioproxy" ? 1 : 0;
-}
-
-bool WebpOutput::set_ioproxy(OIIO::Filesystem::IOProxy* proxy) {
-  proxy_ = proxy;
-  return true;
-}
-
-bool WebpOutput::open(const std::string& /*name*/, const OIIO::ImageSpec& spec, OpenMode mode) {
-  if (mode != Create || proxy_ == nullptr || (spec.nchannels != 3 && spec.nchannels != 4)) {
-    errorfmt("WebP takes one picture of three or four channels");
-    return false;
-  }
-  if (spec.width > WEBP_MAX_DIMENSION || spec.height > WEBP_MAX_DIMENSION) {
-    errorfmt("the largest WebP picture is {} x {}", WEBP_MAX_DIMENSION, WEBP_MAX_DIMENSION);
-    return false;
-  }
-  m_spec = spec;
-  m_spec.set_format(OIIO::TypeDesc::UINT8);
-  pixels_.resize(m_spec.image_bytes());
-  open_ = true;
-  return true;
-}
-
-bool WebpOutput::write_scanline(int y, int z, OIIO::TypeDesc format, const void* data,
-                                OIIO::stride_t xstride) {
-  std::vector<unsigned char> scratch;
-  const auto* row =
-      static_cast<const uint8_t*>(to_native_scanline(format, data, xstride, scratch, 0, y, z));
-  const std::size_t rowBytes = m_spec.scanline_bytes();
-  std::copy_n(row, rowBytes, pixels_.data() + static_cast<std::size_t>(y) * rowBytes);
-  return true;
-}
-
-bool WebpOutput::Encode(std::vector<uint8_t>& file) {
+bool EncodeImage(const OIIO::ImageSpec& spec, const std::vector<uint8_t>& pixels,
+                 std::vector<uint8_t>& file) {
   WebPConfig config;
   WebPPicture picture;
-  if (!Configure(m_spec, config) || WebPPictureInit(&picture) == 0) return false;
-  picture.width = m_spec.width;
-  picture.height = m_spec.height;
+  if (!Configure(spec, config) || WebPPictureInit(&picture) == 0) return false;
+  picture.width = spec.width;
+  picture.height = spec.height;
   picture.use_argb = config.lossless;
   picture.writer = &KeepBytes;
   picture.custom_ptr = &file;
-  const auto import = m_spec.nchannels == 4 ? &WebPPictureImportRGBA : &WebPPictureImportRGB;
-  const bool done =
-      import(&picture, pixels_.data(), static_cast<int>(m_spec.scanline_bytes())) != 0 &&
-      WebPEncode(&config, &picture) != 0;
+  const auto import = spec.nchannels == 4 ? &WebPPictureImportRGBA : &WebPPictureImportRGB;
+  const bool done = import(&picture, pixels.data(), static_cast<int>(spec.scanline_bytes())) != 0 &&
+                    WebPEncode(&config, &picture) != 0;
   WebPPictureFree(&picture);
   return done;
 }
 
-bool WebpOutput::AddProfile(std::vector<uint8_t>& file) {
-  const OIIO::ParamValue* profile = m_spec.find_attribute("ICCProfile");
+bool AddProfile(const OIIO::ImageSpec& spec, std::vector<uint8_t>& file) {
+  const OIIO::ParamValue* profile = spec.find_attribute("ICCProfile");
   if (profile == nullptr) return true;
   const Mux mux(WebPMuxNew(), &WebPMuxDelete);
   const WebPData image{file.data(), file.size()};
@@ -101,17 +64,16 @@ bool WebpOutput::AddProfile(std::vector<uint8_t>& file) {
   return true;
 }
 
-bool WebpOutput::close() {
-  if (!open_) return true;
-  open_ = false;
+}  // namespace
+
+int WebpOutput::MostPixels() const { return WEBP_MAX_DIMENSION; }
+
+std::string WebpOutput::Encode(const std::vector<uint8_t>& pixels,
+                               OIIO::Filesystem::IOProxy& proxy) {
   std::vector<uint8_t> file;
-  const bool encoded = Encode(file) && AddProfile(file);
-  pixels_.clear();
-  if (!encoded) {
-    errorfmt("the WebP encoder failed");
-    return false;
-  }
-  return proxy_->write(file.data(), file.size()) == file.size();
+  if (!EncodeImage(m_spec, pixels, file)) return "it does not take this picture";
+  if (!AddProfile(m_spec, file)) return "it does not take the ICC profile";
+  return proxy.write(file.data(), file.size()) == file.size() ? "" : "the file cannot be written";
 }
 
 }  // namespace vitrell::media
