@@ -26,6 +26,7 @@
 #include "cli/thread_count.h"
 #include "look/preset.h"
 #include "media/exchange.h"
+#include "media/original_rows.h"
 #include "media/output_file.h"
 #include "media/pages.h"
 #include "media/picture.h"
@@ -82,7 +83,7 @@ class RenderJob {
 
   void RenderPicture(media::PictureReader& reader, const media::ReadChoice& choice,
                      const Taker& take) {
-    const media::Picture input = reader.Read(FileStage(1), choice);
+    media::Picture input = reader.Read(FileStage(1), choice);
     notes_.TellAll(input.notices);
     if (!report_.input) {
       report_.input = FactsOf(input, media::ShownSource(arguments_.input));
@@ -91,6 +92,7 @@ class RenderJob {
     }
     const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
     const media::Given given = media::GiveToEffect(input, deep);
+    media::ReleaseSamples(input, given.world);
     ReadLayer(deep);
     report_.effectBits = deep ? 16 : 8;
     report_.readSeconds += clock_.Lap();
@@ -103,8 +105,10 @@ class RenderJob {
     // The effect writes all of it, at its very end, and until then it takes no memory.
     headless::WorldBuffer result(input.Width(), input.Height(), deep,
                                  {.fresh = headless::FreshPixels::kUnset});
+    const double processorBefore = ProcessorSeconds();
     report_.effectSeconds += effect_.Render(SettingsAt(settings_, arguments_.effect), given.world,
                                             layer_ ? &layer_->world : nullptr, result);
+    report_.effectProcessorSeconds += ProcessorSeconds() - processorBefore;
     clock_.Lap();
     notes_.FailIfStrict();
     take(input, given, result);

@@ -1,6 +1,7 @@
 // Writing the report.
 #include "cli/report.h"
 
+#include <ctime>
 #include <nlohmann/json.hpp>
 
 #include "cli/failure.h"
@@ -52,6 +53,10 @@ double StepClock::Total() const {
   return std::chrono::duration<double>(Clock::now() - start_).count();
 }
 
+double ProcessorSeconds() {
+  return static_cast<double>(std::clock()) / static_cast<double>(CLOCKS_PER_SEC);
+}
+
 std::string ReportAsJson(const Report& report, const std::vector<Note>& notes) {
   Json json = {{"program", "vitrell " VITRELL_VERSION},
                {"result", ResultName(report)},
@@ -66,6 +71,8 @@ std::string ReportAsJson(const Report& report, const std::vector<Note>& notes) {
                      {"effect", report.effectSeconds},
                      {"write", report.writeSeconds},
                      {"total", report.totalSeconds}};
+  json["processorSeconds"] = {{"effect", report.effectProcessorSeconds},
+                              {"total", ProcessorSeconds()}};
   json["notes"] = TextsOf(notes, false);
   json["complaints"] = TextsOf(notes, true);
   // File names need not be UTF-8.

@@ -33,6 +33,9 @@ class StepClock {
   Clock::time_point lap_ = start_;
 };
 
+// What this process took of all processors until now.
+double ProcessorSeconds();
+
 struct Report {
   int exitCode = 0;
   std::string error;  // of a failure
@@ -47,6 +50,7 @@ struct Report {
   double effectSeconds = 0;
   double writeSeconds = 0;
   double totalSeconds = 0;
+  double effectProcessorSeconds = 0;  // of all threads
 };
 
 // What is not known because a failure came before is left out.

@@ -30,7 +30,7 @@ struct ResultTraits {
 ResultTraits Inspect(const headless::WorldBuffer& result, const Window& within);
 
 // How the samples of the output are to be stored.
-enum class SampleType { kByte, kWord, kFloat };
+enum class SampleType { kByte, kWord, kHalf, kFloat };
 
 enum class Role { kRed, kGreen, kBlue, kAlpha, kExtra };
 
@@ -47,11 +47,7 @@ struct OutputForm {
   std::vector<OutputChannel> channels;
 };
 
-// The result as samples for a file. Where the effect left a channel as `given` it, the file's own
-// value is kept: 16-bit files hold 65536 values and the effect's depth only 32769, so a picture
-// that the effect did not change keeps every bit. A value that was clipped for the effect is kept
-// only where the effect left the whole pixel: beside channels that it computed from clipped values
-// it would be another colour. Pixels of the file that the effect did not see are kept.
+// The result as samples for a file, all rows at once; see ResultRows.
 Samples TakeFromEffect(const Picture& input, const headless::WorldBuffer& given,
                        const headless::WorldBuffer& result, const OutputForm& form);
 

@@ -23,9 +23,12 @@
 #include <array>
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "media/exr_block.h"
 
 namespace vitrell::media {
 namespace {
@@ -52,8 +55,6 @@ Imf::PixelType TypeOf(const OIIO::ImageSpec& spec, std::size_t channel) {
   return type.is_floating_point() && type.size() > sizeof(half) ? Imf::FLOAT : Imf::HALF;
 }
 
-std::size_t BytesOf(Imf::PixelType type) { return type == Imf::HALF ? sizeof(half) : 4; }
-
 void SetCompression(const Picture& input, const OIIO::ImageSpec& spec, Imf::Header& header) {
   constexpr std::array<std::pair<std::string_view, Imf::Compression>, 10> kNames = {
       {{"none", Imf::NO_COMPRESSION},
@@ -77,6 +78,8 @@ void SetCompression(const Picture& input, const OIIO::ImageSpec& spec, Imf::Head
   }
 }
 
+bool IsTiled(const Imf::Header& header) { return header.type() == Imf::TILEDIMAGE; }
+
 Imf::Header RenderedHeader(const Picture& input, const OIIO::ImageSpec& spec,
                            const OutputForm& form, Imf::Header header) {
   Imf::ChannelList channels;
@@ -90,90 +93,16 @@ Imf::Header RenderedHeader(const Picture& input, const OIIO::ImageSpec& spec,
     channels.insert(spec.channelnames.at(i), made);
   }
   header.channels() = channels;
-  header.setType(Imf::SCANLINEIMAGE);
+  if (IsTiled(header)) {
+    header.tileDescription().mode = Imf::ONE_LEVEL;
+  } else {
+    header.erase("tiles");
+  }
   header.lineOrder() = Imf::INCREASING_Y;
-  for (const char* name : {"tiles", "chunkCount"}) header.erase(name);
+  header.erase("chunkCount");
   SetCompression(input, spec, header);
   return header;
 }
-
-// A block of rows of the rendered part.
-class Block {
- public:
-  Block(const Imf::Header& header, const OIIO::ImageSpec& spec, const OutputForm& form,
-        const std::vector<float>& samples)
-      : window_(header.dataWindow()),
-        width_(static_cast<std::size_t>(window_.max.x - window_.min.x) + 1),
-        form_(form),
-        samples_(samples) {
-    for (std::size_t i = 0; i < form.channels.size(); ++i) {
-      const std::string& name = spec.channelnames.at(i);
-      columns_.push_back({name, header.channels()[name.c_str()].type, {}});
-    }
-  }
-
-  void Write(Imf::InputPart& source, Imf::OutputPart& target, int top, int rows) {
-    Imf::FrameBuffer read;
-    Imf::FrameBuffer written;
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
-      Column& column = columns_[i];
-      const Imf::Slice slice = SliceOf(i, top, rows);
-      written.insert(column.name, slice);
-      if (form_.channels[i].role == Role::kExtra) read.insert(column.name, slice);
-    }
-    if (read.begin() != read.end()) {
-      source.setFrameBuffer(read);
-      source.readPixels(top, top + rows - 1);
-    }
-    target.setFrameBuffer(written);
-    target.writePixels(rows);
-  }
-
- private:
-  struct Column {
-    std::string name;
-    Imf::PixelType type;
-    std::vector<char> bytes;
-  };
-
-  // Floats are taken where they are, others from a buffer.
-  Imf::Slice SliceOf(std::size_t i, int top, int rows) {
-    Column& column = columns_[i];
-    const Imath::V2i origin(window_.min.x, top);
-    const bool extra = form_.channels[i].role == Role::kExtra;
-    const std::size_t channels = form_.channels.size();
-    const std::size_t pixels = width_ * static_cast<std::size_t>(rows);
-    const float* const from =
-        samples_.data() + static_cast<std::size_t>(top - window_.min.y) * width_ * channels + i;
-    if (!extra && column.type == Imf::FLOAT) {
-      return Imf::Slice::Make(Imf::FLOAT, from, origin, static_cast<int64_t>(width_), rows,
-                              channels * sizeof(float), width_ * channels * sizeof(float));
-    }
-    column.bytes.resize(pixels * BytesOf(column.type));
-    if (!extra) Fill(column, from, pixels);
-    return Imf::Slice::Make(column.type, column.bytes.data(), origin, static_cast<int64_t>(width_),
-                            rows);
-  }
-
-  void Fill(Column& column, const float* from, std::size_t pixels) const {
-    const std::size_t step = form_.channels.size();
-    for (std::size_t pixel = 0; pixel < pixels; ++pixel, from += step) {
-      if (column.type == Imf::HALF) {
-        reinterpret_cast<half*>(column.bytes.data())[pixel] = half(*from);
-      } else {
-        constexpr double kWhite = 4294967295.0;
-        const double value = std::clamp(static_cast<double>(*from), 0.0, 1.0) * kWhite + 0.5;
-        reinterpret_cast<uint32_t*>(column.bytes.data())[pixel] = static_cast<uint32_t>(value);
-      }
-    }
-  }
-
-  const Imath::Box2i window_;
-  const std::size_t width_;
-  const OutputForm& form_;
-  const std::vector<float>& samples_;
-  std::vector<Column> columns_;
-};
 
 // Compressed blocks are copied as they are.
 void CopyPart(Imf::MultiPartInputFile& in, Imf::MultiPartOutputFile& out, int part) {
@@ -194,16 +123,51 @@ void CopyPart(Imf::MultiPartInputFile& in, Imf::MultiPartOutputFile& out, int pa
   }
 }
 
+// Takes blocks of whole rows from a buffer of the data window's coordinates.
+class RenderedPart {
+ public:
+  RenderedPart(Imf::MultiPartOutputFile& out, int part) : window_(out.header(part).dataWindow()) {
+    if (IsTiled(out.header(part))) {
+      tiles_.emplace(out, part);
+    } else {
+      rows_.emplace(out, part);
+    }
+  }
+
+  // A block's rows: whole blocks of every compression, or whole tiles.
+  int Step() const {
+    constexpr int kRows = 256;
+    if (!tiles_) return kRows;
+    const int tile = static_cast<int>(tiles_->tileYSize());
+    return (kRows + tile - 1) / tile * tile;
+  }
+
+  void Write(const Imf::FrameBuffer& buffer, int top, int rows) {
+    if (!tiles_) {
+      rows_->setFrameBuffer(buffer);
+      rows_->writePixels(rows);
+      return;
+    }
+    const int tile = static_cast<int>(tiles_->tileYSize());
+    const int first = (top - window_.min.y) / tile;
+    tiles_->setFrameBuffer(buffer);
+    tiles_->writeTiles(0, tiles_->numXTiles() - 1, first, first + (rows - 1) / tile);
+  }
+
+ private:
+  const Imath::Box2i window_;
+  std::optional<Imf::OutputPart> rows_;
+  std::optional<Imf::TiledOutputPart> tiles_;
+};
+
 void WriteRendered(Imf::MultiPartInputFile& in, Imf::MultiPartOutputFile& out, int part,
-                   Block& block, StoppableProgress& progress) {
-  // Whole blocks of every compression.
-  constexpr int kRows = 256;
+                   ExrBlock& block, StoppableProgress& progress) {
   Imf::InputPart source(in, part);
-  Imf::OutputPart target(out, part);
+  RenderedPart target(out, part);
   const Imath::Box2i window = out.header(part).dataWindow();
-  for (int top = window.min.y; top <= window.max.y; top += kRows) {
-    const int rows = std::min(kRows, window.max.y - top + 1);
-    block.Write(source, target, top, rows);
+  for (int top = window.min.y; top <= window.max.y; top += target.Step()) {
+    const int rows = std::min(target.Step(), window.max.y - top + 1);
+    target.Write(block.Fill(source, top, rows), top, rows);
     const auto done = static_cast<float>(top + rows - window.min.y);
     progress.Tell(done / static_cast<float>(window.max.y - window.min.y + 1));
     progress.ThrowIfStopped();
@@ -222,7 +186,7 @@ bool CanCopyExr(const Picture& input, const Format& format) {
 }
 
 void CopyExr(const Picture& input, const OIIO::ImageSpec& spec, const OutputForm& form,
-             const std::vector<float>& samples, FileSink& sink, StoppableProgress& progress) {
+             ResultRows& rows, FileSink& sink, StoppableProgress& progress) {
   Imf::MultiPartInputFile in(input.file.c_str());
   std::vector<Imf::Header> headers;
   headers.reserve(static_cast<std::size_t>(in.parts()));
@@ -231,7 +195,7 @@ void CopyExr(const Picture& input, const OIIO::ImageSpec& spec, const OutputForm
   rendered = RenderedHeader(input, spec, form, rendered);
   SinkStream stream(sink);
   Imf::MultiPartOutputFile out(stream, headers.data(), in.parts());
-  Block block(rendered, spec, form, samples);
+  ExrBlock block(rendered, spec, form, rows);
   for (int part = 0; part < in.parts(); ++part) {
     if (part == input.part) {
       WriteRendered(in, out, part, block, progress);

@@ -85,9 +85,15 @@ void CheckPeekedSize(const fs::path& file, const Format& format, const PictureLi
   CheckCost(file, *size, kUsualChannels, 1, limits);
 }
 
+bool IsHalf(const OIIO::ImageSpec& spec) {
+  const auto isHalf = [](const OIIO::TypeDesc& type) { return type == OIIO::TypeDesc::HALF; };
+  return isHalf(spec.format) &&
+         std::all_of(spec.channelformats.begin(), spec.channelformats.end(), isHalf);
+}
+
 int SampleBytes(const OIIO::ImageSpec& spec) {
   if (spec.format == OIIO::TypeDesc::UINT8) return sizeof(uint8_t);
-  return spec.format == OIIO::TypeDesc::UINT16 ? sizeof(uint16_t) : sizeof(float);
+  return spec.format == OIIO::TypeDesc::UINT16 || IsHalf(spec) ? sizeof(uint16_t) : sizeof(float);
 }
 
 void CheckSpec(const Picture& picture, const PictureLimits& limits) {
@@ -210,6 +216,9 @@ Samples ReadAllSamples(OIIO::ImageInput& input, const Picture& picture,
   }
   if (picture.spec.format == OIIO::TypeDesc::UINT16) {
     return ReadSamples<uint16_t>(input, picture, OIIO::TypeDesc::UINT16, progress);
+  }
+  if (IsHalf(picture.spec)) {
+    return ReadSamples<half>(input, picture, OIIO::TypeDesc::HALF, progress);
   }
   return ReadSamples<float>(input, picture, OIIO::TypeDesc::FLOAT, progress);
 }
@@ -334,6 +343,7 @@ Picture PictureReader::ReadAsItIs(const FileProgress& progress, const ReadChoice
   picture.straight = IsStraight(picture);
   picture.samples = ReadAllSamples(input, picture, progress);
   if (choice.autoOrient) MakeUpright(picture);
+  picture.hasLevels = picture.format->windows && input.seek_subimage(picture.part, 1);
   if (choice.page < 0) TellOtherParts(input, picture);
   static_cast<void>(OIIO::geterror());
   return picture;

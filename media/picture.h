@@ -2,6 +2,7 @@
 #ifndef VITRELL_MEDIA_PICTURE_H_
 #define VITRELL_MEDIA_PICTURE_H_
 
+#include <OpenImageIO/half.h>
 #include <OpenImageIO/imageio.h>
 
 #include <cstddef>
@@ -21,8 +22,9 @@
 namespace vitrell::media {
 
 // Samples of all channels, interleaved, rows from top to bottom without padding. 8-bit and 16-bit
-// integers stay what they are in the file; every other type is held as float.
-using Samples = std::variant<std::vector<uint8_t>, std::vector<uint16_t>, std::vector<float>>;
+// integers and half floats stay what they are in the file; every other type is held as float.
+using Samples = std::variant<std::vector<uint8_t>, std::vector<uint16_t>, std::vector<half>,
+                             std::vector<float>>;
 
 // Which channel of the file is which. Channels beyond these are kept but not seen by the effect.
 struct ChannelLayout {
@@ -53,10 +55,14 @@ struct Picture {
   const Format* format = nullptr;
   int part = 0;  // of the file's pictures, which of them this is
   bool hasOtherParts = false;
-  OIIO::ImageSpec spec;  // as in the file
+  bool hasLevels = false;  // smaller copies beside it (mip levels)
+  OIIO::ImageSpec spec;    // as in the file
   ChannelLayout layout;
   bool straight = true;  // colours are not multiplied by alpha; true without alpha
   Samples samples;
+  // Set by ReleaseSamples: there are no samples any more, but what tells them.
+  bool released = false;
+  std::vector<uint64_t> releasedBits;
   std::shared_ptr<const Metadata> metadata;  // null: none
   std::vector<std::string> notices;
 

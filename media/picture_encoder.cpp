@@ -3,7 +3,6 @@
 
 #include <exception>
 #include <new>
-#include <variant>
 
 #include "media/exr_copy.h"
 #include "media/failure.h"
@@ -14,6 +13,7 @@
 #include "media/orientation.h"
 #include "media/output_spec.h"
 #include "media/quiet_libraries.h"
+#include "media/result_rows.h"
 #include "media/safe_writer.h"
 #include "media/standard_streams.h"
 
@@ -29,6 +29,16 @@ namespace fs = std::filesystem;
 SampleType SampleTypeOf(const OIIO::TypeDesc& type) {
   if (type == OIIO::TypeDesc::UINT8) return SampleType::kByte;
   return type == OIIO::TypeDesc::UINT16 ? SampleType::kWord : SampleType::kFloat;
+}
+
+// Whether half floats hold these channels; those beyond colour and alpha are not asked for where
+// they are copied as they are stored.
+bool AllHalf(const OIIO::ImageSpec& spec, const OutputForm& form, bool copies) {
+  for (std::size_t i = 0; i < form.channels.size(); ++i) {
+    if (copies && form.channels[i].role == Role::kExtra) continue;
+    if (spec.channelformat(static_cast<int>(i)) != OIIO::TypeDesc::HALF) return false;
+  }
+  return true;
 }
 
 [[noreturn]] void FailOverExr(const fs::path& file, const std::exception& error) {
@@ -47,7 +57,7 @@ bool CopiesExr(const Picture& input, const Format& format) {
 }
 
 void WriteCopy(const Picture& input, const OIIO::ImageSpec& spec, const OutputForm& form,
-               const std::vector<float>& samples, const fs::path& temporary, const fs::path& target,
+               ResultRows& rows, const fs::path& temporary, const fs::path& target,
                StoppableProgress& progress) {
   FileSink sink(temporary);
   const auto failIfSinkFailed = [&] {
@@ -55,7 +65,7 @@ void WriteCopy(const Picture& input, const OIIO::ImageSpec& spec, const OutputFo
     Fail(target, "cannot be written (" + sink.FirstError() + "). Free some space and try again.");
   };
   try {
-    CopyExr(input, spec, form, samples, sink, progress);
+    CopyExr(input, spec, form, rows, sink, progress);
   } catch (const Failure&) {
     throw;
   } catch (const std::bad_alloc&) {
@@ -157,16 +167,19 @@ EncodedPicture EncodePicture(const Picture& input, const headless::WorldBuffer& 
   OIIO::TypeDesc actual = OIIO::TypeDesc::FLOAT;
   const bool copies = CopiesExr(input, format);
   if (copies) {
-    form.type = SampleType::kFloat;
-    const Samples samples = TakeFromEffect(input, given, result, form);
-    WriteCopy(input, spec, form, std::get<std::vector<float>>(samples), file, order.target,
-              stoppable);
+    form.type = AllHalf(spec, form, true) ? SampleType::kHalf : SampleType::kFloat;
+    ResultRows rows(input, given, result, form);
+    WriteCopy(input, spec, form, rows, file, order.target, stoppable);
+    if (input.hasLevels) {
+      notices.emplace_back("the smaller copies of the picture (mip levels) are left out.");
+    }
   } else {
     SafeWriter writer(format, file, order.target);
     writer.Open(spec);
-    actual = writer.StoredType();
-    form.type = SampleTypeOf(actual);
-    writer.WritePixels(TakeFromEffect(input, given, result, form), stoppable);
+    actual = writer.Header().format;
+    form.type = AllHalf(writer.Header(), form, false) ? SampleType::kHalf : SampleTypeOf(actual);
+    ResultRows rows(input, given, result, form);
+    writer.WritePixels(rows, stoppable);
     metadata.Run(writer);
     writer.Finish();
     TellShrinking(input, format, file, order.encoding, notices);

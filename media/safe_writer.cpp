@@ -1,8 +1,7 @@
 // Writing through the sink.
 #include "media/safe_writer.h"
 
-#include <type_traits>
-#include <variant>
+#include <algorithm>
 
 #include "media/failure.h"
 #include "media/heif_output.h"
@@ -24,6 +23,13 @@ namespace fs = std::filesystem;
 // cannot do through a sink.
 bool TakesSink(const OIIO::ImageOutput& writer, const Format& format, const OIIO::ImageSpec& spec) {
   return writer.supports("ioproxy") != 0 && !(format.plugin == "tiff" && HasExif(spec));
+}
+
+// Whole blocks of rows of every format.
+int RowsAtOnce(const OIIO::ImageSpec& spec) {
+  constexpr int kTallestBlock = 256;
+  const int strip = std::clamp(spec.get_int_attribute("tiff:RowsPerStrip", 1), 1, spec.height);
+  return (kTallestBlock + strip - 1) / strip * strip;
 }
 
 }  // namespace
@@ -56,15 +62,22 @@ void SafeWriter::Open(OIIO::ImageSpec spec) {
   }
 }
 
-void SafeWriter::WritePixels(const Samples& samples, StoppableProgress& progress) {
-  const bool written = std::visit(
-      [&](const auto& values) {
-        using Sample = typename std::decay_t<decltype(values)>::value_type;
-        return writer_->write_image(OIIO::BaseTypeFromC<Sample>::value, values.data(),
-                                    OIIO::AutoStride, OIIO::AutoStride, OIIO::AutoStride,
-                                    &CallFileProgress, &progress);
-      },
-      samples);
+bool SafeWriter::WriteRows(ResultRows& rows, StoppableProgress& progress) {
+  const OIIO::ImageSpec& spec = writer_->spec();
+  const int step = RowsAtOnce(spec);
+  for (int begin = 0; begin < rows.Height(); begin += step) {
+    const int end = std::min(begin + step, rows.Height());
+    if (!writer_->write_scanlines(spec.y + begin, spec.y + end, spec.z, rows.Type(),
+                                  rows.Take(begin, end))) {
+      return false;
+    }
+    if (progress.Tell(static_cast<float>(end) / static_cast<float>(rows.Height()))) return false;
+  }
+  return true;
+}
+
+void SafeWriter::WritePixels(ResultRows& rows, StoppableProgress& progress) {
+  const bool written = WriteRows(rows, progress);
   const bool closed = writer_->close();
   const std::string message = OneLine(writer_->geterror());
   // Some writers hand over the rest when they end.

@@ -14,6 +14,7 @@
 #include "media/memory_file.h"
 #include "media/metadata.h"
 #include "media/picture.h"
+#include "media/result_rows.h"
 
 namespace vitrell::media {
 
@@ -33,10 +34,10 @@ class SafeWriter {
   // header is read back.
   void Open(OIIO::ImageSpec spec);
 
-  // Of the opened file: the writer's choice where it lacks the one asked for.
-  OIIO::TypeDesc StoredType() const { return writer_->spec().format; }
+  // Of the opened file: with the writer's choice of types where it lacks those asked for.
+  const OIIO::ImageSpec& Header() const { return writer_->spec(); }
 
-  void WritePixels(const Samples& samples, StoppableProgress& progress);
+  void WritePixels(ResultRows& rows, StoppableProgress& progress);
 
   // Between the pixels and the end. Returns what the file does not take.
   std::vector<std::string> AddMetadata(const Metadata& metadata);
@@ -44,6 +45,7 @@ class SafeWriter {
   void Finish();
 
  private:
+  bool WriteRows(ResultRows& rows, StoppableProgress& progress);
   bool OpenOnce(const OIIO::ImageSpec& spec);
   [[noreturn]] void FailToWrite(const std::string& cause) const;
   void FailIfSinkFailed() const;

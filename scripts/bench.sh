@@ -7,6 +7,7 @@
 #   scripts/bench.sh --quick          8 bit at 1080p only and few renders; the tables go to the terminal
 #   scripts/bench.sh --no-peers       without the other libraries; to the terminal, too
 #   scripts/bench.sh --filter REGEX   the same for the cases of these names only, see --list
+#   scripts/bench.sh --files          only the table of picture files of 24 megapixels; ten minutes
 #   scripts/bench.sh --list           names all cases
 #   scripts/bench.sh --help
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -91,14 +92,14 @@ heading() {
     "$(date -u +%Y-%m-%d)" "$load"
 }
 
-# Puts the file between the two marks of docs/performance.md.
+# Puts a file between two marks of docs/performance.md.
 write_page() {
   {
-    sed '/<!-- measured -->/q' docs/performance.md
+    sed "/<!-- $2 -->/q" docs/performance.md
     printf '\n'
     cat "$1"
     printf '\n'
-    sed -n '/<!-- end -->/,$p' docs/performance.md
+    sed -n "/<!-- $3 -->/,\$p" docs/performance.md
   } >"$work/performance.md"
   mv "$work/performance.md" docs/performance.md
 }
@@ -107,6 +108,7 @@ filter=
 quick=()
 peers=1
 list=0
+files=0
 while (($#)); do
   case "$1" in
     -h | --help)
@@ -116,6 +118,7 @@ while (($#)); do
     --quick) quick=(--quick) ;;
     --no-peers) peers=0 ;;
     --list) list=1 ;;
+    --files) files=1 ;;
     --filter)
       [[ $# -ge 2 ]] || { echo "--filter needs a pattern" >&2; exit 2; }
       filter="$2"
@@ -138,6 +141,21 @@ if ((list)); then
   peers=0
   build_all >&2
   "$build/bench/vitrell_bench" --benchmark_list_tests | sed 's|/iterations.*||'
+  exit 0
+fi
+
+if ((files)); then
+  say "Building $build ($jobs jobs)"
+  cmake --preset release -B "$build" --log-level=WARNING
+  cmake --build "$build" --parallel "$jobs" --target vitrell sample_picture
+  say "Measuring picture files"
+  {
+    heading
+    printf '\n'
+    scripts/bench_files.sh "$build/cli/vitrell" "$build/tools/sample_picture/sample_picture"
+  } | tee "$work/files.md"
+  write_page "$work/files.md" files "files end"
+  echo "docs/performance.md has the table."
   exit 0
 fi
 
@@ -167,7 +185,7 @@ fi
 } >"$work/tables.md"
 say "Measured in $((SECONDS - start)) s"
 if ((write)); then
-  write_page "$work/tables.md"
+  write_page "$work/tables.md" measured end
   echo "docs/performance.md has the tables."
 else
   cat "$work/tables.md"

@@ -111,7 +111,10 @@ class ExrRunTest : public ToolTest {
       if (header.type() == Imf::TILEDIMAGE) {
         Imf::TiledOutputPart target(file, part);
         target.setFrameBuffer(buffer);
-        target.writeTiles(0, target.numXTiles() - 1, 0, target.numYTiles() - 1);
+        // Smaller levels hold what lies at the same place of the buffer.
+        for (int level = 0; level < target.numXLevels(); ++level) {
+          target.writeTiles(0, target.numXTiles(level) - 1, 0, target.numYTiles(level) - 1, level);
+        }
       } else {
         Imf::OutputPart target(file, part);
         target.setFrameBuffer(buffer);
@@ -198,6 +201,54 @@ TEST_F(ExrRunTest, OtherChannelsKeepEveryBitAndTheirNames) {
       EXPECT_EQ(Changed(before, ReadPart("out.exr", 0)), (Texts{"B", "G", "R"}));
     }
   }
+}
+
+TEST_F(ExrRunTest, TilesStayAndLevelsAreTold) {
+  Imf::Header header = MakeHeader("all", Imf::TILEDIMAGE, {"R", "G", "B"}, {"Z"});
+  header.setTileDescription(Imf::TileDescription(24, 10));
+  header.compression() = Imf::PIZ_COMPRESSION;
+  WriteExr("in.exr", {header});
+  ASSERT_EQ(RunLook({"in.exr", "out.exr", "--strict"}).exitCode, 0);
+  const Imf::MultiPartInputFile out(InFolder("out.exr").c_str());
+  ASSERT_EQ(out.header(0).type(), Imf::TILEDIMAGE);
+  EXPECT_EQ(out.header(0).tileDescription(), header.tileDescription());
+  EXPECT_EQ(out.header(0).compression(), Imf::PIZ_COMPRESSION);
+  EXPECT_EQ(Changed(ReadPart("in.exr", 0), ReadPart("out.exr", 0)), (Texts{"B", "G", "R"}));
+  // In rows the same pixels come out.
+  header.setType(Imf::SCANLINEIMAGE);
+  WriteExr("rows.exr", {header});
+  ASSERT_EQ(RunLook({"rows.exr", "rows-out.exr"}).exitCode, 0);
+  EXPECT_EQ(Changed(ReadPart("rows-out.exr", 0), ReadPart("out.exr", 0)), Texts{});
+
+  header.setType(Imf::TILEDIMAGE);
+  header.setTileDescription(Imf::TileDescription(16, 16, Imf::MIPMAP_LEVELS));
+  WriteExr("in.exr", {header});
+  const ToolResult result = RunLook({"in.exr", "out.exr"});
+  ASSERT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_TRUE(Has(result, "smaller copies of the picture (mip levels) are left out"));
+  const Imf::MultiPartInputFile alone(InFolder("out.exr").c_str());
+  EXPECT_EQ(alone.header(0).tileDescription(), Imf::TileDescription(16, 16, Imf::ONE_LEVEL));
+  EXPECT_EQ(Changed(ReadPart("in.exr", 0), ReadPart("out.exr", 0)), (Texts{"B", "G", "R"}));
+}
+
+// What was asked for, in a file that goes through.
+TEST_F(ExrRunTest, CompressionAndDepthAreChosen) {
+  WriteLayers("in.exr");
+  const Channels before = ReadPart("in.exr", 0);
+  for (const auto& [name, compression] : {std::pair{"none", Imf::NO_COMPRESSION},
+                                          {"zips", Imf::ZIPS_COMPRESSION},
+                                          {"dwaa", Imf::DWAA_COMPRESSION}}) {
+    const ToolResult result = RunLook({"in.exr", "out.exr", "--compression", name});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(Imf::MultiPartInputFile(InFolder("out.exr").c_str()).header(0).compression(),
+              compression);
+  }
+  WriteExr("wide.exr", {MakeHeader("all", Imf::SCANLINEIMAGE, {"A"}, {"R", "G", "B", "Z"})});
+  ASSERT_EQ(RunLook({"wide.exr", "out.exr", "--depth", "16"}).exitCode, 0);
+  const Imf::MultiPartInputFile out(InFolder("out.exr").c_str());
+  EXPECT_EQ(out.header(0).channels()["R"].type, Imf::HALF);
+  EXPECT_EQ(out.header(0).channels()["Z"].type, Imf::FLOAT);
+  EXPECT_EQ(ReadPart("out.exr", 0)["Z"], ReadPart("wide.exr", 0)["Z"]);
 }
 
 TEST_F(ExrRunTest, OtherPartsAreCopiedAsTheyAreStored) {

@@ -91,6 +91,9 @@ TEST_F(ReportRunTest, TheReportTellsSizesDepthsTimesAndNotes) {
   EXPECT_EQ(report.at("effect"), (Json{{"bits", 16}, {"threads", 1}}));
   const Json& seconds = report.at("seconds");
   for (const char* step : {"read", "effect", "write"}) EXPECT_GT(seconds.at(step), 0.0) << step;
+  const Json& processor = report.at("processorSeconds");
+  EXPECT_GT(processor.at("effect"), 0.0);
+  EXPECT_GT(processor.at("total"), processor.at("effect"));
   EXPECT_GE(seconds.at("total").get<double>(), seconds.at("read").get<double>() +
                                                    seconds.at("effect").get<double>() +
                                                    seconds.at("write").get<double>());

@@ -7,6 +7,9 @@
 #include <cstring>
 #include <limits>
 #include <numeric>
+#include <utility>
+
+#include "media/original_rows.h"
 
 namespace vitrell::media {
 namespace {
@@ -290,6 +293,121 @@ TEST(ExchangeTest, FindChannelsKnowsNamesAndOrder) {
   EXPECT_EQ(layout.alpha, 0);
   EXPECT_FALSE(FindChannels(OIIO::ImageSpec(1, 1, 3, OIIO::TypeDesc::UINT8)).HasAlpha());
   EXPECT_TRUE(FindChannels(OIIO::ImageSpec(1, 1, 1, OIIO::TypeDesc::UINT8)).IsGrey());
+}
+
+// Every value of the type in every channel, with some pixels changed by the effect.
+template <typename Sample>
+void ExpectReleasedAlike(int channels, const std::vector<SampleType>& types, bool deep) {
+  const std::size_t values = std::size_t{std::numeric_limits<Sample>::max()} + 1;
+  std::vector<Sample> samples;
+  for (std::size_t i = 0; i < values; ++i) {
+    for (int channel = 0; channel < channels; ++channel) {
+      samples.push_back(static_cast<Sample>(i * static_cast<std::size_t>(channel * 2 + 1)));
+    }
+  }
+  Picture picture = MakePicture<Sample>(static_cast<int>(values) / 16, channels, samples);
+  const Given given = GiveToEffect(picture, deep);
+  WorldBuffer result = given.world;
+  for (int x = 3; x < picture.Width(); x += 5) {
+    std::memset(result.Row(x % 16) + static_cast<std::size_t>(x) * result.PixelBytes(), 7,
+                result.PixelBytes() / 2);
+  }
+  Picture released = picture;
+  ReleaseSamples(released, given.world);
+  EXPECT_TRUE(released.released);
+  EXPECT_TRUE(std::get<std::vector<Sample>>(released.samples).empty());
+  for (const SampleType type : types) {
+    const OutputForm form = FormOf(picture, type);
+    EXPECT_TRUE(TakeFromEffect(released, given.world, result, form) ==
+                TakeFromEffect(picture, given.world, result, form))
+        << channels << " channels";
+  }
+}
+
+TEST(ExchangeTest, ReleasedSamplesAreFoundAgain) {
+  for (const int channels : {1, 2, 3, 4}) {
+    for (const bool deep : {false, true}) {
+      ExpectReleasedAlike<uint8_t>(
+          channels, {SampleType::kByte, SampleType::kWord, SampleType::kFloat}, deep);
+    }
+    ExpectReleasedAlike<uint16_t>(channels,
+                                  {SampleType::kByte, SampleType::kWord, SampleType::kFloat}, true);
+  }
+}
+
+TEST(ExchangeTest, SamplesThatCannotBeToldAreNotReleased) {
+  const auto isReleased = [](Picture picture, bool deep) {
+    const Given given = GiveToEffect(picture, deep);
+    ReleaseSamples(picture, given.world);
+    return picture.released;
+  };
+  const std::vector<uint8_t> bytes = {1, 2, 3, 4, 5, 6, 7, 8};
+  EXPECT_TRUE(isReleased(MakePicture<uint8_t>(2, 4, bytes), false));
+  EXPECT_FALSE(isReleased(MakePicture<uint8_t>(2, 4, bytes, false), false)) << "multiplied";
+  Picture extra = MakePicture<uint8_t>(2, 4, bytes);
+  extra.layout.alpha = -1;
+  EXPECT_FALSE(isReleased(extra, false)) << "a further channel";
+  EXPECT_FALSE(isReleased(MakePicture<uint16_t>(1, 1, {1, 2}), false)) << "16 bits in 8";
+  EXPECT_FALSE(isReleased(MakePicture<float>(1, 1, {1.0F, 0.2F}), true)) << "floats";
+}
+
+std::vector<half> AllHalves() {
+  std::vector<half> halves(65536);
+  for (std::size_t i = 0; i < halves.size(); ++i) halves[i].setBits(static_cast<uint16_t>(i));
+  return halves;
+}
+
+Picture MakeHalfPicture(int channels) {
+  Picture picture = MakePicture<float>(256, channels, std::vector<float>(65536));
+  picture.samples = AllHalves();
+  return picture;
+}
+
+// Also those that are no number.
+TEST(ExchangeTest, UntouchedHalfFloatsKeepEveryBit) {
+  for (const int channels : {1, 4}) {
+    const Picture picture = MakeHalfPicture(channels);
+    const std::vector<half> kept =
+        Unchanged<half>(picture, true, FormOf(picture, SampleType::kHalf));
+    ASSERT_EQ(kept.size(), 65536U);
+    for (std::size_t i = 0; i < kept.size(); ++i) ASSERT_EQ(kept[i].bits(), i);
+  }
+}
+
+// What is held in 16 bits is given and taken as if it were held in 32.
+TEST(ExchangeTest, HalfFloatsCountAsFloats) {
+  const std::vector<half> all = AllHalves();
+  for (const int channels : {1, 4}) {
+    for (const bool straight : {true, false}) {
+      Picture halves = MakeHalfPicture(channels);
+      Picture floats = halves;
+      floats.samples = std::vector<float>(all.begin(), all.end());
+      halves.straight = floats.straight = straight || channels == 1;
+      const Given given = GiveToEffect(halves, true);
+      const Given same = GiveToEffect(floats, true);
+      EXPECT_TRUE(headless::SamePixels(given.world, same.world));
+      EXPECT_EQ(given.clippedPixels, same.clippedPixels);
+      WorldBuffer result = given.world;
+      for (int y = 0; y < result.Height(); ++y) {
+        for (int x = y % 3; x < result.Width(); x += 3) {
+          result.At16(x, y).red = static_cast<uint16_t>((result.At16(x, y).red + 99) % 32769);
+        }
+      }
+      const OutputForm form = FormOf(halves, SampleType::kHalf, halves.straight);
+      const auto taken =
+          std::get<std::vector<half>>(TakeFromEffect(halves, given.world, result, form));
+      const OutputForm wide = FormOf(halves, SampleType::kFloat, halves.straight);
+      const auto expected =
+          std::get<std::vector<float>>(TakeFromEffect(floats, given.world, result, wide));
+      for (std::size_t i = 0; i < taken.size(); ++i) {
+        const half narrowed(expected[i]);
+        if (std::isnan(expected[i])) continue;
+        ASSERT_EQ(taken[i].bits(), narrowed.bits()) << i;
+      }
+      EXPECT_EQ(CountClippedAndChanged(halves, given.world, result),
+                CountClippedAndChanged(floats, given.world, result));
+    }
+  }
 }
 
 }  // namespace
