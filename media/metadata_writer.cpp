@@ -82,9 +82,16 @@ std::unique_ptr<Exiv2::Image> PutWhatFits(const Metadata& metadata, const Format
 // Where something lies in the file; the maker's block, whose entries stand for themselves; and the
 // resolution, which the writer of the pixels may have stored in other fractions.
 bool IsSeenElsewhere(std::string_view tag) {
-  constexpr std::array<std::string_view, 9> kNames = {
-      "ExifTag",   "GPSTag",      "InteroperabilityTag", "MakerNote",     "Offset",
-      "ByteOrder", "XResolution", "YResolution",         "ResolutionUnit"};
+  constexpr std::array<std::string_view, 10> kNames = {"JPEGInterchangeFormat",
+                                                       "ExifTag",
+                                                       "GPSTag",
+                                                       "InteroperabilityTag",
+                                                       "MakerNote",
+                                                       "Offset",
+                                                       "ByteOrder",
+                                                       "XResolution",
+                                                       "YResolution",
+                                                       "ResolutionUnit"};
   return std::find(kNames.begin(), kNames.end(), tag) != kNames.end();
 }
 

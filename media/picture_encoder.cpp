@@ -16,6 +16,7 @@
 #include "media/result_rows.h"
 #include "media/safe_writer.h"
 #include "media/standard_streams.h"
+#include "media/thumbnail.h"
 
 namespace vitrell::media {
 namespace {
@@ -116,10 +117,17 @@ void SetBlock(const char* name, const std::string& block, OIIO::ImageSpec& spec)
 // behind these.
 class MetadataTransfer {
  public:
-  MetadataTransfer(const Picture& input, const Format& format, OIIO::ImageSpec& spec)
+  MetadataTransfer(const Picture& input, const headless::WorldBuffer& result, const Format& format,
+                   OIIO::ImageSpec& spec)
       : format_(format) {
     const OIIO::ParamValue* profile = spec.find_attribute("ICCProfile");
-    if (input.metadata != nullptr) metadata_ = FitMetadata(*input.metadata, format, spec);
+    if (input.metadata != nullptr) {
+      metadata_ = FitMetadata(*input.metadata, format, spec);
+      const bool takesThumbnail = format.exif && format.plugin != "tiff";
+      if (takesThumbnail && HasThumbnail(input.metadata->exif, *input.format)) {
+        AddThumbnail(result, metadata_.exif);
+      }
+    }
     // The picture library's writer leaves it out.
     if (profile != nullptr && format.plugin == "jpeg2000") {
       metadata_.profile.assign(static_cast<const char*>(profile->data()), profile->type().size());
@@ -161,7 +169,7 @@ EncodedPicture EncodePicture(const Picture& input, const headless::WorldBuffer& 
       NeedsWholeFrame(input, format) ? Window{0, 0, input.Width(), input.Height()} : input.Seen();
   OutputForm form = ChooseForm(input, Inspect(result, kept), format, notices);
   OIIO::ImageSpec spec = MakeOutputSpec(input, form, format, order, notices);
-  MetadataTransfer metadata(input, format, spec);
+  MetadataTransfer metadata(input, result, format, spec);
   const QuietLibraries quiet;
   StoppableProgress stoppable(progress);
   OIIO::TypeDesc actual = OIIO::TypeDesc::FLOAT;

@@ -2,6 +2,7 @@
 // another program reads them.
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -15,6 +16,7 @@
 namespace vitrell::cli {
 namespace {
 
+using media::FilePicture;
 using media::NoisePicture;
 using media::ReadPictureFile;
 using media::WritePictureFile;
@@ -181,7 +183,8 @@ TEST_F(CarriedMetadataRunTest, WhatDescribesThePixelsIsTrue) {
     const auto picture = ReadPictureFile(InFolder(names[i])).spec;
     EXPECT_EQ(entries.at("ExifIFD:ExifImageWidth"), std::to_string(picture.width));
     EXPECT_EQ(entries.at("ExifIFD:ExifImageHeight"), std::to_string(picture.height));
-    EXPECT_FALSE(entries.contains("IFD1:ThumbnailLength")) << names[i];
+    // A new one, but not where it would be a page.
+    EXPECT_EQ(entries.contains("IFD1:ThumbnailLength"), names[i] != "out.tif") << names[i];
   }
   EXPECT_EQ(shown.at("out.tif").at("IFD0:BitsPerSample"), "\"8 8 8\"");
   // 64 x 48 pixels that lay on their side.
@@ -249,6 +252,30 @@ TEST_F(CarriedMetadataRunTest, XmpThatCannotBeReadGoesOverOrIsTold) {
     EXPECT_NE(result.err.find("does not keep the XMP data"), std::string::npos)
         << name << result.err;
   }
+}
+
+// The old one would show the picture as it was.
+TEST_F(CarriedMetadataRunTest, ThumbnailsAreMadeAnew) {
+  FilePicture picture = NoisePicture(640, 320, 3, OIIO::TypeDesc::UINT8, 1);
+  picture.samples.assign(picture.samples.size(), 200);
+  WritePictureFile(InFolder("small.jpg"), picture);
+  WritePictureFile(InFolder("in.jpg"), picture);
+  Exiftool("-overwrite_original '-ThumbnailImage<=small.jpg' -EXIF:Make=Me in.jpg");
+  for (const char* name : {"out.jpg", "out.png", "out.webp", "out.tif"}) {
+    const ToolResult result = Run({"render", "in.jpg", name, "--set", "color.opacity=100", "--set",
+                                   "color.color=#000000", "--set", "lens.type=none"});
+    ASSERT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.err.find("EXIF"), std::string::npos) << result.err;
+    Exiftool("-b -ThumbnailImage -w! 'thumb-%f-%e.jpg' " + std::string(name));
+  }
+  for (const char* name : {"thumb-out-jpg.jpg", "thumb-out-png.jpg", "thumb-out-webp.jpg"}) {
+    const FilePicture thumbnail = ReadPictureFile(InFolder(name));
+    EXPECT_EQ(thumbnail.spec.width, 160);
+    EXPECT_EQ(thumbnail.spec.height, 80);
+    ASSERT_FALSE(thumbnail.samples.empty());
+    EXPECT_LT(thumbnail.samples.at(thumbnail.samples.size() / 2), 100) << name;
+  }
+  EXPECT_FALSE(std::filesystem::exists(InFolder("thumb-out-tif.jpg")));
 }
 
 }  // namespace
