@@ -22,8 +22,23 @@ struct EffectArguments {
   double length = 0;                     // in frames, for keys that count from the end; 0: unknown
 };
 
+// Of a sequence.
+struct FrameArguments {
+  std::string frames;            // a set; empty: all in the folder
+  std::string framesOut;         // empty: the same numbers
+  std::string missing = "fail";  // or "skip", "hold", "black"
+  std::string existing;          // "fail", "skip" or "overwrite"; empty: as --force says
+  std::string part;              // "K/N"; empty: all
+  bool keepGoing = false;
+  int jobs = 0;             // 0: as many as pay
+  std::int64_t memory = 0;  // bytes for all frames in flight; 0: half of what is free
+  std::string progress;     // "bar", "plain", "json" or "none"; empty: a bar on a terminal
+  std::string status;       // a file for what "json" tells
+};
+
 struct RenderArguments {
   EffectArguments effect;
+  FrameArguments frames;
   std::string input;   // "-": standard input
   std::string output;  // "-": standard output
   std::string savePreset;
@@ -32,9 +47,11 @@ struct RenderArguments {
   media::Encoding encoding;
   int threads = 0;  // 0: all cores
   std::int64_t maxPixels = media::PictureLimits{}.maxPixels;
-  std::string channels;  // empty: as the header tells
-  std::string part;      // empty: the first
-  std::string pages;     // of one input, into one output; empty: one picture
+  std::string channels;            // empty: as the header tells
+  std::vector<std::string> parts;  // of the file, and of the frames: as they were given
+  std::string part;                // of the file; empty: the first
+  std::string pages;               // of one input, into one output; empty: one picture
+  std::string alpha;  // "straight", "premultiplied" or "ignore"; empty: as the file says
   bool noAutoOrient = false;
   bool force = false;
   bool fit = false;
@@ -43,6 +60,12 @@ struct RenderArguments {
   std::string report;  // "-": standard output
   bool quiet = false;
   bool verbose = false;
+};
+
+struct CheckArguments {
+  EffectArguments effect;
+  std::string sequence;
+  std::string frames;  // a set; empty: all in the folder
 };
 
 struct ParamsArguments {

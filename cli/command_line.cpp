@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <new>
 #include <string>
@@ -28,10 +29,12 @@ constexpr const char* kExamples =
     "  vitrell render in.tif out.tif --set lens.type=triangle --set fast-blur.amount=40\n"
     "  vitrell params\n"
     "\n"
-    "Exit codes: 0 done, 1 a file or the effect failed, 2 wrong usage, 130 cancelled.\n"
+    "Exit codes: 0 done, 1 a file or the effect failed, 2 wrong usage, 130 cancelled; of "
+    "sequences\n"
+    "also 75 for what may go better later (disk full, memory, a folder gone) and 143 for SIGTERM.\n"
     "`vitrell help COMMAND` tells more.";
 
-constexpr const char* kCommands = "render, params, formats, about or help";
+constexpr const char* kCommands = "render, check, params, formats, about or help";
 
 // Groups one blank line apart, and options without the list of what they exclude.
 class HelpFormatter : public CLI::Formatter {
@@ -53,6 +56,7 @@ class HelpFormatter : public CLI::Formatter {
 
 struct Request {
   RenderArguments render;
+  CheckArguments check;
   ParamsArguments params;
   KeysArguments keys;
   EffectArguments about;
@@ -123,6 +127,7 @@ int Run(int argc, const char* const* argv) {
   app.set_version_flag("-V,--version", "vitrell " VITRELL_VERSION);
   app.require_subcommand(1);
   const CLI::App* render = AddRender(app, request.render);
+  const CLI::App* check = AddCheck(app, request.check);
   const CLI::App* params = AddParams(app, request.params);
   const CLI::App* keys = AddKeys(app, request.keys);
   const CLI::App* about = AddAbout(app, request.about);
@@ -134,12 +139,15 @@ int Run(int argc, const char* const* argv) {
     return TellParseResult(app, error, {argv + 1, argv + argc});
   }
   if (render->parsed()) RunRender(request.render);
-  if (params->parsed()) {
-    request.params.frei0r = params->count("--frei0r") > 0;
-    request.params.mlt = params->count("--mlt") > 0;
-    RunParams(request.params);
-  }
-  if (keys->parsed()) RunKeys(request.keys);
+  OnlyOnce([&] {
+    if (check->parsed()) RunCheck(request.check);
+    if (params->parsed()) {
+      request.params.frei0r = params->count("--frei0r") > 0;
+      request.params.mlt = params->count("--mlt") > 0;
+      RunParams(request.params);
+    }
+    if (keys->parsed()) RunKeys(request.keys);
+  });
   if (about->parsed()) RunAbout(request.about);
   if (formats->parsed()) RunFormats();
   if (help->parsed()) TellHelp(app, request.helpAbout);
@@ -148,6 +156,15 @@ int Run(int argc, const char* const* argv) {
 }
 
 }  // namespace
+
+void OnlyOnce(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const Failure& failure) {
+    if (failure.Kind() != kTryLater) throw;
+    throw Failure(kFailed, failure.what());
+  }
+}
 
 int RunCommandLine(int argc, const char* const* argv) noexcept {
   try {

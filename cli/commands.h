@@ -2,12 +2,22 @@
 #ifndef VITRELL_CLI_COMMANDS_H_
 #define VITRELL_CLI_COMMANDS_H_
 
+#include <functional>
+
 #include "cli/arguments.h"
 #include "look/settings.h"
 
 namespace vitrell::cli {
 
+// Runs what nobody tries again by itself: its exit code for failures is 1, also for those that may
+// go better later.
+void OnlyOnce(const std::function<void()>& work);
+
 void RunRender(const RenderArguments& arguments);
+// The same over the frames of a sequence; the threads are those that can be had.
+void RunSequence(const RenderArguments& arguments);
+// Tells the frames of a sequence that are missing, torn or stale.
+void RunCheck(const CheckArguments& arguments);
 void RunParams(const ParamsArguments& arguments);
 void RunKeys(const KeysArguments& arguments);
 void RunAbout(const EffectArguments& arguments);

@@ -25,6 +25,11 @@ std::string LayerPath(const look::Settings& settings) {
   return control == nullptr ? "" : std::get<look::LayerValue>(settings.ValueOf(*control)).path;
 }
 
+void SetLayerPath(look::Settings& settings, const std::string& path) {
+  const look::Control* control = LayerControl(settings.GetPanel());
+  if (control != nullptr) settings.SetValue(*control, look::LayerValue{path});
+}
+
 void PrepareLayer(const std::string& customLayer, look::Settings& settings, Notes& notes) {
   const look::Control* layer = LayerControl(settings.GetPanel());
   if (!customLayer.empty()) {

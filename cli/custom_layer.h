@@ -12,6 +12,9 @@ namespace vitrell::cli {
 // The file that the settings name; empty for none, and for an effect that takes no layer.
 std::string LayerPath(const look::Settings& settings);
 
+// Puts another file there; nothing for an effect that takes no layer.
+void SetLayerPath(look::Settings& settings, const std::string& path);
+
 // Puts the file of --custom-layer, if there is one, into the settings: it is a short form of the
 // layer control's --set, and stronger. Notes a lens without a layer and a layer without a lens.
 // Throws Failure.

@@ -12,6 +12,8 @@ namespace vitrell::cli {
 using media::Failure;
 using media::kCancelled;
 using media::kFailed;
+using media::kTerminated;
+using media::kTryLater;
 using media::kWrongUsage;
 
 // The exit code beside those of failures.

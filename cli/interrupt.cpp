@@ -14,6 +14,8 @@ namespace {
 constexpr unsigned kGraceSeconds = 2;
 
 std::atomic<bool> g_interrupted{false};
+std::atomic<int> g_caught{0};
+std::atomic<int> g_first{0};
 static_assert(std::atomic<bool>::is_always_lock_free, "the handlers must not lock");
 
 void EndAtOnce(int) {
@@ -24,6 +26,11 @@ void EndAtOnce(int) {
 void AskToStop(int signal) {
   if (g_interrupted.exchange(true)) EndAtOnce(signal);
   ::alarm(kGraceSeconds);
+}
+
+void Remember(int signal) {
+  if (g_caught.fetch_add(1) == 0) g_first = signal;
+  g_interrupted = true;
 }
 
 void Handle(int signal, void (*handler)(int)) {
@@ -50,6 +57,20 @@ void WatchSignals() {
   Handle(SIGALRM, EndAtOnce);
   Handle(SIGXFSZ, SIG_IGN);
   Handle(SIGPIPE, SIG_IGN);
+}
+
+void WatchSignalsForWorkers() {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) HandleUnlessIgnored(signal, Remember);
+}
+
+int CaughtSignals() { return g_caught; }
+int FirstSignal() { return g_first; }
+
+void WatchSignalsAsWorker() {
+  g_interrupted = false;
+  Handle(SIGINT, SIG_IGN);
+  Handle(SIGHUP, SIG_IGN);
+  Handle(SIGTERM, AskToStop);
 }
 
 const std::atomic<bool>& InterruptFlag() { return g_interrupted; }

@@ -14,6 +14,17 @@ namespace vitrell::cli {
 // SIGXFSZ and SIGPIPE so that failing writes are told as errors.
 void WatchSignals();
 
+// Instead, for a process whose workers do the work: signals are only remembered, and the work is
+// stopped by whoever asks for them.
+void WatchSignalsForWorkers();
+// How many came, and which was the first; 0 for none.
+int CaughtSignals();
+int FirstSignal();
+
+// Instead, in a worker: it stops when it is told so by SIGTERM. What a terminal sends to all of its
+// processes is left to the one that started it.
+void WatchSignalsAsWorker();
+
 // True once a signal came.
 const std::atomic<bool>& InterruptFlag();
 

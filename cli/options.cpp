@@ -16,6 +16,7 @@ constexpr const char* kRenderExamples =
     "  vitrell render in.png out.png --set \"lens.type=rectangle --\" --save-preset look.json\n"
     "  vitrell render scan.tif out.tif --pages all\n"
     "  other-program | vitrell render - - --preset look.json > out.png\n"
+    "  vitrell render plate.####.exr out/look.####.exr --frames 1001-1240 --preset look.json\n"
     "\n"
     "Settings: the defaults, then the presets, then --set. `vitrell params` lists all names.\n"
     "--depth auto takes 8 bits for 8-bit files and 16 for all others, and keeps the file's type;\n"
@@ -142,8 +143,11 @@ void AddFileOptions(CLI::App& command, RenderArguments& arguments) {
       ->type_name("NAMES")
       ->group(kFiles);
   CLI::Option* part =
-      command.add_option("--part", arguments.part, "which part of INPUT, by name or from 0")
-          ->type_name("NAME|N")
+      command
+          .add_option("--part", arguments.parts,
+                      "which part of INPUT, by name or from 0; K/N: a part of the frames")
+          ->allow_extra_args(false)
+          ->type_name("NAME|N|K/N")
           ->group(kFiles);
   command
       .add_option("--pages", arguments.pages, "of a TIFF or GIF, into one: all, or from 1: 1-3,7")
@@ -151,6 +155,10 @@ void AddFileOptions(CLI::App& command, RenderArguments& arguments) {
                              ""))
       ->type_name("PAGES")
       ->excludes(part)
+      ->group(kFiles);
+  command.add_option("--alpha", arguments.alpha, "how colours stand to alpha, whatever INPUT says")
+      ->check(CLI::IsMember({"straight", "premultiplied", "ignore"}).description(""))
+      ->type_name("straight|premultiplied|ignore")
       ->group(kFiles);
   command.add_flag("--force", arguments.force, "replace existing files")->group(kFiles);
   command.add_flag("--dry-run", arguments.dryRun, "check everything, render and write nothing")
@@ -197,7 +205,7 @@ void AddFrei0rOptions(CLI::App& command, ParamsArguments& arguments) {
 }  // namespace
 
 CLI::App* AddRender(CLI::App& app, RenderArguments& arguments) {
-  CLI::App* command = app.add_subcommand("render", "renders one picture");
+  CLI::App* command = app.add_subcommand("render", "renders a picture, or a sequence of them");
   command->footer(kRenderExamples);
   command->add_option("INPUT", arguments.input, "PNG, TIFF, JPEG, EXR, DPX, ...; - reads stdin")
       ->required()
@@ -209,6 +217,7 @@ CLI::App* AddRender(CLI::App& app, RenderArguments& arguments) {
       ->type_name("");
   AddLookOptions(*command, arguments);
   AddFileOptions(*command, arguments);
+  AddFrameOptions(*command, arguments.frames);
   AddWorkOptions(*command, arguments);
   AddWordOptions(*command, arguments);
   return command;
@@ -257,7 +266,8 @@ CLI::App* AddFormats(CLI::App& app) {
 
 CLI::App* AddHelp(CLI::App& app, std::string& about) {
   CLI::App* command = app.add_subcommand("help", "tells about a command");
-  command->add_option("COMMAND", about, "render, params, keys, formats or about")->type_name("");
+  command->add_option("COMMAND", about, "render, check, params, keys, formats or about")
+      ->type_name("");
   return command;
 }
 

@@ -4,40 +4,33 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
-#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <thread>
-#include <vector>
+#include <utility>
 
 #include "cli/commands.h"
 #include "cli/custom_layer.h"
 #include "cli/effect_finder.h"
-#include "cli/effect_run.h"
 #include "cli/failure.h"
-#include "cli/interrupt.h"
 #include "cli/notes.h"
 #include "cli/preset_width.h"
 #include "cli/printable.h"
 #include "cli/progress_bar.h"
 #include "cli/render_checks.h"
 #include "cli/report.h"
+#include "cli/sequence_plan.h"
+#include "cli/still_render.h"
 #include "cli/thread_count.h"
 #include "look/preset.h"
-#include "media/exchange.h"
-#include "media/original_rows.h"
 #include "media/output_file.h"
-#include "media/pages.h"
-#include "media/picture.h"
-#include "media/picture_writer.h"
 #include "media/quiet_libraries.h"
 #include "media/standard_streams.h"
 
 namespace vitrell::cli {
 namespace {
 
-// The steps of one render, in the order of the functions.
+// A still: one file, with all that is told about it.
 class RenderJob {
  public:
   explicit RenderJob(const RenderArguments& arguments)
@@ -55,7 +48,7 @@ class RenderJob {
     report_.dryRun = arguments_.dryRun;
     report_.threads = arguments_.threads;
     try {
-      RunOn(file.Path());
+      OnlyOnce([&] { RunOn(file.Path()); });
     } catch (const Failure& failure) {
       const std::string message = file.Shown(failure.what());
       ReportFailure(failure.Kind(), message);
@@ -65,74 +58,9 @@ class RenderJob {
 
  private:
   void RunOn(const std::filesystem::path& file) {
-    if (!arguments_.dryRun) effect_.Foresee(settings_, !LayerPath(settings_).empty());
-    media::PictureReader reader(file, Limits());
-    if (arguments_.pages.empty()) {
-      RenderPicture(reader, Choice(),
-                    [this](const auto& input, const auto& given, const auto& result) {
-                      Write(input, given, result);
-                    });
-    } else {
-      RenderPages(reader, file);
-    }
-    Finish();
-  }
-
-  using Taker = std::function<void(const media::Picture& input, const media::Given& given,
-                                   const headless::WorldBuffer& result)>;
-
-  void RenderPicture(media::PictureReader& reader, const media::ReadChoice& choice,
-                     const Taker& take) {
-    media::Picture input = reader.Read(FileStage(1), choice);
-    notes_.TellAll(input.notices);
-    if (!report_.input) {
-      report_.input = FactsOf(input, media::ShownSource(arguments_.input));
-      size_ = {input.Width(), input.Height()};
-      FitPresets(arguments_.fit, input.Width(), settings_, notes_);
-    }
-    const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
-    const media::Given given = media::GiveToEffect(input, deep);
-    media::ReleaseSamples(input, given.world);
-    ReadLayer(deep);
-    report_.effectBits = deep ? 16 : 8;
-    report_.readSeconds += clock_.Lap();
-    notes_.FailIfStrict();
-    if (arguments_.dryRun) {
-      // What the format cannot hold shows with the picture as it is, too.
-      take(input, given, given.world);
-      return;
-    }
-    // The effect writes all of it, at its very end, and until then it takes no memory.
-    headless::WorldBuffer result(input.Width(), input.Height(), deep,
-                                 {.fresh = headless::FreshPixels::kUnset});
-    const double processorBefore = ProcessorSeconds();
-    report_.effectSeconds += effect_.Render(SettingsAt(settings_, arguments_.effect), given.world,
-                                            layer_ ? &layer_->world : nullptr, result);
-    report_.effectProcessorSeconds += ProcessorSeconds() - processorBefore;
-    clock_.Lap();
-    notes_.FailIfStrict();
-    take(input, given, result);
-  }
-
-  void RenderPages(media::PictureReader& reader, const std::filesystem::path& file) {
-    const std::vector<int> pages = media::FindPages(file, arguments_.pages);
-    const media::WriteOrder order = Order();
-    media::PageWriter writer(order, file);
-    media::ReadChoice choice = Choice();
-    for (std::size_t i = 0; i < pages.size(); ++i) {
-      bar_.SetPart(static_cast<int>(i), static_cast<int>(pages.size()));
-      choice.page = pages[i];
-      RenderPicture(reader, choice, [&](const auto& input, const auto& given, const auto& result) {
-        writer.Add(input, given.world, result, given.clippedPixels, FileStage(effect_.Stages()));
-        report_.writeSeconds += clock_.Lap();
-      });
-    }
-    report_.pages = static_cast<int>(pages.size());
-    TellWritten(writer.Finish());
-  }
-
-  static PictureFacts FactsOf(const media::Picture& picture, const std::string& name) {
-    return {name, std::string(picture.format->name), picture.spec};
+    StillRender still(arguments_, *host_, settings_, bar_, notes_, report_);
+    still.Run(file);
+    Finish(still);
   }
 
   static std::string Seconds(double seconds) {
@@ -141,10 +69,10 @@ class RenderJob {
     return text.data();
   }
 
-  void Finish() {
+  void Finish(const StillRender& still) {
     if (!arguments_.dryRun && !arguments_.savePreset.empty()) {
       for (const std::string& notice :
-           look::SavePreset(arguments_.savePreset, settings_, size_.width)) {
+           look::SavePreset(arguments_.savePreset, settings_, still.Width())) {
         notes_.Advise(notice);
       }
     }
@@ -153,7 +81,7 @@ class RenderJob {
     if (arguments_.quiet) return;
     const std::string size =
         report_.pages ? std::to_string(*report_.pages) + " pages"
-                      : std::to_string(size_.width) + " x " + std::to_string(size_.height);
+                      : std::to_string(still.Width()) + " x " + std::to_string(still.Height());
     const std::string rest = arguments_.dryRun ? "dry run, nothing was written"
                                                : "effect " + Seconds(report_.effectSeconds);
     const bool taken =
@@ -189,95 +117,46 @@ class RenderJob {
     static_cast<void>(std::fflush(stdout));
   }
 
-  media::FileProgress FileStage(int stage) {
-    return [this, stage](float done) {
-      bar_.Show(stage, static_cast<double>(done));
-      return InterruptFlag().load();
-    };
-  }
-
-  void TellClipping(const media::Picture& picture, const media::Given& given) {
-    if (given.clippedPixels == 0) return;
-    notes_.Tell(picture.file.string() + ": " + std::to_string(given.clippedPixels) +
-                " pixels had values outside black to white and were clipped.");
-  }
-
-  media::PictureLimits Limits() const { return {.maxPixels = arguments_.maxPixels}; }
-
-  media::ReadChoice LayerChoice() const {
-    media::ReadChoice choice;
-    choice.autoOrient = !arguments_.noAutoOrient;
-    return choice;
-  }
-
-  media::ReadChoice Choice() const {
-    media::ReadChoice choice = LayerChoice();
-    choice.channels = arguments_.channels;
-    choice.part = arguments_.part;
-    return choice;
-  }
-
-  // Once for all pages of one depth.
-  void ReadLayer(bool deep) {
-    const std::string path = LayerPath(settings_);
-    if (path.empty() || (layer_ && layer_->world.Deep() == deep)) return;
-    const media::Picture picture = media::ReadPicture(path, FileStage(1), Limits(), LayerChoice());
-    report_.layer = FactsOf(picture, path);
-    notes_.TellAll(picture.notices);
-    layer_ = media::GiveToEffect(picture, deep);
-    TellClipping(picture, *layer_);
-  }
-
-  media::WriteOrder Order() {
-    media::WriteOrder order;
-    order.target = arguments_.output;
-    order.force = arguments_.force;
-    order.onlyTry = arguments_.dryRun;
-    order.encoding = arguments_.encoding;
-    order.depth = arguments_.depth == "8"    ? media::Depth::k8
-                  : arguments_.depth == "16" ? media::Depth::k16
-                                             : media::Depth::kAuto;
-    order.agree = [this](const OIIO::ImageSpec& written, const media::Format& format,
-                         const std::vector<std::string>& notices) {
-      report_.output = {media::ShownTarget(arguments_.output), std::string(format.name), written};
-      if (!arguments_.strict) return;
-      notes_.TellAll(notices);
-      notes_.FailIfStrict();
-    };
-    return order;
-  }
-
-  void Write(const media::Picture& input, const media::Given& given,
-             const headless::WorldBuffer& result) {
-    media::WriteOrder order = Order();
-    order.clippedPixels = given.clippedPixels;
-    TellWritten(
-        media::WritePicture(input, given.world, result, order, FileStage(effect_.Stages())));
-  }
-
-  void TellWritten(const std::vector<std::string>& notices) {
-    // Not while the file is written, when standard error leads nowhere.
-    if (!arguments_.strict) notes_.TellAll(notices);
-    report_.writeSeconds += clock_.Lap();
-  }
-
-  struct Size {
-    int width = 0;
-    int height = 0;
-  };
-
   const RenderArguments& arguments_;
   std::unique_ptr<headless::EffectHost> host_;
   look::Panel panel_;
   look::Settings settings_;
-  ProgressBar bar_{!arguments_.quiet && !arguments_.verbose && ::isatty(STDERR_FILENO) == 1};
+  ProgressBar bar_{!arguments_.quiet && !arguments_.verbose &&
+                   arguments_.frames.progress != "none" && ::isatty(STDERR_FILENO) == 1};
   Notes notes_{arguments_.quiet, arguments_.strict, bar_};
   Report report_;
   StepClock clock_;
-  EffectRun effect_{*host_, arguments_, bar_, notes_};
-  Size size_;  // of the first picture
-  std::optional<media::Given> layer_;
 };
+
+// --part stands for a part of the file and for one of the frames.
+void ChooseParts(bool sequence, RenderArguments& arguments) {
+  for (const std::string& part : arguments.parts) {
+    const bool ofFrames = sequence && ParsePartOfFrames(part);
+    std::string& chosen = ofFrames ? arguments.frames.part : arguments.part;
+    if (!chosen.empty()) {
+      throw Failure(kWrongUsage, "--part: " + chosen + " and " + part +
+                                     " cannot both be rendered. Give one of them.");
+    }
+    chosen = part;
+  }
+}
+
+// What says nothing about one picture.
+void RefuseFrameOptions(const FrameArguments& arguments) {
+  const std::array<std::pair<const char*, bool>, 6> given = {
+      {{"--missing", arguments.missing != "fail"},
+       {"--existing", !arguments.existing.empty()},
+       {"--keep-going", arguments.keepGoing},
+       {"--memory", arguments.memory != 0},
+       {"--status", !arguments.status.empty()},
+       {"--progress", arguments.progress == "plain" || arguments.progress == "json"}}};
+  for (const auto& [name, isGiven] : given) {
+    if (!isGiven) continue;
+    throw Failure(kWrongUsage, std::string(name) +
+                                   ": is for sequences. Write plate.####.png as INPUT, or leave "
+                                   "the option out.");
+  }
+}
 
 }  // namespace
 
@@ -287,8 +166,15 @@ void RunRender(const RenderArguments& arguments) {
                                            : static_cast<int>(std::thread::hardware_concurrency());
   RenderArguments possible = arguments;
   possible.threads = CountPossibleThreads(wanted);
+  const bool sequence = MeansSequence(arguments);
+  ChooseParts(sequence, possible);
+  if (sequence) {
+    RunSequence(possible);
+    return;
+  }
+  RefuseFrameOptions(arguments.frames);
   media::SetLibraryThreads(possible.threads);
-  RenderJob(possible).Run();
+  OnlyOnce([&] { RenderJob(possible).Run(); });
 }
 
 }  // namespace vitrell::cli

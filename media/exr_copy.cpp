@@ -15,6 +15,7 @@
 #include <ImfMultiPartOutputFile.h>
 #include <ImfOutputPart.h>
 #include <ImfPartType.h>
+#include <ImfStringAttribute.h>
 #include <ImfTiledInputPart.h>
 #include <ImfTiledOutputPart.h>
 #include <half.h>
@@ -29,6 +30,7 @@
 #include <utility>
 
 #include "media/exr_block.h"
+#include "media/fingerprint.h"
 
 namespace vitrell::media {
 namespace {
@@ -101,6 +103,11 @@ Imf::Header RenderedHeader(const Picture& input, const OIIO::ImageSpec& spec,
   header.lineOrder() = Imf::INCREASING_Y;
   header.erase("chunkCount");
   SetCompression(input, spec, header);
+  header.erase(kFingerprintAttribute);
+  const std::string fingerprint(spec.get_string_attribute(kFingerprintAttribute));
+  if (!fingerprint.empty()) {
+    header.insert(kFingerprintAttribute, Imf::StringAttribute(fingerprint));
+  }
   return header;
 }
 

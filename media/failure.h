@@ -12,9 +12,11 @@ namespace vitrell::media {
 
 // The values are the exit codes of programs that end with the failure.
 enum FailureKind : int {
-  kFailed = 1,       // a file or the effect
-  kWrongUsage = 2,   // an option, a control's name or value
-  kCancelled = 130,  // asked to stop
+  kFailed = 1,        // a file or the effect
+  kWrongUsage = 2,    // an option, a control's name or value
+  kTryLater = 75,     // no room, no memory, a folder that went away: may go better later
+  kCancelled = 130,   // asked to stop
+  kTerminated = 143,  // asked so by SIGTERM, where the work is that of several processes
 };
 
 class Failure : public std::runtime_error {

@@ -22,8 +22,15 @@ namespace fs = std::filesystem;
 
 constexpr int kMaxLinks = 40;  // as the system follows
 
-[[noreturn]] void Fail(const fs::path& file, const std::string& cause) {
-  throw Failure(kFailed, ShownTarget(file) + ": " + cause);
+[[noreturn]] void Fail(const fs::path& file, const std::string& cause, FailureKind kind = kFailed) {
+  throw Failure(kind, ShownTarget(file) + ": " + cause);
+}
+
+// Of an error that is no matter of names and rights: a full disk, a share that went away.
+FailureKind KindOfError(int error) {
+  const bool lasting = error == EACCES || error == EPERM || error == EROFS ||
+                       error == ENAMETOOLONG || error == EINVAL;
+  return lasting ? kFailed : kTryLater;
 }
 
 fs::path FolderOf(const fs::path& file) {
@@ -115,8 +122,11 @@ OutputFile::OutputFile(const fs::path& target, Purpose purpose)
   RemoveAbandonedFiles(folder);
   file_ = CreateTemporaryFile(folder, target_.extension().string(), temporary_);
   if (file_ < 0) {
-    Fail(shown_, "cannot be created in " + folder.string() + " (" + LastSystemError() +
-                     "). Choose another folder, or change its permissions.");
+    const FailureKind kind = KindOfError(errno);
+    Fail(shown_,
+         "cannot be created in " + folder.string() + " (" + LastSystemError() +
+             "). Choose another folder, or change its permissions.",
+         kind);
   }
   SetUnfinishedFile(temporary_.string());
   mode_ = TakeOver(target_, file_, notices_);
@@ -141,12 +151,14 @@ void OutputFile::Commit(bool force) {
   }
   const bool onDisk = (!mode_ || ::fchmod(file_, *mode_) == 0) && ::fsync(file_) == 0;
   if (!onDisk) {
-    Fail(shown_, "cannot be written (" + LastSystemError() + "). Free some space and try again.");
+    Fail(shown_, "cannot be written (" + LastSystemError() + "). Free some space and try again.",
+         kTryLater);
   }
   std::error_code error;
   if (!force && fs::exists(target_, error)) RefuseExisting(shown_);
   if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
-    Fail(shown_, "cannot take its name (" + LastSystemError() + "). Choose another name.");
+    const FailureKind kind = KindOfError(errno);
+    Fail(shown_, "cannot take its name (" + LastSystemError() + "). Choose another name.", kind);
   }
   committed_ = true;
   FlushFolder(FolderOf(target_));
@@ -159,7 +171,7 @@ std::vector<std::string> WriteTextFile(const fs::path& target, std::string_view 
   const std::string cause = LastSystemError();
   const bool closed = file < 0 || ::close(file) == 0;
   if (!written || !closed) {
-    Fail(target, "cannot be written (" + cause + "). Free some space and try again.");
+    Fail(target, "cannot be written (" + cause + "). Free some space and try again.", kTryLater);
   }
   output.Commit(true);
   std::vector<std::string> notices = output.Notices();

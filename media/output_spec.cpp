@@ -12,6 +12,7 @@
 #include <ctime>
 #include <string_view>
 
+#include "media/fingerprint.h"
 #include "media/metadata.h"
 
 namespace vitrell::media {
@@ -269,6 +270,11 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, con
   if (format.plugin == "tiff" && !HasExif(spec)) spec.attribute("tiff:write_exif", 0);
   if (form.straight && spec.alpha_channel >= 0) spec.attribute("oiio:UnassociatedAlpha", 1);
   SetEncoding(order.encoding, format, spec);
+  // An input may be a frame itself.
+  spec.erase_attribute(kFingerprintAttribute);
+  if (!order.fingerprint.empty() && HoldsFingerprint(order.target)) {
+    spec.attribute(kFingerprintAttribute, order.fingerprint);
+  }
   return spec;
 }
 

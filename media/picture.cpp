@@ -5,10 +5,12 @@
 #include <array>
 #include <exception>
 #include <fstream>
+#include <limits>
 #include <memory>
 #include <new>
 #include <optional>
 #include <string_view>
+#include <type_traits>
 
 #include "media/failure.h"
 #include "media/metadata.h"
@@ -259,8 +261,9 @@ void TellCmyk(Picture& picture) {
                             "colours change. Convert it beforehand to choose how.");
 }
 
-bool IsStraight(const Picture& picture) {
+bool IsStraight(const Picture& picture, AlphaMeaning meaning) {
   if (!picture.layout.HasAlpha()) return true;
+  if (meaning != AlphaMeaning::kAsInFile) return meaning == AlphaMeaning::kStraight;
   const bool silently = std::find(kSilentlyStraight.begin(), kSilentlyStraight.end(),
                                   picture.format->plugin) != kSilentlyStraight.end();
   return silently || picture.spec.get_int_attribute("oiio:UnassociatedAlpha", 0) != 0;
@@ -279,6 +282,21 @@ Window Picture::Seen() const {
   seen.width = std::max(std::min(data.Right(), Width()) - seen.x, 0);
   seen.height = std::max(std::min(data.Bottom(), Height()) - seen.y, 0);
   return seen;
+}
+
+void MakeBlack(Picture& picture) {
+  const auto channels = static_cast<std::size_t>(picture.spec.nchannels);
+  const auto alpha = static_cast<std::size_t>(picture.layout.alpha);
+  std::visit(
+      [&](auto& samples) {
+        using Sample = typename std::decay_t<decltype(samples)>::value_type;
+        constexpr Sample kWhite =
+            std::is_integral_v<Sample> ? std::numeric_limits<Sample>::max() : Sample{1};
+        std::fill(samples.begin(), samples.end(), Sample{0});
+        if (!picture.layout.HasAlpha()) return;
+        for (std::size_t i = alpha; i < samples.size(); i += channels) samples[i] = kWhite;
+      },
+      picture.samples);
 }
 
 OIIO::ImageSpec ReaderWishes() {
@@ -340,7 +358,8 @@ Picture PictureReader::ReadAsItIs(const FileProgress& progress, const ReadChoice
       ReadMetadata(file_, picture.part, *picture.format, picture.spec, picture.notices);
   TellCmyk(picture);
   picture.layout = ChooseChannels(picture.spec, choice.channels, file_);
-  picture.straight = IsStraight(picture);
+  if (choice.alpha == AlphaMeaning::kIgnored) picture.layout.alpha = -1;
+  picture.straight = IsStraight(picture, choice.alpha);
   picture.samples = ReadAllSamples(input, picture, progress);
   if (choice.autoOrient) MakeUpright(picture);
   picture.hasLevels = picture.format->windows && input.seek_subimage(picture.part, 1);
@@ -362,7 +381,8 @@ Picture PictureReader::Read(const FileProgress& progress, const ReadChoice& choi
   } catch (const Failure&) {
     throw;
   } catch (const std::bad_alloc&) {
-    Fail(file_, "there is not enough memory to read it. Use a smaller picture.");
+    throw Failure(kTryLater, file_.string() +
+                                 ": there is not enough memory to read it. Use a smaller picture.");
   } catch (const std::exception& error) {
     // What readers throw over contents that they did not expect.
     FailAsDamaged(file_, OneLine(error.what()));

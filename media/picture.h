@@ -84,12 +84,21 @@ struct Picture {
 // Told how much of a file is done, 0 to 1; a true answer stops the work.
 using FileProgress = std::function<bool(float done)>;
 
+// How the colours of a file stand to its alpha.
+enum class AlphaMeaning {
+  kAsInFile,
+  kStraight,       // not multiplied by it
+  kPremultiplied,  // multiplied by it
+  kIgnored,        // it is a channel like any other, and the picture opaque
+};
+
 // What is wanted of a file.
 struct ReadChoice {
   bool autoOrient = true;  // pixels upright, as the orientation tag tells
   std::string channels;    // see ChooseChannels; empty: as the header tells
   std::string part;        // see FindPart; empty: the first
   int page = -1;           // instead of a part, one of FindPages: nothing is told of the others
+  AlphaMeaning alpha = AlphaMeaning::kAsInFile;
 };
 
 // Reads pictures of one file without colour management and without touching alpha.
@@ -114,6 +123,9 @@ class PictureReader {
 // One picture of a file, in the same way.
 Picture ReadPicture(const std::filesystem::path& file, const FileProgress& progress,
                     const PictureLimits& limits = {}, const ReadChoice& choice = {});
+
+// Makes the pixels black and, where they have alpha, opaque. All else stays.
+void MakeBlack(Picture& picture);
 
 // Passes progress on and remembers that it asked to stop.
 class StoppableProgress {

@@ -63,7 +63,8 @@ void WriteCopy(const Picture& input, const OIIO::ImageSpec& spec, const OutputFo
   FileSink sink(temporary);
   const auto failIfSinkFailed = [&] {
     if (sink.FirstError().empty()) return;
-    Fail(target, "cannot be written (" + sink.FirstError() + "). Free some space and try again.");
+    throw Failure(kTryLater, ShownTarget(target) + ": cannot be written (" + sink.FirstError() +
+                                 "). Free some space and try again.");
   };
   try {
     CopyExr(input, spec, form, rows, sink, progress);

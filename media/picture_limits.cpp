@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "media/failure.h"
+#include "media/picture.h"
 
 namespace vitrell::media {
 namespace {
@@ -127,6 +128,20 @@ std::int64_t AvailableMemory() {
   return std::min({FreeOnMachine(), FreeInGroup(), FreeAddresses()});
 }
 
+std::int64_t EstimateBytesOf(const std::filesystem::path& file) {
+  const Format* const format = FormatOfFile(file);
+  if (format == nullptr) return 0;
+  constexpr int kUsualChannels = 4;
+  if (const auto size = PeekSize(file, *format)) return EstimateBytes(*size, kUsualChannels, 1);
+  const auto reader = MakeReader(*format);
+  OIIO::ImageSpec spec;
+  if (reader == nullptr || !reader->open(file.string(), spec, ReaderWishes())) return 0;
+  const PictureSize size{std::max(spec.width, spec.full_width),
+                         std::max(spec.height, spec.full_height)};
+  const bool integers = spec.format.size() <= 2 && !spec.format.is_floating_point();
+  return EstimateBytes(size, spec.nchannels, integers ? static_cast<int>(spec.format.size()) : 4);
+}
+
 void CheckCost(const std::filesystem::path& file, const PictureSize& size, int channels,
                int sampleBytes, const PictureLimits& limits) {
   const std::string told = file.string() + ": is " + std::to_string(size.width) + " x " +
@@ -138,8 +153,8 @@ void CheckCost(const std::filesystem::path& file, const PictureSize& size, int c
   const std::int64_t needed = EstimateBytes(size, channels, sampleBytes);
   const std::int64_t available = AvailableMemory();
   if (needed > available) {
-    throw Failure(kFailed, told + " and needs about " + Gigabytes(needed) + " of memory; " +
-                               Gigabytes(available) + " are free. Use a smaller picture.");
+    throw Failure(kTryLater, told + " and needs about " + Gigabytes(needed) + " of memory; " +
+                                 Gigabytes(available) + " are free. Use a smaller picture.");
   }
 }
 

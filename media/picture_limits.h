@@ -31,6 +31,9 @@ std::int64_t AvailableMemory();
 void CheckCost(const std::filesystem::path& file, const PictureSize& size, int channels,
                int sampleBytes, const PictureLimits& limits);
 
+// What a render of this picture takes, by its header; 0 for a file that cannot be read.
+std::int64_t EstimateBytesOf(const std::filesystem::path& file);
+
 }  // namespace vitrell::media
 
 #endif  // VITRELL_MEDIA_PICTURE_LIMITS_H_

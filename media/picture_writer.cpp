@@ -20,10 +20,13 @@ const Format& FormatFor(const fs::path& target) {
                     "another one that `vitrell formats` lists.");
 }
 
+void CheckEncodingFor(const fs::path& target, const Encoding& encoding) {
+  CheckEncoding(encoding, FormatFor(target));
+}
+
 void CheckWritable(const fs::path& target, const Encoding& encoding) {
-  const Format& format = FormatFor(target);
-  CheckEncoding(encoding, format);
-  MakeWriter(format, target);
+  CheckEncodingFor(target, encoding);
+  MakeWriter(FormatFor(target), target);
 }
 
 std::vector<std::string> WritePicture(const Picture& input, const headless::WorldBuffer& given,

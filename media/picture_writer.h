@@ -26,6 +26,7 @@ struct WriteOrder {
   bool force = false;              // replace an existing file
   bool onlyTry = false;            // write into memory and forget it
   std::int64_t clippedPixels = 0;  // of the input, as it was given to the effect
+  std::string fingerprint;         // into the header, where it has a place; empty: none
   // Called with the file's header and format and the sentences that will be returned, before the
   // file takes its name. It may throw; then there is no file.
   std::function<void(const OIIO::ImageSpec& written, const Format& format,
@@ -38,6 +39,9 @@ const Format& FormatFor(const std::filesystem::path& target);
 
 // Refuses an extension that no picture format has, and an encoding that the format does not take,
 // before any work is done. Throws Failure.
+// By names alone: nothing of the picture library is called, which would start its threads.
+void CheckEncodingFor(const std::filesystem::path& target, const Encoding& encoding);
+// And that there is a writer.
 void CheckWritable(const std::filesystem::path& target, const Encoding& encoding);
 
 // Writes the result with the size, metadata and channels of the input, beside the target and then

@@ -114,7 +114,8 @@ bool SafeWriter::OpenOnce(const OIIO::ImageSpec& spec) {
 }
 
 void SafeWriter::FailToWrite(const std::string& cause) const {
-  Fail(target_, "cannot be written (" + cause + "). Free some space and try again.");
+  throw Failure(kTryLater, ShownTarget(target_) + ": cannot be written (" + cause +
+                               "). Free some space and try again.");
 }
 
 void SafeWriter::FailIfSinkFailed() const {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <regex>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -46,6 +47,14 @@ fs::path Sequence::FileOf(std::int64_t frame) const {
   const std::size_t taken = sign.size() + digits.size();
   const std::string zeros(digits_ > taken ? digits_ - taken : 0, '0');
   return name_.parent_path() / (before_ + sign + zeros + digits + after_);
+}
+
+fs::path Sequence::SidecarFile() const {
+  std::string start = before_;
+  while (!start.empty() && std::string_view("._- ").find(start.back()) != std::string_view::npos) {
+    start.pop_back();
+  }
+  return name_.parent_path() / (start + after_ + ".vitrell.json");
 }
 
 std::optional<std::int64_t> Sequence::FrameOf(const std::string& file) const {

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "host/host_api.h"
@@ -22,6 +23,8 @@ enum Work {
   kFade,         // halves alpha
   kRedden,       // sets red to white
   kNap,          // a second, unless the host asks to stop
+  kDie,          // ends the process
+  kVanish,       // takes the folder "out" away
 };
 
 PF_Err Add(PF_InData* inData, PF_ParamType type, const char* name) {
@@ -30,8 +33,8 @@ PF_Err Add(PF_InData* inData, PF_ParamType type, const char* name) {
   std::strncpy(def.name, name, sizeof def.name - 1);
   if (type == PF_Param_POPUP) {
     def.u.pd.value = def.u.pd.dephault = kCopy;
-    def.u.pd.num_choices = kNap;
-    def.u.pd.u.namesptr = "Copy|Wait|Stubborn|Out of Memory|Fade|Redden|Nap";
+    def.u.pd.num_choices = kVanish;
+    def.u.pd.u.namesptr = "Copy|Wait|Stubborn|Out of Memory|Fade|Redden|Nap|Die|Vanish";
   }
   return inData->inter.add_param(inData->effect_ref, -1, &def);
 }
@@ -73,6 +76,8 @@ PF_Err Pause(PF_InData* inData, bool listen, int pauses) {
 PF_Err Render(PF_InData* inData, PF_ParamDef* params[], PF_LayerDef* output) {
   const A_long work = params[kWorkIndex]->u.pd.value;
   if (work == kOutOfMemory) return PF_Err_OUT_OF_MEMORY;
+  if (work == kDie) std::abort();
+  if (work == kVanish && ::rmdir("out") != 0) return PF_Err_OUT_OF_MEMORY;
   if (work == kWait || work == kStubborn || work == kNap) {
     const PF_Err stop = Pause(inData, work != kStubborn, work == kNap ? kNapPauses : kPauses);
     if (stop != PF_Err_NONE) return stop;

@@ -131,6 +131,13 @@ RunningTool::~RunningTool() {
 
 void RunningTool::Signal(int signal) const { ::kill(process_, signal); }
 
+void RunningTool::KillAll() const {
+  const std::string process = std::to_string(process_);
+  std::ifstream children("/proc/" + process + "/task/" + process + "/children");
+  Signal(SIGKILL);
+  for (pid_t child = 0; children >> child;) ::kill(child, SIGKILL);
+}
+
 bool RunningTool::WaitForError(const std::string& text) {
   while (errorSoFar_.find(text) == std::string::npos) {
     if (!ReadSome(err_, errorSoFar_)) return false;

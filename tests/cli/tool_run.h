@@ -43,6 +43,8 @@ class RunningTool {
   RunningTool& operator=(const RunningTool&) = delete;
 
   void Signal(int signal) const;
+  // SIGKILL, also to the processes that it started.
+  void KillAll() const;
   // Reads standard error until it holds the text; false when it ends before.
   bool WaitForError(const std::string& text);
   ToolResult Wait();

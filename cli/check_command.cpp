@@ -1,0 +1,106 @@
+// `vitrell check`: which frames of a rendered sequence are not as they should be.
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/commands.h"
+#include "cli/effect_finder.h"
+#include "cli/failure.h"
+#include "cli/frame_fingerprint.h"
+#include "cli/interrupt.h"
+#include "cli/printable.h"
+#include "cli/sequence_tally.h"
+#include "media/fingerprint.h"
+#include "media/picture.h"
+#include "media/sequence.h"
+
+namespace vitrell::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsWhole(const fs::path& frame) {
+  try {
+    media::ReadPicture(frame, [](float) { return InterruptFlag().load(); });
+    return true;
+  } catch (const Failure& failure) {
+    if (failure.Kind() != kFailed) throw;
+    return false;
+  }
+}
+
+// Of a file that is still where the frame was made from it. One that is not says nothing.
+bool HasChanged(const fs::path& frame, const std::string& file, const std::string& hash) {
+  const fs::path there = frame.parent_path() / file;
+  std::error_code ignored;
+  return !file.empty() && fs::exists(there, ignored) && media::HashOfFile(there) != hash;
+}
+
+bool IsStale(const fs::path& frame, const std::string& effect, media::Sidecar& sidecar) {
+  const auto found = media::FindFingerprint(frame, sidecar);
+  return !found || found->effect != effect || HasChanged(frame, found->inputFile, found->input) ||
+         HasChanged(frame, found->layerFile, found->layer);
+}
+
+struct Verdict {
+  std::vector<std::int64_t> missing;
+  std::vector<std::int64_t> torn;
+  std::vector<std::int64_t> stale;
+};
+
+Verdict Judge(const media::Sequence& sequence, const media::FrameSet& frames,
+              const std::string& effect) {
+  media::Sidecar sidecar(sequence);
+  Verdict verdict;
+  media::FrameCursor cursor(frames);
+  while (const std::optional<std::int64_t> frame = cursor.Next()) {
+    const fs::path file = sequence.FileOf(*frame);
+    std::error_code ignored;
+    if (!fs::exists(file, ignored)) {
+      verdict.missing.push_back(*frame);
+    } else if (!IsWhole(file)) {
+      verdict.torn.push_back(*frame);
+    } else if (IsStale(file, effect, sidecar)) {
+      verdict.stale.push_back(*frame);
+    }
+  }
+  return verdict;
+}
+
+void Tell(const char* what, const std::vector<std::int64_t>& frames,
+          std::vector<std::int64_t>& all) {
+  if (frames.empty()) return;
+  std::printf("%s: %s\n", what, TextOfFrames(frames).c_str());
+  all.insert(all.end(), frames.begin(), frames.end());
+}
+
+}  // namespace
+
+void RunCheck(const CheckArguments& arguments) {
+  const auto sequence = media::Sequence::Find(arguments.sequence);
+  if (!sequence) {
+    throw Failure(kWrongUsage,
+                  arguments.sequence + ": has no place for a frame's number. Write look.####.png.");
+  }
+  const media::FrameSet frames = arguments.frames.empty()
+                                     ? sequence->FramesInFolder()
+                                     : media::FrameSet::Parse(arguments.frames);
+  const std::string effect = EffectVersion(*OpenEffect(arguments.effect.effect));
+  const Verdict verdict = Judge(*sequence, frames, effect);
+  std::vector<std::int64_t> all;
+  Tell("missing", verdict.missing, all);
+  Tell("torn", verdict.torn, all);
+  Tell("stale", verdict.stale, all);
+  const std::string size = std::to_string(frames.Size());
+  if (!all.empty()) {
+    static_cast<void>(std::fflush(stdout));
+    throw Failure(kFailed, std::to_string(all.size()) + " of " + size +
+                               " frames are not as they should be: " + TextOfFrames(all) + ".");
+  }
+  std::printf("%s: %s frames are whole\n", Printable(arguments.sequence).c_str(), size.c_str());
+}
+
+}  // namespace vitrell::cli

@@ -1,0 +1,66 @@
+// Putting together what makes a frame.
+#include "cli/frame_fingerprint.h"
+
+#include <filesystem>
+
+#include "cli/commands.h"
+#include "look/value_text.h"
+
+namespace vitrell::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string SeenFrom(const fs::path& frame, const fs::path& file) {
+  if (file.empty()) return {};
+  std::error_code ignored;
+  const fs::path folder = fs::absolute(frame, ignored).lexically_normal().parent_path();
+  return fs::absolute(file, ignored).lexically_normal().lexically_relative(folder).string();
+}
+
+// All values but the layer, whose contents count and not its name.
+std::string ValuesAsText(const look::Settings& settings) {
+  std::string text;
+  for (const look::Control& control : settings.GetPanel().controls) {
+    if (control.kind == look::ControlKind::kLayer) continue;
+    text += control.name + "=" + look::FormatValue(control, settings.ValueOf(control)) + "\n";
+  }
+  for (const double width : settings.WidthsMadeFor()) {
+    text += "for " + look::FormatNumber(width) + "\n";
+  }
+  return text;
+}
+
+std::string OptionsAsText(const RenderArguments& arguments, bool black) {
+  const media::Encoding& encoding = arguments.encoding;
+  std::string text = "depth " + arguments.depth + "\nchannels " + arguments.channels + "\npart " +
+                     arguments.part + "\nalpha " + arguments.alpha + "\ncompression " +
+                     encoding.compression + "\nquality " +
+                     (encoding.quality ? std::to_string(*encoding.quality) : "") + "\n";
+  if (encoding.lossless) text += "lossless\n";
+  if (arguments.noAutoOrient) text += "as stored\n";
+  if (arguments.fit) text += "fit\n";
+  if (black) text += "black\n";
+  return text;
+}
+
+}  // namespace
+
+media::Fingerprint FingerprintOf(const RenderArguments& arguments, const FrameJob& job,
+                                 const look::Settings& settings, const std::string& effect) {
+  media::Fingerprint fingerprint;
+  fingerprint.effect = effect;
+  fingerprint.input = media::HashOfFile(job.input);
+  if (!job.layer.empty()) fingerprint.layer = media::HashOfFile(job.layer);
+  fingerprint.settings = media::HashOfText(ValuesAsText(SettingsAt(settings, arguments.effect)) +
+                                           OptionsAsText(arguments, job.black));
+  fingerprint.inputFile = SeenFrom(job.output, job.input);
+  fingerprint.layerFile = SeenFrom(job.output, job.layer);
+  return fingerprint;
+}
+
+std::string EffectVersion(headless::EffectHost& host) {
+  return "vitrell " VITRELL_VERSION " " + media::HashOfText(host.About());
+}
+
+}  // namespace vitrell::cli

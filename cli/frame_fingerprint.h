@@ -1,0 +1,25 @@
+// What a frame is made of, as it is kept with it.
+#ifndef VITRELL_CLI_FRAME_FINGERPRINT_H_
+#define VITRELL_CLI_FRAME_FINGERPRINT_H_
+
+#include <string>
+
+#include "cli/arguments.h"
+#include "cli/frame_job.h"
+#include "headless/effect_host.h"
+#include "look/settings.h"
+#include "media/fingerprint.h"
+
+namespace vitrell::cli {
+
+// Of the frame that these arguments render. Reads the input and the layer, whose contents count.
+// Throws Failure.
+media::Fingerprint FingerprintOf(const RenderArguments& arguments, const FrameJob& job,
+                                 const look::Settings& settings, const std::string& effect);
+
+// This program's version and what the effect says about itself.
+std::string EffectVersion(headless::EffectHost& host);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_FRAME_FINGERPRINT_H_

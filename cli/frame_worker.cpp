@@ -1,0 +1,133 @@
+// Rendering the frames of a sequence as stills.
+#include "cli/frame_worker.h"
+
+#include <chrono>
+#include <exception>
+#include <filesystem>
+#include <new>
+
+#include "cli/custom_layer.h"
+#include "cli/failure.h"
+#include "cli/frame_fingerprint.h"
+#include "cli/interrupt.h"
+#include "cli/notes.h"
+#include "cli/progress_bar.h"
+#include "cli/render_checks.h"
+#include "cli/report.h"
+#include "cli/still_render.h"
+#include "media/picture.h"
+
+namespace vitrell::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+void Fail(FrameAnswer& answer, int exitCode, const std::string& error) {
+  answer.state = exitCode == kCancelled ? FrameState::kCancelled : FrameState::kFailed;
+  answer.exitCode = exitCode;
+  answer.error = error;
+}
+
+// Both were there when the run began. One that is gone was on a disk or a share that went away.
+void CheckFolders(const FrameJob& job) {
+  for (const std::string& name : {job.input, job.output}) {
+    const fs::path folder = fs::path(name).parent_path();
+    std::error_code ignored;
+    if (folder.empty() || fs::is_directory(folder, ignored)) continue;
+    throw Failure(kTryLater, name + ": the folder " + folder.string() + " is gone.");
+  }
+}
+
+}  // namespace
+
+RenderArguments FrameWorker::ArgumentsFor(const FrameJob& job) const {
+  RenderArguments arguments = arguments_;
+  arguments.input = job.input;
+  arguments.output = job.output;
+  arguments.effect.at = static_cast<double>(job.frame);
+  return arguments;
+}
+
+look::Settings FrameWorker::SettingsFor(const FrameJob& job) const {
+  look::Settings settings = settings_;
+  SetLayerPath(settings, job.layer);
+  return settings;
+}
+
+std::string FrameWorker::WhyAgain(const FrameJob& job, const media::Fingerprint& wanted) const {
+  try {
+    media::ReadPicture(job.output, {}, {.maxPixels = arguments_.maxPixels});
+  } catch (const Failure& failure) {
+    if (failure.Kind() != kFailed) throw;
+    return "torn";
+  }
+  const auto found = media::FindFingerprint(job.output, *wishes_.sidecar);
+  return found && found->IsMadeOfSame(wanted) ? "" : "stale";
+}
+
+void FrameWorker::RenderStill(const FrameJob& job, const RenderArguments& arguments,
+                              look::Settings& settings, const media::Fingerprint& fingerprint,
+                              FrameAnswer& answer) {
+  ProgressBar bar(false);
+  Notes notes(true, arguments.strict, bar);
+  Report report;
+  report.dryRun = arguments.dryRun;
+  report.threads = arguments.threads;
+  const StepClock clock;
+  StillRender still(arguments, host_, settings, bar, notes, report,
+                    {job.black, fingerprint.Text()});
+  try {
+    still.Run(job.input);
+    if (!arguments.dryRun && !media::HoldsFingerprint(job.output)) {
+      wishes_.sidecar->Put(job.output, fingerprint);
+    }
+    answer.width = still.Width();
+    answer.height = still.Height();
+  } catch (const Failure& failure) {
+    Fail(answer, failure.Kind(), failure.what());
+  }
+  answer.notes = notes.All();
+  answer.bits = report.effectBits;
+  report.exitCode = answer.exitCode;
+  report.error = answer.error;
+  report.totalSeconds = clock.Total();
+  if (wishes_.reports) answer.report = ReportAsJson(report, notes.All());
+}
+
+void FrameWorker::RenderOrThrow(const FrameJob& job, FrameAnswer& answer) {
+  ThrowIfInterrupted();
+  CheckFolders(job);
+  const RenderArguments arguments = ArgumentsFor(job);
+  look::Settings settings = SettingsFor(job);
+  CheckFiles(arguments, job.layer);
+  const media::Fingerprint fingerprint = FingerprintOf(arguments, job, settings, wishes_.effect);
+  std::error_code ignored;
+  if (wishes_.skips && fs::exists(job.output, ignored)) {
+    answer.again = WhyAgain(job, fingerprint);
+    if (answer.again.empty()) {
+      answer.state = FrameState::kSkipped;
+      return;
+    }
+  }
+  RenderStill(job, arguments, settings, fingerprint, answer);
+}
+
+FrameAnswer FrameWorker::Render(const FrameJob& job) noexcept {
+  const auto start = std::chrono::steady_clock::now();
+  FrameAnswer answer;
+  answer.frame = job.frame;
+  try {
+    RenderOrThrow(job, answer);
+  } catch (const Failure& failure) {
+    Fail(answer, failure.Kind(), failure.what());
+  } catch (const std::bad_alloc&) {
+    Fail(answer, kTryLater, job.input + ": there is not enough memory. Use fewer --jobs.");
+  } catch (const std::exception& error) {
+    Fail(answer, kFailed, job.input + ": an unexpected error: " + error.what());
+  }
+  const auto end = std::chrono::steady_clock::now();
+  answer.seconds = std::chrono::duration<double>(end - start).count();
+  return answer;
+}
+
+}  // namespace vitrell::cli

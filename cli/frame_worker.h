@@ -1,0 +1,51 @@
+// What a worker does with a frame: one still after the other through one loaded effect.
+#ifndef VITRELL_CLI_FRAME_WORKER_H_
+#define VITRELL_CLI_FRAME_WORKER_H_
+
+#include <string>
+#include <utility>
+
+#include "cli/arguments.h"
+#include "cli/frame_job.h"
+#include "headless/effect_host.h"
+#include "look/settings.h"
+#include "media/fingerprint.h"
+
+namespace vitrell::cli {
+
+struct FrameWishes {
+  bool reports = false;  // each frame's own report is in its answer
+  bool skips = false;    // a frame that is there, whole and made of the same, stays
+  std::string effect;    // its name and version, for fingerprints
+  media::Sidecar* sidecar = nullptr;
+};
+
+class FrameWorker {
+ public:
+  // The arguments are those of a still but for the names; their length is known. The effect and
+  // the settings must outlive it.
+  FrameWorker(const RenderArguments& arguments, headless::EffectHost& host,
+              const look::Settings& settings, FrameWishes wishes)
+      : arguments_(arguments), host_(host), settings_(settings), wishes_(std::move(wishes)) {}
+
+  // Never throws: what goes wrong is in the answer.
+  FrameAnswer Render(const FrameJob& job) noexcept;
+
+ private:
+  // Why a frame that is there is rendered again; empty if it stays.
+  std::string WhyAgain(const FrameJob& job, const media::Fingerprint& wanted) const;
+  void RenderStill(const FrameJob& job, const RenderArguments& arguments, look::Settings& settings,
+                   const media::Fingerprint& fingerprint, FrameAnswer& answer);
+  void RenderOrThrow(const FrameJob& job, FrameAnswer& answer);
+  RenderArguments ArgumentsFor(const FrameJob& job) const;
+  look::Settings SettingsFor(const FrameJob& job) const;
+
+  const RenderArguments arguments_;
+  headless::EffectHost& host_;
+  const look::Settings& settings_;
+  FrameWishes wishes_;
+};
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_FRAME_WORKER_H_

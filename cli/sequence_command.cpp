@@ -1,0 +1,217 @@
+// `vitrell render` over the frames of a sequence.
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/commands.h"
+#include "cli/custom_layer.h"
+#include "cli/effect_finder.h"
+#include "cli/failure.h"
+#include "cli/frame_fingerprint.h"
+#include "cli/frame_worker.h"
+#include "cli/interrupt.h"
+#include "cli/job_count.h"
+#include "cli/preset_width.h"
+#include "cli/printable.h"
+#include "cli/render_checks.h"
+#include "cli/sequence_plan.h"
+#include "cli/sequence_progress.h"
+#include "cli/sequence_run.h"
+#include "cli/sequence_tally.h"
+#include "cli/worker_pool.h"
+#include "look/preset.h"
+#include "media/fingerprint.h"
+#include "media/output_file.h"
+#include "media/picture_writer.h"
+#include "media/quiet_libraries.h"
+#include "media/standard_streams.h"
+
+namespace vitrell::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+ProgressKind KindOf(const RenderArguments& arguments) {
+  const std::string& name = arguments.frames.progress;
+  if (name == "plain") return ProgressKind::kPlain;
+  if (name == "json") return ProgressKind::kJson;
+  const bool usual =
+      name.empty() && !arguments.quiet && !arguments.verbose && ::isatty(STDERR_FILENO) == 1;
+  return name == "bar" || usual ? ProgressKind::kBar : ProgressKind::kNone;
+}
+
+// Parts of a run side by side have a file each: "status.2-of-8.json".
+std::string StatusFile(const FrameArguments& frames) {
+  const std::optional<PartOfFrames> part = ParsePartOfFrames(frames.part);
+  if (!part || frames.status.empty()) return frames.status;
+  const fs::path file = frames.status;
+  const std::string name = file.stem().string() + "." + std::to_string(part->number) + "-of-" +
+                           std::to_string(part->count) + file.extension().string();
+  return file.parent_path() / name;
+}
+
+class SequenceJob {
+ public:
+  explicit SequenceJob(RenderArguments arguments)
+      : arguments_(std::move(arguments)),
+        host_(OpenEffect(arguments_.effect.effect)),
+        panel_(look::MakePanel(host_->Parameters())),
+        settings_(MakeSettings(panel_, arguments_.effect)) {}
+
+  void Run() {
+    // What is told of the layer comes before the names are looked at.
+    ProgressBar noBar(false);
+    Notes notes(arguments_.quiet, arguments_.strict, noBar);
+    PrepareLayer(arguments_.customLayer, settings_, notes);
+    CheckFit(arguments_, settings_);
+    layer_ = LayerPath(settings_);
+    SequencePlan plan(arguments_, layer_);
+    if (arguments_.effect.length <= 0) {
+      arguments_.effect.length =
+          static_cast<double>(std::max<std::int64_t>(plan.LastFrame() + 1, 1));
+    }
+    CheckTargets(plan);
+    RefuseMissing(plan);
+    for (const std::string& advice : plan.Advice()) notes.Advise(advice);
+    for (const Note& note : notes.All()) tally_.AddNote(note);
+    ChooseJobs(plan);
+    RunFrames(plan);
+  }
+
+ private:
+  bool MayReplace() const {
+    const std::string& existing = arguments_.frames.existing;
+    return existing.empty() ? arguments_.force : existing != "fail";
+  }
+
+  void CheckTargets(SequencePlan& plan) const {
+    const std::string first = plan.Output().FileOf(0).string();
+    media::CheckTarget(first, true);
+    media::CheckEncodingFor(first, arguments_.encoding);
+    CheckPresetTarget(arguments_.savePreset, arguments_.force);
+    if (!arguments_.report.empty() && !media::IsStandardStream(arguments_.report)) {
+      media::CheckTarget(arguments_.report, arguments_.force);
+    }
+    if (MayReplace()) return;
+    std::vector<std::int64_t> existing;
+    while (const std::optional<FrameJob> job = plan.Next()) {
+      std::error_code ignored;
+      if (fs::exists(job->output, ignored)) existing.push_back(job->frame);
+    }
+    plan.Rewind();
+    if (existing.empty()) return;
+    throw Failure(kFailed, arguments_.output + ": frames " + TextOfFrames(existing) +
+                               " already exist. Add --existing skip to render the others, or "
+                               "--existing overwrite.");
+  }
+
+  void RefuseMissing(const SequencePlan& plan) {
+    if (plan.Missing().IsEmpty() || arguments_.frames.missing != "fail") return;
+    const std::string message = arguments_.input + ": frames " + plan.Missing().Text() +
+                                " are not there. Add --missing skip, hold or black.";
+    if (!arguments_.frames.keepGoing) throw Failure(kFailed, message);
+    std::fprintf(stderr, "vitrell: %s\n", Printable(message).c_str());
+    media::FrameCursor cursor(plan.Missing());
+    while (const std::optional<std::int64_t> frame = cursor.Next()) tally_.AddMissing(*frame);
+  }
+
+  void ChooseJobs(SequencePlan& plan) {
+    const std::optional<FrameJob> first = plan.Next();
+    plan.Rewind();
+    jobs_ = first ? CountJobs(arguments_, first->input, plan.Size()) : 1;
+  }
+
+  // In the worker's process, whose picture library starts its threads there.
+  WorkerPool::Work MakeWork(int worker) {
+    RenderArguments arguments = arguments_;
+    arguments.threads = ThreadsOf(worker, jobs_, arguments_.threads);
+    arguments.force = MayReplace();
+    arguments.report.clear();
+    arguments.savePreset.clear();
+    media::SetLibraryThreads(arguments.threads);
+    const FrameWishes wishes{!arguments_.report.empty(), arguments_.frames.existing == "skip",
+                             effectVersion_, &*sidecar_};
+    const auto frames = std::make_shared<FrameWorker>(arguments, *host_, settings_, wishes);
+    return [frames](const std::string& job) { return Pack(frames->Render(UnpackJob(job))); };
+  }
+
+  void RunFrames(SequencePlan& plan) {
+    effectVersion_ = EffectVersion(*host_);
+    sidecar_.emplace(plan.Output());
+    WatchSignalsForWorkers();
+    SequenceProgress progress(KindOf(arguments_), plan.Size(), StatusFile(arguments_.frames));
+    WorkerPool pool([this](int worker) { return MakeWork(worker); });
+    pool.SetSize(jobs_);
+    SequenceRun run(arguments_, layer_, plan, pool, progress, tally_);
+    run.Run();
+    progress.Wipe();
+    Finish(plan, run, progress.Seconds());
+  }
+
+  void Finish(const SequencePlan& plan, const SequenceRun& run, double seconds) {
+    int exitCode = tally_.ExitCode();
+    std::string error = tally_.Summary(plan.Size());
+    if (CaughtSignals() > 0) {
+      exitCode = FirstSignal() == SIGTERM ? kTerminated : kCancelled;
+      error = "cancelled. " + error + " The same command with --existing skip goes on.";
+    } else if (tally_.Rendered() > 0 && !arguments_.savePreset.empty() && !arguments_.dryRun) {
+      SavePreset(run.Width());
+    }
+    WriteReport(exitCode, error, seconds);
+    TellResult(seconds);
+    if (exitCode != kDone) throw Failure(static_cast<media::FailureKind>(exitCode), error);
+  }
+
+  void SavePreset(int width) {
+    if (arguments_.fit) settings_.FitTo(width);
+    look::SavePreset(arguments_.savePreset, settings_, width);
+  }
+
+  void WriteReport(int exitCode, const std::string& error, double seconds) const {
+    if (arguments_.report.empty()) return;
+    const std::string text =
+        tally_.ReportAsJson(exitCode, error, jobs_, arguments_.threads, seconds);
+    if (media::IsStandardStream(arguments_.report)) {
+      std::fputs(text.c_str(), stdout);
+    } else {
+      media::WriteTextFile(arguments_.report, text);
+    }
+  }
+
+  void TellResult(double seconds) const {
+    if (arguments_.quiet) return;
+    std::string text = std::to_string(tally_.Rendered()) + " frames rendered";
+    if (arguments_.dryRun) text = std::to_string(tally_.Rendered()) + " frames checked";
+    if (tally_.Skipped() > 0) text += ", " + std::to_string(tally_.Skipped()) + " skipped";
+    const double rate = seconds > 0 ? static_cast<double>(tally_.Rendered()) / seconds : 0;
+    const std::string again = tally_.RenderedAgain();
+    if (!again.empty()) text += " (again: " + again + ")";
+    std::fprintf(media::IsStandardStream(arguments_.report) ? stderr : stdout,
+                 "%s: %s, %.3f s (%.3g frames/s)%s\n", Printable(arguments_.output).c_str(),
+                 text.c_str(), seconds, rate,
+                 arguments_.dryRun ? ", dry run, nothing was written" : "");
+  }
+
+  RenderArguments arguments_;
+  std::unique_ptr<headless::EffectHost> host_;
+  look::Panel panel_;
+  look::Settings settings_;
+  std::string layer_;
+  std::string effectVersion_;
+  std::optional<media::Sidecar> sidecar_;
+  int jobs_ = 1;
+  SequenceTally tally_{!arguments_.report.empty()};
+};
+
+}  // namespace
+
+void RunSequence(const RenderArguments& arguments) { SequenceJob(arguments).Run(); }
+
+}  // namespace vitrell::cli

@@ -1,0 +1,86 @@
+// Which frames of a sequence are rendered, from which files into which.
+#ifndef VITRELL_CLI_SEQUENCE_PLAN_H_
+#define VITRELL_CLI_SEQUENCE_PLAN_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/arguments.h"
+#include "cli/frame_job.h"
+#include "media/frame_set.h"
+#include "media/sequence.h"
+
+namespace vitrell::cli {
+
+// Whether the arguments are for a sequence: one of the names has a place for the frame's number
+// and is not itself the name of a file, or frames are asked for.
+bool MeansSequence(const RenderArguments& arguments);
+
+// The Kth of N: of --part K/N.
+struct PartOfFrames {
+  std::int64_t number = 1;
+  std::int64_t count = 1;
+};
+// Nothing if the text is not of that form. Throws Failure (wrong usage) if K is not one of N.
+std::optional<PartOfFrames> ParsePartOfFrames(const std::string& text);
+
+class SequencePlan {
+ public:
+  // Looks into the folders. Throws Failure over names and numbers that do not fit together, and
+  // where there are no frames at all.
+  SequencePlan(const RenderArguments& arguments, const std::string& layer);
+
+  // How many jobs Next gives.
+  std::int64_t Size() const { return end_ - begin_; }
+  // Frame by frame; nothing behind the last.
+  std::optional<FrameJob> Next();
+  // From the first frame again.
+  void Rewind();
+
+  // Frames of this part that were asked for, or lie between those that were found, and have no
+  // file.
+  const media::FrameSet& Missing() const { return missing_; }
+  // Whether the missing ones get no job.
+  bool LeavesMissingOut() const { return leaveOut_; }
+  // The last frame of the whole sequence, whatever the part.
+  std::int64_t LastFrame() const { return frames_.Largest(); }
+  // What may not be as it was meant: holes, a layer that is shorter. Whole sentences.
+  const std::vector<std::string>& Advice() const { return advice_; }
+
+  // The name of the output with the place for its number.
+  const media::Sequence& Output() const { return *output_; }
+
+ private:
+  void FindSequences(const RenderArguments& arguments);
+  void ChooseFrames(const RenderArguments& arguments);
+  void FindMissing(const RenderArguments& arguments);
+  void ChoosePart(const RenderArguments& arguments);
+  void FindLayer(const std::string& layer);
+  FrameJob JobOf(std::int64_t frame, std::int64_t outputFrame) const;
+
+  std::string still_;  // the input, where it is one picture for all frames
+  std::optional<media::Sequence> input_;
+  std::optional<media::Sequence> output_;
+  std::string layerFile_;
+  std::optional<media::Sequence> layer_;
+  media::FrameSet found_;  // of the input
+  media::FrameSet layerFrames_;
+  media::FrameSet frames_;        // all that are rendered, of all parts
+  media::FrameSet outputFrames_;  // one for each of these
+  media::FrameSet missing_;
+  bool leaveOut_ = false;
+  bool black_ = false;
+  std::int64_t begin_ = 0;  // of this part, among the frames
+  std::int64_t end_ = 0;
+  std::int64_t at_ = 0;
+  std::optional<media::FrameCursor> cursor_;
+  std::optional<media::FrameCursor> outputCursor_;
+  std::vector<std::string> advice_;
+};
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_SEQUENCE_PLAN_H_

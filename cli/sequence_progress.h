@@ -1,0 +1,58 @@
+// How far the frames of a sequence are, for people and for programs.
+#ifndef VITRELL_CLI_SEQUENCE_PROGRESS_H_
+#define VITRELL_CLI_SEQUENCE_PROGRESS_H_
+
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+#include "cli/frame_job.h"
+
+namespace vitrell::cli {
+
+enum class ProgressKind { kNone, kBar, kPlain, kJson };
+
+// "[###---------------------------]  10 %  24 of 240 frames  3.2 frames/s  about 68 s left". The
+// time left is told once a second has passed and a frame was rendered.
+std::string FramesLine(std::int64_t done, std::int64_t all, std::int64_t rendered,
+                       double elapsedSeconds);
+
+// {"frame":1012,"state":"done","ms":41,"finished":12,"frames":240,"fps":3.2,"secondsLeft":71}
+std::string FrameAsJson(const FrameAnswer& answer, std::int64_t done, std::int64_t all,
+                        std::int64_t rendered, double elapsedSeconds);
+
+class SequenceProgress {
+ public:
+  // `status`: a file that gets what kJson tells, too; empty for none. Throws Failure if it cannot
+  // be written.
+  SequenceProgress(ProgressKind kind, std::int64_t frames, const std::string& status);
+  ~SequenceProgress();
+  SequenceProgress(const SequenceProgress&) = delete;
+  SequenceProgress& operator=(const SequenceProgress&) = delete;
+
+  void Tell(const FrameAnswer& answer);
+  // A line of text for standard error, out of the bar's way.
+  void Say(const std::string& line);
+  void Wipe();
+
+  double Seconds() const;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void Draw();
+
+  ProgressKind kind_;
+  std::int64_t frames_;
+  std::int64_t done_ = 0;
+  std::int64_t rendered_ = 0;  // without those that were skipped, which take no time
+  std::FILE* status_ = nullptr;
+  bool drawn_ = false;
+  Clock::time_point start_ = Clock::now();
+  Clock::time_point lastDrawn_{};
+};
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_SEQUENCE_PROGRESS_H_

@@ -1,0 +1,399 @@
+// Sequences on the command line: frames, holes, renumbering, failures, parts, signals.
+#include <signal.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "cli/tool_run.h"
+#include "media/picture_files.h"
+
+namespace vitrell::cli {
+namespace {
+
+using media::NoisePicture;
+using media::ReadPictureFile;
+using media::WritePictureFile;
+
+constexpr const char* kPlate = "plate.####.png";
+constexpr const char* kLook = "out/look.####.png";
+
+class SequenceRunTest : public ToolTest {
+ protected:
+  SequenceRunTest() { std::filesystem::create_directory(InFolder("out")); }
+
+  static std::string Name(const std::string& start, int frame) {
+    const std::string digits = std::to_string(frame);
+    return start + std::string(4 - digits.size(), '0') + digits + ".png";
+  }
+
+  void MakePlate(int first, int last) const {
+    for (int frame = first; frame <= last; ++frame) MakeFrame(frame, 24, 16);
+  }
+  void MakeFrame(int frame, int width, int height) const {
+    WritePictureFile(
+        InFolder(Name("plate.", frame)),
+        NoisePicture(width, height, 4, OIIO::TypeDesc::UINT8, static_cast<uint32_t>(frame)));
+  }
+
+  ToolResult Render(std::vector<std::string> more, const std::string& input = kPlate,
+                    const std::string& output = kLook) const {
+    more.insert(more.begin(), {"render", input, output});
+    return Run(more);
+  }
+
+  std::vector<std::string> Out() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(InFolder("out"))) {
+      names.push_back(entry.path().filename());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+  static std::vector<std::string> Looks(const std::vector<int>& frames) {
+    std::vector<std::string> names;
+    for (const int frame : frames) names.push_back(Name("look.", frame));
+    return names;
+  }
+  std::vector<uint16_t> Pixels(const std::string& name) const {
+    return ReadPictureFile(InFolder(name)).samples;
+  }
+};
+
+bool Holds(const std::string& text, const std::string& piece) {
+  return text.find(piece) != std::string::npos;
+}
+
+TEST_F(SequenceRunTest, EveryFrameIsTheStillAtItsNumber) {
+  MakePlate(8, 11);
+  const std::string keys = "lightness.amount=0=0; 20=50";
+  for (const char* jobs : {"1", "3"}) {
+    const ToolResult run = Render({"--set", keys, "--jobs", jobs, "--existing", "overwrite"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_TRUE(Holds(run.out, "out/look.####.png: 4 frames rendered")) << run.out;
+    EXPECT_EQ(Out(), Looks({8, 9, 10, 11}));
+    for (int frame = 8; frame <= 11; ++frame) {
+      const ToolResult still = Run({"render", Name("plate.", frame), "still.png", "--force",
+                                    "--set", keys, "--at", std::to_string(frame)});
+      EXPECT_EQ(still.exitCode, 0) << still.err;
+      EXPECT_EQ(Pixels(Name("out/look.", frame)), Pixels("still.png")) << frame;
+    }
+    EXPECT_NE(Pixels(Name("out/look.", 8)), Pixels("plate.0008.png"));
+  }
+}
+
+TEST_F(SequenceRunTest, ChoosesAndRenumbersFrames) {
+  MakePlate(1, 9);
+  EXPECT_EQ(Render({"--frames", "9-1x4"}).exitCode, 0);
+  EXPECT_EQ(Out(), Looks({1, 5, 9}));
+  EXPECT_EQ(Render({"--frames", "9-7", "--frames-out", "101-"}, "plate.@@@@.png", "out/b%04d.png")
+                .exitCode,
+            0);
+  EXPECT_EQ(Pixels("out/b0101.png").size(), Pixels("plate.0009.png").size());
+  EXPECT_EQ(Run({"render", "plate.0009.png", "nine.png"}).exitCode, 0);
+  EXPECT_EQ(Pixels("out/b0101.png"), Pixels("nine.png"));
+  ExpectMessage(Render({"--frames", "1-3", "--frames-out", "1-2"}), 2, {"--frames-out", "1-"});
+}
+
+TEST_F(SequenceRunTest, OnePictureServesAllFrames) {
+  MakePlate(1, 1);
+  EXPECT_EQ(Render({"--frames=-1-1", "--set", "intensity=0=0; 1=100"}, "plate.0001.png").exitCode,
+            0);
+  EXPECT_EQ(Out(), (std::vector<std::string>{"look.-001.png", "look.0000.png", "look.0001.png"}));
+  const std::vector<std::string> still = {"render", "plate.0001.png", "s.png", "--set",
+                                          "intensity=0"};
+  EXPECT_EQ(Run(still).exitCode, 0);
+  EXPECT_EQ(Pixels("out/look.-001.png"), Pixels("s.png"));
+  EXPECT_NE(Pixels("out/look.0001.png"), Pixels("plate.0001.png"));
+}
+
+TEST_F(SequenceRunTest, WrongNamesAreWrongUsage) {
+  MakePlate(1, 2);
+  ExpectMessage(Render({}, kPlate, "out.png"), 2, {"out.png", "no place for a frame's number"});
+  ExpectMessage(Render({}, "p##_##.png"), 2, {"p##_##.png", "several places"});
+  ExpectMessage(Render({}, kPlate, "o#_#.png"), 2, {"several places"});
+  ExpectMessage(Render({"--frames", "1-x"}), 2, {"1-x", "no set of frames"});
+  ExpectMessage(Render({}, kPlate, "plate.@@@@.png"), 2, {"same sequence as INPUT"});
+  ExpectMessage(Render({"--at", "3"}), 2, {"--at"});
+  ExpectMessage(Render({"--part", "3/2"}), 2, {"--part 3/2"});
+  ExpectMessage(Render({"--existing", "skip"}, "plate.0001.png", "still.png"), 2,
+                {"--existing", "sequences"});
+  ExpectMessage(Render({}, "none.####.png"), 1, {"none.####.png", "no frame of this name"});
+  EXPECT_TRUE(Out().empty());
+}
+
+TEST_F(SequenceRunTest, MissingFramesAreToldSkippedHeldOrBlack) {
+  MakePlate(1, 2);
+  MakePlate(5, 5);
+  ExpectMessage(Render({"--frames", "1-6"}), 1, {kPlate, "frames 3,4,6 are not there"});
+  EXPECT_TRUE(Out().empty());
+  ToolResult run = Render({});
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_TRUE(Holds(run.err, "frames 3,4 are not there and are left out")) << run.err;
+  EXPECT_EQ(Out(), Looks({1, 2, 5}));
+  run = Render({"--frames", "0-6", "--missing", "hold"}, kPlate, "out/hold.####.png");
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(Pixels("out/hold.0004.png"), Pixels("out/look.0002.png"));
+  EXPECT_EQ(Pixels("out/hold.0006.png"), Pixels("out/look.0005.png"));
+  EXPECT_EQ(Pixels("out/hold.0000.png"), Pixels("out/look.0001.png"));
+  EXPECT_EQ(Render({"--missing", "black"}, kPlate, "out/black.####.png").exitCode, 0);
+  const std::vector<uint16_t> black = Pixels("out/black.0004.png");
+  ASSERT_EQ(black.size(), 24U * 16 * 3 + 24U * 16);
+  for (std::size_t i = 0; i < black.size(); ++i) ASSERT_EQ(black[i], i % 4 == 3 ? 255 : 0);
+  EXPECT_EQ(Pixels("out/black.0005.png"), Pixels("out/look.0005.png"));
+  EXPECT_EQ(Render({"--frames", "1-6", "--missing", "skip"}, kPlate, "out/s.####.png").exitCode, 0);
+  EXPECT_FALSE(std::filesystem::exists(InFolder("out/s.0003.png")));
+}
+
+TEST_F(SequenceRunTest, AFailedFrameStopsTheRunUnlessItKeepsGoing) {
+  MakePlate(1, 8);
+  WriteFile("plate.0003.png", ReadFile("plate.0003.png").substr(0, 300));
+  WriteFile("plate.0006.png", "");
+  ToolResult run = Render({"--jobs", "1"});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_TRUE(Holds(run.err, "frame 3: plate.0003.png: is damaged")) << run.err;
+  EXPECT_TRUE(Holds(run.err, "1 of 8 frames failed: 3. 5 frames are left: 4-8.")) << run.err;
+  EXPECT_EQ(Out(), Looks({1, 2}));
+  run =
+      Render({"--keep-going", "--existing", "overwrite", "--report", "r.json", "--frames", "1-9"});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_TRUE(Holds(run.err, "3 of 9 frames failed: 3-9x3.")) << run.err;
+  EXPECT_EQ(Out(), Looks({1, 2, 4, 5, 7, 8}));
+  const auto report = nlohmann::json::parse(ReadFile("r.json"));
+  EXPECT_EQ(report["result"], "failed");
+  EXPECT_EQ(report["frames"]["failed"], "3-9x3");
+  EXPECT_EQ(report["frames"]["rendered"], 6);
+  ASSERT_EQ(report["each"].size(), 8U);
+  EXPECT_EQ(report["each"][0]["input"]["width"], 24);
+}
+
+TEST_F(SequenceRunTest, ExistingFramesAreNotReplacedUnasked) {
+  MakePlate(1, 3);
+  WriteFile("out/look.0002.png", "precious");
+  ExpectMessage(Render({}), 1, {kLook, "frames 2 already exist", "--existing"});
+  EXPECT_EQ(Out(), Looks({2}));
+  EXPECT_EQ(Render({"--force"}).exitCode, 0);
+  EXPECT_NE(ReadFile("out/look.0002.png"), "precious");
+}
+
+TEST_F(SequenceRunTest, PartsTogetherAreTheWhole) {
+  MakePlate(1, 7);
+  std::vector<std::string> all;
+  for (int part = 1; part <= 3; ++part) {
+    const ToolResult run =
+        Render({"--part", std::to_string(part) + "/3", "--status", "status.json", "--quiet"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+  }
+  EXPECT_EQ(Out(), Looks({1, 2, 3, 4, 5, 6, 7}));
+  std::istringstream lines(ReadFile("status.2-of-3.json"));
+  std::vector<int> frames;
+  for (std::string line; std::getline(lines, line);) {
+    const auto json = nlohmann::json::parse(line);
+    EXPECT_EQ(json["state"], "done");
+    EXPECT_EQ(json["frames"], 2);
+    EXPECT_GE(json["ms"], 0);
+    frames.push_back(json["frame"]);
+  }
+  std::sort(frames.begin(), frames.end());
+  EXPECT_EQ(frames, (std::vector<int>{3, 4}));
+}
+
+TEST_F(SequenceRunTest, ProgressIsPlainOrJson) {
+  MakePlate(1, 2);
+  const ToolResult json = Render({"--progress", "json", "--jobs", "1"});
+  EXPECT_EQ(nlohmann::json::parse(json.err.substr(0, json.err.find('\n')))["frame"], 1) << json.err;
+  const ToolResult plain = Render({"--progress", "plain", "--force", "--jobs", "1"});
+  EXPECT_TRUE(Holds(plain.err, "frame 1: done, ")) << plain.err;
+  EXPECT_TRUE(Holds(plain.err, "(2 of 2 frames")) << plain.err;
+}
+
+TEST_F(SequenceRunTest, ALayerMayBeASequenceWhoseLastFrameHolds) {
+  MakePlate(1, 3);
+  for (int frame = 1; frame <= 2; ++frame) {
+    WritePictureFile(
+        InFolder("mask." + std::to_string(frame) + ".png"),
+        NoisePicture(24, 16, 3, OIIO::TypeDesc::UINT8, static_cast<uint32_t>(90 + frame)));
+  }
+  const std::vector<std::string> lens = {"--set", "lens.type=custom", "--custom-layer"};
+  std::vector<std::string> arguments = lens;
+  arguments.emplace_back("mask.#.png");
+  const ToolResult run = Render(arguments);
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_TRUE(Holds(run.err, "mask.#.png: the custom layer ends with frame 2")) << run.err;
+  for (int frame = 1; frame <= 3; ++frame) {
+    std::vector<std::string> still = {"render", Name("plate.", frame), "still.png", "--force"};
+    still.insert(still.end(), lens.begin(), lens.end());
+    still.push_back(frame == 1 ? "mask.1.png" : "mask.2.png");
+    EXPECT_EQ(Run(still).exitCode, 0);
+    EXPECT_EQ(Pixels(Name("out/look.", frame)), Pixels("still.png")) << frame;
+  }
+}
+
+TEST_F(SequenceRunTest, NotesAreToldOnceAndOtherSizesToo) {
+  MakePlate(1, 3);
+  MakeFrame(4, 30, 20);
+  const ToolResult run = Render({"--jobs", "1"}, kPlate, "out/look.####.jpg");
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  const std::string note = "note: out/look.####.jpg: the format stores no transparency";
+  EXPECT_TRUE(Holds(run.err, note)) << run.err;
+  EXPECT_EQ(run.err.find(note), run.err.rfind(note));
+  EXPECT_TRUE(Holds(run.err, "frame 4 has 30 x 20 pixels in 8 bits, others have 24 x 16"))
+      << run.err;
+  const ToolResult strict = Render({"--strict", "--jobs", "1"}, kPlate, "out/strict.####.jpg");
+  EXPECT_EQ(strict.exitCode, 1);
+  EXPECT_TRUE(Holds(strict.err, "frame 1: --strict: out/strict.0001.jpg")) << strict.err;
+  EXPECT_FALSE(std::filesystem::exists(InFolder("out/strict.0001.jpg")));
+}
+
+// PNG holds the fingerprints itself, TIFF has them in a sidecar.
+TEST_F(SequenceRunTest, SkipsOnlyWhatIsWholeAndMadeOfTheSame) {
+  for (const char* type : {"png", "exr", "tif"}) {
+    MakePlate(1, 6);
+    const std::string look = std::string("out/l.####.") + type;
+    const auto frame = [&](int number) {
+      return "out/l.000" + std::to_string(number) + "." + type;
+    };
+    const auto render = [&](std::vector<std::string> more) {
+      more.insert(more.end(), {"--existing", "skip", "--jobs", "2"});
+      return Render(more, kPlate, look);
+    };
+    EXPECT_TRUE(Holds(render({}).out, "6 frames rendered"));
+    std::vector<std::string> bytes;
+    for (int i = 1; i <= 6; ++i) bytes.push_back(ReadFile(frame(i)));
+    EXPECT_TRUE(Holds(render({}).out, "0 frames rendered, 6 skipped"));
+    // Another input under the old name, half a frame, none, and one from elsewhere.
+    WritePictureFile(InFolder("plate.0001.png"),
+                     NoisePicture(24, 16, 4, OIIO::TypeDesc::UINT8, 99));
+    WriteFile(frame(2), bytes[1].substr(0, bytes[1].size() / 2));
+    WriteFile(frame(3), "");
+    std::filesystem::remove(InFolder(frame(4)));
+    ASSERT_EQ(
+        Run({"render", "plate.0005.png", frame(5), "--force", "--set", "intensity=9"}).exitCode, 0);
+    ToolResult check = Run({"check", look, "--frames", "1-7"});
+    EXPECT_EQ(check.exitCode, 1);
+    EXPECT_EQ(check.out, "missing: 4,7\ntorn: 2,3\nstale: 1,5\n") << check.err;
+    EXPECT_TRUE(Holds(check.err, "6 of 7 frames are not as they should be: 1-5,7.")) << check.err;
+    const ToolResult run = render({});
+    EXPECT_TRUE(Holds(run.out, "5 frames rendered, 1 skipped (again: 1,5 stale, 2,3 torn)"))
+        << run.out << run.err;
+    for (int i = 2; i <= 6; ++i) {
+      EXPECT_TRUE(ReadFile(frame(i)) == bytes[static_cast<std::size_t>(i - 1)]) << type << i;
+    }
+    EXPECT_EQ(Run({"check", look, "--frames", "1-6"}).exitCode, 0);
+    // Values count at their frame, whatever names and keys led to them.
+    EXPECT_TRUE(Holds(render({"--set", "intensity=2=100; 4=50; 6=100"}).out,
+                      "3 frames rendered, "
+                      "3 skipped"));
+    EXPECT_EQ(std::filesystem::exists(InFolder("out/l.tif.vitrell.json")),
+              std::string(type) == "tif");
+  }
+}
+
+// VITRELL_KILLS sets how often; each time at another moment.
+TEST_F(SequenceRunTest, AKilledRunGoesOnWhereItWas) {
+  MakePlate(1, 12);
+  const std::vector<std::string> arguments = {
+      "render",     kPlate, kLook, "--jobs", "2", "--set", "intensity=1=0; 12=100",
+      "--existing", "skip"};
+  ASSERT_EQ(Run(arguments).exitCode, 0);
+  std::vector<std::string> bytes;
+  for (int i = 1; i <= 12; ++i) bytes.push_back(ReadFile(Name("out/look.", i)));
+  const char* const told = std::getenv("VITRELL_KILLS");
+  const int kills = told == nullptr ? 4 : std::atoi(told);
+  int unfinished = 0;
+  for (int kill = 0; kill < kills; ++kill) {
+    std::filesystem::remove_all(InFolder("out"));
+    std::filesystem::create_directory(InFolder("out"));
+    {
+      RunningTool tool(arguments, Folder());
+      ::usleep(static_cast<useconds_t>(40000 + 7919 * kill % 120000));
+      if (kill % 2 == 0) tool.KillAll();
+      if (kill % 2 == 1) tool.Signal(SIGKILL);
+    }
+    unfinished += Out() == Looks({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}) ? 0 : 1;
+    // Beside another one that renders the same.
+    RunningTool other(arguments, Folder());
+    const ToolResult run = Run(arguments);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(other.Wait().exitCode, 0);
+    EXPECT_EQ(Out(), Looks({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
+    for (int i = 1; i <= 12; ++i) {
+      EXPECT_TRUE(ReadFile(Name("out/look.", i)) == bytes[static_cast<std::size_t>(i - 1)]) << i;
+    }
+  }
+  EXPECT_GT(unfinished, 0);
+}
+
+TEST_F(SequenceRunTest, SignalsEndTheWorkersAndLeaveNoFiles) {
+  MakePlate(1, 4);
+  const std::vector<std::string> arguments = {
+      "render", kPlate,          kLook, "--jobs", "2", "--effect", VITRELL_FAKE_EFFECT_PATH,
+      "--set",  "test.work=wait"};
+  for (const int signal : {SIGINT, SIGTERM}) {
+    // Both workers leave the mark.
+    std::filesystem::remove(InFolder("rendering"));
+    RunningTool tool(arguments, Folder());
+    for (int i = 0; i < 1500 && !std::filesystem::remove(InFolder("rendering")); ++i) {
+      ::usleep(20000);
+    }
+    tool.Signal(signal);
+    const ToolResult result = tool.Wait();
+    EXPECT_EQ(result.exitCode, signal == SIGINT ? 130 : 143) << result.err;
+    EXPECT_TRUE(Holds(result.err, "cancelled. 4 frames are left: 1-4.")) << result.err;
+    EXPECT_TRUE(Out().empty());
+  }
+}
+
+TEST_F(SequenceRunTest, AWorkerThatDiesIsOneFailedFrame) {
+  MakePlate(1, 3);
+  const ToolResult run =
+      Render({"--effect", VITRELL_FAKE_EFFECT_PATH, "--set", "test.work=0|=Copy; 2|=Die; 3|=Copy",
+              "--keep-going", "--jobs", "1"});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_TRUE(Holds(run.err,
+                    "frame 2: out/look.0002.png: the process that rendered it was ended "
+                    "by signal 6"))
+      << run.err;
+  EXPECT_TRUE(Holds(run.err, "1 of 3 frames failed: 2.")) << run.err;
+  EXPECT_EQ(Out(), Looks({1, 3}));
+}
+
+TEST_F(SequenceRunTest, AFolderThatVanishesMayBeTriedAgain) {
+  MakePlate(1, 3);
+  const ToolResult run =
+      Render({"--effect", VITRELL_FAKE_EFFECT_PATH, "--set", "test.work=Vanish", "--jobs", "1"});
+  EXPECT_EQ(run.exitCode, 75) << run.err;
+  EXPECT_TRUE(Holds(run.err, "1 of 3 frames failed: 1.")) << run.err;
+}
+
+TEST_F(SequenceRunTest, WorkersStartBeforeTheLibrariesHaveThreads) {
+  MakePlate(1, 4);
+  for (const char* out : {"out/a.####.exr", "out/a.####.tif", "out/a.####.jpg"}) {
+    const ToolResult run = Render({"--jobs", "2", "--threads", "4", "--quiet"}, kPlate, out);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+  }
+  // And two sidecars.
+  EXPECT_EQ(Out().size(), 14U);
+}
+
+TEST_F(SequenceRunTest, AlphaIsReadAsAsked) {
+  const auto run = [&](const char* alpha, const char* out) {
+    return Run({"render", "a.png", out, "--alpha", alpha, "--set", "intensity=0"}).exitCode;
+  };
+  media::FilePicture picture = NoisePicture(2, 1, 4, OIIO::TypeDesc::UINT8, 1);
+  picture.spec.attribute("oiio:UnassociatedAlpha", 1);
+  picture.samples = {50, 30, 10, 100, 7, 8, 9, 255};
+  WritePictureFile(InFolder("a.png"), picture);
+  EXPECT_EQ(run("straight", "s.png"), 0);
+  EXPECT_EQ(Pixels("s.png"), picture.samples);
+  // 50 / 100, 30 / 100 and 10 / 100 of white.
+  EXPECT_EQ(run("premultiplied", "p.png"), 0);
+  EXPECT_EQ(Pixels("p.png"), (std::vector<uint16_t>{128, 77, 26, 100, 7, 8, 9, 255}));
+  EXPECT_EQ(run("ignore", "i.png"), 0);
+  EXPECT_EQ(Pixels("i.png"), (std::vector<uint16_t>{50, 30, 10, 7, 8, 9}));
+}
+
+}  // namespace
+}  // namespace vitrell::cli
