@@ -213,7 +213,7 @@ void FrameCursor::Skip(std::int64_t frames) {
 }
 
 std::string FrameSet::TextOf(const Range& range) {
-  const std::string first = std::to_string(range.first);
+  std::string first = std::to_string(range.first);
   if (range.count == 1) return first;
   const std::string last = std::to_string(range.Last());
   const std::int64_t step = std::abs(range.step);
