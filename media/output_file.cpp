@@ -144,24 +144,39 @@ void OutputFile::CommitToStandardOutput() const {
   if (!cause.empty()) Fail(shown_, "cannot be written (" + cause + ").");
 }
 
+void OutputFile::TakeName(const fs::path& name) {
+  if (::rename(temporary_.c_str(), name.c_str()) != 0) {
+    const FailureKind kind = KindOfError(errno);
+    Fail(shown_, "cannot take its name (" + LastSystemError() + "). Choose another name.", kind);
+  }
+  committed_ = true;
+  FlushFolder(FolderOf(name));
+}
+
+void OutputFile::FlushContents() const {
+  const bool onDisk = (!mode_ || ::fchmod(file_, *mode_) == 0) && ::fsync(file_) == 0;
+  if (onDisk) return;
+  Fail(shown_, "cannot be written (" + LastSystemError() + "). Free some space and try again.",
+       kTryLater);
+}
+
 void OutputFile::Commit(bool force) {
   if (memory_ != nullptr) {
     CommitToStandardOutput();
     return;
   }
-  const bool onDisk = (!mode_ || ::fchmod(file_, *mode_) == 0) && ::fsync(file_) == 0;
-  if (!onDisk) {
-    Fail(shown_, "cannot be written (" + LastSystemError() + "). Free some space and try again.",
-         kTryLater);
-  }
+  FlushContents();
   std::error_code error;
   if (!force && fs::exists(target_, error)) RefuseExisting(shown_);
-  if (::rename(temporary_.c_str(), target_.c_str()) != 0) {
-    const FailureKind kind = KindOfError(errno);
-    Fail(shown_, "cannot take its name (" + LastSystemError() + "). Choose another name.", kind);
-  }
-  committed_ = true;
-  FlushFolder(FolderOf(target_));
+  TakeName(target_);
+}
+
+fs::path OutputFile::KeepUnfinished() {
+  FlushContents();
+  fs::path partial = target_;
+  partial.replace_extension(".partial" + target_.extension().string());
+  TakeName(partial);
+  return partial;
 }
 
 std::vector<std::string> WriteTextFile(const fs::path& target, std::string_view text) {

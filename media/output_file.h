@@ -51,9 +51,14 @@ class OutputFile {
   // Puts the contents on the disk and renames, or hands them to standard output. Throws Failure.
   // With force false the target is looked for once more, since rendering took its time.
   void Commit(bool force);
+  // Like Commit, but under a name that tells that the file is not whole, which it returns:
+  // "out.partial.mkv" for "out.mkv". An older file of that name is replaced.
+  std::filesystem::path KeepUnfinished();
 
  private:
   void CommitToStandardOutput() const;
+  void FlushContents() const;
+  void TakeName(const std::filesystem::path& name);
 
   std::filesystem::path shown_;   // as the user named it
   std::filesystem::path target_;  // links resolved

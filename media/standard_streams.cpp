@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "media/failure.h"
@@ -35,7 +36,7 @@ void TakeTimeOfInput(int file) {
   static_cast<void>(::futimens(file, times.data()));
 }
 
-ssize_t ReadBlock(std::vector<char>& block) {
+ssize_t ReadBlock(std::span<char> block) {
   ssize_t size = -1;
   do {
     size = ::read(STDIN_FILENO, block.data(), block.size());
@@ -44,7 +45,25 @@ ssize_t ReadBlock(std::vector<char>& block) {
   return size;
 }
 
+std::string ReadHead() {
+  std::array<char, 16> block{};
+  std::size_t count = 0;
+  while (const ssize_t size = ReadBlock(std::span(block).subspan(count))) {
+    count += static_cast<std::size_t>(size);
+    if (count == block.size()) break;
+  }
+  return {block.data(), count};
+}
+
+void RefuseTerminal() {
+  if (::isatty(STDIN_FILENO) != 1) return;
+  Fail("is a terminal. Send a picture from another program, or give the name of a file.");
+}
+
 void CopyInput(int file) {
+  if (!WriteAll(file, HeadOfStandardInput())) {
+    Fail("cannot be kept (" + LastSystemError() + "). Put it into a file and give its name.");
+  }
   std::vector<char> block(kBlock);
   std::int64_t sinceAsked = 0;
   while (const ssize_t size = ReadBlock(block)) {
@@ -73,11 +92,17 @@ std::string ShownTarget(const std::filesystem::path& target) {
   return IsStandardStream(target) ? kShownOutput : target.string();
 }
 
+std::string_view HeadOfStandardInput() {
+  static const std::string head = [] {
+    RefuseTerminal();
+    return ReadHead();
+  }();
+  return head;
+}
+
 InputFile::InputFile(const std::filesystem::path& name) : path_(name) {
   if (!IsStandardStream(name)) return;
-  if (::isatty(STDIN_FILENO) == 1) {
-    Fail("is a terminal. Send a picture from another program, or give the name of a file.");
-  }
+  RefuseTerminal();
   memory_.emplace();
   path_ = memory_->Path();
   const int file = ::open(path_.c_str(), O_WRONLY | O_CLOEXEC);

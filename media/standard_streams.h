@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "media/memory_file.h"
 
@@ -17,6 +18,10 @@ bool IsStandardStream(const std::filesystem::path& name);
 // "standard output" where it is written.
 std::string ShownSource(const std::filesystem::path& source);
 std::string ShownTarget(const std::filesystem::path& target);
+
+// The first bytes of standard input, at most 16, which stay to be read by those that read all of
+// it.
+std::string_view HeadOfStandardInput();
 
 // A file to read whose name may be "-". Readers of pictures go back and forth, so that all of
 // standard input is first put into a file in memory.

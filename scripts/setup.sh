@@ -12,9 +12,9 @@ packages=(
   # files also name its tools
   libopenimageio-dev openimageio-tools libwebp-dev libheif-dev libexiv2-dev libopenexr-dev
   libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev libmlt-dev libjpeg-dev
-  frei0r-plugins-dev
-  # what the tests compare metadata with
-  libimage-exiftool-perl
+  frei0r-plugins-dev libavformat-dev libavcodec-dev libavutil-dev libswscale-dev
+  # what the tests compare metadata and videos with
+  libimage-exiftool-perl ffmpeg
 )
 
 missing=()

@@ -1,0 +1,210 @@
+// Demuxing and decoding.
+#include "media/video_reader.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <new>
+#include <string_view>
+#include <utility>
+
+#include "media/failure.h"
+#include "media/standard_streams.h"
+#include "media/video_input.h"
+#include "media/video_messages.h"
+
+extern "C" {
+#include <libavutil/avutil.h>
+#include <libavutil/dict.h>
+#include <libavutil/mathematics.h>
+}
+
+namespace vitrell::media {
+namespace {
+
+constexpr int kMostSide = 30000;  // of the effect's worlds
+
+AVRational Inverse(AVRational ratio) { return {ratio.den, ratio.num}; }
+
+// What Matroska tells of a stream: "00:00:02.000000000". In seconds; 0: nothing.
+double TaggedSeconds(const AVStream& stream) {
+  const AVDictionaryEntry* tag = av_dict_get(stream.metadata, "DURATION", nullptr, 0);
+  int hours = 0;
+  int minutes = 0;
+  double seconds = 0;
+  if (tag == nullptr || std::sscanf(tag->value, "%d:%d:%lf", &hours, &minutes, &seconds) != 3) {
+    return 0;
+  }
+  return hours * 3600.0 + minutes * 60.0 + seconds;
+}
+
+}  // namespace
+
+VideoReader::VideoReader(const std::filesystem::path& file, const VideoReadOptions& options)
+    : name_(ShownSource(file)), stop_(options.stop), maxPixels_(options.maxPixels) {
+  CollectVideoMessages();
+  if (IsStandardStream(file)) pipe_ = std::make_unique<VideoPipe>(stop_);
+  try {
+    container_ = OpenVideoContainer(file, name_, pipe_ ? pipe_->Context() : nullptr);
+  } catch (const Failure&) {
+    ThrowIfStopped();
+    throw;
+  }
+  stream_ = &FindVideoStream(*container_, name_);
+  decoder_ = OpenVideoDecoder(*stream_, name_, {options.threads, maxPixels_});
+  const AVRational rate = av_guess_frame_rate(container_.get(), stream_, nullptr);
+  if (rate.num > 0 && rate.den > 0) frameRate_ = rate;
+}
+
+void VideoReader::ThrowIfStopped() const {
+  if (stop_ != nullptr && *stop_) throw Failure(kCancelled, "cancelled; no file was written.");
+}
+
+std::int64_t VideoReader::ExpectedFrames() const {
+  if (stream_->nb_frames > 0) return stream_->nb_frames;
+  double seconds = TaggedSeconds(*stream_);
+  if (stream_->duration > 0) {
+    seconds = static_cast<double>(stream_->duration) * av_q2d(stream_->time_base);
+  } else if (seconds <= 0 && container_->duration > 0) {
+    seconds = static_cast<double>(container_->duration) / AV_TIME_BASE;
+  }
+  return static_cast<std::int64_t>(seconds * av_q2d(frameRate_) + 0.5);
+}
+
+void VideoReader::SetPacketSink(PacketSink sink) {
+  sink_ = std::move(sink);
+  for (const PacketHandle& packet : waiting_) sink_(*packet);
+  waiting_.clear();
+}
+
+void VideoReader::HandOn(const AVPacket& packet) {
+  if (sink_) {
+    sink_(packet);
+    return;
+  }
+  PacketHandle kept(av_packet_clone(&packet));
+  if (kept == nullptr) throw std::bad_alloc();
+  waiting_.push_back(std::move(kept));
+}
+
+// The first damage is what the others follow from.
+void VideoReader::TellDamage(const std::string& damage) {
+  if (damage_.empty()) damage_ = damage;
+}
+
+void VideoReader::Feed() {
+  while (true) {
+    av_packet_unref(packet_.get());
+    const int error = av_read_frame(container_.get(), packet_.get());
+    ThrowIfStopped();
+    if (error < 0) {
+      if (error != AVERROR_EOF) {
+        TellDamage("ends too early or is damaged (" + VideoErrorCause(error) + ")");
+      }
+      avcodec_send_packet(decoder_.get(), nullptr);
+      ended_ = true;
+      return;
+    }
+    if (packet_->stream_index != stream_->index) {
+      HandOn(*packet_);
+      continue;
+    }
+    ++packetsRead_;
+    packetEnd_ = avio_tell(container_->pb);
+    // What stands before the first frame is often the rest of a cut recording.
+    const bool begun = framesRead_ > 0;
+    if (packet_->pts != AV_NOPTS_VALUE) {
+      farthestEnd_ = std::max(farthestEnd_, packet_->pts + packet_->duration);
+    }
+    if ((packet_->flags & AV_PKT_FLAG_CORRUPT) != 0 && begun) {
+      TellDamage("ends too early or is damaged (a frame is not whole)");
+      continue;
+    }
+    const int sent = avcodec_send_packet(decoder_.get(), packet_.get());
+    if (sent >= 0) return;
+    if (begun) TellDamage("is damaged (" + VideoErrorCause(sent) + ")");
+  }
+}
+
+bool VideoReader::Next(AVFrame& frame) {
+  while (true) {
+    av_frame_unref(&frame);
+    const int error = avcodec_receive_frame(decoder_.get(), &frame);
+    if (error == AVERROR(EAGAIN) && !ended_) {
+      Feed();
+      continue;
+    }
+    if (error < 0) {
+      if (error != AVERROR_EOF && framesRead_ > 0) {
+        TellDamage("is damaged (" + VideoErrorCause(error) + ")");
+      }
+      if (error != AVERROR_EOF && error != AVERROR(EAGAIN) && !ended_) continue;
+      LookForMissingFrames();
+      return false;
+    }
+    const bool broken = (frame.flags & AV_FRAME_FLAG_CORRUPT) != 0 || frame.decode_error_flags != 0;
+    if (broken && framesRead_ > 0) {
+      TellDamage("is damaged (a frame could not be decoded whole)");
+      continue;
+    }
+    if (!HasSameSize(frame)) return false;
+    Stamp(frame);
+    ++framesRead_;
+    return true;
+  }
+}
+
+bool VideoReader::HasSameSize(const AVFrame& frame) {
+  const auto text = [](int width, int height) {
+    return std::to_string(width) + " x " + std::to_string(height);
+  };
+  if (framesRead_ == 0) {
+    width_ = frame.width;
+    height_ = frame.height;
+    const bool large = std::int64_t{width_} * height_ > maxPixels_;
+    if (!large && width_ <= kMostSide && height_ <= kMostSide) return true;
+    throw Failure(kFailed, name_.string() + ": " + text(width_, height_) +
+                               " pixels are more than " +
+                               (large ? "--max-pixels allows" : "the effect takes") +
+                               ". Use a smaller video.");
+  }
+  if (frame.width == width_ && frame.height == height_) return true;
+  // Also where the seam itself was damaged.
+  damage_ = "changes its size at frame " + std::to_string(framesRead_) + " from " +
+            text(width_, height_) + " to " + text(frame.width, frame.height);
+  return false;
+}
+
+void VideoReader::Stamp(AVFrame& frame) {
+  std::int64_t usual = frame.pkt_duration;
+  if (usual <= 0) usual = av_rescale_q(1, Inverse(frameRate_), stream_->time_base);
+  std::int64_t time = frame.best_effort_timestamp;
+  if (framesRead_ == 0) {
+    if (time == AV_NOPTS_VALUE) time = 0;
+  } else {
+    if (time == AV_NOPTS_VALUE) time = lastTime_ + std::max<std::int64_t>(lastDuration_, 1);
+    time = std::max(time, lastTime_ + 1);
+  }
+  frame.pts = time;
+  lastTime_ = time;
+  lastDuration_ = usual;
+}
+
+void VideoReader::LookForMissingFrames() {
+  const std::string_view container = container_->iformat->name;
+  // Frames all have one size, and there is nothing else.
+  if (container == "yuv4mpegpipe" && avio_tell(container_->pb) != packetEnd_) {
+    TellDamage("ends in the middle of a frame");
+  }
+  if (container == "avi" && stream_->duration > 0 && farthestEnd_ < stream_->duration) {
+    TellDamage("ends too early");
+  }
+  // Only this demuxer's index lists what it will read, and not what can be sought.
+  if (container.starts_with("mov,") && packetsRead_ < avformat_index_get_entries_count(stream_)) {
+    TellDamage("ends too early (" + std::to_string(packetsRead_) + " of " +
+               std::to_string(avformat_index_get_entries_count(stream_)) + " frames are there)");
+  }
+  // This demuxer says so, but returns a plain end of the file.
+  if (HasVideoMessage("File ended prematurely")) TellDamage("ends too early");
+}
+
+}  // namespace vitrell::media
