@@ -45,7 +45,10 @@ struct RenderArguments {
   std::string customLayer;
   std::string depth = "auto";  // "auto", "8" or "16"
   media::Encoding encoding;
-  int threads = 0;  // 0: all cores
+  std::string videoFormat;  // the container of videos through standard streams
+  std::string videoCodec;
+  std::string pixelFormat;  // of a video
+  int threads = 0;          // 0: all cores
   std::int64_t maxPixels = media::PictureLimits{}.maxPixels;
   std::string channels;            // empty: as the header tells
   std::vector<std::string> parts;  // of the file, and of the frames: as they were given

@@ -11,12 +11,12 @@
 namespace vitrell::cli {
 namespace {
 
-constexpr unsigned kGraceSeconds = 2;
-
+std::atomic<unsigned> g_graceSeconds{2};
 std::atomic<bool> g_interrupted{false};
 std::atomic<int> g_caught{0};
 std::atomic<int> g_first{0};
-static_assert(std::atomic<bool>::is_always_lock_free, "the handlers must not lock");
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<unsigned>::is_always_lock_free,
+              "the handlers must not lock");
 
 void EndAtOnce(int) {
   media::RemoveUnfinishedFile();
@@ -25,7 +25,7 @@ void EndAtOnce(int) {
 
 void AskToStop(int signal) {
   if (g_interrupted.exchange(true)) EndAtOnce(signal);
-  ::alarm(kGraceSeconds);
+  ::alarm(g_graceSeconds);
 }
 
 void Remember(int signal) {
@@ -72,6 +72,8 @@ void WatchSignalsAsWorker() {
   Handle(SIGHUP, SIG_IGN);
   Handle(SIGTERM, AskToStop);
 }
+
+void GrantSecondsToStop(unsigned seconds) { g_graceSeconds = seconds; }
 
 const std::atomic<bool>& InterruptFlag() { return g_interrupted; }
 

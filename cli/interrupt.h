@@ -25,6 +25,9 @@ int FirstSignal();
 // processes is left to the one that started it.
 void WatchSignalsAsWorker();
 
+// How long a stop may take before the process is ended; 2 until then.
+void GrantSecondsToStop(unsigned seconds);
+
 // True once a signal came.
 const std::atomic<bool>& InterruptFlag();
 

@@ -17,6 +17,7 @@ constexpr const char* kRenderExamples =
     "  vitrell render scan.tif out.tif --pages all\n"
     "  other-program | vitrell render - - --preset look.json > out.png\n"
     "  vitrell render plate.####.exr out/look.####.exr --frames 1001-1240 --preset look.json\n"
+    "  vitrell render in.mp4 out.mov --set fast-blur.amount=\"0=0; 1s=40; 2s=0\"\n"
     "\n"
     "Settings: the defaults, then the presets, then --set. `vitrell params` lists all names.\n"
     "--depth auto takes 8 bits for 8-bit files and 16 for all others, and keeps the file's type;\n"
@@ -115,7 +116,7 @@ void AddLookOptions(CLI::App& command, RenderArguments& arguments) {
 void AddEncodingOptions(CLI::App& command, media::Encoding& encoding) {
   command
       .add_option("--quality", encoding.quality,
-                  "of JPEG (default: 98), WebP, AVIF, HEIC (default: 90)")
+                  "of JPEG (default: 98), WebP, AVIF, HEIC (90), mp4, webm (65)")
       ->check(CLI::Range(1, 100).description(""))
       ->type_name("1..100")
       ->group(kFiles);
@@ -127,12 +128,30 @@ void AddEncodingOptions(CLI::App& command, media::Encoding& encoding) {
   command.add_flag("--lossless", encoding.lossless, "without loss, or not at all")->group(kFiles);
 }
 
+void AddVideoOptions(CLI::App& command, RenderArguments& arguments) {
+  command
+      .add_option("--video-codec", arguments.videoCodec,
+                  "another than the extension's: h264, hevc, prores, ffv1, ...")
+      ->type_name("NAME")
+      ->group(kFiles);
+  command.add_option("--pixel-format", arguments.pixelFormat, "of a video, as FFmpeg names it")
+      ->type_name("NAME")
+      ->group(kFiles);
+  command
+      .add_option("--video-format", arguments.videoFormat,
+                  "of a video on standard output (default: as it came in)")
+      ->check(CLI::IsMember({"y4m", "nut"}).description(""))
+      ->type_name("y4m|nut")
+      ->group(kFiles);
+}
+
 void AddFileOptions(CLI::App& command, RenderArguments& arguments) {
   command.add_option("--depth", arguments.depth, "bits the effect works with (default: auto)")
       ->check(CLI::IsMember({"auto", "8", "16"}).description(""))
       ->type_name("auto|8|16")
       ->group(kFiles);
   AddEncodingOptions(command, arguments.encoding);
+  AddVideoOptions(command, arguments);
   command
       .add_flag("--no-auto-orient", arguments.noAutoOrient,
                 "leave photographs as the camera stored them")
@@ -205,14 +224,17 @@ void AddFrei0rOptions(CLI::App& command, ParamsArguments& arguments) {
 }  // namespace
 
 CLI::App* AddRender(CLI::App& app, RenderArguments& arguments) {
-  CLI::App* command = app.add_subcommand("render", "renders a picture, or a sequence of them");
+  CLI::App* command =
+      app.add_subcommand("render", "renders a picture, a sequence of them, or a video");
   command->footer(kRenderExamples);
-  command->add_option("INPUT", arguments.input, "PNG, TIFF, JPEG, EXR, DPX, ...; - reads stdin")
+  command
+      ->add_option("INPUT", arguments.input,
+                   "PNG, TIFF, JPEG, EXR, DPX, ..., or a video; - reads stdin")
       ->required()
       ->type_name("");
   command
       ->add_option("OUTPUT", arguments.output,
-                   "its extension tells the format; - writes PNG to stdout")
+                   "its extension tells the format; - writes PNG (or a video) to stdout")
       ->required()
       ->type_name("");
   AddLookOptions(*command, arguments);

@@ -61,14 +61,18 @@ void ProgressBar::SetPart(int part, int parts) {
 
 void ProgressBar::Show(int stage, double done) {
   course_.Reach(part_ * stages_ + stage, done);
+  ShowLine([this](double elapsed) {
+    return ProgressLine(course_.Stage(), course_.Stages(), course_.Fraction(), elapsed);
+  });
+}
+
+void ProgressBar::ShowLine(const std::function<std::string(double)>& line) {
   const Clock::time_point now = Clock::now();
   if (!IsOn() || now - lastDrawn_ < kInterval) return;
   lastDrawn_ = now;
   drawn_ = true;
   const double elapsed = std::chrono::duration<double>(now - start_).count();
-  const std::string line =
-      ProgressLine(course_.Stage(), course_.Stages(), course_.Fraction(), elapsed);
-  std::fprintf(terminal_, "\r%s\033[K", line.c_str());
+  std::fprintf(terminal_, "\r%s\033[K", line(elapsed).c_str());
   std::fflush(terminal_);
 }
 

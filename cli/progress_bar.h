@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <string>
 
 namespace vitrell::cli {
@@ -45,6 +46,8 @@ class ProgressBar {
   void SetPart(int part, int parts);
   // stage counts from 1; `done` is the part of this stage, 0 to 1.
   void Show(int stage, double done);
+  // Shows another line in its place, or nothing if it would come too soon after the one before.
+  void ShowLine(const std::function<std::string(double elapsedSeconds)>& line);
   void Wipe();
 
  private:

@@ -78,10 +78,14 @@ void CheckStandardInput(const std::string& input, const EffectArguments& effect)
 }
 
 void CheckFiles(const RenderArguments& arguments, const std::string& layerPath) {
-  RefuseSameFiles(arguments, layerPath);
-  media::CheckTarget(arguments.output, arguments.force);
+  CheckNames(arguments, layerPath);
   media::CheckWritable(arguments.output, arguments.encoding);
   if (!arguments.pages.empty()) media::CheckTakesPages(arguments.output);
+}
+
+void CheckNames(const RenderArguments& arguments, const std::string& layerPath) {
+  RefuseSameFiles(arguments, layerPath);
+  media::CheckTarget(arguments.output, arguments.force);
   CheckPresetTarget(arguments.savePreset, arguments.force);
   if (!arguments.report.empty() && !media::IsStandardStream(arguments.report)) {
     media::CheckTarget(arguments.report, arguments.force);

@@ -17,6 +17,8 @@ void CheckPresetTarget(const std::string& target, bool force);
 // Refuses files that are written and would replace one another or what is read (a preset may be
 // updated in place), and targets that cannot be written. Throws Failure.
 void CheckFiles(const RenderArguments& arguments, const std::string& layerPath);
+// The same, but for whether OUTPUT is a picture that can be written.
+void CheckNames(const RenderArguments& arguments, const std::string& layerPath);
 
 }  // namespace vitrell::cli
 

@@ -18,6 +18,7 @@
 #include "cli/printable.h"
 #include "cli/progress_bar.h"
 #include "cli/render_checks.h"
+#include "cli/render_video.h"
 #include "cli/report.h"
 #include "cli/sequence_plan.h"
 #include "cli/still_render.h"
@@ -174,6 +175,7 @@ void RunRender(const RenderArguments& arguments) {
   }
   RefuseFrameOptions(arguments.frames);
   media::SetLibraryThreads(possible.threads);
+  if (IsVideoJob(possible)) return RenderVideo(possible);
   OnlyOnce([&] { RenderJob(possible).Run(); });
 }
 

@@ -26,6 +26,13 @@ Json JsonOf(const PictureFacts& facts) {
           {"bits", bits}};
 }
 
+Json JsonOf(const VideoFacts& facts) {
+  return {{"file", facts.file},          {"format", facts.container},
+          {"codec", facts.codec},        {"pixelFormat", facts.pixelFormat},
+          {"width", facts.width},        {"height", facts.height},
+          {"frameRate", facts.frameRate}};
+}
+
 Json TextsOf(const std::vector<Note>& notes, bool complaints) {
   Json texts = Json::array();
   for (const Note& note : notes) {
@@ -66,6 +73,11 @@ std::string ReportAsJson(const Report& report, const std::vector<Note>& notes) {
   if (report.input) json["input"] = JsonOf(*report.input);
   if (report.layer) json["customLayer"] = JsonOf(*report.layer);
   if (report.output) json["output"] = JsonOf(*report.output);
+  if (report.videoInput) {
+    json["input"] = JsonOf(*report.videoInput);
+    json["frames"] = report.frames;
+  }
+  if (report.videoOutput) json["output"] = JsonOf(*report.videoOutput);
   json["effect"] = {{"bits", report.effectBits}, {"threads", report.threads}};
   json["seconds"] = {{"read", report.readSeconds},
                      {"effect", report.effectSeconds},

@@ -5,6 +5,7 @@
 #include <OpenImageIO/imageio.h>
 
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,17 @@ struct PictureFacts {
   std::string file;
   std::string format;  // "JPEG 2000"
   OIIO::ImageSpec spec;
+};
+
+// Of one video's file.
+struct VideoFacts {
+  std::string file;
+  std::string container;    // "matroska,webm"
+  std::string codec;        // "h264"
+  std::string pixelFormat;  // "yuv420p"
+  int width = 0;
+  int height = 0;
+  std::string frameRate;  // "30000/1001"
 };
 
 // The seconds of the steps, each measured from the end of the one before.
@@ -44,6 +56,9 @@ struct Report {
   std::optional<PictureFacts> input;
   std::optional<PictureFacts> layer;
   std::optional<PictureFacts> output;
+  std::optional<VideoFacts> videoInput;
+  std::optional<VideoFacts> videoOutput;
+  std::int64_t frames = 0;  // of a video, rendered
   int effectBits = 0;
   int threads = 0;
   double readSeconds = 0;

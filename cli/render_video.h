@@ -1,0 +1,17 @@
+// `vitrell render` of a video.
+#ifndef VITRELL_CLI_RENDER_VIDEO_H_
+#define VITRELL_CLI_RENDER_VIDEO_H_
+
+#include "cli/arguments.h"
+#include "cli/video_checks.h"
+
+namespace vitrell::cli {
+
+// Renders all frames of INPUT, one after the other. Frame 0 of keys is the first one; the video's
+// rate and length take the place of --fps and --length. What is rendered is kept, under a name that
+// says so, when the rest cannot be read or a signal comes. Throws Failure.
+void RenderVideo(const RenderArguments& arguments);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_RENDER_VIDEO_H_

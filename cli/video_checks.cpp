@@ -1,0 +1,119 @@
+// Looking at names and first bytes.
+#include "cli/video_checks.h"
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+#include "cli/failure.h"
+#include "media/formats.h"
+#include "media/standard_streams.h"
+
+namespace vitrell::cli {
+namespace {
+
+// The literals below. NOLINTNEXTLINE(misc-unused-using-decls)
+using std::string_view_literals::operator""sv;
+
+struct Mark {
+  std::size_t offset;
+  std::string_view bytes;
+};
+
+// Containers that cannot be taken for a picture.
+constexpr std::array kMarks = {
+    Mark{0, "YUV4MPEG2"sv},
+    Mark{0, "nut/multimedia"sv},
+    Mark{0, "\x1a\x45\xdf\xa3"sv},
+    Mark{8, "AVI "sv},
+    Mark{0, "FLV\x01"sv},
+    Mark{0, "\x06\x0e\x2b\x34"sv},
+    Mark{0, "\x30\x26\xb2\x75"sv},
+    Mark{0, "OggS"sv},
+    Mark{0, "\0\0\x01\xba"sv},
+    Mark{4, "moov"sv},
+    Mark{4, "mdat"sv},
+    Mark{4, "wide"sv},
+};
+
+// The file types of pictures; every other one of the same container is sound or video.
+constexpr std::array kPictureBrands = {"mif1"sv, "msf1"sv, "heic"sv, "heix"sv, "heim"sv, "heis"sv,
+                                       "hevc"sv, "hevx"sv, "avif"sv, "avis"sv, "miaf"sv, "crx "sv};
+
+bool HasMark(std::string_view head, const Mark& mark) {
+  return head.size() >= mark.offset + mark.bytes.size() &&
+         head.substr(mark.offset, mark.bytes.size()) == mark.bytes;
+}
+
+bool IsVideoHead(std::string_view head) {
+  for (const Mark& mark : kMarks) {
+    if (HasMark(head, mark)) return true;
+  }
+  if (!HasMark(head, {4, "ftyp"sv})) return false;
+  for (const std::string_view brand : kPictureBrands) {
+    if (HasMark(head, {8, brand})) return false;
+  }
+  return true;
+}
+
+std::string HeadOf(const std::string& input) {
+  if (media::IsStandardStream(input)) return std::string(media::HeadOfStandardInput());
+  // What is read of a pipe is gone.
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(input, ignored)) return {};
+  std::string head(16, '\0');
+  std::ifstream file(input, std::ios::binary);
+  file.read(head.data(), static_cast<std::streamsize>(head.size()));
+  head.resize(static_cast<std::size_t>(file.gcount()));
+  return head;
+}
+
+bool IsPicture(const std::string& input) {
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(input, ignored) && media::FormatOfFile(input) != nullptr;
+}
+
+void Refuse(bool given, const std::string& option) {
+  if (given) {
+    throw Failure(kWrongUsage, option + " is for pictures, and INPUT is a video. Leave it out.");
+  }
+}
+
+}  // namespace
+
+bool IsVideoJob(const RenderArguments& arguments) {
+  const bool toStandard = media::IsStandardStream(arguments.output);
+  const bool toVideo = media::IsVideoName(arguments.output);
+  const bool fromVideo = IsVideoHead(HeadOf(arguments.input));
+  if (toVideo) return fromVideo || !IsPicture(arguments.input);
+  if (!fromVideo) return false;
+  if (toStandard) return true;
+  throw Failure(kWrongUsage, media::ShownSource(arguments.input) +
+                                 ": is a video. Give OUTPUT the extension of one: " +
+                                 media::VideoExtensions() + ".");
+}
+
+media::VideoEncoding VideoEncodingOf(const RenderArguments& arguments) {
+  media::VideoEncoding encoding;
+  encoding.container = arguments.videoFormat;
+  if (encoding.container.empty() && media::IsStandardStream(arguments.output)) {
+    encoding.container = HasMark(HeadOf(arguments.input), kMarks[0]) ? "y4m" : "nut";
+  }
+  encoding.codec = arguments.videoCodec;
+  encoding.pixelFormat = arguments.pixelFormat;
+  encoding.quality = arguments.encoding.quality;
+  encoding.lossless = arguments.encoding.lossless;
+  return encoding;
+}
+
+void CheckVideoOptions(const RenderArguments& arguments) {
+  Refuse(!arguments.channels.empty(), "--channels");
+  Refuse(!arguments.part.empty(), "--part");
+  Refuse(!arguments.pages.empty(), "--pages");
+  Refuse(!arguments.encoding.compression.empty(), "--compression");
+  media::CheckVideoEncoding(arguments.output, VideoEncodingOf(arguments));
+}
+
+}  // namespace vitrell::cli

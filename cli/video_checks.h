@@ -1,0 +1,23 @@
+// Whether a render is one of a video, and what such a one does not take.
+#ifndef VITRELL_CLI_VIDEO_CHECKS_H_
+#define VITRELL_CLI_VIDEO_CHECKS_H_
+
+#include "cli/arguments.h"
+#include "media/video_form.h"
+
+namespace vitrell::cli {
+
+// OUTPUT has a video's extension and INPUT is no picture, or both are standard streams and a video
+// comes in. Throws Failure (wrong usage) where a video would have to become a picture.
+bool IsVideoJob(const RenderArguments& arguments);
+
+// The options about the output's form.
+media::VideoEncoding VideoEncodingOf(const RenderArguments& arguments);
+
+// Refuses the options that are for pictures alone and forms that do not go together. Throws
+// Failure.
+void CheckVideoOptions(const RenderArguments& arguments);
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_VIDEO_CHECKS_H_
