@@ -34,7 +34,7 @@ constexpr const char* kExamples =
     "also 75 for what may go better later (disk full, memory, a folder gone) and 143 for SIGTERM.\n"
     "`vitrell help COMMAND` tells more.";
 
-constexpr const char* kCommands = "render, check, params, formats, about or help";
+constexpr const char* kCommands = "render, check, params, keys, formats, about or help";
 
 // Groups one blank line apart, and options without the list of what they exclude.
 class HelpFormatter : public CLI::Formatter {

@@ -290,11 +290,11 @@ void MakeBlack(Picture& picture) {
   std::visit(
       [&](auto& samples) {
         using Sample = typename std::decay_t<decltype(samples)>::value_type;
-        constexpr Sample kWhite =
-            std::is_integral_v<Sample> ? std::numeric_limits<Sample>::max() : Sample{1};
-        std::fill(samples.begin(), samples.end(), Sample{0});
+        const Sample white = std::is_integral_v<Sample> ? std::numeric_limits<Sample>::max()
+                                                        : static_cast<Sample>(1);
+        std::fill(samples.begin(), samples.end(), static_cast<Sample>(0));
         if (!picture.layout.HasAlpha()) return;
-        for (std::size_t i = alpha; i < samples.size(); i += channels) samples[i] = kWhite;
+        for (std::size_t i = alpha; i < samples.size(); i += channels) samples[i] = white;
       },
       picture.samples);
 }

@@ -49,7 +49,8 @@ TEST_F(WrongUsageRunTest, WrongChoicePointAndColour) {
 
 TEST_F(WrongUsageRunTest, WrongOptions) {
   ExpectMessage(Run({}), 2, {"a command is needed", "--help"});
-  ExpectMessage(Run({"rendr"}), 2, {"\"rendr\"", "render, params, formats, about or help"});
+  ExpectMessage(Run({"rendr"}), 2,
+                {"\"rendr\"", "render, check, params, keys, formats, about or help"});
   ExpectMessage(Run({"render"}), 2, {"required", "vitrell render --help"});
   ExpectMessage(Run({"render", "in.png"}), 2, {"OUTPUT", "vitrell render --help"});
   ExpectMessage(Render({"third.png"}), 2, {"third.png"});
