@@ -24,9 +24,12 @@ class FrameWorker {
  public:
   // The arguments are those of a still but for the names; their length is known. The effect and
   // the settings must outlive it.
-  FrameWorker(const RenderArguments& arguments, headless::EffectHost& host,
-              const look::Settings& settings, FrameWishes wishes)
-      : arguments_(arguments), host_(host), settings_(settings), wishes_(std::move(wishes)) {}
+  FrameWorker(RenderArguments arguments, headless::EffectHost& host, const look::Settings& settings,
+              FrameWishes wishes)
+      : arguments_(std::move(arguments)),
+        host_(host),
+        settings_(settings),
+        wishes_(std::move(wishes)) {}
 
   // Never throws: what goes wrong is in the answer.
   FrameAnswer Render(const FrameJob& job) noexcept;

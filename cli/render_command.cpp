@@ -135,8 +135,9 @@ void ChooseParts(bool sequence, RenderArguments& arguments) {
     const bool ofFrames = sequence && ParsePartOfFrames(part);
     std::string& chosen = ofFrames ? arguments.frames.part : arguments.part;
     if (!chosen.empty()) {
-      throw Failure(kWrongUsage, "--part: " + chosen + " and " + part +
-                                     " cannot both be rendered. Give one of them.");
+      std::string message = "--part: " + chosen;
+      message.append(" and ").append(part).append(" cannot both be rendered. Give one of them.");
+      throw Failure(kWrongUsage, message);
     }
     chosen = part;
   }

@@ -1,6 +1,7 @@
 // Looking at names and first bytes.
 #include "cli/video_checks.h"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <fstream>
@@ -48,14 +49,13 @@ bool HasMark(std::string_view head, const Mark& mark) {
 }
 
 bool IsVideoHead(std::string_view head) {
-  for (const Mark& mark : kMarks) {
-    if (HasMark(head, mark)) return true;
-  }
-  if (!HasMark(head, {4, "ftyp"sv})) return false;
-  for (const std::string_view brand : kPictureBrands) {
-    if (HasMark(head, {8, brand})) return false;
-  }
-  return true;
+  const bool isMarked = std::any_of(kMarks.begin(), kMarks.end(),
+                                    [&](const Mark& mark) { return HasMark(head, mark); });
+  if (isMarked) return true;
+  return HasMark(head, {4, "ftyp"sv}) &&
+         std::none_of(kPictureBrands.begin(), kPictureBrands.end(), [&](std::string_view brand) {
+           return HasMark(head, {8, brand});
+         });
 }
 
 std::string HeadOf(const std::string& input) {

@@ -104,8 +104,8 @@ std::vector<int> FindPages(const fs::path& file, const std::string& wanted) {
                                ": is damaged or incomplete (no page can be found). Export or copy "
                                "the picture again.");
   }
-  const std::optional<std::vector<int>> found =
-      PagesIn(wanted == "all" ? "1-" : std::string_view(wanted), pages);
+  const std::string_view set = wanted == "all" ? std::string_view{"1-"} : std::string_view{wanted};
+  const std::optional<std::vector<int>> found = PagesIn(set, pages);
   if (found) return *found;
   throw Failure(kWrongUsage, file.string() + ": has no pages \"" + wanted + "\"; it has " +
                                  std::to_string(pages) +
@@ -181,7 +181,9 @@ std::vector<std::string> PageWriter::Notices() const {
   std::vector<std::string> notices;
   for (const auto& [notice, pages] : notices_) {
     const bool all = pages.size() == pages_.size();
-    notices.push_back(prefix + (all ? "" : Named(pages) + ": ") + notice);
+    std::string text = prefix;
+    if (!all) text.append(Named(pages)).append(": ");
+    notices.push_back(text.append(notice));
   }
   const bool moves = std::any_of(delays_.begin(), delays_.end(), [](int delay) { return delay; });
   if (moves && format_.plugin != "gif") {

@@ -67,7 +67,8 @@ bool BeginWithPage(std::span<char> file, int page) {
     for (int i = 0; i < page; ++i) {
       const std::uint64_t directory = NumberAt<std::uint32_t>(bytes, link, swapped);
       if (directory == 0) return false;
-      link = directory + 2 + kEntryBytes * NumberAt<std::uint16_t>(bytes, directory, swapped);
+      const std::uint64_t entries = NumberAt<std::uint16_t>(bytes, directory, swapped);
+      link = directory + 2 + kEntryBytes * entries;
     }
     if (NumberAt<std::uint32_t>(bytes, link, swapped) == 0) return false;
   } catch (const std::runtime_error&) {
@@ -81,7 +82,8 @@ void TiffJoiner::Put(std::uint32_t place, std::uint32_t number) {
   sink_.pwrite(&number, sizeof(number), std::int64_t{place} + shift_);
 }
 
-void TiffJoiner::MoveEntry(std::string_view file, std::uint32_t entry, int depth) {
+void TiffJoiner::MoveEntry(std::string_view file, std::uint32_t entry, int depth,
+                           std::vector<Directory>* found) {
   const std::uint16_t tag = Short(file, entry);
   const std::uint16_t type = Short(file, entry + 2);
   const std::uint32_t count = Long(file, entry + 4);
@@ -97,15 +99,20 @@ void TiffJoiner::MoveEntry(std::string_view file, std::uint32_t entry, int depth
     const std::uint32_t place = values + i * static_cast<std::uint32_t>(sizeof(std::uint32_t));
     const std::uint32_t target = Long(file, place);
     Put(place, target + shift_);
-    if (directories) MoveDirectory(file, target, depth + 1);
+    if (directories) found->push_back({target, depth + 1});
   }
 }
 
-void TiffJoiner::MoveDirectory(std::string_view file, std::uint32_t directory, int depth) {
-  if (depth > kDeepest) throw std::runtime_error("a page is laid out oddly");
-  const std::uint32_t entries = Short(file, directory);
-  for (std::uint32_t i = 0; i < entries; ++i) {
-    MoveEntry(file, directory + 2 + i * kEntryBytes, depth);
+void TiffJoiner::MoveDirectories(std::string_view file, std::uint32_t first) {
+  std::vector<Directory> waiting = {{first, 0}};
+  while (!waiting.empty()) {
+    const Directory directory = waiting.back();
+    waiting.pop_back();
+    if (directory.depth > kDeepest) throw std::runtime_error("a page is laid out oddly");
+    const std::uint32_t entries = Short(file, directory.place);
+    for (std::uint32_t i = 0; i < entries; ++i) {
+      MoveEntry(file, directory.place + 2 + i * kEntryBytes, directory.depth, &waiting);
+    }
   }
 }
 
@@ -123,7 +130,7 @@ void TiffJoiner::Add(std::string_view file, int /*delay*/) {
   shift_ = static_cast<std::uint32_t>(place - skipped);
   const std::uint32_t directory = Long(file, kFirst);
   if (!begins) {
-    MoveDirectory(file, directory, 0);
+    MoveDirectories(file, directory);
     const std::uint32_t moved = directory + shift_;
     sink_.pwrite(&moved, sizeof(moved), static_cast<std::int64_t>(link_));
   }

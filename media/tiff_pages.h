@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "media/file_sink.h"
 #include "media/page_joiner.h"
@@ -26,8 +27,16 @@ class TiffJoiner final : public PageJoiner {
   void Finish() override {}
 
  private:
-  void MoveDirectory(std::string_view file, std::uint32_t directory, int depth);
-  void MoveEntry(std::string_view file, std::uint32_t entry, int depth);
+  struct Directory {
+    std::uint32_t place;
+    int depth;  // in others; the page's own has 0
+  };
+
+  // The page's directory and those within it.
+  void MoveDirectories(std::string_view file, std::uint32_t first);
+  // Adds the directories that the entry names.
+  void MoveEntry(std::string_view file, std::uint32_t entry, int depth,
+                 std::vector<Directory>* found);
   // Puts a number in the place of one of the page that is being added.
   void Put(std::uint32_t place, std::uint32_t number);
 

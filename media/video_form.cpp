@@ -86,7 +86,7 @@ const Container& ContainerFor(const std::filesystem::path& target, const VideoEn
 const AVCodec* EncoderFor(const Container& container, const VideoEncoding& encoding) {
   if (encoding.codec.empty()) return avcodec_find_encoder_by_name(container.encoder);
   const Encoder* usual = EncoderNamed(encoding.codec);
-  const std::string name(usual == nullptr ? std::string_view(encoding.codec) : usual->name);
+  const std::string name = usual == nullptr ? encoding.codec : std::string{usual->name};
   const AVCodec* codec = avcodec_find_encoder_by_name(name.c_str());
   if (codec == nullptr) {
     const AVCodecDescriptor* descriptor = avcodec_descriptor_get_by_name(name.c_str());

@@ -1,6 +1,7 @@
 // Comparing two videos' headers.
 #include "media/video_losses.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <string_view>
@@ -40,10 +41,7 @@ std::string LowerCase(std::string_view text) {
 }
 
 bool IsOfTheWork(const std::string& key) {
-  for (const std::string_view other : kNotOfTheWork) {
-    if (key == other) return false;
-  }
-  return true;
+  return std::find(kNotOfTheWork.begin(), kNotOfTheWork.end(), key) == kNotOfTheWork.end();
 }
 
 // Whether any value of the file or the stream is this text: containers rename keys.
