@@ -2,8 +2,8 @@
 # Sets the machine up and checks the project.
 #
 #   scripts/test.sh              builds the release build and runs every test of it; minutes
-#   scripts/test.sh --thorough   every part below but bundle, windows, frei0r and packages, which are
-#                                named by hand; the release suite last; more than an hour
+#   scripts/test.sh --thorough   every part below but bundle, windows, frei0r, farm and packages, which
+#                                are named by hand; the release suite last; more than an hour
 #   scripts/test.sh PART...      only these parts, in this order
 #   scripts/test.sh --help
 #
@@ -18,6 +18,7 @@
 #   bundle      the bundle for macOS, built here, and both its halves run against the Linux module
 #   windows     the module for Windows, built here, and the tests under Wine
 #   frei0r      the frei0r modules in FFmpeg, melt and GStreamer, beside the command line
+#   farm        a sequence as a Slurm job array and under GNU parallel, beside one run
 #   packages    the Debian packages, built, checked, installed in a clean Debian and removed
 #   clang       the suite built with clang, but for the tests that start the command line
 #   release     the suite built with gcc
@@ -26,10 +27,10 @@
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 # A part is a name here and a function check_NAME below (a - in the name is a _ there).
-all_parts=(format arrows tidy asan-ubsan fuzz tsan aarch64 bundle windows frei0r packages clang release)
+all_parts=(format arrows tidy asan-ubsan fuzz tsan aarch64 bundle windows frei0r farm packages clang release)
 
 # Parts that fetch compilers and emulators of other systems, video programs, or a whole system.
-by_hand=(bundle windows frei0r packages)
+by_hand=(bundle windows frei0r farm packages)
 
 # The random renders are compared in full by the two release suites. Under a sanitizer every
 # render costs many times as much and looks for another kind of mistake: a few are enough.
@@ -80,6 +81,8 @@ check_bundle() { bash scripts/build-macos.sh --test; }
 check_windows() { bash scripts/build-windows.sh --test; }
 
 check_frei0r() { bash scripts/test-frei0r.sh; }
+
+check_farm() { bash scripts/test-farm.sh; }
 
 check_packages() { bash scripts/build-packages.sh --test; }
 
