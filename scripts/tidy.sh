@@ -6,12 +6,16 @@
 #   scripts/tidy.sh            every source file that needs it, but those of another system
 #   scripts/tidy.sh --all      every source file
 #   scripts/tidy.sh FILE...    only these, when they need it
+#   scripts/tidy.sh --remember the same as without; when all is clean, scripts/tidy_clean.txt says so
 #   scripts/tidy.sh --help
 #
 # What was clean is remembered in VITRELL_TIDY_CACHE (default: vitrell-tidy in the user's folder of
-# caches) by the contents of the files, so that another clone profits too.
+# caches) by the contents of the files, so that another clone profits too. scripts/tidy_clean.txt is
+# the memory of the project itself, for machines that never checked it: one checksum a file over all
+# that goes into it. A file that it does not know, or knows otherwise, is checked.
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
+export clean_list="$root/scripts/tidy_clean.txt"
 export cache="${VITRELL_TIDY_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/vitrell-tidy}"
 build=build/clang
 export root build
@@ -43,15 +47,25 @@ sum_inputs() {
     -e "s|^$root/||" | LC_ALL=C sort -u | xargs -d '\n' sha256sum
 }
 
+# One line of the list of clean files. Takes a line of list_commands and its inputs' checksums; where
+# other libraries' headers lie shows in the inputs.
+clean_line() {
+  local file="${1%%$'\t'*}" command
+  command="$(sed -E "s/ -isystem [^ ]+//g; s|$root||g" <<<"${1#*$'\t'}")"
+  printf '%s  %s\n' "$(sha256sum <<<"$setting$command$2" | cut -d ' ' -f 1)" "$file"
+}
+
 # Checks one file and remembers it when it is clean. Takes the name to remember it by and a line of
 # list_commands.
 check_one() {
   local stamp="$cache/$1" file="${2%%$'\t'*}" sums
   sums="$(sum_inputs "$2")" || return 1
-  clang-tidy-14 -p "$build" --quiet --warnings-as-errors='*' "$file" || return 1
+  if [[ -n "$all" ]] || ! grep -qxF "$(clean_line "$2" "$sums")" "$clean_list"; then
+    clang-tidy-14 -p "$build" --quiet --warnings-as-errors='*' "$file" || return 1
+  fi
   printf '%s\n' "$sums" >"$stamp.$$" && mv "$stamp.$$" "$stamp"
 }
-export -f sum_inputs check_one
+export -f sum_inputs clean_line check_one
 
 # Prints which of the stamps named on stdin (paths) are still true of the files they list.
 true_stamps() {
@@ -66,7 +80,8 @@ true_stamps() {
 }
 
 files=()
-all=
+export all=
+remember=
 for argument in "$@"; do
   case "$argument" in
     -h | --help)
@@ -74,6 +89,7 @@ for argument in "$@"; do
       exit 0
       ;;
     --all) all=1 ;;
+    --remember) remember=1 ;;
     *) files+=("$argument") ;;
   esac
 done
@@ -90,6 +106,8 @@ find "$cache" -type f -mtime +60 -delete
 
 # What a stamp's name holds beside the file: all that is not among the files it lists.
 setting="$(clang-tidy-14 --version | grep version; cat .clang-tidy)"
+export setting
+touch "$clean_list"
 declare -A line_of name_of is_true
 while IFS= read -r line; do
   line_of["${line%%$'\t'*}"]="$line"
@@ -118,4 +136,9 @@ for file in "${due[@]}"; do
   printf '%s\0%s\0' "${name_of[$file]}" "${line_of[$file]}"
 done | xargs -0 -r -n 2 -P "$jobs" bash -c 'check_one "$1" "$2"' check_one \
   2> >(grep -v -E '^[0-9]+ warnings? generated\.$|^$|^Suppressed ' >&2) || exit 1
+if [[ -n "$remember" ]]; then
+  for file in "${files[@]}"; do
+    clean_line "${line_of[$file]}" "$(cat "$cache/${name_of[$file]}")"
+  done >"$clean_list"
+fi
 echo "${#files[@]} files are tidy."

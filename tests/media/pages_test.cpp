@@ -170,7 +170,7 @@ TEST_F(PagesTest, GifFramesMayDifferInSize) {
 TEST_F(PagesTest, CutFilesAreNotJoined) {
   const std::string gif = Encoded("a.gif", NoisePicture(20, 30, 3, OIIO::TypeDesc::UINT8, 1));
   const std::string tiff = Encoded("a.tif", NoisePicture(20, 30, 3, OIIO::TypeDesc::UINT8, 1));
-  for (const std::size_t part : {0, 5, 40, 90, 99}) {
+  for (const std::size_t part : {0U, 5U, 40U, 90U, 99U}) {
     const std::string cutGif = gif.substr(0, gif.size() * part / 100);
     const std::string cutTiff = tiff.substr(0, part);  // within the directory, which comes first
     EXPECT_THROW(Join<GifJoiner>("o.gif", {cutGif}, {1}, std::optional<int>()), std::runtime_error)
