@@ -1,4 +1,4 @@
-// Blocks of GIF files. Offsets and marks are those of the GIF89a specification.
+// Blocks of GIF files. Offsets and marks are those of GIF89a.
 #include "media/gif_pages.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Directories of TIFF files. Tags, types and sizes are those of the TIFF 6.0 specification.
+// Directories of TIFF files. Tags, types and sizes are those of TIFF 6.0.
 #include "media/tiff_pages.h"
 
 #include <algorithm>
