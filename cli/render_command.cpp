@@ -95,14 +95,7 @@ class RenderJob {
   void WriteReport() {
     if (arguments_.report.empty()) return;
     report_.totalSeconds = clock_.Total();
-    const std::string text = ReportAsJson(report_, notes_.All());
-    if (media::IsStandardStream(arguments_.report)) {
-      std::fputs(text.c_str(), stdout);
-    } else {
-      for (const std::string& notice : media::WriteTextFile(arguments_.report, text)) {
-        notes_.Advise(notice);
-      }
-    }
+    PutReport(report_, arguments_.report, notes_);
   }
 
   // The failure itself is told in any case.

@@ -1,10 +1,13 @@
 // Writing the report.
 #include "cli/report.h"
 
+#include <cstdio>
 #include <ctime>
 #include <nlohmann/json.hpp>
 
 #include "cli/failure.h"
+#include "media/output_file.h"
+#include "media/standard_streams.h"
 
 namespace vitrell::cli {
 namespace {
@@ -89,6 +92,15 @@ std::string ReportAsJson(const Report& report, const std::vector<Note>& notes) {
   json["complaints"] = TextsOf(notes, true);
   // File names need not be UTF-8.
   return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+void PutReport(const Report& report, const std::string& target, Notes& notes) {
+  const std::string text = ReportAsJson(report, notes.All());
+  if (media::IsStandardStream(target)) {
+    std::fputs(text.c_str(), stdout);
+    return;
+  }
+  for (const std::string& notice : media::WriteTextFile(target, text)) notes.Advise(notice);
 }
 
 }  // namespace vitrell::cli

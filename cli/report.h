@@ -71,6 +71,10 @@ struct Report {
 // What is not known because a failure came before is left out.
 std::string ReportAsJson(const Report& report, const std::vector<Note>& notes);
 
+// Puts the report into the target, a file or "-" for standard output. What a replaced file loses
+// becomes advice. Throws Failure.
+void PutReport(const Report& report, const std::string& target, Notes& notes);
+
 }  // namespace vitrell::cli
 
 #endif  // VITRELL_CLI_REPORT_H_
