@@ -1,13 +1,8 @@
-// Sequences on the command line: frames, holes, renumbering, failures, parts, signals.
-#include <signal.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <cstdlib>
+// Sequences on the command line: frames, holes, renumbering, failed frames, parts.
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "cli/tool_run.h"
+#include "cli/sequence_files.h"
 #include "media/picture_files.h"
 
 namespace vitrell::cli {
@@ -16,55 +11,6 @@ namespace {
 using media::NoisePicture;
 using media::ReadPictureFile;
 using media::WritePictureFile;
-
-constexpr const char* kPlate = "plate.####.png";
-constexpr const char* kLook = "out/look.####.png";
-
-class SequenceRunTest : public ToolTest {
- protected:
-  SequenceRunTest() { std::filesystem::create_directory(InFolder("out")); }
-
-  static std::string Name(const std::string& start, int frame) {
-    const std::string digits = std::to_string(frame);
-    return start + std::string(4 - digits.size(), '0') + digits + ".png";
-  }
-
-  void MakePlate(int first, int last) const {
-    for (int frame = first; frame <= last; ++frame) MakeFrame(frame, 24, 16);
-  }
-  void MakeFrame(int frame, int width, int height) const {
-    WritePictureFile(
-        InFolder(Name("plate.", frame)),
-        NoisePicture(width, height, 4, OIIO::TypeDesc::UINT8, static_cast<uint32_t>(frame)));
-  }
-
-  ToolResult Render(std::vector<std::string> more, const std::string& input = kPlate,
-                    const std::string& output = kLook) const {
-    more.insert(more.begin(), {"render", input, output});
-    return Run(more);
-  }
-
-  std::vector<std::string> Out() const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(InFolder("out"))) {
-      names.push_back(entry.path().filename());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-  }
-  static std::vector<std::string> Looks(const std::vector<int>& frames) {
-    std::vector<std::string> names;
-    for (const int frame : frames) names.push_back(Name("look.", frame));
-    return names;
-  }
-  std::vector<uint16_t> Pixels(const std::string& name) const {
-    return ReadPictureFile(InFolder(name)).samples;
-  }
-};
-
-bool Holds(const std::string& text, const std::string& piece) {
-  return text.find(piece) != std::string::npos;
-}
 
 TEST_F(SequenceRunTest, EveryFrameIsTheStillAtItsNumber) {
   MakePlate(8, 11);
@@ -292,82 +238,6 @@ TEST_F(SequenceRunTest, SkipsOnlyWhatIsWholeAndMadeOfTheSame) {
 }
 
 // VITRELL_KILLS sets how often; each time at another moment.
-TEST_F(SequenceRunTest, AKilledRunGoesOnWhereItWas) {
-  MakePlate(1, 12);
-  const std::vector<std::string> arguments = {
-      "render",     kPlate, kLook, "--jobs", "2", "--set", "intensity=1=0; 12=100",
-      "--existing", "skip"};
-  ASSERT_EQ(Run(arguments).exitCode, 0);
-  std::vector<std::string> bytes;
-  for (int i = 1; i <= 12; ++i) bytes.push_back(ReadFile(Name("out/look.", i)));
-  const char* const told = std::getenv("VITRELL_KILLS");
-  const int kills = told == nullptr ? 4 : std::atoi(told);
-  int unfinished = 0;
-  for (int kill = 0; kill < kills; ++kill) {
-    std::filesystem::remove_all(InFolder("out"));
-    std::filesystem::create_directory(InFolder("out"));
-    {
-      RunningTool tool(arguments, Folder());
-      ::usleep(static_cast<useconds_t>(40000 + 7919 * kill % 120000));
-      if (kill % 2 == 0) tool.KillAll();
-      if (kill % 2 == 1) tool.Signal(SIGKILL);
-    }
-    unfinished += Out() == Looks({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}) ? 0 : 1;
-    // Beside another one that renders the same.
-    RunningTool other(arguments, Folder());
-    const ToolResult run = Run(arguments);
-    EXPECT_EQ(run.exitCode, 0) << run.err;
-    EXPECT_EQ(other.Wait().exitCode, 0);
-    EXPECT_EQ(Out(), Looks({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
-    for (int i = 1; i <= 12; ++i) {
-      EXPECT_TRUE(ReadFile(Name("out/look.", i)) == bytes[static_cast<std::size_t>(i - 1)]) << i;
-    }
-  }
-  EXPECT_GT(unfinished, 0);
-}
-
-TEST_F(SequenceRunTest, SignalsEndTheWorkersAndLeaveNoFiles) {
-  MakePlate(1, 4);
-  const std::vector<std::string> arguments = {
-      "render", kPlate,          kLook, "--jobs", "2", "--effect", VITRELL_FAKE_EFFECT_PATH,
-      "--set",  "test.work=wait"};
-  for (const int signal : {SIGINT, SIGTERM}) {
-    // Both workers leave the mark.
-    std::filesystem::remove(InFolder("rendering"));
-    RunningTool tool(arguments, Folder());
-    for (int i = 0; i < 1500 && !std::filesystem::remove(InFolder("rendering")); ++i) {
-      ::usleep(20000);
-    }
-    tool.Signal(signal);
-    const ToolResult result = tool.Wait();
-    EXPECT_EQ(result.exitCode, signal == SIGINT ? 130 : 143) << result.err;
-    EXPECT_TRUE(Holds(result.err, "cancelled. 4 frames are left: 1-4.")) << result.err;
-    EXPECT_TRUE(Out().empty());
-  }
-}
-
-TEST_F(SequenceRunTest, AWorkerThatDiesIsOneFailedFrame) {
-  MakePlate(1, 3);
-  const ToolResult run =
-      Render({"--effect", VITRELL_FAKE_EFFECT_PATH, "--set", "test.work=0|=Copy; 2|=Die; 3|=Copy",
-              "--keep-going", "--jobs", "1"});
-  EXPECT_EQ(run.exitCode, 1);
-  EXPECT_TRUE(Holds(run.err,
-                    "frame 2: out/look.0002.png: the process that rendered it was ended "
-                    "by signal 6"))
-      << run.err;
-  EXPECT_TRUE(Holds(run.err, "1 of 3 frames failed: 2.")) << run.err;
-  EXPECT_EQ(Out(), Looks({1, 3}));
-}
-
-TEST_F(SequenceRunTest, AFolderThatVanishesMayBeTriedAgain) {
-  MakePlate(1, 3);
-  const ToolResult run =
-      Render({"--effect", VITRELL_FAKE_EFFECT_PATH, "--set", "test.work=Vanish", "--jobs", "1"});
-  EXPECT_EQ(run.exitCode, 75) << run.err;
-  EXPECT_TRUE(Holds(run.err, "1 of 3 frames failed: 1.")) << run.err;
-}
-
 TEST_F(SequenceRunTest, WorkersStartBeforeTheLibrariesHaveThreads) {
   MakePlate(1, 4);
   for (const char* out : {"out/a.####.exr", "out/a.####.tif", "out/a.####.jpg"}) {
