@@ -113,4 +113,24 @@ for preset in presets/*.json; do
   picture "recipe-$(basename "$preset" .json)" --preset "$preset"
 done
 
-say "$(find "$images" -name '*.jpg' | wc -l) pictures, $(du -sh "$images" | cut -f1)"
+# The clip: a sequence in, an animation out.
+clip="$work/clip"
+mkdir "$clip"
+"$build/tools/sample_picture/sample_picture" --opaque --frames 50 --width 480 --height 270 \
+  "$clip/street.####.png"
+
+animation() {
+  local name="$1" settings=() setting
+  shift
+  for setting in "$@"; do settings+=(--set "$setting"); done
+  "$build/cli/vitrell" render "$clip/street.####.png" "$clip/$name.####.png" --quiet "${settings[@]}"
+  ffmpeg -nostdin -v error -y -framerate 25 -start_number 1 -i "$clip/$name.%04d.png" \
+    -c:v libwebp_anim -quality 60 -compression_level 6 -loop 0 "$images/$name.webp"
+}
+
+animation moving-lens fast-blur.amount=7 lens.type=circle lens.invert-alpha=on lens.feather=70 \
+  lens.scale=42 lens.position='1~=25%,66%; 20=12%,77%; 50=80%,77%'
+animation moving-blur fast-blur.visible=off lens.type=none realistic-blur.iris-sides=hexagon \
+  realistic-blur.amount='1~=0; 25~=9; 50=0'
+
+say "$(find "$images" -name '*.jpg' -o -name '*.webp' | wc -l) pictures, $(du -sh "$images" | cut -f1)"
