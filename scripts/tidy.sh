@@ -17,7 +17,8 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 export clean_list="$root/scripts/tidy_clean.txt"
 export cache="${VITRELL_TIDY_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/vitrell-tidy}"
-build=build/clang
+# Never built. Without precompiled headers, which also shows a file that forgets an include.
+build=build/tidy
 export root build
 
 usage() {
@@ -100,7 +101,7 @@ done
 
 use_ccache
 say "Configuring $build for its compile commands"
-cmake --preset clang --log-level=WARNING
+cmake --preset clang -B "$build" -DVITRELL_PCH=OFF --log-level=WARNING
 mkdir -p "$cache"
 find "$cache" -type f -mtime +60 -delete
 
