@@ -8,6 +8,7 @@
 #   scripts/bench.sh --no-peers       without the other libraries; to the terminal, too
 #   scripts/bench.sh --filter REGEX   the same for the cases of these names only, see --list
 #   scripts/bench.sh --files          only the table of picture files of 24 megapixels; ten minutes
+#   scripts/bench.sh --frames         only the tables of sequences and videos; ten minutes
 #   scripts/bench.sh --list           names all cases
 #   scripts/bench.sh --help
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -108,7 +109,7 @@ filter=
 quick=()
 peers=1
 list=0
-files=0
+around=
 while (($#)); do
   case "$1" in
     -h | --help)
@@ -118,7 +119,8 @@ while (($#)); do
     --quick) quick=(--quick) ;;
     --no-peers) peers=0 ;;
     --list) list=1 ;;
-    --files) files=1 ;;
+    --files) around=files ;;
+    --frames) around=frames ;;
     --filter)
       [[ $# -ge 2 ]] || { echo "--filter needs a pattern" >&2; exit 2; }
       filter="$2"
@@ -144,18 +146,18 @@ if ((list)); then
   exit 0
 fi
 
-if ((files)); then
+if [[ -n "$around" ]]; then
   say "Building $build ($jobs jobs)"
   cmake --preset release -B "$build" --log-level=WARNING
   cmake --build "$build" --parallel "$jobs" --target vitrell sample_picture
-  say "Measuring picture files"
+  say "Measuring $around"
   {
     heading
     printf '\n'
-    scripts/bench_files.sh "$build/cli/vitrell" "$build/tools/sample_picture/sample_picture"
-  } | tee "$work/files.md"
-  write_page "$work/files.md" files "files end"
-  echo "docs/performance.md has the table."
+    "scripts/bench_$around.sh" "$build/cli/vitrell" "$build/tools/sample_picture/sample_picture"
+  } | tee "$work/around.md"
+  write_page "$work/around.md" "$around" "$around end"
+  echo "docs/performance.md has the tables."
   exit 0
 fi
 
