@@ -18,6 +18,7 @@
 #include "media/failure.h"
 #include "media/picture.h"
 #include "media/picture_files.h"
+#include "media/psd_file.h"
 #include "media/webp_output.h"
 
 namespace vitrell::media {
@@ -56,27 +57,6 @@ class SharedCounts {
   Counts* counts_;
 };
 
-void PutBig(std::string& bytes, uint32_t number, int size) {
-  for (int i = size - 1; i >= 0; --i) bytes += static_cast<char>(number >> (8 * i) & 0xffU);
-}
-
-// A flat file of version 1, since nothing writes one here: no layers, planes as they are.
-std::string PlainPsd() {
-  std::string bytes = "8BPS";
-  PutBig(bytes, 1, 2);
-  bytes += std::string(6, '\0');
-  PutBig(bytes, 3, 2);
-  PutBig(bytes, kHeight, 4);
-  PutBig(bytes, kWidth, 4);
-  PutBig(bytes, 8, 2);
-  PutBig(bytes, 3, 2);
-  bytes += std::string(12, '\0');
-  PutBig(bytes, 0, 2);
-  std::mt19937 random(9);
-  for (int i = 0; i < 3 * kWidth * kHeight; ++i) bytes += static_cast<char>(random() & 0xffU);
-  return bytes;
-}
-
 void WriteWebp(const fs::path& file, const FilePicture& picture) {
   WebpOutput output;
   OIIO::Filesystem::IOFile proxy(file.string(), OIIO::Filesystem::IOProxy::Write);
@@ -105,7 +85,7 @@ class DamagedFilesTest : public testing::TestWithParam<Format> {
       OIIO::attribute("threads", 1);
       const FilePicture picture = NoisePicture(kWidth, kHeight, 3, OIIO::TypeDesc::UINT8, 4);
       if (GetParam().name == "PSD") {
-        std::ofstream(file_, std::ios::binary) << PlainPsd();
+        WritePsdFile(file_, {picture, 6, {{"layer", 5, 4, picture}}});
       } else if (GetParam().name == "WebP") {
         WriteWebp(file_, picture);
       } else {

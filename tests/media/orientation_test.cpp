@@ -7,10 +7,12 @@
 #include <filesystem>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
 #include "media/picture_files.h"
+#include "media/psd_file.h"
 
 namespace vitrell::media {
 namespace {
@@ -84,6 +86,27 @@ TEST_P(OrientationTest, IsLeftAloneWhenNotWanted) {
   const std::vector<uint16_t> stored = ReadPictureFile(file).samples;
   EXPECT_EQ(std::get<std::vector<uint8_t>>(picture.samples),
             std::vector<uint8_t>(stored.begin(), stored.end()));
+}
+
+// The layers lie as the canvas does, to which alone the tag belongs.
+TEST_P(OrientationTest, PsdAndItsLayersComeUpright) {
+  const fs::path file = folder_ / "in.psd";
+  const PsdFile psd{NoisePicture(kWidth, kHeight, 3, OIIO::TypeDesc::UINT8, 5),
+                    GetParam(),
+                    {{"top", 3, 2, NoisePicture(20, 11, 4, OIIO::TypeDesc::UINT8, 6)}}};
+  WritePsdFile(file, psd);
+  for (const auto& [part, stored] : {std::pair{"", psd.flat}, {"top", psd.layers[0].picture}}) {
+    ReadChoice choice;
+    choice.part = part;
+    const Picture picture = ReadPicture(file, {}, {}, choice);
+    const FilePicture viewed = Viewed(stored, GetParam());
+    EXPECT_EQ(picture.Width(), viewed.spec.width);
+    EXPECT_EQ(picture.Height(), viewed.spec.height);
+    EXPECT_EQ(picture.spec.get_int_attribute("Orientation"), 1);
+    EXPECT_TRUE(std::get<std::vector<uint8_t>>(picture.samples) ==
+                std::vector<uint8_t>(viewed.samples.begin(), viewed.samples.end()))
+        << "part \"" << part << "\"";
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(AllTags, OrientationTest, testing::Range(1, 9));
