@@ -21,6 +21,7 @@
 #include "cli/preset_width.h"
 #include "cli/printable.h"
 #include "cli/render_checks.h"
+#include "cli/sequence_files.h"
 #include "cli/sequence_plan.h"
 #include "cli/sequence_progress.h"
 #include "cli/sequence_run.h"
@@ -95,6 +96,7 @@ class SequenceJob {
     const std::string first = plan.Output().FileOf(0).string();
     media::CheckTarget(first, true);
     media::CheckEncodingFor(first, arguments_.encoding);
+    CheckSequenceFiles(arguments_, StatusFile(arguments_.frames), plan);
     CheckPresetTarget(arguments_.savePreset, arguments_.force);
     if (!arguments_.report.empty() && !media::IsStandardStream(arguments_.report)) {
       media::CheckTarget(arguments_.report, arguments_.force);

@@ -124,6 +124,37 @@ TEST_F(SequenceRunTest, ExistingFramesAreNotReplacedUnasked) {
   EXPECT_NE(ReadFile("out/look.0002.png"), "precious");
 }
 
+// Whatever is forced; nothing of it shows before the first frame is written.
+TEST_F(SequenceRunTest, NoFileThatIsReadIsReplaced) {
+  namespace fs = std::filesystem;
+  MakePlate(1, 3);
+  WriteFile("look.json", "{}");
+  fs::create_hard_link(InFolder("plate.0002.png"), InFolder("linked.json"));
+  fs::copy(InFolder("plate.0001.png"), InFolder("layer.0001.png"));
+  const std::vector<std::string> before = Names();
+  const std::string plate = ReadFile("plate.0002.png");
+  const auto refused = [&](const std::vector<std::string>& arguments, const std::string& role,
+                           const std::string& other) {
+    std::vector<std::string> all = {"render"};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    all.emplace_back("--force");
+    ExpectMessage(Run(all), 2, {role + " is the same file as " + other});
+  };
+  refused({kPlate, kLook, "--status", "plate.0003.png"}, "--status", "INPUT");
+  refused({kPlate, kLook, "--save-preset", "linked.json"}, "--save-preset", "INPUT");
+  refused({kPlate, kLook, "--report", "out/look.0003.png"}, "--report", "OUTPUT");
+  refused({kPlate, kLook, "--preset", "look.json", "--status", "look.json"}, "--status",
+          "--preset");
+  refused({kPlate, kLook, "--status", "a.json", "--report", "./a.json"}, "--report", "--status");
+  refused({"plate.0002.png", kPlate, "--frames", "1-3"}, "OUTPUT", "INPUT");
+  refused(
+      {kPlate, "layer.####.png", "--set", "lens.type=custom", "--custom-layer", "layer.0001.png"},
+      "OUTPUT", "the custom layer");
+  EXPECT_EQ(Names(), before);
+  EXPECT_TRUE(ReadFile("plate.0002.png") == plate);
+  EXPECT_EQ(Out().size(), 0U);
+}
+
 TEST_F(SequenceRunTest, PartsTogetherAreTheWhole) {
   MakePlate(1, 7);
   std::vector<std::string> all;
