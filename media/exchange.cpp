@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "media/original_rows.h"
 #include "media/result_rows.h"
 #include "media/sample_maths.h"
 
@@ -119,9 +120,10 @@ std::int64_t CountClippedAndChangedRows(const Picture& picture, const std::vecto
                                         const headless::WorldBuffer& given,
                                         const headless::WorldBuffer& result) {
   std::int64_t count = 0;
+  OriginalRows<Sample, Pixel> originals(picture, samples, given);
   const Window seen = picture.Seen();
   for (int y = seen.y; y < seen.Bottom(); ++y) {
-    const Sample* source = SamplesAt(picture, samples, seen.x, y);
+    const Sample* source = originals.At(seen.x, y);
     const Pixel* before = RowOf<Pixel>(given, y);
     const Pixel* after = RowOf<Pixel>(result, y);
     for (int x = seen.x; x < seen.Right(); ++x, source += picture.Channels()) {

@@ -1,8 +1,11 @@
 // Samples told from the effect's pixels.
 #include "media/original_rows.h"
 
+#include <bit>
 #include <limits>
+#include <optional>
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "media/sample_maths.h"
@@ -16,45 +19,82 @@ std::size_t WordsInRow(const Picture& picture) {
   return (static_cast<std::size_t>(picture.spec.width) * picture.Channels() + kBits - 1) / kBits;
 }
 
-// For each channel value of the given world the lowest sample that becomes it.
+// For each channel value of the given world the sample that it usually stands for: of integers the
+// lowest one that becomes it, of half floats the value itself, which they hold exactly wherever
+// more than one becomes it.
 template <typename Sample, typename Pixel>
-std::vector<Sample> LowestSamples() {
+std::vector<Sample> UsualSamples() {
+  const auto values = static_cast<unsigned>(kWhite<Pixel>) + 1;
+  std::vector<Sample> usual(values);
   if constexpr (std::is_integral_v<Sample>) {
-    std::vector<Sample> lowest(static_cast<std::size_t>(kWhite<Pixel>) + 1);
     for (unsigned value = std::numeric_limits<Sample>::max() + 1U; value-- > 0;) {
       const auto sample = static_cast<Sample>(value);
-      lowest[HostChannel<Pixel>(Normalised(sample))] = sample;
+      usual[HostChannel<Pixel>(Normalised(sample))] = sample;
     }
-    return lowest;
   } else {
-    return {};
+    for (unsigned value = 0; value < values; ++value) {
+      usual[value] = static_cast<Sample>(static_cast<float>(value / kWhite<Pixel>));
+    }
   }
+  return usual;
 }
 
-// A sample is the lowest of those that become its value, or else the next one, which a bit tells:
-// white is 65535 in the file and 32768 in the effect.
-std::vector<std::uint64_t> FindBits(const Picture& picture,
-                                    const std::vector<std::uint16_t>& samples,
-                                    const headless::WorldBuffer& given) {
-  const std::vector<std::uint16_t> lowest = LowestSamples<std::uint16_t, PF_Pixel16>();
+bool IsSame(std::uint16_t a, std::uint16_t b) { return a == b; }
+// Bit by bit: a negative zero is another sample than zero.
+bool IsSame(half a, half b) { return a.bits() == b.bits(); }
+
+// Empty where so many half floats are other ones than usual that keeping them gains little.
+template <typename Sample>
+std::optional<ReleasedSamples> FindOthers(const Picture& picture,
+                                          const std::vector<Sample>& samples,
+                                          const headless::WorldBuffer& given) {
+  const std::vector<Sample> usual = UsualSamples<Sample, PF_Pixel16>();
   const std::vector<std::size_t> places = HostPlaces(picture);
   const std::size_t words = WordsInRow(picture);
-  std::vector<std::uint64_t> bits(words * static_cast<std::size_t>(picture.spec.height));
-  const std::uint16_t* sample = samples.data();
+  ReleasedSamples released;
+  released.others.resize(words * static_cast<std::size_t>(picture.spec.height));
+  const Sample* sample = samples.data();
   for (int y = 0; y < picture.spec.height; ++y) {
     const PF_Pixel16* const row = RowOf<PF_Pixel16>(given, y);
-    std::uint64_t* const rowBits = bits.data() + words * static_cast<std::size_t>(y);
+    std::uint64_t* const bits = released.others.data() + words * static_cast<std::size_t>(y);
+    released.firstOfRow.push_back(released.halves.size());
+    if (released.halves.size() > samples.size() / 2) return std::nullopt;
     std::size_t at = 0;
     for (int x = 0; x < picture.spec.width; ++x) {
       const auto channels = ChannelsOf(row[x]);
       for (const std::size_t place : places) {
-        const std::uint64_t bit = *sample++ != lowest[channels[place]] ? 1 : 0;
-        rowBits[at / kBits] |= bit << at % kBits;
+        const std::uint64_t other = IsSame(*sample, usual[channels[place]]) ? 0 : 1;
+        bits[at / kBits] |= other << at % kBits;
+        if constexpr (std::is_same_v<Sample, half>) {
+          if (other != 0) released.halves.push_back(*sample);
+        }
+        ++sample;
         ++at;
       }
     }
   }
-  return bits;
+  released.halves.shrink_to_fit();
+  return released;
+}
+
+// Integers: where not the lowest sample, then the next one. White is 65535 in the file and 32768 in
+// the effect, so that no value has three.
+void Restore(const ReleasedSamples& /*released*/, std::size_t /*row*/, const std::uint64_t* bits,
+             std::vector<std::uint16_t>& samples) {
+  for (std::size_t at = 0; at < samples.size(); ++at) {
+    const auto bit = static_cast<std::uint16_t>(bits[at / kBits] >> at % kBits & 1U);
+    samples[at] = static_cast<std::uint16_t>(samples[at] + bit);
+  }
+}
+
+void Restore(const ReleasedSamples& released, std::size_t row, const std::uint64_t* bits,
+             std::vector<half>& samples) {
+  const half* other = released.halves.data() + released.firstOfRow[row];
+  for (std::size_t at = 0; at < samples.size(); at += kBits, ++bits) {
+    for (std::uint64_t left = *bits; left != 0; left &= left - 1) {
+      samples[at + static_cast<std::size_t>(std::countr_zero(left))] = *other++;
+    }
+  }
 }
 
 }  // namespace
@@ -81,16 +121,19 @@ std::vector<std::size_t> HostPlaces(const Picture& picture) {
 void ReleaseSamples(Picture& picture, const headless::WorldBuffer& given) {
   const Window frame{0, 0, picture.Width(), picture.Height()};
   if (!picture.straight || picture.Data() != frame || HostPlaces(picture).empty()) return;
-  if (auto* const bytes = std::get_if<std::vector<std::uint8_t>>(&picture.samples)) {
-    *bytes = std::vector<std::uint8_t>();
-    picture.released = true;
-  } else if (auto* const words = std::get_if<std::vector<std::uint16_t>>(&picture.samples)) {
-    // In 8 bits too much is gone.
-    if (!given.Deep()) return;
-    picture.releasedBits = FindBits(picture, *words, given);
-    *words = std::vector<std::uint16_t>();
-    picture.released = true;
-  }
+  picture.released = std::visit(
+      [&](const auto& samples) -> std::optional<ReleasedSamples> {
+        using Sample = typename std::decay_t<decltype(samples)>::value_type;
+        if constexpr (std::is_same_v<Sample, std::uint8_t>) return ReleasedSamples();
+        if constexpr (std::is_same_v<Sample, std::uint16_t> || std::is_same_v<Sample, half>) {
+          // In 8 bits too much is gone.
+          if (given.Deep()) return FindOthers(picture, samples, given);
+        }
+        return std::nullopt;
+      },
+      picture.samples);
+  if (!picture.released) return;
+  std::visit([](auto& samples) { samples = std::decay_t<decltype(samples)>(); }, picture.samples);
 }
 
 template <typename Sample, typename Pixel>
@@ -100,27 +143,24 @@ OriginalRows<Sample, Pixel>::OriginalRows(const Picture& picture,
     : picture_(picture), samples_(samples), given_(given), data_(picture.Data()) {
   if (!picture.released) return;
   places_ = HostPlaces(picture);
-  lowest_ = LowestSamples<Sample, Pixel>();
+  usual_ = UsualSamples<Sample, Pixel>();
   rebuilt_.resize(static_cast<std::size_t>(picture.spec.width) * picture.Channels());
 }
 
 template <typename Sample, typename Pixel>
 void OriginalRows<Sample, Pixel>::Rebuild(int y) {
   row_ = y;
-  if constexpr (std::is_integral_v<Sample>) {
-    const Pixel* const row = RowOf<Pixel>(given_, y);
-    Sample* sample = rebuilt_.data();
-    for (int x = 0; x < picture_.spec.width; ++x) {
-      const auto channels = ChannelsOf(row[x]);
-      for (const std::size_t place : places_) *sample++ = lowest_[channels[place]];
-    }
-    if (picture_.releasedBits.empty()) return;
-    const std::uint64_t* const bits =
-        picture_.releasedBits.data() + WordsInRow(picture_) * static_cast<std::size_t>(y);
-    for (std::size_t at = 0; at < rebuilt_.size(); ++at) {
-      const auto bit = static_cast<Sample>(bits[at / kBits] >> at % kBits & 1U);
-      rebuilt_[at] = static_cast<Sample>(rebuilt_[at] + bit);
-    }
+  const Pixel* const row = RowOf<Pixel>(given_, y);
+  Sample* sample = rebuilt_.data();
+  for (int x = 0; x < picture_.spec.width; ++x) {
+    const auto channels = ChannelsOf(row[x]);
+    for (const std::size_t place : places_) *sample++ = usual_[channels[place]];
+  }
+  if constexpr (std::is_same_v<Sample, std::uint16_t> || std::is_same_v<Sample, half>) {
+    const ReleasedSamples& released = *picture_.released;
+    if (released.others.empty()) return;
+    const auto index = static_cast<std::size_t>(y);
+    Restore(released, index, released.others.data() + WordsInRow(picture_) * index, rebuilt_);
   }
 }
 

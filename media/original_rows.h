@@ -11,9 +11,10 @@
 
 namespace vitrell::media {
 
-// Frees the samples of a picture that can be told from what was given to the effect: integers,
-// straight and without further channels. Of two 16-bit values that became the same one bit is kept.
-// OriginalRows finds them again, exactly.
+// Frees the samples of a picture that can be told from what was given to the effect: straight ones
+// without further channels. Of two 16-bit integers that became the same value one bit is kept. Of
+// half floats, many of which share a value where they are dark or outside black to white, those are
+// kept that are not the value itself, if they are not most. OriginalRows finds all again, exactly.
 void ReleaseSamples(Picture& picture, const headless::WorldBuffer& given);
 
 // For each channel of the file its place in the host's pixels (alpha, red, green, blue); empty
@@ -48,7 +49,7 @@ class OriginalRows {
   const headless::WorldBuffer& given_;
   const Window data_;
   std::vector<std::size_t> places_;
-  std::vector<Sample> lowest_;
+  std::vector<Sample> usual_;
   std::vector<Sample> rebuilt_;
   int row_ = -1;
 };

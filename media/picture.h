@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -50,6 +51,17 @@ struct Window {
 };
 struct Metadata;
 
+// What tells the samples of a picture again that are not in memory any more, beside the pixels that
+// the effect was given; see OriginalRows.
+struct ReleasedSamples {
+  // One for each sample, rows in whole words: whether it is another than its value usually stands
+  // for. Empty where none can be.
+  std::vector<uint64_t> others;
+  // Of half floats these others, row by row, and where each row begins.
+  std::vector<half> halves;
+  std::vector<std::size_t> firstOfRow;
+};
+
 struct Picture {
   std::filesystem::path file;
   const Format* format = nullptr;
@@ -60,9 +72,7 @@ struct Picture {
   ChannelLayout layout;
   bool straight = true;  // colours are not multiplied by alpha; true without alpha
   Samples samples;
-  // Set by ReleaseSamples: there are no samples any more, but what tells them.
-  bool released = false;
-  std::vector<uint64_t> releasedBits;
+  std::optional<ReleasedSamples> released;   // there are no samples then
   std::shared_ptr<const Metadata> metadata;  // null: none
   std::vector<std::string> notices;
 

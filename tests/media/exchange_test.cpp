@@ -314,7 +314,7 @@ void ExpectReleasedAlike(int channels, const std::vector<SampleType>& types, boo
   }
   Picture released = picture;
   ReleaseSamples(released, given.world);
-  EXPECT_TRUE(released.released);
+  EXPECT_TRUE(released.released.has_value());
   EXPECT_TRUE(std::get<std::vector<Sample>>(released.samples).empty());
   for (const SampleType type : types) {
     const OutputForm form = FormOf(picture, type);
@@ -339,7 +339,7 @@ TEST(ExchangeTest, SamplesThatCannotBeToldAreNotReleased) {
   const auto isReleased = [](Picture picture, bool deep) {
     const Given given = GiveToEffect(picture, deep);
     ReleaseSamples(picture, given.world);
-    return picture.released;
+    return picture.released.has_value();
   };
   const std::vector<uint8_t> bytes = {1, 2, 3, 4, 5, 6, 7, 8};
   EXPECT_TRUE(isReleased(MakePicture<uint8_t>(2, 4, bytes), false));
@@ -349,12 +349,51 @@ TEST(ExchangeTest, SamplesThatCannotBeToldAreNotReleased) {
   EXPECT_FALSE(isReleased(extra, false)) << "a further channel";
   EXPECT_FALSE(isReleased(MakePicture<uint16_t>(1, 1, {1, 2}), false)) << "16 bits in 8";
   EXPECT_FALSE(isReleased(MakePicture<float>(1, 1, {1.0F, 0.2F}), true)) << "floats";
+  EXPECT_FALSE(isReleased(MakePicture<half>(2, 1, {half(0.5F), half(0.25F)}), false)) << "8 bits";
+  EXPECT_FALSE(isReleased(MakePicture<half>(1, 1, std::vector<half>(9, half(-2.0F))), true))
+      << "most are clipped";
 }
 
 std::vector<half> AllHalves() {
   std::vector<half> halves(65536);
   for (std::size_t i = 0; i < halves.size(); ++i) halves[i].setBits(static_cast<uint16_t>(i));
   return halves;
+}
+
+// Every half float: dark ones, of which many become one value, negative ones, infinite ones and
+// those that are no number. Between them are bright ones, so that they are not most of the picture.
+TEST(ExchangeTest, ReleasedHalvesAreFoundAgain) {
+  std::vector<half> samples;
+  for (const half sample : AllHalves()) {
+    samples.push_back(sample);
+    for (const float bright : {0.5F, 0.875F}) samples.emplace_back(bright);
+  }
+  const Picture picture = MakePicture<half>(4096, 3, samples);
+  const Given given = GiveToEffect(picture, true);
+  WorldBuffer result = given.world;
+  for (int x = 3; x < picture.Width(); x += 5) result.At16(x, x % 16).green = 7;
+  Picture released = picture;
+  ReleaseSamples(released, given.world);
+  ASSERT_TRUE(released.released.has_value());
+  EXPECT_TRUE(std::get<std::vector<half>>(released.samples).empty());
+  for (const SampleType type : {SampleType::kHalf, SampleType::kFloat, SampleType::kWord}) {
+    const OutputForm form = FormOf(picture, type);
+    const Samples found = TakeFromEffect(released, given.world, result, form);
+    const Samples kept = TakeFromEffect(picture, given.world, result, form);
+    // Bit by bit, as what is no number equals nothing.
+    std::visit(
+        [&](const auto& expected) {
+          const auto& actual = std::get<std::decay_t<decltype(expected)>>(found);
+          ASSERT_EQ(actual.size(), expected.size());
+          EXPECT_EQ(std::memcmp(actual.data(), expected.data(),
+                                expected.size() * sizeof(expected.front())),
+                    0);
+        },
+        kept);
+  }
+  const std::int64_t clipped = CountClippedAndChanged(picture, given.world, result);
+  EXPECT_GT(clipped, 0);
+  EXPECT_EQ(CountClippedAndChanged(released, given.world, result), clipped);
 }
 
 Picture MakeHalfPicture(int channels) {
