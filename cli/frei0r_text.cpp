@@ -1,10 +1,12 @@
 // Writing settings down for FFmpeg and melt.
 #include "cli/frei0r_text.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "cli/failure.h"
 #include "look/frei0r_mapping.h"
+#include "look/mlt_text.h"
 #include "look/value_text.h"
 
 namespace vitrell::cli {
@@ -25,18 +27,17 @@ void RefusePixels(const look::Settings& settings) {
   }
 }
 
+// At any time.
 bool HasCustomLens(const look::Settings& settings) {
   const look::Control* type = settings.GetPanel().Find(kLensType);
-  return type != nullptr && look::FormatValue(*type, settings.ValueOf(*type)) == kCustomChoice;
-}
-
-// What melt takes for one parameter: a number, which is also what stands behind a keyframe's "=".
-std::string MeltValue(const look::Frei0rParameter& parameter, const look::Settings& settings) {
-  const look::Control& control = settings.GetPanel().controls[parameter.control];
-  const look::Value& value = settings.ValueOf(control);
-  if (const auto* on = std::get_if<bool>(&value)) return *on ? "1" : "0";
-  if (parameter.kind == look::Frei0rKind::kColour) return look::FormatValue(control, value);
-  return look::Frei0rText(parameter, settings);
+  if (type == nullptr) return false;
+  const auto isCustom = [&](const look::Value& value) {
+    return look::FormatValue(*type, value) == kCustomChoice;
+  };
+  const look::Keys* const keys = settings.KeysOf(*type);
+  if (keys == nullptr) return isCustom(settings.ValueOf(*type));
+  return std::any_of(keys->begin(), keys->end(),
+                     [&](const look::Key& key) { return isCustom(key.value); });
 }
 
 // "0 to 32768", or the choices.
@@ -88,13 +89,13 @@ std::string Frei0rForFfmpeg(const look::Settings& settings) {
   return text + "\n";
 }
 
-std::string Frei0rForMelt(const look::Settings& settings) {
+std::string Frei0rForMelt(const look::Settings& settings, const look::TimeBase& base) {
   RefusePixels(settings);
   std::string text =
       HasCustomLens(settings) ? "-transition frei0r.vitrell_custom" : "-filter frei0r.vitrell";
   text += " threads=1";
   for (const look::Frei0rParameter& parameter : look::MakeFrei0rParameters(settings.GetPanel())) {
-    text += " " + parameter.name + "=" + MeltValue(parameter, settings);
+    text += " " + parameter.name + "=" + look::MltText(parameter, settings, base);
   }
   return text + "\n";
 }

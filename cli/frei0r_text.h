@@ -13,8 +13,9 @@ namespace vitrell::cli {
 std::string Frei0rForFfmpeg(const look::Settings& settings);
 
 // Arguments for `melt`: "-filter frei0r.vitrell threads=1 lens.type=0.2 ..."; with the custom lens
-// the transition that takes it from the second track. Throws like Frei0rForFfmpeg.
-std::string Frei0rForMelt(const look::Settings& settings);
+// the transition that takes it from the second track. Keys become animation strings, whose times
+// from the end stay such where the length is unknown (0). Throws like Frei0rForFfmpeg and MltText.
+std::string Frei0rForMelt(const look::Settings& settings, const look::TimeBase& base);
 
 // Every parameter's number, name, default and range, as one Markdown table.
 std::string Frei0rAsMarkdown(const look::Settings& settings);

@@ -219,6 +219,8 @@ void AddFrei0rOptions(CLI::App& command, ParamsArguments& arguments) {
     option->type_name("[FILE.json]")->expected(0, 1)->group(kWords);
   }
   mlt->excludes(frei0r);
+  // All frames are told.
+  mlt->excludes(command.get_option("--at"));
 }
 
 }  // namespace

@@ -23,7 +23,6 @@ constexpr int kNominalHeight = 1080;
 std::string ListingOf(const ParamsArguments& arguments, const look::Settings& settings) {
   if (arguments.frei0r && arguments.markdown) return Frei0rAsMarkdown(settings);
   if (arguments.frei0r) return Frei0rForFfmpeg(settings);
-  if (arguments.mlt) return Frei0rForMelt(settings);
   if (arguments.json) return ListAsJson(settings);
   return arguments.markdown ? ListAsMarkdown(settings) : ListAsText(settings);
 }
@@ -55,6 +54,16 @@ void RunParams(const ParamsArguments& arguments) {
     std::printf("%s: %zu controls\n", Printable(arguments.savePreset).c_str(),
                 panel.controls.size());
     return;
+  }
+  if (arguments.mlt) {
+    const std::string text = Frei0rForMelt(moving, {effect.framesPerSecond, effect.length});
+    std::fputs(Printable(text, true).c_str(), stdout);
+    return;
+  }
+  if (arguments.frei0r && !arguments.markdown && moving.Moves()) {
+    std::fprintf(stderr,
+                 "vitrell: note: FFmpeg's filter takes no keys; it gets the values of one "
+                 "frame (--at).\n");
   }
   const look::Settings settings = SettingsAt(moving, effect);
   settings.Apply(*host, kNominalWidth, kNominalHeight);

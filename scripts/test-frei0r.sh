@@ -166,19 +166,27 @@ try_melt() {
   same "$work/expected.rgba" "$work/melt.rgba" "melt's custom lens"
 }
 
-# From 0 to half the slider in four frames.
+# A preset's keys as melt's animation strings: straight, smooth, held and between two frames, for
+# every kind of control.
 try_melt_animation() {
-  local amount
+  local frame arguments
+  cat >"$work/moving.json" <<'END'
+{"fast-blur.amount": "0=0; 4=63.5", "lens.position": "0~=20%,30%; 2~=70%,40%; 4=50%,80%",
+ "lens.feather": "0.5=0; 3.5=120", "lens.rotation": "0=0; 4=90", "lens.type": "0|=circle; 3=triangle",
+ "color.opacity": 50, "color.color": "0=#ff8800; 4=#0011ff", "lightness.visible": "0|=off; 2=on",
+ "lightness.amount": -40}
+END
   : >"$work/expected.rgba"
-  for amount in 0 15.875 31.75 47.625 63.5; do
+  for frame in 0 1 2 3 4; do
     "$tool" render "$work/clip-0.png" "$work/expected.png" --depth 8 --force --quiet \
-      --set "fast-blur.amount=$amount"
+      --preset "$work/moving.json" --at "$frame"
     pixels "$work/expected.png" "$work/frame.rgba"
     cat "$work/frame.rgba" >>"$work/expected.rgba"
   done
-  run_melt "$work/melt.rgba" -profile "$work/profile" "$work/clip-0.png" out=4 \
-    -filter frei0r.vitrell threads=1 "fast-blur.amount=0=0;4=0.5"
+  read -ra arguments < <("$tool" params --mlt "$work/moving.json")
+  run_melt "$work/melt.rgba" -profile "$work/profile" "$work/clip-0.png" out=4 "${arguments[@]}"
   same "$work/expected.rgba" "$work/melt.rgba" "melt's animation"
+  echo "  5 frames of 6 controls with keys: those of the command line"
 }
 
 try_gstreamer() {
@@ -199,6 +207,27 @@ try_gstreamer() {
     same "$work/expected.rgba" "$work/gstreamer.rgba" "GStreamer, $size"
     echo "  $size: the frame of the command line"
   done
+  try_gstreamer_mixer
+}
+
+# The second input is the custom lens.
+try_gstreamer_mixer() {
+  local input form=(rawvideoparse format=rgba "width=$width" "height=$height" framerate=25/1)
+  for input in clip-0 layer expected; do
+    if [[ "$input" == expected ]]; then
+      "$tool" render "$work/clip-0.png" "$work/expected.png" --depth 8 --force --quiet \
+        --set lens.type=custom --custom-layer "$work/layer.png" --set fast-blur.amount=31.75 \
+        --set lens.feather=12.5
+    fi
+    pixels "$work/$input.png" "$work/$input.rgba"
+  done
+  within 60 gst-launch-1.0 -q frei0r-mixer-vitrell-custom name=mix lens-feather=0.025 \
+    fast-blur-amount=0.25 ! filesink "location=$work/gstreamer.rgba" \
+    filesrc "location=$work/clip-0.rgba" ! "${form[@]}" ! mix.sink_0 \
+    filesrc "location=$work/layer.rgba" ! "${form[@]}" ! mix.sink_1 ||
+    fail "GStreamer fails on the mixer."
+  same "$work/expected.rgba" "$work/gstreamer.rgba" "GStreamer's mixer"
+  echo "  the mixer: the frame of the command line"
 }
 
 # FFmpeg pads its rows to a multiple of 64 bytes and tells modules nothing of it, so that odd widths

@@ -38,6 +38,22 @@ TEST_F(Frei0rRunTest, ArgumentsForMeltNameTheParameters) {
   EXPECT_EQ(custom.find("-transition frei0r.vitrell_custom threads=1 lens.type=1 "), 0U) << custom;
 }
 
+TEST_F(Frei0rRunTest, KeysBecomeAnimationsOfMelt) {
+  WriteFile("moving.json", R"({"fast-blur.amount": "0=0; 1s~=127; 50=0", "mode": "add",
+                               "lens.type": "0|=circle; 9=custom"})");
+  const std::string text = Run({"params", "--mlt", "moving.json", "--fps", "30"}).out;
+  // The mixer, since the lens is a custom one at some time.
+  EXPECT_EQ(text.find("-transition frei0r.vitrell_custom threads=1 lens.type=0|=0.2;9=1 "), 0U)
+      << text;
+  EXPECT_NE(text.find(" fast-blur.amount=0=0;30~=1;50=0 "), std::string::npos) << text;
+  EXPECT_NE(text.find(" mode=0.3\n"), std::string::npos) << text;
+  EXPECT_EQ(Run({"params", "--mlt", "moving.json", "--at", "3"}).exitCode, 2);
+  // FFmpeg's filter stands still, and that is told.
+  const ToolResult still = Run({"params", "--frei0r", "moving.json", "--at", "12.5"});
+  EXPECT_NE(still.out.find("|y|0.5|n|"), std::string::npos) << still.out;
+  EXPECT_NE(still.err.find("takes no keys"), std::string::npos) << still.err;
+}
+
 TEST_F(Frei0rRunTest, PixelsAreRefused) {
   for (const std::string host : {"--frei0r", "--mlt"}) {
     ExpectMessage(Run({"params", host, "--set", "trail.center=10,20"}), 2,
