@@ -1,4 +1,4 @@
-// Choosing channels and metadata of the output.
+// Metadata, sample type and place in the frame of the output.
 #include "media/output_spec.h"
 
 #include <sys/stat.h>
@@ -12,6 +12,7 @@
 #include <ctime>
 #include <string_view>
 
+#include "media/channel_names.h"
 #include "media/fingerprint.h"
 #include "media/metadata.h"
 
@@ -19,32 +20,6 @@ namespace vitrell::media {
 namespace {
 
 constexpr std::string_view kIcc = "ICCProfile";
-
-void AddColours(const Picture& input, bool grey, OutputForm& form) {
-  const ChannelLayout& layout = input.layout;
-  form.channels.push_back({Role::kRed, layout.red});
-  if (grey) return;
-  form.channels.push_back({Role::kGreen, layout.green});
-  form.channels.push_back({Role::kBlue, layout.blue});
-}
-
-void AddExtraChannels(const Picture& input, const Format& format, OutputForm& form,
-                      std::vector<std::string>& notices) {
-  const ChannelLayout& layout = input.layout;
-  bool dropped = false;
-  for (int channel = 0; channel < input.spec.nchannels; ++channel) {
-    if (channel == layout.red || channel == layout.green || channel == layout.blue ||
-        channel == layout.alpha) {
-      continue;
-    }
-    if (format.anyChannels) {
-      form.channels.push_back({Role::kExtra, channel});
-    } else {
-      dropped = true;
-    }
-  }
-  if (dropped) notices.emplace_back("channels beyond colour and alpha are left out.");
-}
 
 // The colour space that an ICC profile is made for: "RGB ", "GRAY", "CMYK"; empty if there is none.
 std::string ProfileSpace(const OIIO::ImageSpec& spec) {
@@ -112,44 +87,6 @@ void SetDate(const Picture& input, OIIO::ImageSpec& spec) {
   spec.attribute("DateTime", shown.data());
 }
 
-// The name of a channel that the file does not have yet, within the layer of the others.
-std::string NewName(const Picture& input, const OutputForm& form, const std::string& name) {
-  const bool taken =
-      std::any_of(form.channels.begin(), form.channels.end(), [&](const OutputChannel& channel) {
-        return channel.role == Role::kExtra && input.spec.channel_name(channel.source) == name;
-      });
-  if (!taken) return name;
-  const std::string red = input.spec.channel_name(input.layout.red);
-  const std::size_t point = red.rfind('.');
-  return (input.layout.IsGrey() ? red : red.substr(0, point)) + "." + name;
-}
-
-void NameChannels(const Picture& input, const OutputForm& form, const Format& format,
-                  bool keepTypes, OIIO::ImageSpec& spec) {
-  constexpr std::array<const char*, 4> kNames = {"R", "G", "B", "A"};
-  const std::vector<OIIO::TypeDesc> oldTypes = spec.channelformats;
-  spec.channelnames.clear();
-  spec.channelformats.clear();
-  spec.nchannels = static_cast<int>(form.channels.size());
-  spec.alpha_channel = -1;
-  spec.z_channel = -1;
-  const bool grey = form.channels.size() < 2 || form.channels[1].role != Role::kGreen;
-  const bool keepNames = input.format->windows && format.windows;
-  for (std::size_t i = 0; i < form.channels.size(); ++i) {
-    const OutputChannel& channel = form.channels[i];
-    if (channel.role == Role::kAlpha) spec.alpha_channel = static_cast<int>(i);
-    const bool keepsName = channel.role == Role::kExtra || (grey && channel.role == Role::kRed) ||
-                           (keepNames && channel.source >= 0 &&
-                            (channel.role == Role::kAlpha || !input.layout.IsGrey()));
-    spec.channelnames.push_back(
-        keepsName ? std::string(input.spec.channel_name(channel.source))
-                  : NewName(input, form, kNames.at(static_cast<std::size_t>(channel.role))));
-    if (!keepTypes || oldTypes.empty()) continue;
-    const int source = channel.source >= 0 ? channel.source : input.layout.red;
-    spec.channelformats.push_back(oldTypes.at(static_cast<std::size_t>(source)));
-  }
-}
-
 void ForgetFrame(int width, int height, OIIO::ImageSpec& spec) {
   spec.x = spec.y = spec.full_x = spec.full_y = 0;
   spec.width = spec.full_width = width;
@@ -203,46 +140,6 @@ bool HasExif(const OIIO::ImageSpec& spec) {
                               (name.starts_with("Exif:") && name != "Exif:ColorSpace" &&
                                name != "Exif:ImageHistory");
                      });
-}
-
-bool NeedsWholeFrame(const Picture& input, const Format& format) {
-  return !format.windows && input.Data() != Window{0, 0, input.Width(), input.Height()};
-}
-
-OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Format& format,
-                      std::vector<std::string>& notices) {
-  OutputForm form;
-  const Window frame{0, 0, input.Width(), input.Height()};
-  form.wholeFrame = NeedsWholeFrame(input, format);
-  const bool grey = input.layout.IsGrey() && result.grey;
-  if (input.layout.IsGrey() && !grey) {
-    notices.emplace_back("the grey input came out coloured; the output is RGB.");
-  }
-  const bool wantsAlpha = input.layout.HasAlpha() || !result.opaque;
-  const bool storesAlpha = format.alpha || (grey && format.greyAlpha);
-  const bool storesGrey = wantsAlpha && storesAlpha ? format.greyAlpha : format.grey;
-  AddColours(input, grey && storesGrey, form);
-  if (wantsAlpha && storesAlpha) {
-    if (!input.layout.HasAlpha()) {
-      const bool empty = form.wholeFrame && input.Seen() != frame;
-      notices.emplace_back(
-          empty ? "what lies outside the data window is transparent; the output has an "
-                  "alpha channel."
-                : "the effect made parts transparent; the output has an alpha channel.");
-    }
-    form.channels.push_back({Role::kAlpha, input.layout.alpha});
-  } else if (!result.opaque) {
-    notices.emplace_back("the format stores no transparency; the picture is laid over black.");
-  }
-  AddExtraChannels(input, format, form, notices);
-  if (!wantsAlpha || (format.straight && storesAlpha)) {
-    form.straight = true;
-  } else if (!storesAlpha || format.plugin != "tiff") {
-    form.straight = false;
-  } else {
-    form.straight = input.straight;
-  }
-  return form;
 }
 
 OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, const Format& format,

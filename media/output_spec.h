@@ -15,14 +15,6 @@
 
 namespace vitrell::media {
 
-// Whether the output is what the effect saw, because its format cannot place other pixels in it.
-bool NeedsWholeFrame(const Picture& input, const Format& format);
-
-// Channels, alpha and size of the output. What the result holds and the format cannot is told in
-// `notices`; so is a grey input that comes out coloured.
-OutputForm ChooseForm(const Picture& input, const ResultTraits& result, const Format& format,
-                      std::vector<std::string>& notices);
-
 // The header for the chosen form. Its sample type is what is wished for; the writer may change it.
 OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, const Format& format,
                                const WriteOrder& order, std::vector<std::string>& notices);

@@ -11,6 +11,7 @@
 #include "media/loss_notes.h"
 #include "media/metadata.h"
 #include "media/orientation.h"
+#include "media/output_form.h"
 #include "media/output_spec.h"
 #include "media/quiet_libraries.h"
 #include "media/result_rows.h"
