@@ -1,15 +1,14 @@
 // Reading and writing the values of controls as text.
 #include "look/value_text.h"
 
-#include <algorithm>
 #include <array>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <optional>
 
-#include "look/colour_names.h"
+#include "look/colour_text.h"
 #include "look/failure.h"
+#include "look/text_pieces.h"
 
 namespace vitrell::look {
 namespace {
@@ -18,33 +17,6 @@ namespace {
 // room.
 constexpr std::size_t kLongestFixed = 20;
 constexpr std::size_t kLongestScientific = 24;
-
-std::string_view Trim(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-std::string Lowered(std::string_view text) {
-  std::string lowered(text);
-  std::transform(lowered.begin(), lowered.end(), lowered.begin(),
-                 [](char c) { return static_cast<char>(std::tolower(c & 0xff)); });
-  return lowered;
-}
-
-std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
-
-// The whole text must be a finite number.
-std::optional<double> ReadNumber(std::string_view text) {
-  text = Trim(text);
-  if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
-  double number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) {
-    return std::nullopt;
-  }
-  return number;
-}
 
 std::string ExampleFor(const Control& control) {
   return "Give " + DescribeRange(control) + ", for example " + control.name + "=" +
@@ -117,68 +89,8 @@ PointValue ParsePoint(std::string_view text) {
   return {ParseCoordinate(text.substr(0, comma)), ParseCoordinate(text.substr(comma + 1))};
 }
 
-ColourValue ColourOf(uint32_t rgb) {
-  return {static_cast<uint8_t>(rgb >> 16U), static_cast<uint8_t>(rgb >> 8U & 0xffU),
-          static_cast<uint8_t>(rgb & 0xffU)};
-}
-
-// "#ff8800", or "#f80", each of whose digits stands for two.
-std::optional<ColourValue> ReadHexColour(std::string_view text) {
-  if ((text.size() != 7 && text.size() != 4) || text[0] != '#') return std::nullopt;
-  std::string digits;
-  for (const char digit : text.substr(1)) digits.append(text.size() == 4 ? 2 : 1, digit);
-  uint32_t rgb = 0;
-  const char* const last = digits.data() + digits.size();
-  const auto [end, error] = std::from_chars(digits.data(), last, rgb, 16);
-  if (error != std::errc() || end != last) return std::nullopt;
-  return ColourOf(rgb);
-}
-
-std::optional<ColourValue> ReadColourName(std::string_view text) {
-  const std::optional<uint32_t> rgb = FindNamedColour(Lowered(text));
-  if (!rgb) return std::nullopt;
-  return ColourOf(*rgb);
-}
-
-std::optional<ColourValue> ReadDecimalColour(std::string_view text) {
-  std::array<uint8_t, 3> channels{};
-  for (std::size_t i = 0; i < channels.size(); ++i) {
-    const std::size_t comma = text.find(',');
-    if ((comma == std::string_view::npos) != (i == 2)) return std::nullopt;
-    const std::optional<double> number = ReadNumber(text.substr(0, comma));
-    if (!number || *number < 0 || *number > 255 || *number != std::floor(*number)) {
-      return std::nullopt;
-    }
-    channels[i] = static_cast<uint8_t>(*number);
-    if (i < 2) text.remove_prefix(comma + 1);
-  }
-  return ColourValue{channels[0], channels[1], channels[2]};
-}
-
-ColourValue ParseColour(std::string_view text) {
-  const std::string_view trimmed = Trim(text);
-  std::optional<ColourValue> colour = ReadHexColour(trimmed);
-  if (!colour) colour = ReadDecimalColour(trimmed);
-  if (!colour) colour = ReadColourName(trimmed);
-  if (colour) return *colour;
-  throw ValueError(
-      Quoted(text) +
-      " is not a colour. Give it as #ff8800 or #f80, by its CSS name such as orange, or "
-      "as red, green and blue from 0 to 255 such as 255,136,0.");
-}
-
 std::string FormatCoordinate(const Coordinate& coordinate) {
   return FormatNumber(coordinate.value) + (coordinate.percent ? "%" : "");
-}
-
-std::string FormatColour(const ColourValue& colour) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  std::string text = "#";
-  for (const uint8_t channel : {colour.red, colour.green, colour.blue}) {
-    text += kDigits[channel >> 4];
-    text += kDigits[channel & 15];
-  }
-  return text;
 }
 
 }  // namespace
