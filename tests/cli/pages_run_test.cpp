@@ -44,19 +44,7 @@ class PagesRunTest : public ToolTest {
   }
 
   std::vector<FilePicture> ReadPages(const std::string& name) const {
-    std::vector<FilePicture> pages;
-    const auto input = OIIO::ImageInput::open(InFolder(name).string());
-    EXPECT_NE(input, nullptr) << OIIO::geterror();
-    for (int page = 0; input != nullptr && input->seek_subimage(page, 0); ++page) {
-      FilePicture picture;
-      picture.spec = input->spec();
-      picture.samples.resize(static_cast<std::size_t>(picture.spec.image_pixels()) *
-                             static_cast<std::size_t>(picture.spec.nchannels));
-      EXPECT_TRUE(input->read_image(page, 0, 0, picture.spec.nchannels, OIIO::TypeDesc::UINT16,
-                                    picture.samples.data()));
-      pages.push_back(picture);
-    }
-    return pages;
+    return media::ReadPages(InFolder(name));
   }
 
   // Each page is what the same page rendered as a file of its own is.

@@ -56,21 +56,7 @@ class PagesTest : public testing::Test {
 
   // By the picture library, which knows nothing of how the pages came together.
   std::vector<FilePicture> Pages(const std::string& name) const {
-    std::vector<FilePicture> pages;
-    OIIO::ImageSpec wishes;
-    wishes.attribute("oiio:UnassociatedAlpha", 1);
-    const auto input = OIIO::ImageInput::open(InFolder(name).string(), &wishes);
-    EXPECT_NE(input, nullptr) << OIIO::geterror();
-    for (int page = 0; input != nullptr && input->seek_subimage(page, 0); ++page) {
-      FilePicture picture;
-      picture.spec = input->spec();
-      picture.samples.resize(static_cast<std::size_t>(picture.spec.image_pixels()) *
-                             static_cast<std::size_t>(picture.spec.nchannels));
-      EXPECT_TRUE(input->read_image(page, 0, 0, picture.spec.nchannels, OIIO::TypeDesc::UINT16,
-                                    picture.samples.data()));
-      pages.push_back(picture);
-    }
-    return pages;
+    return ReadPages(InFolder(name));
   }
 
  private:

@@ -85,6 +85,24 @@ FilePicture ReadPictureFile(const std::filesystem::path& file) {
   return picture;
 }
 
+std::vector<FilePicture> ReadPages(const std::filesystem::path& file) {
+  std::vector<FilePicture> pages;
+  OIIO::ImageSpec wishes;
+  wishes.attribute("oiio:UnassociatedAlpha", 1);
+  const auto input = OIIO::ImageInput::open(file.string(), &wishes);
+  EXPECT_NE(input, nullptr) << OIIO::geterror();
+  for (int page = 0; input != nullptr && input->seek_subimage(page, 0); ++page) {
+    FilePicture picture;
+    picture.spec = input->spec();
+    picture.samples.resize(static_cast<std::size_t>(picture.spec.image_pixels()) *
+                           static_cast<std::size_t>(picture.spec.nchannels));
+    EXPECT_TRUE(input->read_image(page, 0, 0, picture.spec.nchannels, OIIO::TypeDesc::UINT16,
+                                  picture.samples.data()));
+    pages.push_back(picture);
+  }
+  return pages;
+}
+
 FilePicture Viewed(const FilePicture& stored, int orientation) {
   enum Side { kTop, kRight, kBottom, kLeft };
   struct Sides {

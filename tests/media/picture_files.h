@@ -27,6 +27,9 @@ void WritePictureFile(const std::filesystem::path& file, const FilePicture& pict
 // The stored samples, alpha left as it is.
 FilePicture ReadPictureFile(const std::filesystem::path& file);
 
+// Every page of a TIFF or frame of a GIF as 16 bits, in the same way.
+std::vector<FilePicture> ReadPages(const std::filesystem::path& file);
+
 // The picture that a viewer shows of one whose orientation tag is this, pixel by pixel as EXIF
 // defines the tag: the sides of the viewed picture at which the stored first row and column lie.
 FilePicture Viewed(const FilePicture& stored, int orientation);
