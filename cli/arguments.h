@@ -30,7 +30,7 @@ struct FrameArguments {
   std::string existing;          // "fail", "skip" or "overwrite"; empty: as --force says
   std::string part;              // "K/N"; empty: all
   bool keepGoing = false;
-  int jobs = 0;             // 0: as many as pay
+  int jobs = 0;             // 0: chosen by threads and memory
   std::int64_t memory = 0;  // bytes for all frames in flight; 0: half of what is free
   std::string progress;     // "bar", "plain", "json" or "none"; empty: a bar on a terminal
   std::string status;       // a file for what "json" tells
@@ -79,7 +79,7 @@ struct ParamsArguments {
   bool markdown = false;
   bool frei0r = false;      // the filter for FFmpeg; with markdown the table of all parameters
   bool mlt = false;         // the arguments for melt
-  std::string hostsPreset;  // named behind one of these two
+  std::string hostsPreset;  // the preset given to one of these two
 };
 
 struct KeysArguments {

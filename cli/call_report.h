@@ -8,9 +8,9 @@
 
 namespace vitrell::cli {
 
-// One line for each call that takes part in the picture: when it began, how long the effect had
-// worked by itself before, how long the host worked on it, and what it was. Bookkeeping calls
-// (suites, parameters, formats) are left out; their time counts as the effect's own.
+// One line for each call that touches pixels: when it began, the effect's own time before it, the
+// host's time for it, and its description. Bookkeeping calls (suites, parameters, formats) are left
+// out; their time counts as the effect's own.
 std::string ReportCalls(const headless::RenderResult& result);
 
 // How many passes over pixels the render made.

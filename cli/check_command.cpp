@@ -32,7 +32,8 @@ bool IsWhole(const fs::path& frame) {
   }
 }
 
-// Of a file that is still where the frame was made from it. One that is not says nothing.
+// Whether a source file, named relative to the frame's folder, has other contents now. False if it
+// is gone.
 bool HasChanged(const fs::path& frame, const std::string& file, const std::string& hash) {
   const fs::path there = frame.parent_path() / file;
   std::error_code ignored;

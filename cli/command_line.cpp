@@ -72,7 +72,7 @@ std::string UnknownCommand(const std::string& name) {
   return "there is no command \"" + name + "\". Use " + kCommands + ".";
 }
 
-// A value with a blank that a shell took apart leaves an argument behind it that is no option.
+// An unquoted value with a blank is split by the shell, and its second half is no option.
 std::string QuotingHint(const std::vector<std::string>& arguments) {
   for (std::size_t i = 0; i + 2 < arguments.size(); ++i) {
     const std::string& rest = arguments[i + 2];
@@ -84,7 +84,8 @@ std::string QuotingHint(const std::vector<std::string>& arguments) {
   return {};
 }
 
-// Help and version come as exceptions too. The parser itself would not name an unknown command.
+// The parser throws for help and version, too, and its own message does not name an unknown
+// command.
 int TellParseResult(const CLI::App& app, const CLI::ParseError& error,
                     const std::vector<std::string>& arguments) {
   const std::string firstArgument = arguments.empty() ? "" : arguments[0];

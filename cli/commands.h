@@ -9,14 +9,13 @@
 
 namespace vitrell::cli {
 
-// Runs what nobody tries again by itself: its exit code for failures is 1, also for those that may
-// go better later.
+// Runs `work` with exit code 1 for temporary failures, too: no scheduler retries a single render.
 void OnlyOnce(const std::function<void()>& work);
 
 void RunRender(const RenderArguments& arguments);
-// The same over the frames of a sequence; the threads are those that can be had.
+// The same for the frames of a sequence. `threads` must already be a number that can be started.
 void RunSequence(const RenderArguments& arguments);
-// Tells the frames of a sequence that are missing, torn or stale.
+// Reports which frames of a sequence are missing, torn or stale.
 void RunCheck(const CheckArguments& arguments);
 void RunParams(const ParamsArguments& arguments);
 void RunKeys(const KeysArguments& arguments);

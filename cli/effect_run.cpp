@@ -10,7 +10,7 @@
 
 namespace vitrell::cli {
 
-// A picture of one pixel goes through the same passes in no time.
+// A picture of one pixel runs the same passes and takes no time.
 void EffectRun::Foresee(const look::Settings& settings, bool hasLayer) {
   if (!bar_.IsOn()) return;
   headless::WorldBuffer pixel(1, 1, false);
@@ -37,7 +37,7 @@ double EffectRun::Render(const look::Settings& settings, const headless::WorldBu
     };
   }
   const headless::RenderResult rendered = host_.Render(picture, result, layer, options);
-  // The effect does not pass every interruption on.
+  // The effect does not return the error of every interrupted pass.
   ThrowIfInterrupted();
   if (arguments_.verbose) std::fputs(ReportCalls(rendered).c_str(), stderr);
   if (!rendered.Ok()) ThrowEffectFailure(rendered);

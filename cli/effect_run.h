@@ -21,8 +21,8 @@ class EffectRun {
             Notes& notes)
       : host_(host), arguments_(arguments), bar_(bar), notes_(notes) {}
 
-  // Counts the stages for the progress line, where it is on; before anything is read, so that the
-  // line does not begin again with another number of them.
+  // Counts the stages for the progress line, if it is shown. To be called before anything is read,
+  // so that their number does not change halfway.
   void Foresee(const look::Settings& settings, bool hasLayer);
 
   // The seconds that the effect took. `layer` may be null. Throws Failure, also when interrupted.

@@ -1,4 +1,4 @@
-// Putting together what makes a frame.
+// Collects what determines a frame.
 #include "cli/frame_fingerprint.h"
 
 #include <filesystem>
@@ -18,7 +18,7 @@ std::string SeenFrom(const fs::path& frame, const fs::path& file) {
   return fs::absolute(file, ignored).lexically_normal().lexically_relative(folder).string();
 }
 
-// All values but the layer, whose contents count and not its name.
+// All values except the layer's file name, because the layer is identified by its contents.
 std::string ValuesAsText(const look::Settings& settings) {
   std::string text;
   for (const look::Control& control : settings.GetPanel().controls) {

@@ -20,17 +20,17 @@ struct FrameJob {
 
 enum class FrameState {
   kRendered,   // and written
-  kSkipped,    // was there already, whole and made of the same
+  kSkipped,    // already existed, complete and up to date
   kFailed,     // is not there
-  kCancelled,  // was given up because a signal came
+  kCancelled,  // abandoned because of a signal
 };
 
 struct FrameAnswer {
   std::int64_t frame = 0;
   FrameState state = FrameState::kRendered;
-  int exitCode = 0;    // what the failure alone would end a program with
+  int exitCode = 0;    // of the failure, as a program that renders this frame alone would have
   std::string error;   // of a failure
-  std::string again;   // why a frame that was there was rendered again: "stale", "torn"
+  std::string again;   // why an existing frame was rendered again: "stale", "torn"
   double seconds = 0;  // from the job to the answer
   int width = 0;       // of what the effect saw
   int height = 0;

@@ -28,7 +28,7 @@ void Fail(FrameAnswer& answer, int exitCode, const std::string& error) {
   answer.error = error;
 }
 
-// Both were there when the run began. One that is gone was on a disk or a share that went away.
+// Both existed when the run began, so one that is missing was on a disk or share that went away.
 void CheckFolders(const FrameJob& job) {
   for (const std::string& name : {job.input, job.output}) {
     const fs::path folder = fs::path(name).parent_path();

@@ -41,7 +41,7 @@ void Handle(int signal, void (*handler)(int)) {
   ::sigaction(signal, &action, nullptr);
 }
 
-// What the starter ignores, as nohup does, stays ignored.
+// A signal that the parent process made ignored, as nohup does, stays ignored.
 void HandleUnlessIgnored(int signal, void (*handler)(int)) {
   struct sigaction before {};
   if (::sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) return;

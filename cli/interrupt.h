@@ -10,19 +10,19 @@
 
 namespace vitrell::cli {
 
-// Handles SIGINT, SIGTERM and SIGHUP from now on, but for those that are ignored, and ignores
-// SIGXFSZ and SIGPIPE so that failing writes are told as errors.
+// From now on handles SIGINT, SIGTERM and SIGHUP, except those that are already ignored, and
+// ignores SIGXFSZ and SIGPIPE, so that the writes that cause them fail with an error instead.
 void WatchSignals();
 
-// Instead, for a process whose workers do the work: signals are only remembered, and the work is
-// stopped by whoever asks for them.
+// The alternative for a process with workers: signals are only recorded, and the caller polls them
+// and stops the workers.
 void WatchSignalsForWorkers();
 // How many came, and which was the first; 0 for none.
 int CaughtSignals();
 int FirstSignal();
 
-// Instead, in a worker: it stops when it is told so by SIGTERM. What a terminal sends to all of its
-// processes is left to the one that started it.
+// The alternative for a worker: it stops on SIGTERM only. Signals that a terminal sends to the
+// whole process group are left to the parent.
 void WatchSignalsAsWorker();
 
 // How long a stop may take before the process is ended; 2 until then.

@@ -12,7 +12,7 @@ namespace {
 // What a process takes beside its pictures.
 constexpr std::int64_t kProcessBytes = std::int64_t{64} << 20;
 
-// In a process of its own, since readers start threads. 0 for a file that cannot be read.
+// Runs in a child process, because readers start threads. 0 for a file that cannot be read.
 std::int64_t CostOf(const std::string& file) {
   WorkerPool pool([](int) -> WorkerPool::Work {
     return [](const std::string& name) { return std::to_string(media::EstimateBytesOf(name)); };

@@ -11,7 +11,7 @@ namespace vitrell::cli {
 
 void Notes::Add(NoteKind kind, const std::string& note) {
   const std::string shown = input_ == nullptr ? note : input_->Shown(note);
-  // Several pictures of one file have the same to tell.
+  // Pages of one file repeat the same notes.
   const bool told = std::any_of(notes_.begin(), notes_.end(), [&](const Note& one) {
     return one.kind == kind && one.text == shown;
   });

@@ -1,4 +1,4 @@
-// What a render tells beside its result.
+// Notes that a render prints besides its result.
 #ifndef VITRELL_CLI_NOTES_H_
 #define VITRELL_CLI_NOTES_H_
 
@@ -13,7 +13,7 @@ namespace vitrell::cli {
 enum class NoteKind {
   kLoss,       // something of the pictures or files is not kept
   kComplaint,  // the effect broke a rule of its host
-  kAdvice,     // all is kept, but may not be as it was meant
+  kAdvice,     // nothing is lost, but the result may not be what was meant
 };
 
 struct Note {
@@ -28,7 +28,7 @@ class Notes {
  public:
   Notes(bool quiet, bool strict, ProgressBar& bar) : quiet_(quiet), strict_(strict), bar_(bar) {}
 
-  // From now on the input is named as people know it.
+  // From now on notes use the name of the input that the user gave.
   void NameInput(const media::InputFile& input) { input_ = &input; }
 
   // A loss.

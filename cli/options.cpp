@@ -219,7 +219,7 @@ void AddFrei0rOptions(CLI::App& command, ParamsArguments& arguments) {
     option->type_name("[FILE.json]")->expected(0, 1)->group(kWords);
   }
   mlt->excludes(frei0r);
-  // All frames are told.
+  // The animation strings hold all frames.
   mlt->excludes(command.get_option("--at"));
 }
 

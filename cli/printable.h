@@ -1,4 +1,4 @@
-// Texts of others, made safe for a terminal.
+// Makes foreign text safe to print on a terminal.
 #ifndef VITRELL_CLI_PRINTABLE_H_
 #define VITRELL_CLI_PRINTABLE_H_
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kBarWidth = 30;
 constexpr std::chrono::milliseconds kInterval{100};
-// Before this an estimate would only jump about.
+// Estimates before this are too unstable to show.
 constexpr double kMinFraction = 0.1;
 constexpr double kMinSeconds = 1.0;
 

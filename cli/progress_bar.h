@@ -53,7 +53,7 @@ class ProgressBar {
  private:
   using Clock = std::chrono::steady_clock;
 
-  // Standard error of its own, since that of the picture libraries is silenced.
+  // A duplicate of standard error, since QuietLibraries redirects the original.
   std::FILE* terminal_ = nullptr;
   bool drawn_ = false;
   ProgressCourse course_;

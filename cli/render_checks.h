@@ -1,4 +1,4 @@
-// What can be refused before a render begins.
+// Checks before a render begins.
 #ifndef VITRELL_CLI_RENDER_CHECKS_H_
 #define VITRELL_CLI_RENDER_CHECKS_H_
 
@@ -8,7 +8,7 @@
 
 namespace vitrell::cli {
 
-// Refuses to read standard input twice, before any of it is read. Throws Failure.
+// Throws Failure if standard input would be read twice. To be called before any of it is read.
 void CheckStandardInput(const std::string& input, const EffectArguments& effect);
 
 // The file of --save-preset, empty for none. Throws Failure.

@@ -98,7 +98,7 @@ class RenderJob {
     PutReport(report_, arguments_.report, notes_);
   }
 
-  // The failure itself is told in any case.
+  // A failure to write the report must not hide the first one.
   void ReportFailure(int exitCode, const std::string& message) {
     report_.exitCode = exitCode;
     report_.error = message;
@@ -122,7 +122,7 @@ class RenderJob {
   StepClock clock_;
 };
 
-// --part stands for a part of the file and for one of the frames.
+// --part chooses a part of the file, or, as K/N, a share of the frames.
 void ChooseParts(bool sequence, RenderArguments& arguments) {
   for (const std::string& part : arguments.parts) {
     const bool ofFrames = sequence && ParsePartOfFrames(part);
@@ -136,7 +136,7 @@ void ChooseParts(bool sequence, RenderArguments& arguments) {
   }
 }
 
-// What says nothing about one picture.
+// Options that mean nothing for a single picture.
 void RefuseFrameOptions(const FrameArguments& arguments) {
   const std::array<std::pair<const char*, bool>, 6> given = {
       {{"--missing", arguments.missing != "fail"},

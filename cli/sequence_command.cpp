@@ -48,7 +48,7 @@ ProgressKind KindOf(const RenderArguments& arguments) {
   return name == "bar" || usual ? ProgressKind::kBar : ProgressKind::kNone;
 }
 
-// Parts of a run side by side have a file each: "status.2-of-8.json".
+// Each part of a run has its own file: "status.2-of-8.json".
 std::string StatusFile(const FrameArguments& frames) {
   const std::optional<PartOfFrames> part = ParsePartOfFrames(frames.part);
   if (!part || frames.status.empty()) return frames.status;
@@ -67,7 +67,7 @@ class SequenceJob {
         settings_(MakeSettings(panel_, arguments_.effect)) {}
 
   void Run() {
-    // What is told of the layer comes before the names are looked at.
+    // Notes about the layer come before errors in file names.
     ProgressBar noBar(false);
     Notes notes(arguments_.quiet, arguments_.strict, noBar);
     PrepareLayer(arguments_.customLayer, settings_, notes);

@@ -35,7 +35,7 @@ class SequencePlan {
 
   // How many jobs Next gives.
   std::int64_t Size() const { return end_ - begin_; }
-  // Frame by frame; nothing behind the last.
+  // The next job; nothing after the last one.
   std::optional<FrameJob> Next();
   // From the first frame again.
   void Rewind();
@@ -47,7 +47,7 @@ class SequencePlan {
   bool LeavesMissingOut() const { return leaveOut_; }
   // The last frame of the whole sequence, whatever the part.
   std::int64_t LastFrame() const { return frames_.Largest(); }
-  // What may not be as it was meant: holes, a layer that is shorter. Whole sentences.
+  // Warnings in whole sentences: holes, a layer with fewer frames.
   const std::vector<std::string>& Advice() const { return advice_; }
 
   // The name of the output with the place for its number.

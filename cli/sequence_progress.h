@@ -32,7 +32,7 @@ class SequenceProgress {
   SequenceProgress& operator=(const SequenceProgress&) = delete;
 
   void Tell(const FrameAnswer& answer);
-  // A line of text for standard error, out of the bar's way.
+  // Prints a line to standard error without disturbing the bar.
   void Say(const std::string& line);
   void Wipe();
 

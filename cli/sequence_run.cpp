@@ -12,7 +12,7 @@
 namespace vitrell::cli {
 namespace {
 
-// How long a signal may wait that comes just before the answers are waited for.
+// The longest delay of a signal that arrives just before the wait for answers.
 constexpr int kPatience = 200;
 
 }  // namespace
@@ -52,7 +52,7 @@ FrameAnswer SequenceRun::AnswerOf(const WorkerPool::Result& result, const FrameJ
   }
   const int signal = WIFSIGNALED(result.waitStatus) ? WTERMSIG(result.waitStatus) : 0;
   answer.state = FrameState::kFailed;
-  // So the system ends what takes more memory than there is.
+  // SIGKILL is how the system ends a process when memory runs out.
   answer.exitCode = signal == SIGKILL ? kTryLater : kFailed;
   answer.error = job.output + ": the process that rendered it " +
                  (signal == 0 ? "ended early."

@@ -1,4 +1,4 @@
-// What became of the frames of a sequence.
+// Results of the frames of a sequence.
 #ifndef VITRELL_CLI_SEQUENCE_TALLY_H_
 #define VITRELL_CLI_SEQUENCE_TALLY_H_
 
@@ -36,7 +36,7 @@ class SequenceTally {
   std::int64_t Skipped() const { return skipped_; }
   const std::vector<std::int64_t>& Failed() const { return failed_; }
   bool AnyFailed() const { return !failed_.empty(); }
-  // 0 where none failed; 75 where all that failed may go better later.
+  // 0 if none failed; 75 if every failure is temporary.
   int ExitCode() const;
   // "1005 torn, 1007-1009 stale": those that were there and had to be rendered again.
   std::string RenderedAgain() const;

@@ -79,11 +79,11 @@ void StillRender::RenderPicture(media::PictureReader& reader, const media::ReadC
   report_.readSeconds += clock_.Lap();
   notes_.FailIfStrict();
   if (arguments_.dryRun) {
-    // What the format cannot hold shows with the picture as it is, too.
+    // The unrendered picture is enough to find out what the format cannot hold.
     take(input, given, given.world);
     return;
   }
-  // The effect writes all of it, at its very end, and until then it takes no memory.
+  // The effect writes all of it in its last step; left untouched, it takes no memory until then.
   headless::WorldBuffer result(input.Width(), input.Height(), deep,
                                {.fresh = headless::FreshPixels::kUnset});
   const double processorBefore = ProcessorSeconds();
@@ -176,7 +176,7 @@ void StillRender::Write(const media::Picture& input, const media::Given& given,
 }
 
 void StillRender::TellWritten(const std::vector<std::string>& notices) {
-  // Not while the file is written, when standard error leads nowhere.
+  // Only now, since standard error is redirected while the file is written.
   if (!arguments_.strict) notes_.TellAll(notices);
   report_.writeSeconds += clock_.Lap();
 }

@@ -17,7 +17,7 @@ int CountPossibleThreads(int wanted) {
       threads.emplace_back([ended] { ended.wait(); });
     }
   } catch (const std::system_error&) {
-    // As many as there are now.
+    // No more threads; those that have started count.
   }
   end.set_value();
   for (std::thread& thread : threads) thread.join();

@@ -4,8 +4,8 @@
 
 namespace vitrell::cli {
 
-// At most `wanted`, at least 1. The system may allow fewer threads than there are cores; they are
-// tried all at once.
+// At least 1 and at most `wanted`. The system may allow fewer threads than there are cores, so this
+// starts them all at once to find out.
 int CountPossibleThreads(int wanted);
 
 }  // namespace vitrell::cli

@@ -67,7 +67,7 @@ void SetHeif(const Encoding& encoding, const Format& format, OIIO::ImageSpec& sp
   spec.attribute("heif:lossless", encoding.lossless ? 1 : 0);
 }
 
-// A picture without loss stays so where nothing else was asked for.
+// A lossless input stays lossless unless something else was asked for.
 void SetWebp(const Encoding& encoding, OIIO::ImageSpec& spec) {
   const bool was = spec.get_int_attribute("webp:lossless", 0) != 0 && !encoding.quality;
   spec.attribute("compression", encoding.lossless || was ? "lossless" : "webp");

@@ -11,20 +11,20 @@
 
 namespace vitrell::media {
 
-// What was asked for; the rest is as the input's file has it, or the format's usual.
+// What the user asked for. Whatever is unset follows the input file, or else the format's default.
 struct Encoding {
   std::optional<int> quality;  // 1 to 100
   std::string compression;     // a name of the format's own
   bool lossless = false;
 };
 
-// Refuses what the format does not take, with what it does. Throws Failure.
+// Throws Failure for a choice that the format does not support, listing those that it does.
 void CheckEncoding(const Encoding& encoding, const Format& format);
 
-// The quality where none is asked for; 0 for formats that take none.
+// The default quality; 0 for formats that have no such setting.
 int UsualQuality(const Format& format);
 
-// Puts what was asked for, or else the usual, into the header of an output.
+// Writes the requested settings, or the defaults, into the header of an output.
 void SetEncoding(const Encoding& encoding, const Format& format, OIIO::ImageSpec& spec);
 
 }  // namespace vitrell::media

@@ -1,4 +1,4 @@
-// Giving pictures to the effect, and looking at what it made of them.
+// Conversions to the effect's pixels, and statistics of its result.
 #include "media/exchange.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 namespace vitrell::media {
 namespace {
 
-// The first sample of a pixel; its place is that in the frame.
+// The first sample of a pixel at a position in the frame.
 template <typename Sample>
 const Sample* SamplesAt(const Picture& picture, const std::vector<Sample>& samples, int x, int y) {
   const Window data = picture.Data();
@@ -22,7 +22,7 @@ const Sample* SamplesAt(const Picture& picture, const std::vector<Sample>& sampl
          (row * static_cast<std::size_t>(data.width) + column) * picture.Channels();
 }
 
-// Straight integers: no channel depends on another, and nothing is clipped.
+// Integers with straight alpha: channels are independent, and nothing is clipped.
 template <typename Sample, typename Pixel>
 void GiveByTable(const Picture& picture, const std::vector<Sample>& samples, Given& given) {
   const auto table =
@@ -40,7 +40,7 @@ void GiveByTable(const Picture& picture, const std::vector<Sample>& samples, Giv
   }
 }
 
-// Straight half floats, in the same way but for values outside black to white.
+// Half floats with straight alpha: the same, but values below black and above white are counted.
 template <typename Pixel>
 void GiveHalves(const Picture& picture, const std::vector<half>& samples, Given& given) {
   const auto valueOf = [](std::uint16_t bits) {

@@ -1,4 +1,4 @@
-// Pixels on their way from a picture to the effect and back.
+// Converts pixels between a picture's samples and the effect's worlds.
 #ifndef VITRELL_MEDIA_EXCHANGE_H_
 #define VITRELL_MEDIA_EXCHANGE_H_
 
@@ -10,10 +10,10 @@
 
 namespace vitrell::media {
 
-// What a picture became when it was given to the effect.
+// A picture converted to the effect's pixels.
 struct Given {
   headless::WorldBuffer world;
-  std::int64_t clippedPixels = 0;  // had a value outside black to white, or not a number
+  std::int64_t clippedPixels = 0;  // with a value below black, above white, or NaN
 };
 
 // The picture as the effect gets it, in the size that it sees, transparent black where the file
@@ -22,7 +22,7 @@ struct Given {
 // that the file holds multiplied by alpha are divided; where alpha is 0 they stay as they are.
 Given GiveToEffect(const Picture& picture, bool deep);
 
-// What of the result cannot be stored in the channels of the input; of a part of it.
+// Whether the result, within a window, needs channels that the input may not have.
 struct ResultTraits {
   bool grey = true;    // red, green and blue agree in every pixel
   bool opaque = true;  // alpha is white in every pixel
@@ -36,26 +36,26 @@ enum class Role { kRed, kGreen, kBlue, kAlpha, kExtra };
 
 struct OutputChannel {
   Role role = Role::kRed;
-  int source = -1;  // the channel of the input's file that it continues; -1: a new one
+  int source = -1;  // the channel of the input file that it replaces; -1: a new channel
 };
 
 struct OutputForm {
   SampleType type = SampleType::kByte;
   bool straight = true;  // false: colours are multiplied by alpha
-  // What the effect saw is written, and not the window of the file's pixels.
+  // The output covers what the effect saw instead of the input's data window.
   bool wholeFrame = false;
   std::vector<OutputChannel> channels;
 };
 
-// The result as samples for a file, all rows at once; see ResultRows.
+// The whole result as samples for a file; ResultRows does the same in blocks of rows.
 Samples TakeFromEffect(const Picture& input, const headless::WorldBuffer& given,
                        const headless::WorldBuffer& result, const OutputForm& form);
 
-// Of the pixels that were clipped for the effect, how many it changed: they lose what was clipped.
+// How many of the clipped pixels the effect changed; in these the clipped values are lost.
 std::int64_t CountClippedAndChanged(const Picture& input, const headless::WorldBuffer& given,
                                     const headless::WorldBuffer& result);
 
-// Pixels that are not transparent in the result and that the file has no place for.
+// Visible pixels of the result that lie outside the data window and so cannot be stored.
 std::int64_t CountPaintedBeyondData(const Picture& input, const headless::WorldBuffer& result);
 
 }  // namespace vitrell::media

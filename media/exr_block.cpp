@@ -40,7 +40,7 @@ const Imf::FrameBuffer& ExrBlock::Fill(Imf::InputPart& source, int top, int rows
   return buffer_;
 }
 
-// What was taken in the right type stays where it is, the rest gets a buffer.
+// Channels that already have the right type are used in place, the others are copied to a buffer.
 Imf::Slice ExrBlock::SliceOf(std::size_t i, int top, int rows, const char* taken) {
   Column& column = columns_[i];
   const Imath::V2i origin(window_.min.x, top);

@@ -1,4 +1,4 @@
-// Rows of an EXR's rendered part, on their way into the file.
+// Frame buffers for blocks of rows of the rendered EXR part.
 #ifndef VITRELL_MEDIA_EXR_BLOCK_H_
 #define VITRELL_MEDIA_EXR_BLOCK_H_
 
@@ -19,15 +19,15 @@ namespace vitrell::media {
 // Bytes of a sample.
 std::size_t BytesOf(Imf::PixelType type);
 
-// Channels that were rendered come from the effect's rows, the others from the input's file, bit
-// for bit. The constructor's references must outlive the object.
+// Rendered channels are filled from the effect's rows, all others from the input file, bit for bit.
+// The constructor's references must outlive the object.
 class ExrBlock {
  public:
   // `header` is that of the rendered part in the output.
   ExrBlock(const Imf::Header& header, const OIIO::ImageSpec& spec, const OutputForm& form,
            ResultRows& rows);
 
-  // All channels of these rows of the data window, in its coordinates. Valid until the next call.
+  // All channels of these rows, in data window coordinates. Valid until the next call.
   const Imf::FrameBuffer& Fill(Imf::InputPart& source, int top, int rows);
 
  private:

@@ -1,4 +1,4 @@
-// EXR through its own library, which copies what it need not understand.
+// Uses the EXR library itself, which can copy parts without decoding them.
 #include "media/exr_copy.h"
 
 #include <Iex.h>

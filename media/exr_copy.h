@@ -1,4 +1,4 @@
-// An EXR file that is written anew with one of its pictures rendered.
+// Rewrites an EXR file with one of its parts rendered.
 #ifndef VITRELL_MEDIA_EXR_COPY_H_
 #define VITRELL_MEDIA_EXR_COPY_H_
 

@@ -1,4 +1,4 @@
-// How reading and writing files tell that something went wrong.
+// Errors of reading and writing files.
 //
 // Every failure is one message that names the file, the cause and the remedy. Functions of this
 // folder throw Failure.
@@ -14,9 +14,9 @@ namespace vitrell::media {
 enum FailureKind : int {
   kFailed = 1,        // a file or the effect
   kWrongUsage = 2,    // an option, a control's name or value
-  kTryLater = 75,     // no room, no memory, a folder that went away: may go better later
+  kTryLater = 75,     // temporary: disk full, out of memory, a folder that went away
   kCancelled = 130,   // asked to stop
-  kTerminated = 143,  // asked so by SIGTERM, where the work is that of several processes
+  kTerminated = 143,  // stopped by SIGTERM, in runs of several processes
 };
 
 class Failure : public std::runtime_error {

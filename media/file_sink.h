@@ -1,4 +1,4 @@
-// A file that picture writers write to, which remembers the first write that failed.
+// The output stream of all picture writers; it remembers the first write that failed.
 #ifndef VITRELL_MEDIA_FILE_SINK_H_
 #define VITRELL_MEDIA_FILE_SINK_H_
 
@@ -9,15 +9,15 @@
 
 namespace vitrell::media {
 
-// Some writers do not look at the result of every write; without this a full disk would leave a
-// damaged picture that counts as written.
+// Some writers ignore the result of a write; without this class a full disk would leave a damaged
+// picture that is reported as written.
 class FileSink : public OIIO::Filesystem::IOProxy {
  public:
   // Opens an existing file for writing; opened() tells whether that worked.
   explicit FileSink(const std::filesystem::path& file);
   ~FileSink() override;
 
-  // Not "file": some writers would take the object for the library's own file class.
+  // Not "file": some writers would cast the object to the library's own file class.
   const char* proxytype() const override { return "sink"; }
   void close() override;
   bool seek(int64_t offset) override;
@@ -27,13 +27,13 @@ class FileSink : public OIIO::Filesystem::IOProxy {
   size_t pwrite(const void* buffer, size_t size, int64_t offset) override;
   size_t size() const override;
 
-  // Forgets everything written.
+  // Truncates the file to nothing.
   void Restart();
-  // Puts these bytes in the place of everything written.
+  // Replaces the contents by these bytes.
   void Replace(const void* bytes, std::size_t size);
 
-  // The cause of the first failed write, or of what failed while closing: putting the contents on
-  // the disk, and a length other than what was written. Empty if all went well.
+  // The cause of the first failure: a write, the flush to disk on closing, or a file length that is
+  // not what was written. Empty if there was none.
   const std::string& FirstError() const { return firstError_; }
 
  private:

@@ -34,7 +34,7 @@ std::string TextOf(const Json& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-// What was cut off in the middle is put in order: all lines that are whole stay.
+// Repairs a file that was truncated: complete lines are kept.
 std::string WholeLines(const fs::path& file) {
   std::ifstream stream(file);
   std::string text;

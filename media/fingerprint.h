@@ -1,7 +1,8 @@
-// What a frame was made of, kept with it, so that a later run knows whether it can stay.
+// A record of what a frame was rendered from, so that a later run can tell whether it is up to
+// date.
 //
-// Input and layer are told by their contents and not by size and date, which copying changes and
-// which need not change when a file does.
+// Input and layer are identified by a hash of their contents. Size and date would not do: copying
+// changes the date, and a file may change without either.
 #ifndef VITRELL_MEDIA_FINGERPRINT_H_
 #define VITRELL_MEDIA_FINGERPRINT_H_
 
@@ -20,11 +21,11 @@ struct Fingerprint {
   std::string input;     // hash of the file
   std::string layer;     // likewise; empty for none
   std::string settings;  // hash of all values at the frame and all options that change the file
-  // Where the files were, seen from the frame's folder. Not compared: a shot may move.
+  // Paths of the files relative to the frame's folder. Not compared, since a shot may be moved.
   std::string inputFile;
   std::string layerFile;
 
-  // As JSON. A text that is none gives nothing.
+  // As JSON. Nothing for text that is not such JSON.
   std::string Text() const;
   static std::optional<Fingerprint> Parse(std::string_view text);
   bool IsMadeOfSame(const Fingerprint& other) const;
@@ -37,21 +38,21 @@ std::string HashOfFile(const std::filesystem::path& file);
 
 // The attribute in the headers of frames.
 inline constexpr const char* kFingerprintAttribute = "vitrellFingerprint";
-// Whether frames of this name have a place for it: PNG and EXR.
+// Whether the format of this file name can hold it in its header: PNG and EXR.
 bool HoldsFingerprint(const std::filesystem::path& frame);
 
-// For the others: a JSON file beside the frames, one line for each, which several processes may add
-// to at the same time.
+// For all other formats: a JSON file beside the frames with one line for each. Several processes
+// may append to it at the same time.
 class Sidecar {
  public:
   // "look.dpx.vitrell.json" for "look.####.dpx".
   explicit Sidecar(const Sequence& frames);
 
   const std::filesystem::path& File() const { return file_; }
-  // What was written last for this frame; nothing if its contents have changed since. Frames that
-  // others added after the first question are not seen.
+  // The last entry of this frame; nothing if the frame's contents have changed since. The file is
+  // read once: entries that other processes add later are not seen.
   std::optional<Fingerprint> Find(const std::filesystem::path& frame);
-  // After the frame took its name. Throws Failure (try later).
+  // To be called once the frame has its final name. Throws Failure (try later).
   void Put(const std::filesystem::path& frame, const Fingerprint& fingerprint);
 
  private:

@@ -12,7 +12,7 @@ namespace {
 // The literals of kMarks. NOLINTNEXTLINE(misc-unused-using-decls)
 using std::string_view_literals::operator""sv;
 
-// The depths are those that come back from a file that was written. In this order they are listed.
+// In the order of the listing. Depths are those that survive writing and reading back.
 constexpr std::array kFormats = {
     Format{.name = "PNG",
            .plugin = "png",

@@ -9,7 +9,7 @@
 namespace vitrell::media {
 namespace {
 
-// Frame numbers of file names and time codes are far below; sums of them cannot overflow.
+// Far above any frame number in file names or timecodes, and low enough for sums not to overflow.
 constexpr std::int64_t kFarthest = 1'000'000'000'000;
 
 [[noreturn]] void FailOver(std::string_view text) {
@@ -17,7 +17,7 @@ constexpr std::int64_t kFarthest = 1'000'000'000'000;
                                  "\" is no set of frames. Write 1-100, 1-100x2 or 1,5,10-20.");
 }
 
-// Takes a whole number away from the front.
+// Parses an integer and removes it from the front of the text.
 std::optional<std::int64_t> TakeNumber(std::string_view& text) {
   std::int64_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -174,7 +174,7 @@ FrameSet FrameSet::Part(std::int64_t k, std::int64_t n) const {
 
 FrameSet FrameSet::Holes() const {
   FrameSet holes;
-  // A shot on twos has no holes at every second frame.
+  // In a sequence with a step of two, every second frame is not a hole.
   if (ranges_.size() < 2) return holes;
   FrameCursor cursor(*this);
   std::optional<std::int64_t> before;

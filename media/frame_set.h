@@ -1,6 +1,6 @@
 // Sets of frames as people write them: "1-100", "1,5,10-20", "1-100x2", "10-1".
 //
-// A set is a list of ranges and not of frames: a million frames take no more memory than ten.
+// A set is stored as ranges, so that a million frames take no more memory than ten.
 #ifndef VITRELL_MEDIA_FRAME_SET_H_
 #define VITRELL_MEDIA_FRAME_SET_H_
 
@@ -16,17 +16,17 @@ class FrameSet {
  public:
   FrameSet() = default;
 
-  // Frames and ranges apart by commas. A range is FIRST-LAST or FIRST..LAST, up or down, and may
-  // take every Nth frame with xN or :N. Frames may be negative. Throws Failure (wrong usage).
+  // Frames and ranges, separated by commas. A range is FIRST-LAST or FIRST..LAST, up or down, and
+  // may take every Nth frame with xN or :N. Frames may be negative. Throws Failure (wrong usage).
   static FrameSet Parse(std::string_view text);
   // The same, and FIRST- for all frames from there on.
   static FrameSet ParseOpen(std::string_view text);
 
-  // Joins the range before it where it continues that.
+  // Extends the last range if the frame continues it.
   void Add(std::int64_t frame);
 
   bool IsEmpty() const { return ranges_.empty(); }
-  // A frame that stands in several ranges counts once, where it stands first.
+  // A frame that is in several ranges counts once, at its first place.
   std::int64_t Size() const;
   bool Contains(std::int64_t frame) const;
   // Of a set that is not empty.
@@ -73,9 +73,9 @@ class FrameSet {
 class FrameCursor {
  public:
   explicit FrameCursor(const FrameSet& set) : set_(set) {}
-  // Nothing behind the last frame.
+  // Nothing after the last frame.
   std::optional<std::int64_t> Next();
-  // Goes past so many frames.
+  // Skips this many frames.
   void Skip(std::int64_t frames);
 
  private:

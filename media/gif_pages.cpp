@@ -42,7 +42,7 @@ std::size_t FirstBlock(std::string_view file) {
   return kHeadBytes + ColourBytes(ByteAt(file, kScreen + 4));
 }
 
-// The end of the block that begins here, beyond the file where that is cut off.
+// The end of the block that begins here; beyond the end of the file if the file is truncated.
 std::size_t EndOfBlock(std::string_view file, std::size_t at) {
   at += file[at] == kImage ? kImageBytes + ColourBytes(ByteAt(file, at + kImageBytes - 1)) + 1 : 2;
   while (at < file.size()) {
@@ -82,7 +82,7 @@ void GifJoiner::Begin(std::string_view head) {
   Write(Number(*loops_) + '\0');
 }
 
-// A frame of another size does not cover the one before, which goes.
+// A frame of another size would not cover the one before, which is therefore cleared.
 void GifJoiner::ClearBefore(int width, int height) {
   if (frames_ > 0 && (width != width_ || height != height_)) {
     char flags = 0;

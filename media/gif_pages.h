@@ -1,4 +1,4 @@
-// The frames of a GIF: their times, and putting them together.
+// The frames of a GIF: reading their delays and joining them into one file.
 #ifndef VITRELL_MEDIA_GIF_PAGES_H_
 #define VITRELL_MEDIA_GIF_PAGES_H_
 

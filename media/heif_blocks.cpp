@@ -11,7 +11,7 @@
 namespace vitrell::media {
 namespace {
 
-// The largest block that is taken; a damaged file may promise any size.
+// The largest block that is read; a damaged file may claim any size.
 constexpr std::size_t kMostBytes = 64 << 20;
 
 std::string BlockOf(const heif_image_handle* handle, heif_item_id id) {
@@ -22,7 +22,7 @@ std::string BlockOf(const heif_image_handle* handle, heif_item_id id) {
   return block;
 }
 
-// Behind four bytes that tell how far away the TIFF header is.
+// The block begins with four bytes: the offset of the TIFF header.
 std::string WithoutOffset(const std::string& block) {
   constexpr std::size_t kOffsetBytes = 4;
   if (block.size() < kOffsetBytes) return {};

@@ -62,7 +62,7 @@ HeifImage MakeImage(const OIIO::ImageSpec& spec, const std::vector<uint8_t>& pix
   return owned;
 }
 
-// Red, green and blue themselves, since every other matrix rounds.
+// Stores red, green and blue unconverted, since every other matrix rounds.
 HeifNclx MakeIdentityMatrix() {
   HeifNclx nclx(heif_nclx_color_profile_alloc());
   nclx->matrix_coefficients = heif_matrix_coefficients_RGB_GBR;

@@ -19,7 +19,7 @@ namespace {
 
 constexpr off_t kBlock = 16 << 20;
 
-// The limit of the process counts for files in memory, too. What ends at it was cut.
+// The process's file size limit applies to files in memory, too; one that ends at it is truncated.
 bool ReachedLimit(off_t size) {
   struct rlimit limit {};
   return ::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY &&

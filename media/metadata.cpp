@@ -1,4 +1,4 @@
-// Reading metadata, and fitting them to another file.
+// Reads metadata and adapts it to another file.
 #include "media/metadata.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ void StartLibrary() {
   });
 }
 
-// Formats whose files the library does not know, or that have nothing to read.
+// False for formats that the library does not know or that hold no metadata.
 bool HasReadableMetadata(const Format& format) { return format.exif || format.iptc || format.xmp; }
 
 void AddProfile(const void* profile, std::size_t size, OIIO::ImageSpec& spec) {
@@ -56,8 +56,8 @@ void ReadImage(Exiv2::Image& image, Metadata& metadata) {
   metadata.comment = image.comment();
 }
 
-// Of a TIFF file's first directory: how its samples lie in the file, and blocks that are read and
-// written as what they hold.
+// Tags of a TIFF file's first directory that describe the storage of its samples, or hold blocks
+// that are carried over separately.
 constexpr std::array<std::string_view, 38> kOfThisFile = {
     "ImageWidth",
     "ImageLength",
@@ -143,7 +143,7 @@ bool IsIptcPreview(const Exiv2::Iptcdatum& entry) {
 
 struct XmpFact {
   const char* key;
-  int value;  // below 0: what does not hold any more and is taken out
+  int value;  // below 0: no longer true, to be removed
 };
 
 // Returns whether something was changed.
@@ -180,7 +180,7 @@ bool FitXmp(const OIIO::ImageSpec& output, Exiv2::XmpData& xmp) {
   return changed || xmp.count() != before;
 }
 
-// What writers look for themselves: the file's form, not its contents.
+// Attributes that control how the library writes the file, as opposed to carried metadata.
 bool IsForTheWriter(std::string_view name) {
   constexpr std::array<std::string_view, 8> kNames = {
       "ICCProfile",  "compression",    "CompressionQuality", "XResolution",
@@ -281,7 +281,7 @@ void SetResolution(const Metadata& metadata, OIIO::ImageSpec& spec) {
 std::vector<std::string> KindsWithoutPlace(const Metadata& metadata, const Format& format) {
   std::vector<std::string> kinds;
   const bool comment = format.plugin == "jpeg" || format.plugin == "png";
-  // A picture that is upright loses nothing with the tag that says so.
+  // Losing the orientation tag of an upright picture is no loss.
   const bool exif =
       std::any_of(metadata.exif.begin(), metadata.exif.end(), [](const Exiv2::Exifdatum& entry) {
         return entry.key() != "Exif.Image.Orientation" || entry.toLong() != 1;

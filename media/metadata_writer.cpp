@@ -41,7 +41,7 @@ std::unique_ptr<Exiv2::Image> Put(const Metadata& metadata, const Kinds& kinds,
   try {
     std::unique_ptr<Exiv2::Image> image = OpenImage(file);
     image->setByteOrder(metadata.byteOrder);
-    // What the writer of the pixels made up goes; TIFF files hold more than camera data there.
+    // Remove what the pixel writer made up. In TIFF files the same block holds the file's layout.
     if (format.plugin != "tiff") image->clearExifData();
     if (kinds.exif && Takes(*image, Exiv2::mdExif)) image->setExifData(metadata.exif);
     if (kinds.iptc && Takes(*image, Exiv2::mdIptc)) image->setIptcData(metadata.iptc);
@@ -64,7 +64,7 @@ std::unique_ptr<Exiv2::Image> Put(const Metadata& metadata, const Kinds& kinds,
   }
 }
 
-// One kind may be too large for the format, or damaged; the others go over without it.
+// If one kind is too large for the format, or damaged, the others are written without it.
 std::unique_ptr<Exiv2::Image> PutWhatFits(const Metadata& metadata, const Format& format,
                                           const MappedFile& file) {
   Kinds kinds{!metadata.exif.empty(), !metadata.iptc.empty(), !metadata.XmpIsEmpty(),

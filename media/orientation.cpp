@@ -13,14 +13,15 @@ namespace {
 
 constexpr const char* kTag = "Orientation";
 
-// How the stored rows and columns lie in the upright picture.
+// How stored rows and columns map to the upright picture.
 struct Turn {
   bool swapsAxes;  // stored rows are upright columns
   bool mirrorsX;   // stored columns (after the swap: rows) run from the far side
   bool mirrorsY;
 };
 
-// By tag; the tag names the upright sides at which the stored first row and first column lie.
+// The comments give the sides of the upright picture at which the stored first row and first column
+// lie.
 constexpr Turn TurnOf(int orientation) {
   switch (orientation) {
     case 2:  // top, right
@@ -55,7 +56,8 @@ std::size_t StoredPixel(const Turn& turn, const Size& stored, std::size_t x, std
   return y * stored.width + x;
 }
 
-// In squares that fit the cache, because a turned row touches as many stored rows as it has pixels.
+// Works in tiles that fit the cache, because the pixels of a turned row come from as many stored
+// rows.
 template <typename Sample>
 std::vector<Sample> Turned(const std::vector<Sample>& samples, const Turn& turn, const Size& stored,
                            std::size_t channels) {
@@ -124,7 +126,7 @@ void FindOrientation(const std::filesystem::path& file, const Format& format,
     const auto tag = exif.findKey(Exiv2::ExifKey("Exif.Image.Orientation"));
     if (tag != exif.end()) spec.attribute(kTag, static_cast<int>(tag->toLong()));
   } catch (const std::exception&) {
-    // Damaged metadata tell nothing; the pixels may be whole.
+    // Damaged metadata counts as none; the pixels may be intact.
   }
 }
 

@@ -26,7 +26,7 @@ constexpr int kMaxLinks = 40;  // as the system follows
   throw Failure(kind, ShownTarget(file) + ": " + cause);
 }
 
-// Of an error that is no matter of names and rights: a full disk, a share that went away.
+// For an error that has nothing to do with names and permissions: disk full, share gone.
 FailureKind KindOfError(int error) {
   const bool lasting = error == EACCES || error == EPERM || error == EROFS ||
                        error == ENAMETOOLONG || error == EINVAL;
@@ -52,7 +52,7 @@ void RefuseExisting(const fs::path& target) {
   Fail(target, "already exists. Choose another name, or add --force to replace it.");
 }
 
-// A new name is on the disk only when its folder is. Some file systems know no such request.
+// A rename is durable only once its folder is flushed. Some file systems do not support that.
 void FlushFolder(const fs::path& folder) {
   const int file = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (file < 0) return;

@@ -43,14 +43,15 @@ bool LosesValues(const Format& format, std::string_view compression, const OIIO:
   const auto is = [&](std::string_view name) { return compression.starts_with(name); };
   if (format.plugin == "tiff") return is("jpeg") || is("webp") || is("ccitt");
   if (format.plugin != "openexr") return false;
-  // PXR24 shortens floats and keeps the rest.
+  // PXR24 truncates 32-bit floats and keeps everything else.
   const auto& types = spec.channelformats;
   const bool floats = spec.format == OIIO::TypeDesc::FLOAT ||
                       std::find(types.begin(), types.end(), OIIO::TypeDesc::FLOAT) != types.end();
   return is("b44") || is("dwa") || (is("pxr24") && floats);
 }
 
-// Compressions and bit counts are names within one format, and some would lose what was rendered.
+// Compression names and bit counts mean something in their own format only, and lossy ones would
+// damage the render.
 void DropEncoding(const Picture& input, const Format& format, Depth depth, OIIO::ImageSpec& spec) {
   for (const char* name : {"oiio:UnassociatedAlpha", "oiio:dither", "oiio:ioproxy", "oiio:SHA-1",
                            "tiff:PhotometricInterpretation", "tiff:ColorSpace"}) {
@@ -67,8 +68,8 @@ void DropEncoding(const Picture& input, const Format& format, Depth depth, OIIO:
   }
 }
 
-// Writers of formats with a date take the present one where there is none, so that no two files
-// were alike. In its place stand SOURCE_DATE_EPOCH, or when the input's file was changed last.
+// Without a date in the header, writers of formats that have one use the current time, and no two
+// files would be equal. Use SOURCE_DATE_EPOCH, or else the modification time of the input file.
 void SetDate(const Picture& input, OIIO::ImageSpec& spec) {
   if (spec.find_attribute("DateTime") != nullptr) return;
   std::int64_t seconds = 0;
@@ -109,13 +110,13 @@ void PlaceInFrame(const Picture& input, const OutputForm& form, const Format& fo
   notices.emplace_back("the format stores no frame around the picture; only the picture is kept.");
 }
 
-// What is wished for; writers that lack it take fewer bits.
+// The requested type; writers that do not support it choose one with fewer bits.
 OIIO::TypeDesc ChooseType(const OIIO::TypeDesc& input, const Format& format, Depth depth) {
   const bool exr = format.plugin == "openexr";
   if (depth == Depth::k8) return OIIO::TypeDesc::UINT8;
   // EXR has no other 16 bits.
   if (depth == Depth::k16) return exr ? OIIO::TypeDesc::HALF : OIIO::TypeDesc::UINT16;
-  // The integers of EXR are no brightness, and half floats hold fewer bits.
+  // EXR's integers are for identifiers, not for brightness, and half floats have fewer bits.
   if (exr && input.size() > 1 && !input.is_floating_point()) return OIIO::TypeDesc::FLOAT;
   // Left to themselves, writers without such types would take 8 bits.
   const bool keepsAll = format.plugin == "tiff" || format.floats;
@@ -131,7 +132,7 @@ bool SameBytes(const OIIO::ParamValue* a, const OIIO::ParamValue* b) {
 
 }  // namespace
 
-// The colour space and the history are no sign: the library makes them up.
+// Colour space and history do not count, because the library makes them up.
 bool HasExif(const OIIO::ImageSpec& spec) {
   return std::any_of(spec.extra_attribs.begin(), spec.extra_attribs.end(),
                      [](const OIIO::ParamValue& attribute) {
@@ -167,7 +168,7 @@ OIIO::ImageSpec MakeOutputSpec(const Picture& input, const OutputForm& form, con
   if (format.plugin == "tiff" && !HasExif(spec)) spec.attribute("tiff:write_exif", 0);
   if (form.straight && spec.alpha_channel >= 0) spec.attribute("oiio:UnassociatedAlpha", 1);
   SetEncoding(order.encoding, format, spec);
-  // An input may be a frame itself.
+  // The input may be a rendered frame with a fingerprint of its own.
   spec.erase_attribute(kFingerprintAttribute);
   if (!order.fingerprint.empty() && HoldsFingerprint(order.target)) {
     spec.attribute(kFingerprintAttribute, order.fingerprint);

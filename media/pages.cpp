@@ -23,7 +23,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// How long a page stands where its file does not tell.
+// Hundredths of a second that a page is shown if its file has no delays.
 constexpr int kUsualDelay = 100;
 
 int CountPages(const fs::path& file, const Format& format) {

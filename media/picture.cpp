@@ -26,7 +26,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Formats whose files hold straight colours although the library does not say so.
+// Formats with straight alpha that the library does not mark as such.
 constexpr std::array<std::string_view, 4> kSilentlyStraight = {"bmp", "gif", "heif", "jpeg2000"};
 
 std::unique_ptr<OIIO::ImageInput> OpenPicture(const fs::path& file, const Format& format) {
@@ -179,7 +179,7 @@ Picture PictureReader::Read(const FileProgress& progress, const ReadChoice& choi
     throw Failure(kTryLater, file_.string() +
                                  ": there is not enough memory to read it. Use a smaller picture.");
   } catch (const std::exception& error) {
-    // What readers throw over contents that they did not expect.
+    // Readers throw on contents that they did not expect.
     FailAsDamaged(file_, OneLine(error.what()));
   }
 }

@@ -70,7 +70,7 @@ void CheckSpec(const Picture& picture, const PictureLimits& limits) {
   if (spec.deep || spec.depth > 1) {
     Fail(file, "holds deep or three-dimensional data. Flatten it to a plain picture first.");
   }
-  // Their lines are the picture's columns, which the library takes for rows of another length.
+  // Such files store columns, which the library reads as rows of the wrong length.
   constexpr int kFirstTurned = 5;
   if (picture.format->plugin == "dpx" && OrientationOf(spec, *picture.format) >= kFirstTurned) {
     Fail(file, "is stored column by column, which cannot be read. Turn it upright first.");

@@ -99,7 +99,7 @@ OIIO::ImageSpec ReadBack(const Format& format, const fs::path& file, const OIIO:
   return written;
 }
 
-// The writer of JPEG 2000 halves every picture five times.
+// The JPEG 2000 writer makes five resolution levels, each of half the size.
 constexpr int kSmallestJpeg2000 = 32;
 
 void CheckFits(const Picture& input, const Format& format, const fs::path& target) {
@@ -115,8 +115,8 @@ void SetBlock(const char* name, const std::string& block, OIIO::ImageSpec& spec)
   spec.attribute(name, bytes, block.data());
 }
 
-// The metadata on their way into one output. AVIF and HEIC get them with the pixels, the others
-// behind these.
+// Transfers the metadata to one output. AVIF and HEIC get it together with the pixels, other
+// formats after them.
 class MetadataTransfer {
  public:
   MetadataTransfer(const Picture& input, const headless::WorldBuffer& result, const Format& format,

@@ -1,4 +1,4 @@
-// Sizes and memory, asked before any is taken.
+// Checks sizes and memory before anything is allocated.
 #include "media/picture_limits.h"
 
 #include <sys/resource.h>
@@ -107,7 +107,7 @@ std::string Gigabytes(std::int64_t bytes) {
 
 std::int64_t EstimateBytes(const PictureSize& size, int channels, int sampleBytes) {
   const std::int64_t worldPixel = sampleBytes == 1 ? 4 : 8;
-  // The file's samples are held once as they were and once as they come out.
+  // The samples of the input and those of the output.
   const std::int64_t samples = 2 * std::int64_t{channels} * sampleBytes;
   return size.width * size.height * (samples + kWorlds * worldPixel + kLensBytes);
 }

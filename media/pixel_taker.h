@@ -1,4 +1,5 @@
-// One pixel of the output, from the file's samples and the effect's pixels; for result_rows.cpp.
+// Makes one pixel of the output from the file's samples and the effect's pixels; for
+// result_rows.cpp.
 #ifndef VITRELL_MEDIA_PIXEL_TAKER_H_
 #define VITRELL_MEDIA_PIXEL_TAKER_H_
 
@@ -92,8 +93,8 @@ class PixelTaker {
   const std::vector<Sample> none_;
 };
 
-// Where the file and the output hold the same type, straight, each channel is by itself either the
-// file's or the effect's.
+// The fast case, straight colours of one sample type in file and output: each channel is either
+// the file's or the effect's.
 template <typename Sample, typename Pixel>
 class PlainTaker {
  public:

@@ -1,4 +1,4 @@
-// Turning standard error away for a while.
+// Redirects standard error for a while.
 #include "media/quiet_libraries.h"
 
 #include <OpenImageIO/imageio.h>

@@ -4,8 +4,8 @@
 
 namespace vitrell::media {
 
-// They print what they also return as an error, in words that name neither file nor remedy. While
-// an object lives, standard error leads nowhere. Objects must not overlap.
+// They also print the errors that they return, without naming the file or a remedy. While an object
+// of this class exists, standard error is discarded. Objects must not overlap.
 class QuietLibraries {
  public:
   QuietLibraries();

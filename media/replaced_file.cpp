@@ -10,9 +10,10 @@ namespace vitrell::media {
 namespace {
 
 constexpr mode_t kRights = 0777;
-constexpr mode_t kAllBits = 07777;  // with those that lend the owner's rights
+constexpr mode_t kAllBits = 07777;  // including set-user-ID, set-group-ID and sticky
 
-// True when owner and group are as they were. Who may not give files away may still choose a group.
+// True if owner and group were restored. A user without the right to change the owner may still be
+// allowed to set the group.
 bool KeepOwner(const struct stat& old, int file, std::vector<std::string>& notices) {
   if (::fchown(file, old.st_uid, old.st_gid) == 0) return true;
   const std::string cause = LastSystemError();

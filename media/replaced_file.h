@@ -1,4 +1,4 @@
-// What a new file takes over from the one that it replaces.
+// Mode and ownership that a new file inherits from the one that it replaces.
 #ifndef VITRELL_MEDIA_REPLACED_FILE_H_
 #define VITRELL_MEDIA_REPLACED_FILE_H_
 

@@ -62,7 +62,7 @@ class RowTaker {
     return out;
   }
 
-  // What only the effect knows, or what only the file knows.
+  // Pixels that only the effect has, or only the file.
   Out* TakeOutside(int y, int begin, int end, Out* out) {
     for (int x = begin; x < end; ++x, out += form_.channels.size()) {
       if (form_.wholeFrame) {

@@ -14,11 +14,11 @@
 
 namespace vitrell::media {
 
-// Where the effect left a channel as `given` it, the file's own value is kept: 16-bit files hold
-// 65536 values and the effect's depth only 32769, so a picture that the effect did not change keeps
-// every bit. A value that was clipped for the effect is kept only where the effect left the whole
-// pixel: beside channels that it computed from clipped values it would be another colour. Pixels of
-// the file that the effect did not see are kept.
+// Where the effect left a channel as it was `given`, the file's own value is kept: 16-bit files
+// hold 65536 values and the effect's depth only 32769, so a picture that the effect did not change
+// keeps every bit. A value that was clipped for the effect is kept only where the effect left the
+// whole pixel: beside channels that it computed from clipped values it would be another colour.
+// Pixels of the file that the effect did not see are kept.
 class ResultRows {
  public:
   // The arguments must outlive the object.

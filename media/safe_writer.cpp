@@ -80,7 +80,7 @@ void SafeWriter::WritePixels(ResultRows& rows, StoppableProgress& progress) {
   const bool written = WriteRows(rows, progress);
   const bool closed = writer_->close();
   const std::string message = OneLine(writer_->geterror());
-  // Some writers hand over the rest when they end.
+  // Some writers flush only when they are destroyed.
   writer_.reset();
   const std::string cut = memory_ ? memory_->CopyTo(sink_) : std::string();
   memory_.reset();

@@ -22,24 +22,24 @@ namespace vitrell::media {
 std::unique_ptr<OIIO::ImageOutput> MakeWriter(const Format& format,
                                               const std::filesystem::path& target);
 
-// Everything that is written passes the sink, at once or from a file in memory, because no writer
-// sees every failure itself. All functions throw Failure, which names the target.
+// All output goes through a FileSink, directly or by way of a file in memory, because no writer of
+// the library detects every failure. All functions throw Failure, which names the target.
 class SafeWriter {
  public:
   // `temporary` exists and is overwritten. The references must outlive the object.
   SafeWriter(const Format& format, const std::filesystem::path& temporary,
              const std::filesystem::path& target);
 
-  // An ICC profile that the format's library finds fault with is left out, which shows when the
-  // header is read back.
+  // An ICC profile that the format's library rejects is left out; reading back the header shows it.
   void Open(OIIO::ImageSpec spec);
 
-  // Of the opened file: with the writer's choice of types where it lacks those asked for.
+  // The header of the opened file; the sample type is the writer's choice if it lacks the requested
+  // one.
   const OIIO::ImageSpec& Header() const { return writer_->spec(); }
 
   void WritePixels(ResultRows& rows, StoppableProgress& progress);
 
-  // Between the pixels and the end. Returns what the file does not take.
+  // To be called after the pixels and before Finish. Returns the kinds that could not be stored.
   std::vector<std::string> AddMetadata(const Metadata& metadata);
 
   void Finish();

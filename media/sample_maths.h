@@ -44,7 +44,7 @@ Sample Quantised(double value) {
   }
 }
 
-// A sample in another type; within one type every bit stays, also of what is no number.
+// A sample in another type. The same type keeps every bit, those of NaN too.
 template <typename Out, typename Sample>
 Out Converted(Sample sample) {
   if constexpr (std::is_same_v<Sample, Out>) {
@@ -54,7 +54,7 @@ Out Converted(Sample sample) {
   }
 }
 
-// The file's pixel as straight colours, not clipped.
+// The file's pixel with straight (unassociated) alpha, not clipped.
 template <typename Sample>
 Argb StraightPixel(const Sample* pixel, const ChannelLayout& layout, bool straight) {
   const double alpha = layout.HasAlpha() ? Normalised(pixel[layout.alpha]) : 1.0;
@@ -66,7 +66,8 @@ Argb StraightPixel(const Sample* pixel, const ChannelLayout& layout, bool straig
   return argb;
 }
 
-// Also true for NaN. A tiny excess stems from dividing rounded half floats and is no clipping.
+// Also true for NaN. A tiny excess above white is a rounding error of dividing half floats by alpha
+// and does not count.
 inline bool NeedsClipping(double value) {
   constexpr double kTolerance = 1.0 / 512;
   return !(value >= 0 && value <= 1 + kTolerance);
@@ -97,7 +98,7 @@ auto ChannelsOf(const Pixel& pixel) {
   return std::array{pixel.alpha, pixel.red, pixel.green, pixel.blue};
 }
 
-// Every value of an integer type through a function, worked out once.
+// A lookup table of the function over all values of an integer type.
 template <typename From, typename Function>
 auto TableOf(const Function& function) {
   std::vector<decltype(function(From{}))> table;

@@ -15,7 +15,7 @@
 namespace vitrell::media {
 namespace {
 
-// Longer lists would hide what they tell.
+// Longer lists would bury the message.
 constexpr std::size_t kMostListed = 100;
 
 std::string Listed(const std::vector<std::string>& names) {
@@ -52,7 +52,7 @@ std::vector<std::string> Split(const std::string& text) {
                                  ", or what stands before the last point of a layer's channels.");
 }
 
-// The order in which the channels of a layer are a colour; normals and positions count as one.
+// Channel suffixes that make up a colour, in order; normals and positions are rendered as colours.
 struct Suffixes {
   std::array<std::string_view, 3> colour;
   std::string_view alpha;
@@ -98,7 +98,7 @@ int FindPart(OIIO::ImageInput& input, const Format& format, const std::string& w
     if (name == wanted) return part;
     parts.push_back(std::to_string(part) + (name.empty() ? "" : " " + name));
   }
-  // That there is no further part is no failure to read this one.
+  // Clear the error of seeking past the last part.
   static_cast<void>(input.geterror());
   std::size_t number = 0;
   const auto [end, error] = std::from_chars(wanted.data(), wanted.data() + wanted.size(), number);

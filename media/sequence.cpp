@@ -67,7 +67,7 @@ std::optional<std::int64_t> Sequence::FrameOf(const std::string& file) const {
   std::int64_t frame = 0;
   const auto [last, error] = std::from_chars(begin, end, frame);
   if (error != std::errc() || last != end) return std::nullopt;
-  // Neither fewer digits nor needless zeros.
+  // Neither too few digits nor extra leading zeros.
   if (FileOf(frame).filename() != file) return std::nullopt;
   return frame;
 }

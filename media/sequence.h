@@ -20,11 +20,11 @@ class Sequence {
   static std::optional<Sequence> Find(const std::filesystem::path& name);
 
   std::filesystem::path FileOf(std::int64_t frame) const;
-  // For what is told of all of them: "look.dpx.vitrell.json" for "look.####.dpx".
+  // The file with data about all frames: "look.dpx.vitrell.json" for "look.####.dpx".
   std::filesystem::path SidecarFile() const;
   // As it was given.
   const std::filesystem::path& Name() const { return name_; }
-  // Those that the folder holds, from the smallest on. Throws Failure if it cannot be read.
+  // The frames in the folder, ascending. Throws Failure if it cannot be read.
   FrameSet FramesInFolder() const;
 
  private:

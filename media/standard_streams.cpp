@@ -21,7 +21,7 @@ namespace {
 constexpr const char* kShownInput = "standard input";
 constexpr const char* kShownOutput = "standard output";
 constexpr std::size_t kBlock = 1 << 20;
-// Memory is asked for after so many bytes, and this much must stay.
+// The interval in bytes at which free memory is checked, and how much of it must remain.
 constexpr std::int64_t kStep = 64 << 20;
 
 [[noreturn]] void Fail(const std::string& cause) {

@@ -19,8 +19,8 @@ bool IsStandardStream(const std::filesystem::path& name);
 std::string ShownSource(const std::filesystem::path& source);
 std::string ShownTarget(const std::filesystem::path& target);
 
-// The first bytes of standard input, at most 16, which stay to be read by those that read all of
-// it.
+// The first bytes of standard input, at most 16. They are kept and still come first when all of it
+// is read.
 std::string_view HeadOfStandardInput();
 
 // A file to read whose name may be "-". Readers of pictures go back and forth, so that all of

@@ -1,4 +1,4 @@
-// Hidden files that are written beside a target, and those that killed processes left.
+// Hidden files that are written beside a target, and removal of those that killed processes left.
 #ifndef VITRELL_MEDIA_TEMPORARY_FILE_H_
 #define VITRELL_MEDIA_TEMPORARY_FILE_H_
 

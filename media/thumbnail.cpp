@@ -37,7 +37,7 @@ std::array<std::int64_t, 3> SumOf(const headless::WorldBuffer& world, int left, 
   return sum;
 }
 
-// Means of the rectangles that become a pixel each.
+// A box filter: each pixel is the mean of its rectangle.
 SmallPicture Shrunk(const headless::WorldBuffer& world) {
   const int width = world.Width();
   const int height = world.Height();

@@ -1,4 +1,4 @@
-// The small picture among EXIF data.
+// The thumbnail in EXIF data.
 #ifndef VITRELL_MEDIA_THUMBNAIL_H_
 #define VITRELL_MEDIA_THUMBNAIL_H_
 

@@ -1,4 +1,4 @@
-// The pages of a TIFF file: finding them, and putting them together.
+// The pages of a TIFF file: finding them, and joining them into one file.
 #ifndef VITRELL_MEDIA_TIFF_PAGES_H_
 #define VITRELL_MEDIA_TIFF_PAGES_H_
 

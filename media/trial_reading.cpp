@@ -1,4 +1,4 @@
-// A copy of the process that may die.
+// Reads in a child process.
 #include "media/trial_reading.h"
 
 #include <sys/resource.h>
@@ -14,7 +14,7 @@
 namespace vitrell::media {
 namespace {
 
-// Against readers that hang over damage.
+// For readers that hang on damaged files.
 constexpr unsigned kMostSeconds = 120;
 
 [[noreturn]] void TryAndEnd(const std::function<void()>& read) {
@@ -26,11 +26,11 @@ constexpr unsigned kMostSeconds = 120;
   }
   ::alarm(kMostSeconds);
   try {
-    // The library's threads stayed in the original.
+    // The library's threads do not exist in the child.
     SetLibraryThreads(1);
     read();
   } catch (...) {
-    // The original comes upon the same and tells it.
+    // The parent will meet the same error and report it.
   }
   ::_exit(0);
 }

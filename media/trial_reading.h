@@ -1,4 +1,4 @@
-// Reading that may end the process, tried in another one.
+// Tries a read that may crash in a child process.
 #ifndef VITRELL_MEDIA_TRIAL_READING_H_
 #define VITRELL_MEDIA_TRIAL_READING_H_
 
@@ -6,9 +6,8 @@
 
 namespace vitrell::media {
 
-// Runs `read` in a copy of this process, which then ends; whatever it throws counts as survived.
-// False when a signal ended the copy. True also where the system gives no further process, because
-// then nothing can be tried.
+// Runs `read` in a fork of this process. Returns false if a signal ended the child; exceptions do
+// not count as a crash. Also true if no process can be started, since then nothing can be tried.
 bool SurvivesReading(const std::function<void()>& read);
 
 }  // namespace vitrell::media

@@ -1,4 +1,4 @@
-// The one file that a process must not leave behind when it is ended from outside.
+// The one file that a signal handler must remove before it ends the process.
 #ifndef VITRELL_MEDIA_UNFINISHED_FILE_H_
 #define VITRELL_MEDIA_UNFINISHED_FILE_H_
 

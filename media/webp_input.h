@@ -10,8 +10,8 @@
 
 namespace vitrell::media {
 
-// The picture library's own reader multiplies colours by alpha in 8 bits, so that those of
-// transparent pixels cannot be had back. This one reads the first frame, straight, with its ICC
+// The picture library's own reader premultiplies colours by alpha in 8 bits, which cannot be undone
+// for transparent pixels. This one reads the first frame, straight, with its ICC
 // profile. "webp:lossless" tells whether the frame was stored without loss.
 class WebpInput : public OIIO::ImageInput {
  public:

@@ -23,7 +23,7 @@ bool Configure(const OIIO::ImageSpec& spec, WebPConfig& config) {
   const auto [method, quality] = spec.decode_compression_metadata("webp", kUsualWebpQuality);
   if (WebPConfigInit(&config) == 0) return false;
   config.quality = static_cast<float>(std::clamp(quality, 0, 100));
-  // Colours under full transparency count, too.
+  // Keep the colours of fully transparent pixels.
   config.exact = 1;
   constexpr int kUsualEffort = 6;
   return method != "lossless" || WebPConfigLosslessPreset(&config, kUsualEffort) != 0;

@@ -1,4 +1,4 @@
-// A writer that encodes a picture when all of its rows have come.
+// A writer that collects all rows and then encodes the picture as a whole.
 #ifndef VITRELL_MEDIA_WHOLE_OUTPUT_H_
 #define VITRELL_MEDIA_WHOLE_OUTPUT_H_
 
