@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "media/mapped_file.h"
+#include "media/metadata_fitting.h"
 
 namespace vitrell::media {
 namespace {

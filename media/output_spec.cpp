@@ -14,7 +14,7 @@
 
 #include "media/channel_names.h"
 #include "media/fingerprint.h"
-#include "media/metadata.h"
+#include "media/metadata_fitting.h"
 
 namespace vitrell::media {
 namespace {

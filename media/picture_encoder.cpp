@@ -10,6 +10,7 @@
 #include "media/heif_output.h"
 #include "media/loss_notes.h"
 #include "media/metadata.h"
+#include "media/metadata_fitting.h"
 #include "media/orientation.h"
 #include "media/output_form.h"
 #include "media/output_spec.h"
