@@ -1,0 +1,77 @@
+// Telling of a video.
+#include "cli/video_telling.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "cli/printable.h"
+#include "cli/video_progress.h"
+#include "media/standard_streams.h"
+#include "media/video_messages.h"
+
+namespace vitrell::cli {
+
+VideoTelling::VideoTelling(const RenderArguments& arguments)
+    : arguments_(arguments),
+      bar_(!arguments.quiet && !arguments.verbose && ::isatty(STDERR_FILENO) == 1),
+      notes_(arguments.quiet, arguments.strict, bar_) {
+  report_.dryRun = arguments.dryRun;
+  report_.threads = arguments.threads;
+}
+
+void VideoTelling::TellFrame(std::int64_t frames) {
+  ++report_.frames;
+  bar_.ShowLine([&](double elapsed) { return FrameProgressLine(report_.frames, frames, elapsed); });
+}
+
+void VideoTelling::TellLosses(const media::VideoWriter& writer) {
+  const std::vector<std::string>& losses = writer.Losses();
+  for (; toldLosses_ < losses.size(); ++toldLosses_) notes_.Tell(losses[toldLosses_]);
+}
+
+void VideoTelling::TellResult(int width, int height) {
+  bar_.Wipe();
+  WriteReport();
+  TellSummary(width, height);
+}
+
+void VideoTelling::TellFailure(const Failure& failure) {
+  report_.exitCode = failure.Kind();
+  report_.error = failure.what();
+  bar_.Wipe();
+  try {
+    WriteReport();
+  } catch (const Failure&) {
+    return;
+  }
+  static_cast<void>(std::fflush(stdout));
+}
+
+void VideoTelling::WriteReport() {
+  for (const std::string& message : media::TakeVideoMessages()) notes_.Advise(message + ".");
+  if (arguments_.report.empty()) return;
+  report_.totalSeconds = clock_.Total();
+  PutReport(report_, arguments_.report, notes_);
+}
+
+void VideoTelling::TellSummary(int width, int height) const {
+  if (arguments_.quiet) return;
+  const bool taken =
+      media::IsStandardStream(arguments_.output) || media::IsStandardStream(arguments_.report);
+  std::array<char, 64> rest{};
+  if (report_.dryRun) {
+    std::snprintf(rest.data(), rest.size(), "dry run, nothing was written");
+  } else {
+    std::snprintf(rest.data(), rest.size(), "%lld frames, effect %.3f s",
+                  static_cast<long long>(report_.frames), report_.effectSeconds);
+  }
+  std::fprintf(taken ? stderr : stdout, "%s: %d x %d, %d bits, %s\n",
+               Printable(media::ShownTarget(arguments_.output)).c_str(), width, height,
+               report_.effectBits, rest.data());
+}
+
+}  // namespace vitrell::cli

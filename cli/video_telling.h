@@ -1,0 +1,47 @@
+// What the render of a video tells: notes, progress, the report and the last line.
+#ifndef VITRELL_CLI_VIDEO_TELLING_H_
+#define VITRELL_CLI_VIDEO_TELLING_H_
+
+#include "cli/arguments.h"
+#include "cli/failure.h"
+#include "cli/notes.h"
+#include "cli/progress_bar.h"
+#include "cli/report.h"
+#include "media/video_writer.h"
+
+namespace vitrell::cli {
+
+class VideoTelling {
+ public:
+  // The arguments must outlive it.
+  explicit VideoTelling(const RenderArguments& arguments);
+
+  Notes& GetNotes() { return notes_; }
+  // Facts and times are put in by those who know them.
+  Report& GetReport() { return report_; }
+  StepClock& Clock() { return clock_; }
+
+  // One more frame is written, of so many; 0: nobody knows.
+  void TellFrame(std::int64_t frames);
+  // What the writer lost since the last call.
+  void TellLosses(const media::VideoWriter& writer);
+  // At the end, in one of these two ways.
+  void TellResult(int width, int height);
+  // The failure itself is told by whoever catches it.
+  void TellFailure(const Failure& failure);
+
+ private:
+  void WriteReport();
+  void TellSummary(int width, int height) const;
+
+  const RenderArguments& arguments_;
+  ProgressBar bar_;
+  Notes notes_;
+  Report report_;
+  StepClock clock_;
+  std::size_t toldLosses_ = 0;
+};
+
+}  // namespace vitrell::cli
+
+#endif  // VITRELL_CLI_VIDEO_TELLING_H_
