@@ -2,6 +2,7 @@
 #include "cli/custom_layer.h"
 
 #include "cli/failure.h"
+#include "cli/interrupt.h"
 #include "look/value_text.h"
 
 namespace vitrell::cli {
@@ -51,6 +52,14 @@ void PrepareLayer(const std::string& customLayer, look::Settings& settings, Note
   if (!custom && !path.empty()) {
     notes.Advise(path + ": the custom layer is not used. It shows with --set lens.type=custom.");
   }
+}
+
+media::Picture ReadLayer(const RenderArguments& arguments, const std::string& path) {
+  media::ReadChoice choice;
+  choice.autoOrient = !arguments.noAutoOrient;
+  return media::ReadPicture(
+      path, [](float) { return InterruptFlag().load(); }, {.maxPixels = arguments.maxPixels},
+      choice);
 }
 
 }  // namespace vitrell::cli

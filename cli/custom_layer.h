@@ -4,8 +4,10 @@
 
 #include <string>
 
+#include "cli/arguments.h"
 #include "cli/notes.h"
 #include "look/settings.h"
+#include "media/picture.h"
 
 namespace vitrell::cli {
 
@@ -19,6 +21,9 @@ void SetLayerPath(look::Settings& settings, const std::string& path);
 // layer control's --set, and stronger. Notes a lens without a layer and a layer without a lens.
 // Throws Failure.
 void PrepareLayer(const std::string& customLayer, look::Settings& settings, Notes& notes);
+
+// Reads it from its file. Throws Failure, also when interrupted.
+media::Picture ReadLayer(const RenderArguments& arguments, const std::string& path);
 
 }  // namespace vitrell::cli
 

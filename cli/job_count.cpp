@@ -29,12 +29,17 @@ std::int64_t CostOf(const std::string& file) {
 }  // namespace
 
 int CountJobs(const RenderArguments& arguments, const std::string& file, std::int64_t frames) {
+  return CountJobs(arguments, frames, [&] { return CostOf(file); });
+}
+
+int CountJobs(const RenderArguments& arguments, std::int64_t frames,
+              const std::function<std::int64_t()>& bytesOfJob) {
   const int wanted = arguments.frames.jobs > 0 ? arguments.frames.jobs : arguments.threads;
-  const std::int64_t most = std::min<std::int64_t>(wanted, frames);
+  const std::int64_t most = frames > 0 ? std::min<std::int64_t>(wanted, frames) : wanted;
   if (most < 2) return 1;
   const std::int64_t memory =
       arguments.frames.memory > 0 ? arguments.frames.memory : media::AvailableMemory() / 2;
-  const std::int64_t fit = memory / (CostOf(file) + kProcessBytes);
+  const std::int64_t fit = memory / (bytesOfJob() + kProcessBytes);
   return static_cast<int>(std::clamp<std::int64_t>(fit, 1, most));
 }
 

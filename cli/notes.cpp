@@ -26,6 +26,10 @@ void Notes::TellAll(const std::vector<std::string>& notes) {
   for (const std::string& note : notes) Tell(note);
 }
 
+void Notes::Add(const std::vector<Note>& notes) {
+  for (const Note& note : notes) Add(note.kind, note.text);
+}
+
 void Notes::FailIfStrict() const {
   if (!strict_) return;
   std::string losses;

@@ -36,6 +36,8 @@ class Notes {
   void TellAll(const std::vector<std::string>& notes);
   void Complain(const std::string& note) { Add(NoteKind::kComplaint, note); }
   void Advise(const std::string& note) { Add(NoteKind::kAdvice, note); }
+  // Those that another process noted.
+  void Add(const std::vector<Note>& notes);
 
   // With `strict` throws Failure over all losses and complaints until now, if there are any.
   void FailIfStrict() const;

@@ -7,7 +7,6 @@
 #include <memory>
 #include <string>
 #include <thread>
-#include <utility>
 
 #include "cli/commands.h"
 #include "cli/custom_layer.h"
@@ -136,18 +135,23 @@ void ChooseParts(bool sequence, RenderArguments& arguments) {
   }
 }
 
-// Options that mean nothing for a single picture.
-void RefuseFrameOptions(const FrameArguments& arguments) {
-  const std::array<std::pair<const char*, bool>, 6> given = {
-      {{"--missing", arguments.missing != "fail"},
-       {"--existing", !arguments.existing.empty()},
-       {"--keep-going", arguments.keepGoing},
-       {"--memory", arguments.memory != 0},
-       {"--status", !arguments.status.empty()},
-       {"--progress", arguments.progress == "plain" || arguments.progress == "json"}}};
-  for (const auto& [name, isGiven] : given) {
-    if (!isGiven) continue;
-    throw Failure(kWrongUsage, std::string(name) +
+// Options that mean nothing for a single picture, or for a video.
+void RefuseFrameOptions(const FrameArguments& arguments, bool video) {
+  struct Option {
+    const char* name;
+    bool isGiven;
+    bool isForVideos;
+  };
+  const std::array<Option, 6> options = {
+      {{"--missing", arguments.missing != "fail", false},
+       {"--existing", !arguments.existing.empty(), false},
+       {"--keep-going", arguments.keepGoing, false},
+       {"--memory", arguments.memory != 0, true},
+       {"--status", !arguments.status.empty(), false},
+       {"--progress", arguments.progress == "plain" || arguments.progress == "json", false}}};
+  for (const Option& option : options) {
+    if (!option.isGiven || (video && option.isForVideos)) continue;
+    throw Failure(kWrongUsage, std::string(option.name) +
                                    ": is for sequences. Write plate.####.png as INPUT, or leave "
                                    "the option out.");
   }
@@ -167,9 +171,10 @@ void RunRender(const RenderArguments& arguments) {
     RunSequence(possible);
     return;
   }
-  RefuseFrameOptions(arguments.frames);
+  const bool video = IsVideoJob(possible);
+  RefuseFrameOptions(arguments.frames, video);
+  if (video) return RenderVideo(possible);
   media::SetLibraryThreads(possible.threads);
-  if (IsVideoJob(possible)) return RenderVideo(possible);
   OnlyOnce([&] { RenderJob(possible).Run(); });
 }
 

@@ -8,14 +8,15 @@
 #include "cli/custom_layer.h"
 #include "cli/effect_finder.h"
 #include "cli/failure.h"
-#include "cli/interrupt.h"
+#include "cli/job_count.h"
+#include "cli/video_crew.h"
 #include "cli/video_facts.h"
 #include "cli/video_run.h"
 #include "cli/video_shot.h"
 #include "cli/video_telling.h"
 #include "look/preset.h"
-#include "media/exchange.h"
 #include "media/picture.h"
+#include "media/quiet_libraries.h"
 #include "media/video_writer.h"
 
 namespace vitrell::cli {
@@ -47,7 +48,8 @@ class VideoJob {
     shot_->ReadFirst(notes);
     report.effectBits = shot_->IsDeep() ? 16 : 8;
     report.videoInput = InputFacts(shot_->Reader(), shot_->First());
-    ReadLayer();
+    StartCrew();
+    TellLayer();
     notes.FailIfStrict();
     writer_.emplace(shot_->Reader(), shot_->First(), shot_->IsDeep(),
                     media::VideoWriteOrder{arguments_.output, arguments_.dryRun,
@@ -57,22 +59,29 @@ class VideoJob {
     notes.FailIfStrict();
   }
 
-  void ReadLayer() {
+  // After it this process may have threads.
+  void StartCrew() {
+    if (!arguments_.dryRun) {
+      const int jobs = CountJobs(arguments_, shot_->Reader().ExpectedFrames(),
+                                 [this] { return VideoCrew::BytesOfJob(*shot_); });
+      telling_.GetReport().jobs = jobs;
+      crew_.emplace(arguments_, *host_, *shot_, jobs);
+    }
+    shot_->Reader().UseThreads(arguments_.threads);
+    media::SetLibraryThreads(arguments_.threads);
+  }
+
+  // The workers read it for themselves.
+  void TellLayer() {
     const std::string path = LayerPath(shot_->Settings());
     if (path.empty()) return;
-    media::ReadChoice choice;
-    choice.autoOrient = !arguments_.noAutoOrient;
-    const media::Picture picture = media::ReadPicture(
-        path, [](float) { return InterruptFlag().load(); }, {.maxPixels = arguments_.maxPixels},
-        choice);
+    const media::Picture picture = ReadLayer(arguments_, path);
     telling_.GetNotes().TellAll(picture.notices);
     telling_.GetReport().layer = {path, std::string(picture.format->name), picture.spec};
-    layer_.emplace(media::GiveToEffect(picture, shot_->IsDeep()));
   }
 
   void RenderFrames() {
-    VideoRun(arguments_, *host_, *shot_, layer_ ? &layer_->world : nullptr, *writer_, telling_)
-        .Run();
+    VideoRun(arguments_, *shot_, *crew_, *writer_, telling_).Run();
     writer_->Finish();
     telling_.TellLosses(*writer_);
     telling_.GetNotes().FailIfStrict();
@@ -96,8 +105,8 @@ class VideoJob {
   look::Panel panel_ = look::MakePanel(host_->Parameters());
   VideoTelling telling_{arguments_};
   std::optional<VideoShot> shot_;
+  std::optional<VideoCrew> crew_;
   std::optional<media::VideoWriter> writer_;
-  std::optional<media::Given> layer_;
 };
 
 }  // namespace

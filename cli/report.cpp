@@ -82,6 +82,7 @@ std::string ReportAsJson(const Report& report, const std::vector<Note>& notes) {
   }
   if (report.videoOutput) json["output"] = JsonOf(*report.videoOutput);
   json["effect"] = {{"bits", report.effectBits}, {"threads", report.threads}};
+  if (report.jobs > 0) json["effect"]["jobs"] = report.jobs;
   json["seconds"] = {{"read", report.readSeconds},
                      {"effect", report.effectSeconds},
                      {"write", report.writeSeconds},

@@ -60,6 +60,7 @@ struct Report {
   std::optional<VideoFacts> videoOutput;
   std::int64_t frames = 0;  // of a video, rendered
   int effectBits = 0;
+  int jobs = 0;  // frames of a video at once; 0: not told
   int threads = 0;
   double readSeconds = 0;
   double effectSeconds = 0;

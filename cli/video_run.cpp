@@ -1,6 +1,9 @@
 // The loop over frames.
 #include "cli/video_run.h"
 
+#include <new>
+#include <utility>
+
 #include "cli/failure.h"
 #include "cli/interrupt.h"
 #include "media/standard_streams.h"
@@ -10,65 +13,112 @@ namespace {
 
 // Encoders hand over what they hold back before a file can end.
 constexpr unsigned kSecondsToStop = 20;
+// How long a signal may wait that comes just before the workers are waited for.
+constexpr int kPatienceMs = 200;
 
 }  // namespace
 
-VideoRun::VideoRun(const RenderArguments& arguments, headless::EffectHost& host, VideoShot& shot,
-                   const headless::WorldBuffer* layer, media::VideoWriter& writer,
-                   VideoTelling& telling)
-    : arguments_(arguments),
-      shot_(shot),
-      layer_(layer),
-      writer_(writer),
-      telling_(telling),
-      effect_(host, arguments, noBar_, telling.GetNotes()),
-      frames_(shot.Width(), shot.Height(), shot.IsDeep(), arguments.threads) {}
-
 void VideoRun::Run() {
   GrantSecondsToStop(kSecondsToStop);
-  media::VideoReader& reader = shot_.Reader();
   try {
-    RenderFrame(shot_.First());
-    const media::FrameHandle decoded = media::MakeFrame();
-    while (reader.Next(*decoded)) RenderFrame(*decoded);
+    PutIn(shot_.First());
+    while (Step()) {
+    }
   } catch (const Failure& failure) {
+    crew_.Stop();
     if (failure.Kind() != kCancelled || telling_.GetReport().frames == 0) throw;
     FailUnfinished(kCancelled, "cancelled");
   }
+  WritePackets(shot_.Reader().TakePackets());
+  const media::VideoReader& reader = shot_.Reader();
   if (!reader.Damage().empty()) {
     FailUnfinished(kFailed, reader.Name().string() + ": " + reader.Damage());
   }
 }
 
-void VideoRun::RenderFrame(const AVFrame& decoded) {
+// The workers come first, then room for what they have done, then frames ahead of them.
+bool VideoRun::Step() {
   ThrowIfInterrupted();
-  Report& report = telling_.GetReport();
-  StepClock& clock = telling_.Clock();
-  clock.Lap();
-  frames_.Give(decoded, shot_.Reader().Name());
-  report.readSeconds += clock.Lap();
-  const look::Settings settings = shot_.SettingsAt(report.frames, shot_.SecondsTo(decoded));
-  report.effectSeconds += effect_.Render(settings, frames_.Given(), layer_, frames_.Result());
-  telling_.GetNotes().FailIfStrict();
-  clock.Lap();
-  if (frames_.Take({.overBlack = !writer_.KeepsAlpha()}) && !writer_.KeepsAlpha()) TellAlpha();
-  writer_.Write(frames_.Taken(), decoded);
-  report.writeSeconds += clock.Lap();
+  crew_.Wait(0);
+  const bool mayRead = !ended_ && crew_.HasRoom();
+  if (mayRead && crew_.WantsFrames()) {
+    ReadFrame();
+  } else if (crew_.IsOldestDone()) {
+    WriteFrame();
+  } else if (mayRead) {
+    ReadFrame();
+  } else if (crew_.IsEmpty()) {
+    return false;
+  } else {
+    crew_.Wait(kPatienceMs);
+  }
+  return true;
+}
+
+void VideoRun::ReadFrame() {
+  telling_.Clock().Lap();
+  if (shot_.Reader().Next(*decoded_)) {
+    telling_.GetReport().readSeconds += telling_.Clock().Lap();
+    PutIn(*decoded_);
+  } else {
+    ended_ = true;
+  }
+}
+
+void VideoRun::PutIn(const AVFrame& decoded) {
+  VideoFrameJob job;
+  job.index = framesRead_++;
+  job.seconds = shot_.SecondsTo(decoded);
+  job.overBlack = !writer_.KeepsAlpha();
+  crew_.PutIn(job, decoded);
+  Frame frame{media::MakeFrame(), shot_.Reader().TakePackets()};
+  if (av_frame_copy_props(frame.marks.get(), &decoded) < 0) throw std::bad_alloc();
+  frames_.push_back(std::move(frame));
+}
+
+void VideoRun::WriteFrame() {
+  const VideoCrew::Done done = crew_.TakeOldest();
+  const Frame frame = std::move(frames_.front());
+  frames_.pop_front();
+  telling_.Clock().Lap();
+  TakeAnswer(done.answer);
+  WritePackets(frame.packets);
+  if (done.answer.transparent && !writer_.KeepsAlpha()) TellAlpha();
+  writer_.Write(*done.rendered, *frame.marks);
+  telling_.GetReport().writeSeconds += telling_.Clock().Lap();
   telling_.TellFrame(shot_.Reader().ExpectedFrames());
 }
 
+void VideoRun::TakeAnswer(const VideoFrameAnswer& answer) {
+  telling_.GetNotes().Add(answer.frame.notes);
+  if (answer.lost) FailUnfinished(answer.frame.exitCode, answer.frame.error);
+  if (answer.frame.exitCode != kDone) {
+    throw Failure(static_cast<media::FailureKind>(answer.frame.exitCode), answer.frame.error);
+  }
+  telling_.GetNotes().FailIfStrict();
+  Report& report = telling_.GetReport();
+  report.readSeconds += answer.readSeconds;
+  report.effectSeconds += answer.effectSeconds;
+  report.writeSeconds += answer.writeSeconds;
+}
+
 void VideoRun::TellAlpha() {
-  if (toldAlpha_) return;
-  toldAlpha_ = true;
+  if (std::exchange(toldAlpha_, true)) return;
   telling_.GetNotes().Tell(media::ShownTarget(arguments_.output) + ": " +
                            writer_.Form().codec->name +
                            " stores no transparency; the video is laid over black.");
   telling_.GetNotes().FailIfStrict();
 }
 
-void VideoRun::FailUnfinished(media::FailureKind kind, const std::string& cause) {
-  const std::string kept = writer_.KeepUnfinished().string();
+void VideoRun::WritePackets(const std::vector<media::PacketHandle>& packets) {
+  for (const media::PacketHandle& packet : packets) writer_.WritePacket(*packet);
+}
+
+void VideoRun::FailUnfinished(int exitCode, const std::string& cause) {
+  const auto kind = static_cast<media::FailureKind>(exitCode);
   const std::int64_t count = telling_.GetReport().frames;
+  if (count == 0) throw Failure(kind, cause + "; no frame is rendered.");
+  const std::string kept = writer_.KeepUnfinished().string();
   const std::string frames = count == 1 ? "frame is" : std::to_string(count) + " frames are";
   throw Failure(kind, cause + "; the first " + frames +
                           (kept.empty() ? " written." : " kept as " + kept + "."));

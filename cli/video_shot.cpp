@@ -20,9 +20,8 @@ namespace {
 
 media::VideoReader OpenReader(const RenderArguments& arguments) {
   CheckVideoOptions(arguments);
-  return media::VideoReader(
-      arguments.input,
-      media::VideoReadOptions{arguments.threads, arguments.maxPixels, &InterruptFlag()});
+  return media::VideoReader(arguments.input,
+                            media::VideoReadOptions{arguments.maxPixels, &InterruptFlag()});
 }
 
 look::Settings SettingsFor(const media::VideoReader& reader, const look::Panel& panel,

@@ -23,6 +23,7 @@ class VideoShot {
   void ReadFirst(Notes& notes);
 
   media::VideoReader& Reader() { return reader_; }
+  const media::VideoReader& Reader() const { return reader_; }
   const look::Settings& Settings() const { return settings_; }
   // Of the first frame; known since ReadFirst.
   AVFrame& First() { return *first_; }

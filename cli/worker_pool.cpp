@@ -71,6 +71,12 @@ void WorkerPool::SetSize(int workers) {
   workers_.resize(std::max(workers_.size(), static_cast<std::size_t>(std::max(workers, 1))));
 }
 
+void WorkerPool::StartAll() {
+  for (int i = 0; i < Size(); ++i) {
+    if (workers_.at(static_cast<std::size_t>(i)).process < 0) Start(i);
+  }
+}
+
 int WorkerPool::Busy() const {
   return static_cast<int>(std::count_if(workers_.begin(), workers_.end(),
                                         [](const Worker& worker) { return worker.busy; }));

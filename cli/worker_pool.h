@@ -42,6 +42,8 @@ class WorkerPool {
 
   // From now on so many workers may run; never fewer than before. They start with their first job.
   void SetSize(int workers);
+  // Starts all of them now, for a process that is about to get other threads. Throws as Give.
+  void StartAll();
   int Size() const { return static_cast<int>(workers_.size()); }
   int Busy() const;
   // A worker without a job; nothing if all have one.

@@ -152,7 +152,6 @@ bool TakeFrame(const AVFrame& frame, const WorldBuffer& given, const WorldBuffer
 FrameExchange::FrameExchange(int width, int height, bool deep, int threads)
     : converter_(threads),
       rgb_(MakeFrame(width, height, deep ? kRgb16 : kRgb8)),
-      taken_(MakeFrame(width, height, deep ? kRgb16 : kRgb8)),
       given_(width, height, deep, {.fresh = headless::FreshPixels::kUnset}),
       result_(width, height, deep, {.fresh = headless::FreshPixels::kUnset}) {}
 
@@ -162,8 +161,8 @@ void FrameExchange::Give(const AVFrame& decoded, const std::filesystem::path& fi
   GiveFrame(*rgb_, given_);
 }
 
-bool FrameExchange::Take(const TakeChoice& choice) {
-  return TakeFrame(*rgb_, given_, result_, choice, *taken_);
+bool FrameExchange::Take(const TakeChoice& choice, AVFrame& taken) {
+  return TakeFrame(*rgb_, given_, result_, choice, taken);
 }
 
 }  // namespace vitrell::media

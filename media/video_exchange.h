@@ -29,7 +29,7 @@ bool TakeFrame(const AVFrame& frame, const headless::WorldBuffer& given,
                const headless::WorldBuffer& result, const TakeChoice& choice, AVFrame& taken);
 
 // The same in both directions with all the memory that it takes, for any number of frames of one
-// size: a decoded frame, RGB, what the effect gets and gives back, RGB again.
+// size but for the two ends: a decoded frame, RGB, what the effect gets and gives back, RGB again.
 class FrameExchange {
  public:
   FrameExchange(int width, int height, bool deep, int threads);
@@ -38,14 +38,12 @@ class FrameExchange {
   void Give(const AVFrame& decoded, const std::filesystem::path& file);
   const headless::WorldBuffer& Given() const { return given_; }
   headless::WorldBuffer& Result() { return result_; }
-  // What TakeFrame answers, over the result.
-  bool Take(const TakeChoice& choice);
-  const AVFrame& Taken() const { return *taken_; }
+  // What TakeFrame answers, over the result. `taken` has the format that fits the depth.
+  bool Take(const TakeChoice& choice, AVFrame& taken);
 
  private:
   FrameConverter converter_;
   FrameHandle rgb_;
-  FrameHandle taken_;
   headless::WorldBuffer given_;
   headless::WorldBuffer result_;
 };

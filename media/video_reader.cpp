@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -50,7 +51,7 @@ VideoReader::VideoReader(const std::filesystem::path& file, const VideoReadOptio
     throw;
   }
   stream_ = &FindVideoStream(*container_, name_);
-  decoder_ = OpenVideoDecoder(*stream_, name_, {options.threads, maxPixels_});
+  decoder_ = OpenVideoDecoder(*stream_, name_, {1, maxPixels_});
   const AVRational rate = av_guess_frame_rate(container_.get(), stream_, nullptr);
   if (rate.num > 0 && rate.den > 0) frameRate_ = rate;
 }
@@ -70,20 +71,22 @@ std::int64_t VideoReader::ExpectedFrames() const {
   return static_cast<std::int64_t>(seconds * av_q2d(frameRate_) + 0.5);
 }
 
-void VideoReader::SetPacketSink(PacketSink sink) {
-  sink_ = std::move(sink);
-  for (const PacketHandle& packet : waiting_) sink_(*packet);
-  waiting_.clear();
+void VideoReader::UseThreads(int threads) {
+  mayChangeDecoder_ = false;
+  if (threads > 1) {
+    decoder_ = OpenVideoDecoder(*stream_, name_, {threads, maxPixels_});
+    std::move(fed_.begin(), fed_.end(), std::back_inserter(again_));
+    known_ = framesRead_;
+    ended_ = false;
+  }
+  fed_.clear();
 }
 
-void VideoReader::HandOn(const AVPacket& packet) {
-  if (sink_) {
-    sink_(packet);
-    return;
-  }
-  PacketHandle kept(av_packet_clone(&packet));
-  if (kept == nullptr) throw std::bad_alloc();
-  waiting_.push_back(std::move(kept));
+std::vector<PacketHandle> VideoReader::TakePackets() { return std::exchange(others_, {}); }
+
+void VideoReader::Keep(const AVPacket& packet, std::vector<PacketHandle>& kept) {
+  kept.emplace_back(av_packet_clone(&packet));
+  if (kept.back() == nullptr) throw std::bad_alloc();
 }
 
 // The first damage is what the others follow from.
@@ -91,7 +94,18 @@ void VideoReader::TellDamage(const std::string& damage) {
   if (damage_.empty()) damage_ = damage;
 }
 
+// What stands before the first frame is often the rest of a cut recording.
+bool VideoReader::HasBegun() const { return framesRead_ > 0 && known_ == 0; }
+
+bool VideoReader::FeedAgain() {
+  if (again_.empty()) return false;
+  static_cast<void>(avcodec_send_packet(decoder_.get(), again_.front().get()));
+  again_.pop_front();
+  return true;
+}
+
 void VideoReader::Feed() {
+  if (FeedAgain()) return;
   while (true) {
     av_packet_unref(packet_.get());
     const int error = av_read_frame(container_.get(), packet_.get());
@@ -105,23 +119,22 @@ void VideoReader::Feed() {
       return;
     }
     if (packet_->stream_index != stream_->index) {
-      HandOn(*packet_);
+      Keep(*packet_, others_);
       continue;
     }
     ++packetsRead_;
     packetEnd_ = avio_tell(container_->pb);
-    // What stands before the first frame is often the rest of a cut recording.
-    const bool begun = framesRead_ > 0;
     if (packet_->pts != AV_NOPTS_VALUE) {
       farthestEnd_ = std::max(farthestEnd_, packet_->pts + packet_->duration);
     }
-    if ((packet_->flags & AV_PKT_FLAG_CORRUPT) != 0 && begun) {
+    if ((packet_->flags & AV_PKT_FLAG_CORRUPT) != 0 && HasBegun()) {
       TellDamage("ends too early or is damaged (a frame is not whole)");
       continue;
     }
+    if (mayChangeDecoder_) Keep(*packet_, fed_);
     const int sent = avcodec_send_packet(decoder_.get(), packet_.get());
     if (sent >= 0) return;
-    if (begun) TellDamage("is damaged (" + VideoErrorCause(sent) + ")");
+    if (HasBegun()) TellDamage("is damaged (" + VideoErrorCause(sent) + ")");
   }
 }
 
@@ -134,12 +147,16 @@ bool VideoReader::Next(AVFrame& frame) {
       continue;
     }
     if (error < 0) {
-      if (error != AVERROR_EOF && framesRead_ > 0) {
+      if (error != AVERROR_EOF && HasBegun()) {
         TellDamage("is damaged (" + VideoErrorCause(error) + ")");
       }
       if (error != AVERROR_EOF && error != AVERROR(EAGAIN) && !ended_) continue;
       LookForMissingFrames();
       return false;
+    }
+    if (known_ > 0) {
+      --known_;
+      continue;
     }
     const bool broken = (frame.flags & AV_FRAME_FLAG_CORRUPT) != 0 || frame.decode_error_flags != 0;
     if (broken && framesRead_ > 0) {

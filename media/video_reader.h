@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <deque>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "media/video_handles.h"
 #include "media/video_io.h"
@@ -16,16 +16,14 @@
 namespace vitrell::media {
 
 struct VideoReadOptions {
-  int threads = 1;
   std::int64_t maxPixels = 1'000'000'000;  // of a frame
   const std::atomic<bool>* stop = nullptr;
 };
 
-// Reads the best video stream and hands on the packets of the others. Used by one thread.
+// Reads the best video stream and keeps the packets of the others. Used by one thread. Until
+// UseThreads the process has no other thread because of it.
 class VideoReader {
  public:
-  using PacketSink = std::function<void(const AVPacket&)>;
-
   // "-" is standard input. Throws Failure, also for a file without a video.
   VideoReader(const std::filesystem::path& file, const VideoReadOptions& options);
 
@@ -39,15 +37,16 @@ class VideoReader {
   // As the header tells; 0: unknown.
   std::int64_t ExpectedFrames() const;
 
-  // From now on `sink` gets the packets of the other streams, in the file's order, also those that
-  // were read already.
-  void SetPacketSink(PacketSink sink);
+  // From now on decodes with so many; to be called at most once. What the decoder got before is
+  // given to one with these threads again.
+  void UseThreads(int threads);
 
   // The next frame in the order of presentation. Its pts, in the stream's time base, is above that
   // of the frame before; its pkt_duration is 0 where the file tells none. False at the end of the
   // video, and of what can be read of a damaged one. Throws Failure.
   bool Next(AVFrame& frame);
-  std::int64_t FramesRead() const { return framesRead_; }
+  // The packets of the other streams that were read since the last call, in the file's order.
+  std::vector<PacketHandle> TakePackets();
 
   // After the end: why there are not all frames, as the rest of a sentence about the file
   // ("ends too early"); empty if all is well.
@@ -57,7 +56,10 @@ class VideoReader {
   void ThrowIfStopped() const;
   // Gives the decoder the next packet of the video, or the end.
   void Feed();
-  void HandOn(const AVPacket& packet);
+  // Gives it one of those that another decoder got; false when there is none.
+  bool FeedAgain();
+  bool HasBegun() const;
+  static void Keep(const AVPacket& packet, std::vector<PacketHandle>& kept);
   void Stamp(AVFrame& frame);
   bool HasSameSize(const AVFrame& frame);
   void LookForMissingFrames();
@@ -81,8 +83,13 @@ class VideoReader {
   std::int64_t lastTime_ = 0;
   std::int64_t lastDuration_ = 0;
   std::int64_t farthestEnd_ = AV_NOPTS_VALUE;
-  PacketSink sink_;
-  std::deque<PacketHandle> waiting_;
+  std::vector<PacketHandle> others_;
+  // While there may be another decoder: what this one got.
+  bool mayChangeDecoder_ = true;
+  std::vector<PacketHandle> fed_;
+  // For another decoder: packets that it gets again, and frames that are known already.
+  std::deque<PacketHandle> again_;
+  std::int64_t known_ = 0;
   std::string damage_;
 };
 

@@ -37,7 +37,7 @@ struct Options {
 
 }  // namespace
 
-VideoWriter::VideoWriter(VideoReader& reader, const AVFrame& first, bool deep,
+VideoWriter::VideoWriter(const VideoReader& reader, const AVFrame& first, bool deep,
                          const VideoWriteOrder& order)
     : reader_(reader),
       target_(order.target),
@@ -68,7 +68,6 @@ VideoWriter::VideoWriter(VideoReader& reader, const AVFrame& first, bool deep,
   for (const std::string& loss : carried_->Losses()) {
     losses_.push_back(name_.string() + ": " + loss);
   }
-  reader.SetPacketSink([this](const AVPacket& packet) { CopyPacket(packet); });
 }
 
 void VideoWriter::OpenEncoder(const AVFrame& first, const VideoWriteOrder& order) {
@@ -127,7 +126,7 @@ void VideoWriter::Fail(int error) const {
   throw Failure(kFailed, start + VideoErrorCause(error) + "). Choose another format.");
 }
 
-void VideoWriter::CopyPacket(const AVPacket& packet) {
+void VideoWriter::WritePacket(const AVPacket& packet) {
   const PacketHandle carried = carried_->Carried(packet);
   if (carried != nullptr) Send(*carried);
 }
@@ -141,13 +140,14 @@ void VideoWriter::Write(const AVFrame& rgb, const AVFrame& decoded) {
   const FrameHandle frame = MakeFrame(rgb.width, rgb.height, form_.pixelFormat);
   SetColours(colours_, *frame);
   converter_.Convert(rgb, *frame, name_);
-  frame->pts = HasOnlyARate(form_) ? static_cast<std::int64_t>(reader_.FramesRead() - 1)
-                                   : decoded.pts - carried_->Start(reader_.Stream());
+  frame->pts =
+      HasOnlyARate(form_) ? framesWritten_ : decoded.pts - carried_->Start(reader_.Stream());
   frame->pkt_duration = decoded.pkt_duration;
   frame->sample_aspect_ratio = decoded.sample_aspect_ratio;
   frame->interlaced_frame = decoded.interlaced_frame;
   frame->top_field_first = decoded.top_field_first;
   if (!HasOnlyARate(form_)) durations_[frame->pts] = decoded.pkt_duration;
+  ++framesWritten_;
   Encode(frame.get());
 }
 

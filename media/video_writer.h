@@ -32,8 +32,9 @@ struct VideoWriteOrder {
 class VideoWriter {
  public:
   // `first` is the first decoded frame: sizes and tags are taken from it. The reader must outlive
-  // the writer, which becomes the sink of its packets.
-  VideoWriter(VideoReader& reader, const AVFrame& first, bool deep, const VideoWriteOrder& order);
+  // the writer.
+  VideoWriter(const VideoReader& reader, const AVFrame& first, bool deep,
+              const VideoWriteOrder& order);
 
   const VideoForm& Form() const { return form_; }
   bool KeepsAlpha() const { return HasAlpha(form_.pixelFormat); }
@@ -43,6 +44,9 @@ class VideoWriter {
   // A frame of kRgb8 or kRgb16 with the time stamps and marks of the decoded one, as
   // VideoReader::Next gives it. The order is that of the time stamps.
   void Write(const AVFrame& rgb, const AVFrame& decoded);
+
+  // A packet of another stream of the input, at its place among the frames in the file's order.
+  void WritePacket(const AVPacket& packet);
 
   // Ends the file and adds to the losses what is not in it, compared with the input. It still has
   // no name.
@@ -56,13 +60,12 @@ class VideoWriter {
  private:
   void OpenEncoder(const AVFrame& first, const VideoWriteOrder& order);
   void Begin();
-  void CopyPacket(const AVPacket& packet);
   void Encode(const AVFrame* frame);
   void Send(AVPacket& packet);
   void End();
   [[noreturn]] void Fail(int error) const;
 
-  VideoReader& reader_;
+  const VideoReader& reader_;
   std::filesystem::path target_;
   std::filesystem::path name_;
   VideoForm form_;
@@ -74,6 +77,7 @@ class VideoWriter {
   CodecHandle encoder_;
   FrameConverter converter_;
   PacketHandle packet_ = MakePacket();
+  std::int64_t framesWritten_ = 0;
   // Encoders forget how long a frame lasts; by time stamp, for those that are in the encoder.
   std::map<std::int64_t, std::int64_t> durations_;
   std::vector<std::string> losses_;

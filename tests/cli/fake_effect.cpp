@@ -1,4 +1,5 @@
 // An effect that does one of a few things, chosen by its first control "test.work".
+#include <signal.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -25,6 +26,8 @@ enum Work {
   kNap,          // a second, unless the host asks to stop
   kDie,          // ends the process
   kVanish,       // takes the folder "out" away
+  kKill,         // ends the process as the system does when memory is short
+  kKeep,         // checks a parameter out and not in again
 };
 
 PF_Err Add(PF_InData* inData, PF_ParamType type, const char* name) {
@@ -33,8 +36,8 @@ PF_Err Add(PF_InData* inData, PF_ParamType type, const char* name) {
   std::strncpy(def.name, name, sizeof def.name - 1);
   if (type == PF_Param_POPUP) {
     def.u.pd.value = def.u.pd.dephault = kCopy;
-    def.u.pd.num_choices = kVanish;
-    def.u.pd.u.namesptr = "Copy|Wait|Stubborn|Out of Memory|Fade|Redden|Nap|Die|Vanish";
+    def.u.pd.num_choices = kKeep;
+    def.u.pd.u.namesptr = "Copy|Wait|Stubborn|Out of Memory|Fade|Redden|Nap|Die|Vanish|Kill|Keep";
   }
   return inData->inter.add_param(inData->effect_ref, -1, &def);
 }
@@ -77,6 +80,11 @@ PF_Err Render(PF_InData* inData, PF_ParamDef* params[], PF_LayerDef* output) {
   const A_long work = params[kWorkIndex]->u.pd.value;
   if (work == kOutOfMemory) return PF_Err_OUT_OF_MEMORY;
   if (work == kDie) std::abort();
+  if (work == kKill) ::raise(SIGKILL);
+  if (work == kKeep) {
+    PF_ParamDef kept{};
+    inData->inter.checkout_param(inData->effect_ref, kWorkIndex, 0, 1, 1, &kept);
+  }
   if (work == kVanish && ::rmdir("out") != 0) return PF_Err_OUT_OF_MEMORY;
   if (work == kWait || work == kStubborn || work == kNap) {
     const PF_Err stop = Pause(inData, work != kStubborn, work == kNap ? kNapPauses : kPauses);

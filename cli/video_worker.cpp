@@ -1,0 +1,79 @@
+// Rendering the frames of a video.
+#include "cli/video_worker.h"
+
+#include <exception>
+#include <new>
+
+#include "cli/custom_layer.h"
+#include "cli/effect_run.h"
+#include "cli/failure.h"
+#include "cli/interrupt.h"
+#include "cli/progress_bar.h"
+#include "cli/report.h"
+#include "headless/host_error.h"
+
+namespace vitrell::cli {
+namespace {
+
+void Fail(FrameAnswer& answer, int exitCode, const std::string& error) {
+  answer.state = exitCode == kCancelled ? FrameState::kCancelled : FrameState::kFailed;
+  answer.exitCode = exitCode;
+  answer.error = error;
+}
+
+}  // namespace
+
+// What is to be told of the layer was told before the first frame.
+void VideoWorker::Prepare() {
+  if (frames_) return;
+  const std::string layer = LayerPath(shot_.Settings());
+  if (!layer.empty()) layer_ = media::GiveToEffect(ReadLayer(arguments_, layer), shot_.IsDeep());
+  try {
+    frames_.emplace(shot_.Width(), shot_.Height(), shot_.IsDeep(), arguments_.threads);
+  } catch (const headless::HostError& error) {
+    // The reader refuses sizes that no world has; what is left is memory.
+    throw Failure(kTryLater, shot_.Reader().Name().string() + ": " + error.what());
+  }
+}
+
+void VideoWorker::RenderOrThrow(const VideoFrameJob& job, Notes& notes, VideoFrameAnswer& answer) {
+  ThrowIfInterrupted();
+  Prepare();
+  const VideoSlot& slot = slots_.at(static_cast<std::size_t>(job.slot));
+  StepClock clock;
+  frames_->Give(*slot.decoded.As(job.form), shot_.Reader().Name());
+  answer.readSeconds = clock.Lap();
+  // The stages of one frame are too short to be told.
+  ProgressBar noBar(false);
+  EffectRun effect(host_, arguments_, noBar, notes);
+  answer.effectSeconds = effect.Render(shot_.SettingsAt(job.index, job.seconds), frames_->Given(),
+                                       layer_ ? &layer_->world : nullptr, frames_->Result());
+  clock.Lap();
+  const media::FrameHandle rendered = slot.rendered.As(media::RgbForm(shot_.IsDeep()));
+  answer.transparent = frames_->Take({.overBlack = job.overBlack}, *rendered);
+  answer.writeSeconds = clock.Lap();
+}
+
+VideoFrameAnswer VideoWorker::Render(const VideoFrameJob& job) noexcept {
+  const StepClock clock;
+  VideoFrameAnswer answer;
+  answer.frame.frame = job.index;
+  ProgressBar noBar(false);
+  Notes notes(true, arguments_.strict, noBar);
+  try {
+    RenderOrThrow(job, notes, answer);
+  } catch (const Failure& failure) {
+    Fail(answer.frame, failure.Kind(), failure.what());
+  } catch (const std::bad_alloc&) {
+    Fail(answer.frame, kTryLater,
+         shot_.Reader().Name().string() + ": there is not enough memory. Use fewer --jobs.");
+  } catch (const std::exception& error) {
+    Fail(answer.frame, kFailed,
+         shot_.Reader().Name().string() + ": an unexpected error: " + error.what());
+  }
+  answer.frame.notes = notes.All();
+  answer.frame.seconds = clock.Total();
+  return answer;
+}
+
+}  // namespace vitrell::cli
