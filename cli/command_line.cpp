@@ -31,7 +31,8 @@ constexpr const char* kExamples =
     "\n"
     "Exit codes: 0 done, 1 a file or the effect failed, 2 wrong usage, 130 cancelled; of "
     "sequences\n"
-    "also 75 for what may go better later (disk full, memory, a folder gone) and 143 for SIGTERM.\n"
+    "and videos also 75 for what may go better later (disk full, memory, a folder gone) and 143\n"
+    "for SIGTERM.\n"
     "`vitrell help COMMAND` tells more.";
 
 constexpr const char* kCommands = "render, check, params, keys, formats, about or help";

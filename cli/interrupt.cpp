@@ -15,16 +15,18 @@ std::atomic<unsigned> g_graceSeconds{2};
 std::atomic<bool> g_interrupted{false};
 std::atomic<int> g_caught{0};
 std::atomic<int> g_first{0};
+std::atomic<bool> g_tellsTermination{false};
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<unsigned>::is_always_lock_free,
               "the handlers must not lock");
 
 void EndAtOnce(int) {
   media::RemoveUnfinishedFile();
-  ::_exit(kCancelled);
+  ::_exit(g_tellsTermination && g_first == SIGTERM ? kTerminated : kCancelled);
 }
 
 void AskToStop(int signal) {
   if (g_interrupted.exchange(true)) EndAtOnce(signal);
+  g_first = signal;
   ::alarm(g_graceSeconds);
 }
 
@@ -72,6 +74,8 @@ void WatchSignalsAsWorker() {
   Handle(SIGHUP, SIG_IGN);
   Handle(SIGTERM, AskToStop);
 }
+
+void TellTerminationApart() { g_tellsTermination = true; }
 
 void GrantSecondsToStop(unsigned seconds) { g_graceSeconds = seconds; }
 

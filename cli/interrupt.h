@@ -17,13 +17,18 @@ void WatchSignals();
 // The alternative for a process with workers: signals are only recorded, and the caller polls them
 // and stops the workers.
 void WatchSignalsForWorkers();
-// How many came, and which was the first; 0 for none.
+// How many came until now.
 int CaughtSignals();
+
+// The signal that came first, however they are watched; 0 for none.
 int FirstSignal();
 
 // The alternative for a worker: it stops on SIGTERM only. Signals that a terminal sends to the
 // whole process group are left to the parent.
 void WatchSignalsAsWorker();
+
+// From now on a process that SIGTERM ends at once does so with 143.
+void TellTerminationApart();
 
 // How long a stop may take before the process is ended; 2 until then.
 void GrantSecondsToStop(unsigned seconds);

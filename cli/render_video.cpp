@@ -1,13 +1,16 @@
 // One video through the effect.
 #include "cli/render_video.h"
 
+#include <csignal>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string>
 
 #include "cli/custom_layer.h"
 #include "cli/effect_finder.h"
 #include "cli/failure.h"
+#include "cli/interrupt.h"
 #include "cli/job_count.h"
 #include "cli/video_crew.h"
 #include "cli/video_facts.h"
@@ -17,6 +20,7 @@
 #include "look/preset.h"
 #include "media/picture.h"
 #include "media/quiet_libraries.h"
+#include "media/standard_streams.h"
 #include "media/video_writer.h"
 
 namespace vitrell::cli {
@@ -28,18 +32,28 @@ class VideoJob {
       : arguments_(arguments), host_(OpenEffect(arguments.effect.effect)) {}
 
   void Run() {
+    TellTerminationApart();
     try {
       Open();
       if (!arguments_.dryRun) RenderFrames();
       Finish();
     } catch (const Failure& failure) {
-      writer_.reset();
-      telling_.TellFailure(failure);
-      throw;
+      const bool terminated = failure.Kind() == kCancelled && FirstSignal() == SIGTERM;
+      Fail(terminated ? kTerminated : failure.Kind(), failure.what());
+    } catch (const std::bad_alloc&) {
+      Fail(kTryLater, media::ShownSource(arguments_.input) +
+                          ": there is not enough memory. Use fewer --jobs and --threads.");
     }
   }
 
  private:
+  [[noreturn]] void Fail(media::FailureKind kind, const std::string& message) {
+    const Failure failure(kind, message);
+    writer_.reset();
+    telling_.TellFailure(failure);
+    throw failure;
+  }
+
   // The input and its first frame, and the output, whose form depends on it.
   void Open() {
     Notes& notes = telling_.GetNotes();

@@ -7,9 +7,9 @@
 
 namespace vitrell::cli {
 
-// Renders all frames of INPUT, --jobs of them at once; they leave in order. Frame 0 of keys is the first one; the video's
-// rate and length take the place of --fps and --length. What is rendered is kept, under a name that
-// says so, when the rest cannot be read or a signal comes. Throws Failure.
+// Renders all frames of INPUT, --jobs of them at once; they leave in order. Frame 0 of keys is the
+// first one; the video's rate and length take the place of --fps and --length. What is rendered is
+// kept, under a name that says so, when the rest cannot be read or a signal comes. Throws Failure.
 void RenderVideo(const RenderArguments& arguments);
 
 }  // namespace vitrell::cli

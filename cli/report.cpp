@@ -15,7 +15,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 const char* ResultName(const Report& report) {
-  if (report.exitCode == kCancelled) return "cancelled";
+  if (report.exitCode == kCancelled || report.exitCode == kTerminated) return "cancelled";
   if (report.exitCode != kDone) return "failed";
   return report.dryRun ? "dry run" : "done";
 }

@@ -16,7 +16,7 @@ enum FailureKind : int {
   kWrongUsage = 2,    // an option, a control's name or value
   kTryLater = 75,     // temporary: disk full, out of memory, a folder that went away
   kCancelled = 130,   // asked to stop
-  kTerminated = 143,  // stopped by SIGTERM, in runs of several processes
+  kTerminated = 143,  // stopped by SIGTERM, where frames are rendered
 };
 
 class Failure : public std::runtime_error {

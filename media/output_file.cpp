@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <system_error>
 
@@ -24,13 +26,6 @@ constexpr int kMaxLinks = 40;  // as the system follows
 
 [[noreturn]] void Fail(const fs::path& file, const std::string& cause, FailureKind kind = kFailed) {
   throw Failure(kind, ShownTarget(file) + ": " + cause);
-}
-
-// For an error that has nothing to do with names and permissions: disk full, share gone.
-FailureKind KindOfError(int error) {
-  const bool lasting = error == EACCES || error == EPERM || error == EROFS ||
-                       error == ENAMETOOLONG || error == EINVAL;
-  return lasting ? kFailed : kTryLater;
 }
 
 fs::path FolderOf(const fs::path& file) {
@@ -97,6 +92,12 @@ void CheckTarget(const fs::path& target, bool force) {
     Fail(target, "the folder " + folder.string() + " cannot be written to (" + LastSystemError() +
                      "). Choose another folder, or change its permissions.");
   }
+}
+
+FailureKind KindOfError(int error) {
+  constexpr std::array kLasting = {EACCES, EPERM, EROFS, ENAMETOOLONG, EINVAL, EFBIG, EPIPE};
+  const bool lasting = std::find(kLasting.begin(), kLasting.end(), error) != kLasting.end();
+  return lasting ? kFailed : kTryLater;
 }
 
 bool IsSameFile(const fs::path& a, const fs::path& b) {

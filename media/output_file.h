@@ -11,12 +11,18 @@
 #include <string_view>
 #include <vector>
 
+#include "media/failure.h"
+
 namespace vitrell::media {
 
 class MemoryFile;
 
 // The text of errno: "No space left on device".
 std::string LastSystemError();
+
+// Of a system error over a file: kTryLater but for matters of names, rights and limits. A full disk
+// and a share that went away may be better later.
+FailureKind KindOfError(int error);
 
 // False when a write failed, with the cause in errno.
 bool WriteAll(int file, std::string_view bytes);

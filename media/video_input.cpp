@@ -1,6 +1,7 @@
 // Containers, streams and decoders.
 #include "media/video_input.h"
 
+#include <cerrno>
 #include <new>
 #include <string>
 #include <string_view>
@@ -82,6 +83,7 @@ CodecHandle OpenVideoDecoder(const AVStream& stream, const std::filesystem::path
   decoder->thread_count = limits.threads;
   decoder->max_pixels = limits.maxPixels;
   if (const int error = avcodec_open2(decoder.get(), codec, nullptr); error < 0) {
+    if (error == AVERROR(ENOMEM)) throw std::bad_alloc();
     Fail(name, video + " cannot be decoded (" + VideoErrorCause(error) +
                    "). Convert it to another codec.");
   }

@@ -74,8 +74,8 @@ VideoSink::VideoSink(const std::filesystem::path& file)
     : isStandardOutput_(IsStandardStream(file)) {
   file_ = isStandardOutput_ ? STDOUT_FILENO : ::open(file.c_str(), O_RDWR | O_TRUNC | O_CLOEXEC);
   if (file_ < 0) {
-    throw Failure(kFailed, file.string() + ": cannot be opened for writing (" + LastSystemError() +
-                               "). Choose another folder.");
+    throw Failure(KindOfError(errno), file.string() + ": cannot be opened for writing (" +
+                                          LastSystemError() + "). Choose another folder.");
   }
   context_ = avio_alloc_context(MakeBuffer(), kBuffer, 1, this, nullptr, Write,
                                 isStandardOutput_ ? nullptr : Seek);

@@ -2,6 +2,7 @@
 #include "media/video_reader.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <iterator>
 #include <new>
@@ -36,6 +37,11 @@ double TaggedSeconds(const AVStream& stream) {
     return 0;
   }
   return hours * 3600.0 + minutes * 60.0 + seconds;
+}
+
+// The file is not to blame.
+void ThrowIfNoMemory(int error) {
+  if (error == AVERROR(ENOMEM)) throw std::bad_alloc();
 }
 
 }  // namespace
@@ -110,6 +116,7 @@ void VideoReader::Feed() {
     av_packet_unref(packet_.get());
     const int error = av_read_frame(container_.get(), packet_.get());
     ThrowIfStopped();
+    ThrowIfNoMemory(error);
     if (error < 0) {
       if (error != AVERROR_EOF) {
         TellDamage("ends too early or is damaged (" + VideoErrorCause(error) + ")");
@@ -133,6 +140,7 @@ void VideoReader::Feed() {
     }
     if (mayChangeDecoder_) Keep(*packet_, fed_);
     const int sent = avcodec_send_packet(decoder_.get(), packet_.get());
+    ThrowIfNoMemory(sent);
     if (sent >= 0) return;
     if (HasBegun()) TellDamage("is damaged (" + VideoErrorCause(sent) + ")");
   }
@@ -146,6 +154,7 @@ bool VideoReader::Next(AVFrame& frame) {
       Feed();
       continue;
     }
+    ThrowIfNoMemory(error);
     if (error < 0) {
       if (error != AVERROR_EOF && HasBegun()) {
         TellDamage("is damaged (" + VideoErrorCause(error) + ")");

@@ -1,6 +1,7 @@
 // Encoding and muxing.
 #include "media/video_writer.h"
 
+#include <cerrno>
 #include <cstring>
 #include <new>
 #include <string_view>
@@ -95,6 +96,7 @@ void VideoWriter::OpenEncoder(const AVFrame& first, const VideoWriteOrder& order
   Options options;
   SetCodecOptions(order.encoding, form_, &options.entries);
   if (const int error = avcodec_open2(&encoder, form_.codec, &options.entries); error < 0) {
+    if (error == AVERROR(ENOMEM)) throw std::bad_alloc();
     throw Failure(kFailed, name_.string() + ": " + form_.codec->name +
                                " cannot write this video (" + VideoErrorCause(error) +
                                "). Choose another format or --video-codec.");
@@ -120,9 +122,10 @@ void VideoWriter::Begin() {
 void VideoWriter::Fail(int error) const {
   const std::string start = name_.string() + ": cannot be written (";
   if (sink_->FirstError() != 0) {
-    throw Failure(kFailed,
+    throw Failure(KindOfError(sink_->FirstError()),
                   start + std::strerror(sink_->FirstError()) + "). Free some space and try again.");
   }
+  if (error == AVERROR(ENOMEM)) throw std::bad_alloc();
   throw Failure(kFailed, start + VideoErrorCause(error) + "). Choose another format.");
 }
 

@@ -1,10 +1,12 @@
 // Videos that end too early, change on the way or are none, and runs that are ended.
 #include <signal.h>
+#include <sys/mount.h>
 #include <unistd.h>
 
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "cli/video_files.h"
@@ -131,18 +133,43 @@ TEST_F(VideoFaultsRunTest, AnExistingOutputStaysUntilTheNewOneIsWhole) {
 
 TEST_F(VideoFaultsRunTest, SignalsKeepWhatIsRendered) {
   Ffmpeg("-f lavfi -i testsrc2=s=320x180:r=25:d=60 -c:v libx264 -preset ultrafast in.mp4");
-  for (const std::string extension : {".mkv", ".mov"}) {
+  for (const auto& [extension, signal, exitCode] :
+       {std::tuple<std::string, int, int>{".mkv", SIGINT, 130}, {".mov", SIGTERM, 143}}) {
     RunningTool tool(
         {"render", "in.mp4", "out" + extension, "--set", "directional-blur.amount=300"}, Folder());
     WaitForHiddenFile();
-    tool.Signal(SIGINT);
+    tool.Signal(signal);
     const ToolResult result = tool.Wait();
-    ExpectMessage(result, 130, {"cancelled", "kept as out.partial" + extension});
+    ExpectMessage(result, exitCode, {"cancelled", "kept as out.partial" + extension});
     EXPECT_FALSE(Exists("out" + extension));
     EXPECT_GT(FramesOf("out.partial" + extension), 0);
     EXPECT_LT(FramesOf("out.partial" + extension), 1500);
   }
   EXPECT_EQ(Names(), (std::vector<std::string>{"in.mp4", "out.partial.mkv", "out.partial.mov"}));
+}
+
+// Whoever starts such a run again may have more luck.
+TEST_F(VideoFaultsRunTest, AFullDiskMayBeTriedAgain) {
+  Ffmpeg("-f lavfi -i testsrc2=s=64x48:r=25:d=1 -c:v ffv1 in.mkv");
+  std::filesystem::create_directory(InFolder("disk"));
+  if (::mount("tmpfs", InFolder("disk").c_str(), "tmpfs", 0, "size=32k") != 0) {
+    GTEST_SKIP() << "no right to mount here";
+  }
+  const ToolResult result = Neutral("in.mkv", "disk/out.mkv");
+  const bool empty = std::filesystem::is_empty(InFolder("disk"));
+  ::umount(InFolder("disk").c_str());
+  ExpectMessage(result, 75, {"disk/out.mkv: cannot be written (No space left on device)"});
+  EXPECT_TRUE(empty);
+}
+
+TEST_F(VideoFaultsRunTest, TooLittleMemoryMayBeTriedAgain) {
+  Ffmpeg("-f lavfi -i color=s=8000x6000:r=25 -frames:v 1 -c:v ffv1 in.mkv");
+  // The program starts in these addresses, but such a frame has no room in them.
+  Shell("(ulimit -v 2000000; " VITRELL_TOOL_PATH " render in.mkv out.mkv 2>said; echo $? >code)");
+  EXPECT_EQ(ReadFile("code"), "75\n") << ReadFile("said");
+  EXPECT_NE(ReadFile("said").find("in.mkv: there is not enough memory"), std::string::npos)
+      << ReadFile("said");
+  EXPECT_FALSE(Exists("out.mkv"));
 }
 
 TEST_F(VideoFaultsRunTest, ReportsTellBothVideos) {
