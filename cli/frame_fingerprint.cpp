@@ -2,8 +2,12 @@
 #include "cli/frame_fingerprint.h"
 
 #include <filesystem>
+#include <nlohmann/json.hpp>
 
 #include "cli/commands.h"
+#include "cli/custom_layer.h"
+#include "look/animation_json.h"
+#include "look/animation_text.h"
 #include "look/value_text.h"
 
 namespace vitrell::cli {
@@ -27,6 +31,20 @@ std::string ValuesAsText(const look::Settings& settings) {
   }
   for (const double width : settings.WidthsMadeFor()) {
     text += "for " + look::FormatNumber(width) + "\n";
+  }
+  return text;
+}
+
+// The values at any time.
+std::string KeysAsText(const look::Settings& settings) {
+  std::string text;
+  for (const look::Control& control : settings.GetPanel().controls) {
+    const look::Keys* keys = settings.KeysOf(control);
+    if (keys == nullptr) continue;
+    text += control.name + " moves ";
+    text +=
+        look::FitsText(*keys) ? look::FormatKeys(control, *keys) : look::JsonFromKeys(*keys).dump();
+    text += "\n";
   }
   return text;
 }
@@ -56,6 +74,22 @@ media::Fingerprint FingerprintOf(const RenderArguments& arguments, const FrameJo
                                            OptionsAsText(arguments, job.black));
   fingerprint.inputFile = SeenFrom(job.output, job.input);
   fingerprint.layerFile = SeenFrom(job.output, job.layer);
+  return fingerprint;
+}
+
+media::Fingerprint VideoFingerprintOf(const RenderArguments& arguments,
+                                      const look::Settings& settings, const std::string& effect) {
+  const std::string layer = LayerPath(settings);
+  media::Fingerprint fingerprint;
+  fingerprint.effect = effect;
+  fingerprint.input = media::HashOfFile(arguments.input);
+  if (!layer.empty()) fingerprint.layer = media::HashOfFile(layer);
+  fingerprint.settings = media::HashOfText(
+      ValuesAsText(settings) + KeysAsText(settings) + OptionsAsText(arguments, false) + "codec " +
+      arguments.videoCodec + "\npixels " + arguments.pixelFormat + "\nframes " +
+      arguments.frames.frames + "\n");
+  fingerprint.inputFile = SeenFrom(arguments.output, arguments.input);
+  fingerprint.layerFile = SeenFrom(arguments.output, layer);
   return fingerprint;
 }
 

@@ -142,9 +142,10 @@ void RefuseFrameOptions(const FrameArguments& arguments, bool video) {
     bool isGiven;
     bool isForVideos;
   };
-  const std::array<Option, 6> options = {
-      {{"--missing", arguments.missing != "fail", false},
-       {"--existing", !arguments.existing.empty(), false},
+  const std::array<Option, 7> options = {
+      {{"--frames-out", !arguments.framesOut.empty(), false},
+       {"--missing", arguments.missing != "fail", false},
+       {"--existing", !arguments.existing.empty(), true},
        {"--keep-going", arguments.keepGoing, false},
        {"--memory", arguments.memory != 0, true},
        {"--status", !arguments.status.empty(), false},
@@ -165,13 +166,13 @@ void RunRender(const RenderArguments& arguments) {
                                            : static_cast<int>(std::thread::hardware_concurrency());
   RenderArguments possible = arguments;
   possible.threads = CountPossibleThreads(wanted);
-  const bool sequence = MeansSequence(arguments);
+  const bool video = !IsSequenceName(arguments.input) && IsVideoJob(possible);
+  const bool sequence = !video && MeansSequence(arguments);
   ChooseParts(sequence, possible);
   if (sequence) {
     RunSequence(possible);
     return;
   }
-  const bool video = IsVideoJob(possible);
   RefuseFrameOptions(arguments.frames, video);
   if (video) return RenderVideo(possible);
   media::SetLibraryThreads(possible.threads);

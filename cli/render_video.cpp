@@ -2,14 +2,17 @@
 #include "cli/render_video.h"
 
 #include <csignal>
+#include <filesystem>
 #include <memory>
 #include <new>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "cli/custom_layer.h"
 #include "cli/effect_finder.h"
 #include "cli/failure.h"
+#include "cli/frame_fingerprint.h"
 #include "cli/interrupt.h"
 #include "cli/job_count.h"
 #include "cli/video_crew.h"
@@ -18,6 +21,7 @@
 #include "cli/video_shot.h"
 #include "cli/video_telling.h"
 #include "look/preset.h"
+#include "media/fingerprint.h"
 #include "media/picture.h"
 #include "media/quiet_libraries.h"
 #include "media/standard_streams.h"
@@ -29,11 +33,19 @@ namespace {
 class VideoJob {
  public:
   explicit VideoJob(const RenderArguments& arguments)
-      : arguments_(arguments), host_(OpenEffect(arguments.effect.effect)) {}
+      : arguments_(arguments), host_(OpenEffect(arguments.effect.effect)) {
+    const std::string& existing = arguments.frames.existing;
+    if (!existing.empty()) arguments_.force = existing != "fail";
+  }
 
   void Run() {
     TellTerminationApart();
     try {
+      shot_.emplace(arguments_, panel_, telling_.GetNotes());
+      if (IsThereAlready()) {
+        telling_.TellSkipped();
+        return;
+      }
       Open();
       if (!arguments_.dryRun) RenderFrames();
       Finish();
@@ -54,20 +66,37 @@ class VideoJob {
     throw failure;
   }
 
-  // The input and its first frame, and the output, whose form depends on it.
+  // With --existing what a video is made of is kept beside it, and asked before it is made again.
+  bool IsThereAlready() {
+    const std::string& existing = arguments_.frames.existing;
+    if (existing.empty() || existing == "fail" || arguments_.dryRun) return false;
+    madeOf_ = VideoFingerprintOf(arguments_, shot_->Settings(), EffectVersion(*host_));
+    std::error_code ignored;
+    if (existing != "skip" || !std::filesystem::exists(arguments_.output, ignored)) return false;
+    const auto found = media::Sidecar(arguments_.output).Find(arguments_.output);
+    if (found && found->IsMadeOfSame(*madeOf_)) return true;
+    telling_.GetNotes().Advise(arguments_.output +
+                               (found ? ": is made of something else"
+                                      : ": is not whole, or nobody knows what "
+                                        "it is made of") +
+                               "; it is rendered again.");
+    return false;
+  }
+
+  // The first frame of the input, and the output, whose form depends on it.
   void Open() {
     Notes& notes = telling_.GetNotes();
     Report& report = telling_.GetReport();
-    shot_.emplace(arguments_, panel_, notes);
     shot_->ReadFirst(notes);
     report.effectBits = shot_->IsDeep() ? 16 : 8;
     report.videoInput = InputFacts(shot_->Reader(), shot_->First());
     StartCrew();
     TellLayer();
     notes.FailIfStrict();
-    writer_.emplace(shot_->Reader(), shot_->First(), shot_->IsDeep(),
-                    media::VideoWriteOrder{arguments_.output, arguments_.dryRun,
-                                           VideoEncodingOf(arguments_), arguments_.threads});
+    writer_.emplace(
+        shot_->Reader(), shot_->First(), shot_->IsDeep(),
+        media::VideoWriteOrder{arguments_.output, arguments_.dryRun, VideoEncodingOf(arguments_),
+                               arguments_.threads, shot_->Span()});
     report.videoOutput = OutputFacts(arguments_.output, writer_->Form(), *report.videoInput);
     telling_.TellLosses(*writer_);
     notes.FailIfStrict();
@@ -76,7 +105,7 @@ class VideoJob {
   // After it this process may have threads.
   void StartCrew() {
     if (!arguments_.dryRun) {
-      const int jobs = CountJobs(arguments_, shot_->Reader().ExpectedFrames(),
+      const int jobs = CountJobs(arguments_, shot_->ExpectedFrames(),
                                  [this] { return VideoCrew::BytesOfJob(*shot_); });
       telling_.GetReport().jobs = jobs;
       crew_.emplace(arguments_, *host_, *shot_, jobs);
@@ -100,6 +129,7 @@ class VideoJob {
     telling_.TellLosses(*writer_);
     telling_.GetNotes().FailIfStrict();
     writer_->Commit(arguments_.force);
+    if (madeOf_) media::Sidecar(arguments_.output).Put(arguments_.output, *madeOf_);
     telling_.GetReport().writeSeconds += telling_.Clock().Lap();
   }
 
@@ -119,6 +149,7 @@ class VideoJob {
   look::Panel panel_ = look::MakePanel(host_->Parameters());
   VideoTelling telling_{arguments_};
   std::optional<VideoShot> shot_;
+  std::optional<media::Fingerprint> madeOf_;  // to be kept beside the output
   std::optional<VideoCrew> crew_;
   std::optional<media::VideoWriter> writer_;
 };

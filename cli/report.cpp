@@ -17,6 +17,7 @@ using Json = nlohmann::ordered_json;
 const char* ResultName(const Report& report) {
   if (report.exitCode == kCancelled || report.exitCode == kTerminated) return "cancelled";
   if (report.exitCode != kDone) return "failed";
+  if (report.skipped) return "skipped";
   return report.dryRun ? "dry run" : "done";
 }
 

@@ -52,6 +52,7 @@ struct Report {
   int exitCode = 0;
   std::string error;  // of a failure
   bool dryRun = false;
+  bool skipped = false;      // what was there already stays
   std::optional<int> pages;  // rendered; the facts are those of the first
   std::optional<PictureFacts> input;
   std::optional<PictureFacts> layer;

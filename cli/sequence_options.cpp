@@ -23,7 +23,7 @@ void AddChoice(CLI::App& command, const char* name, std::string& value,
 void AddFrameOptions(CLI::App& command, FrameArguments& arguments) {
   command
       .add_option("--frames", arguments.frames,
-                  "1-100, 1-100x2, 1,5,10-20 (default: all in the folder)")
+                  "1-100, 1-100x2, 1,5,10-20; of a video: 10-20 (default: all)")
       ->type_name("SET")
       ->group(kFrames);
   command.add_option("--frames-out", arguments.framesOut, "other numbers for OUTPUT: 1-")
@@ -32,7 +32,7 @@ void AddFrameOptions(CLI::App& command, FrameArguments& arguments) {
   AddChoice(command, "--missing", arguments.missing, {"fail", "skip", "hold", "black"},
             "frames without a file (default: fail)");
   AddChoice(command, "--existing", arguments.existing, {"fail", "skip", "overwrite"},
-            "frames that are there already (default: fail)");
+            "frames, or a video, that are there already (default: fail)");
   command.add_flag("--keep-going", arguments.keepGoing, "render the others after a failed frame")
       ->group(kFrames);
   command.add_option("--jobs", arguments.jobs, "frames at once (default: one for each thread)")

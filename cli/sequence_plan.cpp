@@ -28,12 +28,13 @@ std::int64_t NearestIn(const media::FrameSet& found, std::int64_t frame) {
 
 }  // namespace
 
+bool IsSequenceName(const std::string& name) {
+  return !media::IsStandardStream(name) && !IsFile(name) && media::Sequence::Find(name);
+}
+
 bool MeansSequence(const RenderArguments& arguments) {
-  if (!arguments.frames.frames.empty() || !arguments.frames.framesOut.empty()) return true;
-  const auto isPattern = [](const std::string& name) {
-    return !media::IsStandardStream(name) && !IsFile(name) && media::Sequence::Find(name);
-  };
-  return isPattern(arguments.input);
+  return !arguments.frames.frames.empty() || !arguments.frames.framesOut.empty() ||
+         IsSequenceName(arguments.input);
 }
 
 std::optional<PartOfFrames> ParsePartOfFrames(const std::string& text) {

@@ -15,6 +15,9 @@
 
 namespace vitrell::cli {
 
+// Whether the name has a place for a frame's number and is not itself the name of a file.
+bool IsSequenceName(const std::string& name);
+
 // Whether the arguments are for a sequence: one of the names has a place for the frame's number
 // and is not itself the name of a file, or frames are asked for.
 bool MeansSequence(const RenderArguments& arguments);

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "cli/failure.h"
+#include "cli/video_range.h"
 #include "media/formats.h"
 #include "media/standard_streams.h"
 
@@ -113,6 +114,12 @@ void CheckVideoOptions(const RenderArguments& arguments) {
   Refuse(!arguments.part.empty(), "--part");
   Refuse(!arguments.pages.empty(), "--pages");
   Refuse(!arguments.encoding.compression.empty(), "--compression");
+  const bool piped =
+      media::IsStandardStream(arguments.input) || media::IsStandardStream(arguments.output);
+  if (piped && !arguments.frames.existing.empty()) {
+    throw Failure(kWrongUsage, "--existing: needs files; - is none. Leave the option out.");
+  }
+  ParseVideoRange(arguments.frames.frames);
   media::CheckVideoEncoding(arguments.output, VideoEncodingOf(arguments));
 }
 

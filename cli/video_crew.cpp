@@ -89,12 +89,12 @@ VideoFrameAnswer VideoCrew::AnswerOf(const WorkerPool::Result& result,
   if (result.answer) return UnpackVideoAnswer(*result.answer);
   const int signal = WIFSIGNALED(result.waitStatus) ? WTERMSIG(result.waitStatus) : 0;
   VideoFrameAnswer answer;
-  answer.frame.frame = job.index;
+  answer.frame.frame = job.number;
   answer.lost = true;
   answer.frame.state = FrameState::kFailed;
   answer.frame.exitCode = ExitCodeOf(signal);
   answer.frame.error = shot_.Reader().Name().string() + ": the process that rendered frame " +
-                       std::to_string(job.index) +
+                       std::to_string(job.number) +
                        (signal == 0 ? " ended early"
                                     : " was ended by signal " + std::to_string(signal) + " (" +
                                           ::strsignal(signal) + ")");

@@ -24,7 +24,7 @@ Enumeration Read(const Json& json) {
 std::string Pack(const VideoFrameJob& job) {
   const media::VideoColours& colours = job.form.colours;
   return BytesOf(
-      Json::array({job.slot, job.index, job.seconds, job.overBlack,
+      Json::array({job.slot, job.number, job.seconds, job.overBlack,
                    static_cast<int>(job.form.format), static_cast<int>(colours.matrix),
                    static_cast<int>(colours.range), static_cast<int>(colours.primaries),
                    static_cast<int>(colours.transfer), static_cast<int>(colours.chromaPlace)}));

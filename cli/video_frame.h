@@ -19,10 +19,10 @@ struct VideoSlot {
 
 struct VideoFrameJob {
   int slot = 0;
-  std::int64_t index = 0;  // from the first frame that is rendered
-  double seconds = 0;      // since that one
-  bool overBlack = false;  // the output stores no transparency
-  media::FrameForm form;   // of the decoded frame
+  std::int64_t number = 0;  // of the video's frame, from 0
+  double seconds = 0;       // since the video's first one
+  bool overBlack = false;   // the output stores no transparency
+  media::FrameForm form;    // of the decoded frame
 };
 
 struct VideoFrameAnswer {

@@ -29,11 +29,9 @@ void VideoRun::Run() {
     if (failure.Kind() != kCancelled || telling_.GetReport().frames == 0) throw;
     FailUnfinished(kCancelled, "cancelled");
   }
-  WritePackets(shot_.Reader().TakePackets());
-  const media::VideoReader& reader = shot_.Reader();
-  if (!reader.Damage().empty()) {
-    FailUnfinished(kFailed, reader.Name().string() + ": " + reader.Damage());
-  }
+  WritePackets(shot_.Frames().TakePackets());
+  const std::string damage = shot_.Frames().Damage();
+  if (!damage.empty()) FailUnfinished(kFailed, shot_.Reader().Name().string() + ": " + damage);
 }
 
 // The workers come first, then room for what they have done, then frames ahead of them.
@@ -57,7 +55,7 @@ bool VideoRun::Step() {
 
 void VideoRun::ReadFrame() {
   telling_.Clock().Lap();
-  if (shot_.Reader().Next(*decoded_)) {
+  if (shot_.Frames().Next(*decoded_)) {
     telling_.GetReport().readSeconds += telling_.Clock().Lap();
     PutIn(*decoded_);
   } else {
@@ -67,11 +65,11 @@ void VideoRun::ReadFrame() {
 
 void VideoRun::PutIn(const AVFrame& decoded) {
   VideoFrameJob job;
-  job.index = framesRead_++;
+  job.number = shot_.Frames().Number();
   job.seconds = shot_.SecondsTo(decoded);
   job.overBlack = !writer_.KeepsAlpha();
   crew_.PutIn(job, decoded);
-  Frame frame{media::MakeFrame(), shot_.Reader().TakePackets()};
+  Frame frame{media::MakeFrame(), shot_.Frames().TakePackets()};
   if (av_frame_copy_props(frame.marks.get(), &decoded) < 0) throw std::bad_alloc();
   frames_.push_back(std::move(frame));
 }
@@ -86,7 +84,7 @@ void VideoRun::WriteFrame() {
   if (done.answer.transparent && !writer_.KeepsAlpha()) TellAlpha();
   writer_.Write(*done.rendered, *frame.marks);
   telling_.GetReport().writeSeconds += telling_.Clock().Lap();
-  telling_.TellFrame(shot_.Reader().ExpectedFrames());
+  telling_.TellFrame(shot_.ExpectedFrames());
 }
 
 void VideoRun::TakeAnswer(const VideoFrameAnswer& answer) {

@@ -2,7 +2,6 @@
 #ifndef VITRELL_CLI_VIDEO_RUN_H_
 #define VITRELL_CLI_VIDEO_RUN_H_
 
-#include <cstdint>
 #include <deque>
 #include <string>
 #include <vector>
@@ -53,7 +52,6 @@ class VideoRun {
   VideoTelling& telling_;
   media::FrameHandle decoded_ = media::MakeFrame();
   std::deque<Frame> frames_;
-  std::int64_t framesRead_ = 0;
   bool ended_ = false;
   bool toldAlpha_ = false;
 };

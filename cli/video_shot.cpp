@@ -1,6 +1,7 @@
 // Opening a video, and what its frames are rendered with.
 #include "cli/video_shot.h"
 
+#include <algorithm>
 #include <string>
 
 #include "cli/commands.h"
@@ -11,12 +12,20 @@
 #include "cli/render_checks.h"
 #include "cli/video_checks.h"
 #include "cli/video_keys.h"
+#include "cli/video_range.h"
 #include "media/standard_streams.h"
 #include "media/video_colours.h"
 #include "media/video_input.h"
 
+extern "C" {
+#include <libavutil/mathematics.h>
+}
+
 namespace vitrell::cli {
 namespace {
+
+// More than any video has, where nobody asks for an end.
+constexpr std::int64_t kMostFrames = 1'000'000'000;
 
 media::VideoReader OpenReader(const RenderArguments& arguments) {
   CheckVideoOptions(arguments);
@@ -35,6 +44,7 @@ look::Settings SettingsFor(const media::VideoReader& reader, const look::Panel& 
 VideoShot::VideoShot(RenderArguments& arguments, const look::Panel& panel, Notes& notes)
     : arguments_(arguments),
       reader_(OpenReader(arguments)),
+      frames_(reader_, ParseVideoRange(arguments.frames.frames)),
       settings_(SettingsFor(reader_, panel, arguments.effect)) {
   PrepareLayer(arguments.customLayer, settings_, notes);
   CheckNames(arguments, LayerPath(settings_));
@@ -47,22 +57,44 @@ VideoShot::VideoShot(RenderArguments& arguments, const look::Panel& panel, Notes
 }
 
 void VideoShot::ReadFirst(Notes& notes) {
-  if (!reader_.Next(*first_)) {
-    throw Failure(kFailed, reader_.Name().string() + ": has no frames" +
-                               (reader_.Damage().empty() ? "" : "; it " + reader_.Damage()) +
-                               ". Check the file.");
-  }
+  if (!frames_.Next(*first_)) ThrowNoFrame();
   deep_ = arguments_.depth == "auto" ? media::IsDeep(static_cast<AVPixelFormat>(first_->format))
                                      : arguments_.depth == "16";
   FitPresets(arguments_.fit, Width(), settings_, notes);
 }
 
-double VideoShot::SecondsTo(const AVFrame& frame) const {
-  return static_cast<double>(frame.pts - first_->pts) * av_q2d(reader_.Stream().time_base);
+void VideoShot::ThrowNoFrame() const {
+  const std::int64_t count = frames_.Number() + 1;
+  std::string message = reader_.Name().string() + ": has ";
+  message += count == 0 ? "no frames" : "only " + std::to_string(count) + " frames";
+  if (!reader_.Damage().empty()) message += "; it " + reader_.Damage();
+  throw Failure(kFailed, message + (count == 0 ? ". Check the file." : ". Give other --frames."));
 }
 
-look::Settings VideoShot::SettingsAt(std::int64_t index, double seconds) const {
-  return SettingsOfFrame(settings_, timeBase_, static_cast<double>(index), seconds);
+std::int64_t VideoShot::ExpectedFrames() const {
+  const media::VideoRange& range = frames_.Range();
+  const std::int64_t all = reader_.ExpectedFrames();
+  if (range.last != media::VideoRange::kEnd) return range.last - range.first + 1;
+  return std::max<std::int64_t>(all - range.first, 0);
+}
+
+std::optional<media::CarriedSpan> VideoShot::Span() const {
+  const media::VideoRange& range = frames_.Range();
+  if (range.IsWhole()) return std::nullopt;
+  const AVRational rate = reader_.FrameRate();
+  const std::int64_t frames =
+      range.last == media::VideoRange::kEnd ? kMostFrames : range.last - range.first + 1;
+  const std::int64_t length =
+      av_rescale_q(frames, {rate.den, rate.num}, reader_.Stream().time_base);
+  return media::CarriedSpan{range.first, frames_.Begin(), frames_.Begin() + length};
+}
+
+double VideoShot::SecondsTo(const AVFrame& frame) const {
+  return static_cast<double>(frame.pts - frames_.VideoBegin()) * av_q2d(reader_.Stream().time_base);
+}
+
+look::Settings VideoShot::SettingsAt(std::int64_t number, double seconds) const {
+  return SettingsOfFrame(settings_, timeBase_, static_cast<double>(number), seconds);
 }
 
 }  // namespace vitrell::cli

@@ -39,6 +39,14 @@ void VideoTelling::TellResult(int width, int height) {
   TellSummary(width, height);
 }
 
+void VideoTelling::TellSkipped() {
+  report_.skipped = true;
+  WriteReport();
+  if (arguments_.quiet) return;
+  std::fprintf(Terminal(), "%s: is there already, whole and made of the same\n",
+               Printable(arguments_.output).c_str());
+}
+
 void VideoTelling::TellFailure(const Failure& failure) {
   report_.exitCode = failure.Kind();
   report_.error = failure.what();
@@ -58,10 +66,14 @@ void VideoTelling::WriteReport() {
   PutReport(report_, arguments_.report, notes_);
 }
 
-void VideoTelling::TellSummary(int width, int height) const {
-  if (arguments_.quiet) return;
+std::FILE* VideoTelling::Terminal() const {
   const bool taken =
       media::IsStandardStream(arguments_.output) || media::IsStandardStream(arguments_.report);
+  return taken ? stderr : stdout;
+}
+
+void VideoTelling::TellSummary(int width, int height) const {
+  if (arguments_.quiet) return;
   std::array<char, 64> rest{};
   if (report_.dryRun) {
     std::snprintf(rest.data(), rest.size(), "dry run, nothing was written");
@@ -69,7 +81,7 @@ void VideoTelling::TellSummary(int width, int height) const {
     std::snprintf(rest.data(), rest.size(), "%lld frames, effect %.3f s",
                   static_cast<long long>(report_.frames), report_.effectSeconds);
   }
-  std::fprintf(taken ? stderr : stdout, "%s: %d x %d, %d bits, %s\n",
+  std::fprintf(Terminal(), "%s: %d x %d, %d bits, %s\n",
                Printable(media::ShownTarget(arguments_.output)).c_str(), width, height,
                report_.effectBits, rest.data());
 }

@@ -2,6 +2,9 @@
 #ifndef VITRELL_CLI_VIDEO_TELLING_H_
 #define VITRELL_CLI_VIDEO_TELLING_H_
 
+#include <cstdint>
+#include <cstdio>
+
 #include "cli/arguments.h"
 #include "cli/failure.h"
 #include "cli/notes.h"
@@ -25,13 +28,16 @@ class VideoTelling {
   void TellFrame(std::int64_t frames);
   // What the writer lost since the last call.
   void TellLosses(const media::VideoWriter& writer);
-  // At the end, in one of these two ways.
+  // At the end, in one of these ways.
   void TellResult(int width, int height);
+  void TellSkipped();
   // The failure itself is told by whoever catches it.
   void TellFailure(const Failure& failure);
 
  private:
   void WriteReport();
+  // Where the last line goes.
+  std::FILE* Terminal() const;
   void TellSummary(int width, int height) const;
 
   const RenderArguments& arguments_;

@@ -46,7 +46,7 @@ void VideoWorker::RenderOrThrow(const VideoFrameJob& job, Notes& notes, VideoFra
   // The stages of one frame are too short to be told.
   ProgressBar noBar(false);
   EffectRun effect(host_, arguments_, noBar, notes);
-  answer.effectSeconds = effect.Render(shot_.SettingsAt(job.index, job.seconds), frames_->Given(),
+  answer.effectSeconds = effect.Render(shot_.SettingsAt(job.number, job.seconds), frames_->Given(),
                                        layer_ ? &layer_->world : nullptr, frames_->Result());
   clock.Lap();
   const media::FrameHandle rendered = slot.rendered.As(media::RgbForm(shot_.IsDeep()));
@@ -57,7 +57,7 @@ void VideoWorker::RenderOrThrow(const VideoFrameJob& job, Notes& notes, VideoFra
 VideoFrameAnswer VideoWorker::Render(const VideoFrameJob& job) noexcept {
   const StepClock clock;
   VideoFrameAnswer answer;
-  answer.frame.frame = job.index;
+  answer.frame.frame = job.number;
   ProgressBar noBar(false);
   Notes notes(true, arguments_.strict, noBar);
   try {

@@ -1,6 +1,7 @@
 // Copying descriptions and packets.
 #include "media/carried_streams.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <new>
@@ -10,6 +11,7 @@ extern "C" {
 #include <libavutil/dict.h>
 #include <libavutil/mathematics.h>
 #include <libavutil/mem.h>
+#include <libavutil/timecode.h>
 }
 
 namespace vitrell::media {
@@ -29,9 +31,12 @@ constexpr std::array<const char*, 12> kOfTheFile = {"encoder",
                                                     "_STATISTICS_TAGS",
                                                     "vendor_id"};
 
-void CopyMetadata(const AVDictionary* from, AVDictionary** to) {
-  av_dict_copy(to, from, 0);
-  for (const char* key : kOfTheFile) av_dict_set(to, key, nullptr, 0);
+// "01:00:00:00" so many frames later; as it is where it is none.
+std::string LaterTimecode(const char* text, AVRational rate, std::int64_t frames) {
+  AVTimecode code{};
+  if (av_timecode_init_from_string(&code, rate, text, nullptr) < 0) return text;
+  std::array<char, AV_TIMECODE_STR_SIZE> later{};
+  return av_timecode_make_string(&code, later.data(), static_cast<int>(frames));
 }
 
 bool IsTimecode(const AVStream& stream) {
@@ -88,8 +93,8 @@ std::string Described(const AVStream& stream) {
 }  // namespace
 
 CarriedStreams::CarriedStreams(const AVFormatContext& from, const AVStream& video,
-                               AVFormatContext& to)
-    : from_(from), streams_(from.nb_streams) {
+                               AVFormatContext& to, const std::optional<CarriedSpan>& span)
+    : from_(from), source_(video), span_(span), streams_(from.nb_streams) {
   for (unsigned i = 0; i < from.nb_streams; ++i) {
     const AVStream& stream = *from.streams[i];
     if (&stream == &video) {
@@ -110,6 +115,29 @@ CarriedStreams::CarriedStreams(const AVFormatContext& from, const AVStream& vide
   CopyChapters(to);
 }
 
+void CarriedStreams::CopyMetadata(const AVDictionary* from, AVDictionary** to) {
+  av_dict_copy(to, from, 0);
+  for (const char* key : kOfTheFile) av_dict_set(to, key, nullptr, 0);
+  const AVDictionaryEntry* code = av_dict_get(from, "timecode", nullptr, 0);
+  if (!span_ || code == nullptr) return;
+  const AVRational rate =
+      source_.avg_frame_rate.num > 0 ? source_.avg_frame_rate : source_.r_frame_rate;
+  timecode_ = LaterTimecode(code->value, rate, span_->framesBefore);
+  av_dict_set(to, code->key, timecode_.c_str(), 0);
+}
+
+// Moves the chapter and cuts it off; false where nothing of it is left.
+bool CarriedStreams::FitToSpan(AVChapter& chapter) const {
+  if (!span_) return true;
+  const auto onItsClock = [&](std::int64_t time) {
+    return av_rescale_q(time, source_.time_base, chapter.time_base);
+  };
+  const std::int64_t begin = onItsClock(span_->begin);
+  chapter.start = std::max(chapter.start, begin) - begin;
+  chapter.end = std::min(chapter.end, onItsClock(span_->end)) - begin;
+  return chapter.start < chapter.end;
+}
+
 void CarriedStreams::AddStream(const AVStream& stream, AVFormatContext& to) {
   AVStream* added = avformat_new_stream(&to, nullptr);
   if (added == nullptr) throw std::bad_alloc();
@@ -123,24 +151,29 @@ void CarriedStreams::AddStream(const AVStream& stream, AVFormatContext& to) {
   streams_[static_cast<std::size_t>(stream.index)] = added;
 }
 
-void CarriedStreams::CopyChapters(AVFormatContext& to) const {
+void CarriedStreams::CopyChapters(AVFormatContext& to) {
   if (from_.nb_chapters == 0) return;
   to.chapters = static_cast<AVChapter**>(av_calloc(from_.nb_chapters, sizeof(AVChapter*)));
   if (to.chapters == nullptr) throw std::bad_alloc();
   for (unsigned i = 0; i < from_.nb_chapters; ++i) {
+    const AVChapter& source = *from_.chapters[i];
+    AVChapter fitted{};
+    fitted.id = source.id;
+    fitted.time_base = source.time_base;
+    fitted.start = source.start;
+    fitted.end = source.end;
+    if (!FitToSpan(fitted)) continue;
     auto* chapter = static_cast<AVChapter*>(av_mallocz(sizeof(AVChapter)));
     if (chapter == nullptr) throw std::bad_alloc();
-    const AVChapter& source = *from_.chapters[i];
-    chapter->id = source.id;
-    chapter->time_base = source.time_base;
-    chapter->start = source.start;
-    chapter->end = source.end;
+    *chapter = fitted;
     av_dict_copy(&chapter->metadata, source.metadata, 0);
     to.chapters[to.nb_chapters++] = chapter;
+    ++chapters_;
   }
 }
 
 std::int64_t CarriedStreams::Start(const AVStream& stream) const {
+  if (span_) return av_rescale_q(span_->begin, source_.time_base, stream.time_base);
   const bool anywhere = (from_.iformat->flags & AVFMT_TS_DISCONT) != 0;
   if (!anywhere || from_.start_time == AV_NOPTS_VALUE) return 0;
   return av_rescale_q(from_.start_time, {1, AV_TIME_BASE}, stream.time_base);

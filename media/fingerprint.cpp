@@ -111,6 +111,8 @@ bool HoldsFingerprint(const fs::path& frame) {
 
 Sidecar::Sidecar(const Sequence& frames) : file_(frames.SidecarFile()) {}
 
+Sidecar::Sidecar(const fs::path& video) : file_(video.string() + ".vitrell.json") {}
+
 std::optional<Fingerprint> Sidecar::Find(const fs::path& frame) {
   if (!entries_) {
     entries_.emplace();

@@ -42,11 +42,13 @@ inline constexpr const char* kFingerprintAttribute = "vitrellFingerprint";
 bool HoldsFingerprint(const std::filesystem::path& frame);
 
 // For all other formats: a JSON file beside the frames with one line for each. Several processes
-// may append to it at the same time.
+// may append to it at the same time. One video counts as one frame.
 class Sidecar {
  public:
   // "look.dpx.vitrell.json" for "look.####.dpx".
   explicit Sidecar(const Sequence& frames);
+  // "out.mov.vitrell.json" for the video "out.mov".
+  explicit Sidecar(const std::filesystem::path& video);
 
   const std::filesystem::path& File() const { return file_; }
   // The last entry of this frame; nothing if the frame's contents have changed since. The file is

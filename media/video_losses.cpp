@@ -56,11 +56,13 @@ bool Holds(const AVFormatContext& file, const AVStream* stream, std::string_view
 }
 
 void CompareMetadata(const AVDictionary* from, const AVFormatContext& to, const AVStream* stream,
-                     std::vector<std::string>& losses) {
+                     const std::string& timecode, std::vector<std::string>& losses) {
   std::string lost;
   const AVDictionaryEntry* entry = nullptr;
   while ((entry = av_dict_get(from, "", entry, AV_DICT_IGNORE_SUFFIX)) != nullptr) {
-    if (!IsOfTheWork(LowerCase(entry->key)) || Holds(to, stream, entry->value)) continue;
+    const std::string key = LowerCase(entry->key);
+    const bool isMoved = key == "timecode" && !timecode.empty();
+    if (!IsOfTheWork(key) || Holds(to, stream, isMoved ? timecode : entry->value)) continue;
     lost += (lost.empty() ? "" : ", ") + std::string(entry->key);
   }
   if (!lost.empty()) {
@@ -109,7 +111,8 @@ void CompareVideos(const AVStream& from, const AVStream& to, std::vector<std::st
 }  // namespace
 
 std::vector<std::string> FindVideoLosses(const AVFormatContext& from, const AVStream& video,
-                                         const std::filesystem::path& written) {
+                                         const std::filesystem::path& written,
+                                         const VideoExpectation& expected) {
   AVFormatContext* opened = nullptr;
   int error = avformat_open_input(&opened, ("file:" + written.string()).c_str(), nullptr, nullptr);
   const DemuxerHandle to(opened);
@@ -119,10 +122,10 @@ std::vector<std::string> FindVideoLosses(const AVFormatContext& from, const AVSt
     return {"what was written cannot be read again (" + VideoErrorCause(error) + ")."};
   }
   std::vector<std::string> losses;
-  CompareMetadata(from.metadata, *to, nullptr, losses);
-  CompareMetadata(video.metadata, *to, stream, losses);
-  if (from.nb_chapters != to->nb_chapters) {
-    losses.push_back("the format does not hold the " + std::to_string(from.nb_chapters) +
+  CompareMetadata(from.metadata, *to, nullptr, expected.timecode, losses);
+  CompareMetadata(video.metadata, *to, stream, expected.timecode, losses);
+  if (expected.chapters != to->nb_chapters) {
+    losses.push_back("the format does not hold the " + std::to_string(expected.chapters) +
                      " chapters.");
   }
   CompareVideos(video, *stream, losses);

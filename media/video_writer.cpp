@@ -63,7 +63,7 @@ VideoWriter::VideoWriter(const VideoReader& reader, const AVFrame& first, bool d
   muxer->pb = sink_->Context();
   muxer->flags |= AVFMT_FLAG_CUSTOM_IO | AVFMT_FLAG_BITEXACT;
   muxer->strict_std_compliance = FF_COMPLIANCE_UNOFFICIAL;
-  carried_.emplace(reader.Container(), reader.Stream(), *muxer);
+  carried_.emplace(reader.Container(), reader.Stream(), *muxer, order.span);
   OpenEncoder(first, order);
   Begin();
   for (const std::string& loss : carried_->Losses()) {
@@ -183,7 +183,8 @@ void VideoWriter::Finish() {
   End();
   if (output_ == nullptr) return;
   for (const std::string& loss :
-       FindVideoLosses(reader_.Container(), reader_.Stream(), output_->TemporaryPath())) {
+       FindVideoLosses(reader_.Container(), reader_.Stream(), output_->TemporaryPath(),
+                       {carried_->Chapters(), carried_->Timecode()})) {
     losses_.push_back(name_.string() + ": " + loss);
   }
 }

@@ -25,6 +25,7 @@ struct VideoWriteOrder {
   bool onlyTry = false;          // nothing is to be written in the end
   VideoEncoding encoding;
   int threads = 1;
+  std::optional<CarriedSpan> span;  // nothing: all of the input
 };
 
 // Writes beside the target; see OutputFile. The same frames and orders give the same bytes: no
