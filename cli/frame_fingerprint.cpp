@@ -78,18 +78,18 @@ media::Fingerprint FingerprintOf(const RenderArguments& arguments, const FrameJo
 }
 
 media::Fingerprint VideoFingerprintOf(const RenderArguments& arguments,
-                                      const look::Settings& settings, const std::string& effect) {
-  const std::string layer = LayerPath(settings);
+                                      const look::Settings& settings, const VideoContents& contents,
+                                      const std::string& effect) {
   media::Fingerprint fingerprint;
   fingerprint.effect = effect;
-  fingerprint.input = media::HashOfFile(arguments.input);
-  if (!layer.empty()) fingerprint.layer = media::HashOfFile(layer);
+  fingerprint.input = contents.input;
+  fingerprint.layer = contents.layer;
   fingerprint.settings = media::HashOfText(
       ValuesAsText(settings) + KeysAsText(settings) + OptionsAsText(arguments, false) + "codec " +
       arguments.videoCodec + "\npixels " + arguments.pixelFormat + "\nframes " +
       arguments.frames.frames + "\n");
   fingerprint.inputFile = SeenFrom(arguments.output, arguments.input);
-  fingerprint.layerFile = SeenFrom(arguments.output, layer);
+  fingerprint.layerFile = SeenFrom(arguments.output, LayerPath(settings));
   return fingerprint;
 }
 

@@ -17,10 +17,16 @@ namespace vitrell::cli {
 media::Fingerprint FingerprintOf(const RenderArguments& arguments, const FrameJob& job,
                                  const look::Settings& settings, const std::string& effect);
 
+// Hashes of what a video is made of.
+struct VideoContents {
+  std::string input;
+  std::string layer;  // empty: none, or it is told with the input
+};
+
 // Of the video that these arguments render, with the settings as they are before they are fitted.
-// Reads the input and the layer. Throws Failure.
 media::Fingerprint VideoFingerprintOf(const RenderArguments& arguments,
-                                      const look::Settings& settings, const std::string& effect);
+                                      const look::Settings& settings, const VideoContents& contents,
+                                      const std::string& effect);
 
 // This program's version and what the effect says about itself.
 std::string EffectVersion(headless::EffectHost& host);

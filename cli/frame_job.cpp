@@ -4,6 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <tuple>
 
+#include "cli/failure.h"
+
 namespace vitrell::cli {
 namespace {
 
@@ -31,6 +33,12 @@ std::vector<Note> NotesOf(const Json& json) {
 }
 
 }  // namespace
+
+void Fail(FrameAnswer& answer, int exitCode, const std::string& error) {
+  answer.state = exitCode == kCancelled ? FrameState::kCancelled : FrameState::kFailed;
+  answer.exitCode = exitCode;
+  answer.error = error;
+}
 
 const char* NameOf(FrameState state) {
   switch (state) {

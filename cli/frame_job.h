@@ -39,6 +39,9 @@ struct FrameAnswer {
   std::string report;  // as JSON; empty where none is wanted
 };
 
+// Puts a failure into the answer; an exit code of kCancelled tells that it was given up.
+void Fail(FrameAnswer& answer, int exitCode, const std::string& error);
+
 // "done", "skipped", "failed", "cancelled".
 const char* NameOf(FrameState state);
 

@@ -22,12 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void Fail(FrameAnswer& answer, int exitCode, const std::string& error) {
-  answer.state = exitCode == kCancelled ? FrameState::kCancelled : FrameState::kFailed;
-  answer.exitCode = exitCode;
-  answer.error = error;
-}
-
 // Both existed when the run began, so one that is missing was on a disk or share that went away.
 void CheckFolders(const FrameJob& job) {
   for (const std::string& name : {job.input, job.output}) {

@@ -5,7 +5,7 @@
 
 #include <csignal>
 #include <cstring>
-#include <string>
+#include <utility>
 
 #include "cli/failure.h"
 #include "cli/job_count.h"
@@ -23,52 +23,51 @@ int ExitCodeOf(int signal) { return signal == SIGKILL ? kTryLater : kFailed; }
 
 }  // namespace
 
-VideoCrew::VideoCrew(const RenderArguments& arguments, headless::EffectHost& host,
-                     const VideoShot& shot, int jobs)
-    : shot_(shot) {
+VideoCrew::VideoCrew(Order order, const MakeRender& makeRender) : order_(std::move(order)) {
+  const int jobs = order_.jobs;
   const int slots = jobs > 1 ? jobs * kSlotsOfJob : 1;
   slots_.reserve(static_cast<std::size_t>(slots));
   for (int i = 0; i < slots; ++i) {
-    slots_.push_back({media::SharedFrame(shot.Width(), shot.Height()),
-                      media::SharedFrame(shot.Width(), shot.Height())});
+    slots_.push_back({media::SharedFrame(order_.size.width, order_.size.height),
+                      media::SharedFrame(order_.size.width, order_.size.height)});
     free_.push_back(i);
   }
   places_.resize(slots_.size());
   if (jobs <= 1) {
-    alone_.emplace(arguments, host, shot, slots_);
+    alone_ = makeRender(slots_, order_.threads);
     return;
   }
   slotOf_.resize(static_cast<std::size_t>(jobs));
-  pool_.emplace([&, jobs](int number) -> WorkerPool::Work {
-    RenderArguments own = arguments;
-    own.threads = ThreadsOf(number, jobs, arguments.threads);
-    media::SetLibraryThreads(own.threads);
-    const auto worker = std::make_shared<VideoWorker>(own, host, shot, slots_);
-    return [worker](const std::string& job) { return Pack(worker->Render(UnpackVideoJob(job))); };
+  pool_.emplace([this, makeRender](int worker) -> WorkerPool::Work {
+    const int threads = ThreadsOf(worker, order_.jobs, order_.threads);
+    media::SetLibraryThreads(threads);
+    const Render render = makeRender(slots_, threads);
+    return [render](const std::string& job) { return Pack(render(UnpackVideoJob(job))); };
   });
   pool_->SetSize(jobs);
   pool_->StartAll();
 }
 
-std::int64_t VideoCrew::BytesOfJob(const VideoShot& shot) {
-  const std::int64_t pixel = shot.IsDeep() ? 8 : 4;
+std::int64_t VideoCrew::BytesOfJob(const VideoSize& size) {
+  const std::int64_t pixel = size.deep ? 8 : 4;
   // In its process: RGB, what the effect gets and gives back, the layer, two working worlds and the
   // one of a pass; and the lens, a double for each pixel.
   constexpr std::int64_t kWorlds = 7;
   constexpr std::int64_t kLensBytes = 8;
   // A slot holds the frame twice; few formats are larger than RGB with alpha.
   const std::int64_t slots = kSlotsOfJob * 2 * pixel;
-  return std::int64_t{shot.Width()} * shot.Height() * (slots + kWorlds * pixel + kLensBytes);
+  return std::int64_t{size.width} * size.height * (slots + kWorlds * pixel + kLensBytes);
 }
 
-void VideoCrew::PutIn(VideoFrameJob job, const AVFrame& decoded) {
+void VideoCrew::PutIn(VideoFrameJob job, const AVFrame* decoded) {
   const int slot = free_.front();
-  VideoSlot& memory = slots_.at(static_cast<std::size_t>(slot));
   job.slot = slot;
-  job.form = memory.decoded.Put(decoded, shot_.Reader().Name());
+  if (decoded != nullptr) {
+    job.form = slots_.at(static_cast<std::size_t>(slot)).decoded.Put(*decoded, order_.name);
+  }
   places_.at(static_cast<std::size_t>(slot)) = {job, std::nullopt};
   free_.pop_front();
-  order_.push_back(slot);
+  used_.push_back(slot);
   waiting_.push_back(slot);
   if (pool_) HandOut();
 }
@@ -90,14 +89,14 @@ VideoFrameAnswer VideoCrew::AnswerOf(const WorkerPool::Result& result,
   const int signal = WIFSIGNALED(result.waitStatus) ? WTERMSIG(result.waitStatus) : 0;
   VideoFrameAnswer answer;
   answer.frame.frame = job.number;
-  answer.lost = true;
+  answer.endsVideo = true;
   answer.frame.state = FrameState::kFailed;
   answer.frame.exitCode = ExitCodeOf(signal);
-  answer.frame.error = shot_.Reader().Name().string() + ": the process that rendered frame " +
-                       std::to_string(job.number) +
-                       (signal == 0 ? " ended early"
-                                    : " was ended by signal " + std::to_string(signal) + " (" +
-                                          ::strsignal(signal) + ")");
+  answer.frame.error =
+      order_.name + ": the process that rendered frame " + std::to_string(job.number) +
+      (signal == 0
+           ? " ended early"
+           : " was ended by signal " + std::to_string(signal) + " (" + ::strsignal(signal) + ")");
   return answer;
 }
 
@@ -114,21 +113,22 @@ void VideoCrew::Wait(int milliseconds) {
 }
 
 bool VideoCrew::IsOldestDone() {
-  if (order_.empty()) return false;
-  Place& oldest = places_.at(static_cast<std::size_t>(order_.front()));
+  if (used_.empty()) return false;
+  Place& oldest = places_.at(static_cast<std::size_t>(used_.front()));
   if (alone_ && !oldest.answer) {
     waiting_.clear();
-    oldest.answer = alone_->Render(oldest.job);
+    oldest.answer = alone_(oldest.job);
   }
   return oldest.answer.has_value();
 }
 
 VideoCrew::Done VideoCrew::TakeOldest() {
-  const int slot = order_.front();
+  const int slot = used_.front();
   const auto index = static_cast<std::size_t>(slot);
-  order_.pop_front();
+  used_.pop_front();
   free_.push_back(slot);
-  return {*places_.at(index).answer, slots_.at(index).rendered.As(media::RgbForm(shot_.IsDeep()))};
+  return {*places_.at(index).answer,
+          slots_.at(index).rendered.As(media::RgbForm(order_.size.deep))};
 }
 
 void VideoCrew::Stop() {

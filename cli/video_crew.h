@@ -8,38 +8,46 @@
 #ifndef VITRELL_CLI_VIDEO_CREW_H_
 #define VITRELL_CLI_VIDEO_CREW_H_
 
+#include <cstdint>
 #include <deque>
 #include <functional>
-#include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
-#include "cli/arguments.h"
 #include "cli/video_frame.h"
-#include "cli/video_shot.h"
-#include "cli/video_worker.h"
 #include "cli/worker_pool.h"
-#include "headless/effect_host.h"
 
 namespace vitrell::cli {
 
 class VideoCrew {
  public:
-  // Forks, if there are several jobs: the process may have no other thread. The three must outlive
-  // it. Throws Failure (try later) when the system gives no process.
-  VideoCrew(const RenderArguments& arguments, headless::EffectHost& host, const VideoShot& shot,
-            int jobs);
+  // Renders the frame of a job into its slot. Must not throw.
+  using Render = std::function<VideoFrameAnswer(const VideoFrameJob& job)>;
+  // Called once where the frames will be rendered, with so many threads. The slots live as long as
+  // the crew.
+  using MakeRender = std::function<Render(const std::vector<VideoSlot>& slots, int threads)>;
+  struct Order {
+    std::string name;  // of the input, as messages show it
+    VideoSize size;
+    int jobs = 1;
+    int threads = 1;  // of all
+  };
+
+  // Forks, if there are several jobs: the process may have no other thread. Throws Failure (try
+  // later) when the system gives no process.
+  VideoCrew(Order order, const MakeRender& makeRender);
 
   // What one more job takes of memory, with all that waits for it.
-  static std::int64_t BytesOfJob(const VideoShot& shot);
+  static std::int64_t BytesOfJob(const VideoSize& size);
 
   // Whether another frame can be put in.
   bool HasRoom() const { return !free_.empty(); }
-  bool IsEmpty() const { return order_.empty(); }
+  bool IsEmpty() const { return used_.empty(); }
   // Whether a worker would find nothing to do.
   bool WantsFrames() const { return waiting_.empty(); }
-  // Copies the decoded frame. The job's slot and form are chosen here.
-  void PutIn(VideoFrameJob job, const AVFrame& decoded);
+  // Copies the decoded frame, if there is one. The job's slot and form are chosen here.
+  void PutIn(VideoFrameJob job, const AVFrame* decoded);
 
   // Whether the oldest frame can be taken out; with one job that is when it is rendered.
   bool IsOldestDone();
@@ -63,13 +71,13 @@ class VideoCrew {
   void HandOut();
   VideoFrameAnswer AnswerOf(const WorkerPool::Result& result, const VideoFrameJob& job) const;
 
-  const VideoShot& shot_;
+  Order order_;
   std::vector<VideoSlot> slots_;
   std::vector<Place> places_;  // of the slots
   std::deque<int> free_;       // slots
-  std::deque<int> order_;      // those in use, the oldest first
+  std::deque<int> used_;       // the oldest first
   std::deque<int> waiting_;    // those that no worker has yet
-  std::optional<VideoWorker> alone_;
+  Render alone_;
   std::optional<WorkerPool> pool_;
   std::vector<int> slotOf_;  // by worker
   bool stopped_ = false;

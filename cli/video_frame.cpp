@@ -22,17 +22,20 @@ Enumeration Read(const Json& json) {
 }  // namespace
 
 std::string Pack(const VideoFrameJob& job) {
+  const std::string still = Pack(job.still);
   const media::VideoColours& colours = job.form.colours;
-  return BytesOf(
-      Json::array({job.slot, job.number, job.seconds, job.overBlack,
-                   static_cast<int>(job.form.format), static_cast<int>(colours.matrix),
-                   static_cast<int>(colours.range), static_cast<int>(colours.primaries),
-                   static_cast<int>(colours.transfer), static_cast<int>(colours.chromaPlace)}));
+  return BytesOf(Json::array(
+      {job.slot, job.number, job.seconds, job.overBlack, static_cast<int>(job.form.format),
+       static_cast<int>(colours.matrix), static_cast<int>(colours.range),
+       static_cast<int>(colours.primaries), static_cast<int>(colours.transfer),
+       static_cast<int>(colours.chromaPlace), Json::binary({still.begin(), still.end()})}));
 }
 
 VideoFrameJob UnpackVideoJob(const std::string& bytes) {
   const Json json = Json::from_cbor(bytes);
-  VideoFrameJob job{json.at(0), json.at(1), json.at(2), json.at(3), {}};
+  VideoFrameJob job{json.at(0), json.at(1), json.at(2), json.at(3), {}, {}};
+  const auto& still = json.at(10).get_binary();
+  job.still = UnpackJob({still.begin(), still.end()});
   job.form.format = Read<AVPixelFormat>(json.at(4));
   job.form.colours = {Read<AVColorSpace>(json.at(5)), Read<AVColorRange>(json.at(6)),
                       Read<AVColorPrimaries>(json.at(7)),
@@ -43,19 +46,20 @@ VideoFrameJob UnpackVideoJob(const std::string& bytes) {
 
 std::string Pack(const VideoFrameAnswer& answer) {
   const std::string frame = Pack(answer.frame);
-  return BytesOf(Json::array({Json::binary({frame.begin(), frame.end()}), answer.transparent,
-                              answer.readSeconds, answer.effectSeconds, answer.writeSeconds}));
+  return BytesOf(
+      Json::array({Json::binary({frame.begin(), frame.end()}), answer.endsVideo, answer.transparent,
+                   answer.readSeconds, answer.effectSeconds, answer.writeSeconds}));
 }
 
 VideoFrameAnswer UnpackVideoAnswer(const std::string& bytes) {
   const Json json = Json::from_cbor(bytes);
   const auto& frame = json.at(0).get_binary();
   return {UnpackAnswer({frame.begin(), frame.end()}),
-          false,
           json.at(1),
           json.at(2),
           json.at(3),
-          json.at(4)};
+          json.at(4),
+          json.at(5)};
 }
 
 }  // namespace vitrell::cli

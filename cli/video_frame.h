@@ -22,12 +22,20 @@ struct VideoFrameJob {
   std::int64_t number = 0;  // of the video's frame, from 0
   double seconds = 0;       // since the video's first one
   bool overBlack = false;   // the output stores no transparency
-  media::FrameForm form;    // of the decoded frame
+  media::FrameForm form;    // of the decoded frame; no format: none
+  FrameJob still;           // what is rendered in its place
+};
+
+// Of all frames of one video.
+struct VideoSize {
+  int width = 0;
+  int height = 0;
+  bool deep = false;  // 16 bits
 };
 
 struct VideoFrameAnswer {
   FrameAnswer frame;
-  bool lost = false;  // its process died over it
+  bool endsVideo = false;  // it fails, and those before it are kept
   bool transparent = false;
   double readSeconds = 0;
   double effectSeconds = 0;

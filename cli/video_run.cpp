@@ -1,7 +1,6 @@
 // The loop over frames.
 #include "cli/video_run.h"
 
-#include <new>
 #include <utility>
 
 #include "cli/failure.h"
@@ -21,7 +20,6 @@ constexpr int kPatienceMs = 200;
 void VideoRun::Run() {
   GrantSecondsToStop(kSecondsToStop);
   try {
-    PutIn(shot_.First());
     while (Step()) {
     }
   } catch (const Failure& failure) {
@@ -29,9 +27,9 @@ void VideoRun::Run() {
     if (failure.Kind() != kCancelled || telling_.GetReport().frames == 0) throw;
     FailUnfinished(kCancelled, "cancelled");
   }
-  WritePackets(shot_.Frames().TakePackets());
-  const std::string damage = shot_.Frames().Damage();
-  if (!damage.empty()) FailUnfinished(kFailed, shot_.Reader().Name().string() + ": " + damage);
+  WritePackets(source_.TakeLastPackets());
+  const std::string damage = source_.Damage();
+  if (!damage.empty()) FailUnfinished(kFailed, source_.Name() + ": " + damage);
 }
 
 // The workers come first, then room for what they have done, then frames ahead of them.
@@ -55,28 +53,20 @@ bool VideoRun::Step() {
 
 void VideoRun::ReadFrame() {
   telling_.Clock().Lap();
-  if (shot_.Frames().Next(*decoded_)) {
-    telling_.GetReport().readSeconds += telling_.Clock().Lap();
-    PutIn(*decoded_);
-  } else {
+  VideoSourceFrame frame;
+  if (!source_.Next(frame)) {
     ended_ = true;
+    return;
   }
-}
-
-void VideoRun::PutIn(const AVFrame& decoded) {
-  VideoFrameJob job;
-  job.number = shot_.Frames().Number();
-  job.seconds = shot_.SecondsTo(decoded);
-  job.overBlack = !writer_.KeepsAlpha();
-  crew_.PutIn(job, decoded);
-  Frame frame{media::MakeFrame(), shot_.Frames().TakePackets()};
-  if (av_frame_copy_props(frame.marks.get(), &decoded) < 0) throw std::bad_alloc();
+  telling_.GetReport().readSeconds += telling_.Clock().Lap();
+  frame.job.overBlack = !writer_.KeepsAlpha();
+  crew_.PutIn(frame.job, frame.decoded);
   frames_.push_back(std::move(frame));
 }
 
 void VideoRun::WriteFrame() {
   const VideoCrew::Done done = crew_.TakeOldest();
-  const Frame frame = std::move(frames_.front());
+  const VideoSourceFrame frame = std::move(frames_.front());
   frames_.pop_front();
   telling_.Clock().Lap();
   TakeAnswer(done.answer);
@@ -84,12 +74,12 @@ void VideoRun::WriteFrame() {
   if (done.answer.transparent && !writer_.KeepsAlpha()) TellAlpha();
   writer_.Write(*done.rendered, *frame.marks);
   telling_.GetReport().writeSeconds += telling_.Clock().Lap();
-  telling_.TellFrame(shot_.ExpectedFrames());
+  telling_.TellFrame(source_.ExpectedFrames());
 }
 
 void VideoRun::TakeAnswer(const VideoFrameAnswer& answer) {
   telling_.GetNotes().Add(answer.frame.notes);
-  if (answer.lost) FailUnfinished(answer.frame.exitCode, answer.frame.error);
+  if (answer.endsVideo) FailUnfinished(answer.frame.exitCode, answer.frame.error);
   if (answer.frame.exitCode != kDone) {
     throw Failure(static_cast<media::FailureKind>(answer.frame.exitCode), answer.frame.error);
   }
@@ -113,12 +103,14 @@ void VideoRun::WritePackets(const std::vector<media::PacketHandle>& packets) {
 }
 
 void VideoRun::FailUnfinished(int exitCode, const std::string& cause) {
+  std::string why = cause;
+  if (why.ends_with('.')) why.pop_back();
   const auto kind = static_cast<media::FailureKind>(exitCode);
   const std::int64_t count = telling_.GetReport().frames;
-  if (count == 0) throw Failure(kind, cause + "; no frame is rendered.");
+  if (count == 0) throw Failure(kind, why + "; no frame is rendered.");
   const std::string kept = writer_.KeepUnfinished().string();
   const std::string frames = count == 1 ? "frame is" : std::to_string(count) + " frames are";
-  throw Failure(kind, cause + "; the first " + frames +
+  throw Failure(kind, why + "; the first " + frames +
                           (kept.empty() ? " written." : " kept as " + kept + "."));
 }
 

@@ -8,7 +8,7 @@
 
 #include "cli/arguments.h"
 #include "cli/video_crew.h"
-#include "cli/video_shot.h"
+#include "cli/video_source.h"
 #include "cli/video_telling.h"
 #include "media/failure.h"
 #include "media/video_handles.h"
@@ -19,9 +19,9 @@ namespace vitrell::cli {
 class VideoRun {
  public:
   // All of these must outlive it.
-  VideoRun(const RenderArguments& arguments, VideoShot& shot, VideoCrew& crew,
+  VideoRun(const RenderArguments& arguments, VideoSource& source, VideoCrew& crew,
            media::VideoWriter& writer, VideoTelling& telling)
-      : arguments_(arguments), shot_(shot), crew_(crew), writer_(writer), telling_(telling) {}
+      : arguments_(arguments), source_(source), crew_(crew), writer_(writer), telling_(telling) {}
 
   // Renders all frames and hands them to the writer in their order, and everything else of the file
   // at its place among them. What is rendered is kept, under a name that says so, when the rest
@@ -29,16 +29,9 @@ class VideoRun {
   void Run();
 
  private:
-  // What belongs to a frame that the crew has.
-  struct Frame {
-    media::FrameHandle marks;                  // time stamps and the like, without pixels
-    std::vector<media::PacketHandle> packets;  // of other streams, that come before it
-  };
-
   // One step of the work; false when there is nothing left to do.
   bool Step();
   void ReadFrame();
-  void PutIn(const AVFrame& decoded);
   void WriteFrame();
   void TakeAnswer(const VideoFrameAnswer& answer);
   void TellAlpha();
@@ -46,12 +39,11 @@ class VideoRun {
   [[noreturn]] void FailUnfinished(int exitCode, const std::string& cause);
 
   const RenderArguments& arguments_;
-  VideoShot& shot_;
+  VideoSource& source_;
   VideoCrew& crew_;
   media::VideoWriter& writer_;
   VideoTelling& telling_;
-  media::FrameHandle decoded_ = media::MakeFrame();
-  std::deque<Frame> frames_;
+  std::deque<VideoSourceFrame> frames_;  // that the crew has
   bool ended_ = false;
   bool toldAlpha_ = false;
 };

@@ -2,7 +2,9 @@
 #include "cli/video_shot.h"
 
 #include <algorithm>
+#include <new>
 #include <string>
+#include <utility>
 
 #include "cli/commands.h"
 #include "cli/custom_layer.h"
@@ -89,8 +91,17 @@ std::optional<media::CarriedSpan> VideoShot::Span() const {
   return media::CarriedSpan{range.first, frames_.Begin(), frames_.Begin() + length};
 }
 
-double VideoShot::SecondsTo(const AVFrame& frame) const {
-  return static_cast<double>(frame.pts - frames_.VideoBegin()) * av_q2d(reader_.Stream().time_base);
+bool VideoShot::Next(VideoSourceFrame& frame) {
+  const bool isFirst = !std::exchange(begun_, true);
+  if (!isFirst && !frames_.Next(*next_)) return false;
+  frame.decoded = isFirst ? first_.get() : next_.get();
+  frame.job.number = frames_.Number();
+  frame.job.seconds = static_cast<double>(frame.decoded->pts - frames_.VideoBegin()) *
+                      av_q2d(reader_.Stream().time_base);
+  frame.marks = media::MakeFrame();
+  if (av_frame_copy_props(frame.marks.get(), frame.decoded) < 0) throw std::bad_alloc();
+  frame.packets = frames_.TakePackets();
+  return true;
 }
 
 look::Settings VideoShot::SettingsAt(std::int64_t number, double seconds) const {

@@ -4,9 +4,12 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "cli/arguments.h"
 #include "cli/notes.h"
+#include "cli/video_source.h"
 #include "look/settings.h"
 #include "media/carried_streams.h"
 #include "media/video_excerpt.h"
@@ -15,7 +18,7 @@
 
 namespace vitrell::cli {
 
-class VideoShot {
+class VideoShot : public VideoSource {
  public:
   // Opens INPUT, whose rate and length take the place of --fps and --length in the arguments, and
   // checks names and settings. The arguments must outlive it. Throws Failure.
@@ -24,11 +27,15 @@ class VideoShot {
   // Decodes the first frame to render, on which size, depth and fitted presets depend. Throws
   // Failure, also where there is none.
   void ReadFirst(Notes& notes);
-  // The frames after it, and what else of the file comes before each; with --frames only those
+
+  // From the first frame on, with what else of the file comes before each; with --frames only those
   // asked for.
-  media::VideoExcerpt& Frames() { return frames_; }
-  // How many there are to render, as far as the header tells; 0: unknown.
-  std::int64_t ExpectedFrames() const;
+  std::string Name() const override { return reader_.Name().string(); }
+  std::int64_t ExpectedFrames() const override;
+  bool Next(VideoSourceFrame& frame) override;
+  std::vector<media::PacketHandle> TakeLastPackets() override { return frames_.TakePackets(); }
+  std::string Damage() const override { return frames_.Damage(); }
+
   // Of what is rendered; nothing for the whole video.
   std::optional<media::CarriedSpan> Span() const;
 
@@ -36,14 +43,12 @@ class VideoShot {
   const media::VideoReader& Reader() const { return reader_; }
   const look::Settings& Settings() const { return settings_; }
   // Of the first frame; known since ReadFirst.
-  AVFrame& First() { return *first_; }
+  const AVFrame& First() const { return *first_; }
   int Width() const { return first_->width; }
   int Height() const { return first_->height; }
   // Whether the effect works with 16 bits.
   bool IsDeep() const { return deep_; }
 
-  // Between the frame and the video's first one.
-  double SecondsTo(const AVFrame& frame) const;
   // The values at the video's frame with this number, from 0, so many seconds after the first.
   look::Settings SettingsAt(std::int64_t number, double seconds) const;
 
@@ -56,6 +61,8 @@ class VideoShot {
   look::Settings settings_;
   look::TimeBase timeBase_;
   media::FrameHandle first_ = media::MakeFrame();
+  media::FrameHandle next_ = media::MakeFrame();
+  bool begun_ = false;
   bool deep_ = false;
 };
 

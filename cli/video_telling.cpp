@@ -4,10 +4,13 @@
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <cstdio>
+#include <new>
 #include <string>
 #include <vector>
 
+#include "cli/interrupt.h"
 #include "cli/printable.h"
 #include "cli/video_progress.h"
 #include "media/standard_streams.h"
@@ -84,6 +87,26 @@ void VideoTelling::TellSummary(int width, int height) const {
   std::fprintf(Terminal(), "%s: %d x %d, %d bits, %s\n",
                Printable(media::ShownTarget(arguments_.output)).c_str(), width, height,
                report_.effectBits, rest.data());
+}
+
+void RunVideoWork(const RenderArguments& arguments, VideoTelling& telling,
+                  const std::function<void()>& work, const std::function<void()>& close) {
+  TellTerminationApart();
+  const auto fail = [&](media::FailureKind kind, const std::string& message) {
+    close();
+    const Failure failure(kind, message);
+    telling.TellFailure(failure);
+    throw failure;
+  };
+  try {
+    work();
+  } catch (const Failure& failure) {
+    const bool terminated = failure.Kind() == kCancelled && FirstSignal() == SIGTERM;
+    fail(terminated ? kTerminated : failure.Kind(), failure.what());
+  } catch (const std::bad_alloc&) {
+    fail(kTryLater, media::ShownSource(arguments.input) +
+                        ": there is not enough memory. Use fewer --jobs and --threads.");
+  }
 }
 
 }  // namespace vitrell::cli

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 
 #include "cli/arguments.h"
 #include "cli/failure.h"
@@ -47,6 +48,12 @@ class VideoTelling {
   StepClock clock_;
   std::size_t toldLosses_ = 0;
 };
+
+// Runs the work of a video. What goes wrong becomes a Failure with the exit codes of videos (75 for
+// too little memory, 143 for SIGTERM), of which the report tells, too; before that `close` is
+// called.
+void RunVideoWork(const RenderArguments& arguments, VideoTelling& telling,
+                  const std::function<void()>& work, const std::function<void()>& close);
 
 }  // namespace vitrell::cli
 

@@ -13,16 +13,6 @@
 #include "headless/host_error.h"
 
 namespace vitrell::cli {
-namespace {
-
-void Fail(FrameAnswer& answer, int exitCode, const std::string& error) {
-  answer.state = exitCode == kCancelled ? FrameState::kCancelled : FrameState::kFailed;
-  answer.exitCode = exitCode;
-  answer.error = error;
-}
-
-}  // namespace
-
 // What is to be told of the layer was told before the first frame.
 void VideoWorker::Prepare() {
   if (frames_) return;

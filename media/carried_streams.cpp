@@ -174,7 +174,7 @@ void CarriedStreams::CopyChapters(AVFormatContext& to) {
 
 std::int64_t CarriedStreams::Start(const AVStream& stream) const {
   if (span_) return av_rescale_q(span_->begin, source_.time_base, stream.time_base);
-  const bool anywhere = (from_.iformat->flags & AVFMT_TS_DISCONT) != 0;
+  const bool anywhere = from_.iformat != nullptr && (from_.iformat->flags & AVFMT_TS_DISCONT) != 0;
   if (!anywhere || from_.start_time == AV_NOPTS_VALUE) return 0;
   return av_rescale_q(from_.start_time, {1, AV_TIME_BASE}, stream.time_base);
 }

@@ -80,7 +80,9 @@ std::int64_t VideoReader::ExpectedFrames() const {
 void VideoReader::UseThreads(int threads) {
   mayChangeDecoder_ = false;
   if (threads > 1) {
-    decoder_ = OpenVideoDecoder(*stream_, name_, {threads, maxPixels_});
+    CodecHandle decoder = OpenVideoDecoder(*stream_, name_, {threads, maxPixels_});
+    decoder->field_order = decoder_->field_order;
+    decoder_ = std::move(decoder);
     std::move(fed_.begin(), fed_.end(), std::back_inserter(again_));
     known_ = framesRead_;
     ended_ = false;

@@ -38,9 +38,13 @@ struct Options {
 
 }  // namespace
 
-VideoWriter::VideoWriter(const VideoReader& reader, const AVFrame& first, bool deep,
+VideoOrigin OriginOf(const VideoReader& reader) {
+  return {reader.Container(), reader.Stream(), reader.FrameRate(), reader.Decoder().field_order};
+}
+
+VideoWriter::VideoWriter(const VideoOrigin& origin, const AVFrame& first, bool deep,
                          const VideoWriteOrder& order)
-    : reader_(reader),
+    : origin_(origin),
       target_(order.target),
       name_(ShownTarget(order.target)),
       form_(ChooseVideoForm(order.target, order.encoding, ContentOf(first, deep))),
@@ -63,7 +67,7 @@ VideoWriter::VideoWriter(const VideoReader& reader, const AVFrame& first, bool d
   muxer->pb = sink_->Context();
   muxer->flags |= AVFMT_FLAG_CUSTOM_IO | AVFMT_FLAG_BITEXACT;
   muxer->strict_std_compliance = FF_COMPLIANCE_UNOFFICIAL;
-  carried_.emplace(reader.Container(), reader.Stream(), *muxer, order.span);
+  carried_.emplace(origin.container, origin.stream, *muxer, order.span);
   OpenEncoder(first, order);
   Begin();
   for (const std::string& loss : carried_->Losses()) {
@@ -80,12 +84,12 @@ void VideoWriter::OpenEncoder(const AVFrame& first, const VideoWriteOrder& order
   encoder.width = first.width;
   encoder.height = first.height;
   encoder.pix_fmt = form_.pixelFormat;
-  const AVRational rate = reader_.FrameRate();
+  const AVRational rate = origin_.rate;
   encoder.framerate = rate;
   encoder.time_base =
-      HasOnlyARate(form_) ? AVRational{rate.den, rate.num} : reader_.Stream().time_base;
+      HasOnlyARate(form_) ? AVRational{rate.den, rate.num} : origin_.stream.time_base;
   encoder.sample_aspect_ratio = first.sample_aspect_ratio;
-  encoder.field_order = reader_.Decoder().field_order;
+  encoder.field_order = origin_.fieldOrder;
   encoder.thread_count = order.threads;
   encoder.strict_std_compliance = FF_COMPLIANCE_UNOFFICIAL;
   encoder.flags |= AV_CODEC_FLAG_BITEXACT;
@@ -111,7 +115,7 @@ void VideoWriter::Begin() {
     video.sample_aspect_ratio = encoder_->sample_aspect_ratio;
   }
   video.codecpar->sample_aspect_ratio = video.sample_aspect_ratio;
-  if (video.avg_frame_rate.num == 0) video.avg_frame_rate = reader_.FrameRate();
+  if (video.avg_frame_rate.num == 0) video.avg_frame_rate = origin_.rate;
   Options options;
   if (const int error = avformat_write_header(muxer_.get(), &options.entries); error < 0) {
     Fail(error);
@@ -143,8 +147,7 @@ void VideoWriter::Write(const AVFrame& rgb, const AVFrame& decoded) {
   const FrameHandle frame = MakeFrame(rgb.width, rgb.height, form_.pixelFormat);
   SetColours(colours_, *frame);
   converter_.Convert(rgb, *frame, name_);
-  frame->pts =
-      HasOnlyARate(form_) ? framesWritten_ : decoded.pts - carried_->Start(reader_.Stream());
+  frame->pts = HasOnlyARate(form_) ? framesWritten_ : decoded.pts - carried_->Start(origin_.stream);
   frame->pkt_duration = decoded.pkt_duration;
   frame->sample_aspect_ratio = decoded.sample_aspect_ratio;
   frame->interlaced_frame = decoded.interlaced_frame;
@@ -183,7 +186,7 @@ void VideoWriter::Finish() {
   End();
   if (output_ == nullptr) return;
   for (const std::string& loss :
-       FindVideoLosses(reader_.Container(), reader_.Stream(), output_->TemporaryPath(),
+       FindVideoLosses(origin_.container, origin_.stream, output_->TemporaryPath(),
                        {carried_->Chapters(), carried_->Timecode()})) {
     losses_.push_back(name_.string() + ": " + loss);
   }

@@ -20,6 +20,16 @@
 
 namespace vitrell::media {
 
+// What a written video comes from: everything but the frames.
+struct VideoOrigin {
+  const AVFormatContext& container;
+  const AVStream& stream;  // of the frames
+  AVRational rate{25, 1};
+  AVFieldOrder fieldOrder = AV_FIELD_UNKNOWN;
+};
+
+VideoOrigin OriginOf(const VideoReader& reader);
+
 struct VideoWriteOrder {
   std::filesystem::path target;  // "-": standard output
   bool onlyTry = false;          // nothing is to be written in the end
@@ -32,9 +42,9 @@ struct VideoWriteOrder {
 // dates, no random numbers. Used by one thread. Any function may throw Failure.
 class VideoWriter {
  public:
-  // `first` is the first decoded frame: sizes and tags are taken from it. The reader must outlive
-  // the writer.
-  VideoWriter(const VideoReader& reader, const AVFrame& first, bool deep,
+  // `first` is the first decoded frame: sizes and tags are taken from it. What the
+  // origin names must outlive the writer.
+  VideoWriter(const VideoOrigin& origin, const AVFrame& first, bool deep,
               const VideoWriteOrder& order);
 
   const VideoForm& Form() const { return form_; }
@@ -66,7 +76,7 @@ class VideoWriter {
   void End();
   [[noreturn]] void Fail(int error) const;
 
-  const VideoReader& reader_;
+  VideoOrigin origin_;
   std::filesystem::path target_;
   std::filesystem::path name_;
   VideoForm form_;
