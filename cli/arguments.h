@@ -45,7 +45,8 @@ struct RenderArguments {
   std::string customLayer;
   std::string depth = "auto";  // "auto", "8" or "16"
   media::Encoding encoding;
-  std::string videoFormat;  // the container of videos through standard streams
+  bool isRateGiven = false;  // by --fps
+  std::string videoFormat;   // the container of videos through standard streams
   std::string videoCodec;
   std::string pixelFormat;  // of a video
   int threads = 0;          // 0: all cores

@@ -140,7 +140,10 @@ int Run(int argc, const char* const* argv) {
   } catch (const CLI::ParseError& error) {
     return TellParseResult(app, error, {argv + 1, argv + argc});
   }
-  if (render->parsed()) RunRender(request.render);
+  if (render->parsed()) {
+    request.render.isRateGiven = render->count("--fps") > 0;
+    RunRender(request.render);
+  }
   OnlyOnce([&] {
     if (check->parsed()) RunCheck(request.check);
     if (params->parsed()) {

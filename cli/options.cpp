@@ -17,6 +17,7 @@ constexpr const char* kRenderExamples =
     "  vitrell render scan.tif out.tif --pages all\n"
     "  other-program | vitrell render - - --preset look.json > out.png\n"
     "  vitrell render plate.####.exr out/look.####.exr --frames 1001-1240 --preset look.json\n"
+    "  vitrell render plate.####.exr out.mov --fps 24 --preset look.json\n"
     "  vitrell render in.mp4 out.mov --set fast-blur.amount=\"0=0; 1s=40; 2s=0\"\n"
     "\n"
     "Settings: the defaults, then the presets, then --set. `vitrell params` lists all names.\n"
@@ -86,7 +87,7 @@ void AddKeyOptions(CLI::App& command, EffectArguments& arguments, bool still) {
         ->type_name("FRAME")
         ->group(kLook);
   }
-  command.add_option("--fps", arguments.framesPerSecond, "for keys in seconds (default: 25)")
+  command.add_option("--fps", arguments.framesPerSecond, "for keys in seconds, and of a sequence as video (default: 25)")
       ->check(CLI::Range(0.001, 1e6).description(""))
       ->type_name("RATE")
       ->group(kLook);

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "cli/commands.h"
 #include "cli/custom_layer.h"
@@ -26,6 +27,7 @@
 #include "media/output_file.h"
 #include "media/quiet_libraries.h"
 #include "media/standard_streams.h"
+#include "media/video_form.h"
 
 namespace vitrell::cli {
 namespace {
@@ -158,6 +160,17 @@ void RefuseFrameOptions(const FrameArguments& arguments, bool video) {
   }
 }
 
+// What a sequence takes and one video of its frames does not.
+void RefuseForSequenceVideo(const FrameArguments& arguments) {
+  const std::array<std::pair<const char*, bool>, 2> options = {
+      {{"--frames-out", !arguments.framesOut.empty()}, {"--keep-going", arguments.keepGoing}}};
+  for (const auto& [name, isGiven] : options) {
+    if (!isGiven) continue;
+    throw Failure(kWrongUsage,
+                  std::string(name) + ": is for sequences, and OUTPUT is a video. Leave it out.");
+  }
+}
+
 }  // namespace
 
 void RunRender(const RenderArguments& arguments) {
@@ -169,6 +182,11 @@ void RunRender(const RenderArguments& arguments) {
   const bool video = !IsSequenceName(arguments.input) && IsVideoJob(possible);
   const bool sequence = !video && MeansSequence(arguments);
   ChooseParts(sequence, possible);
+  if (sequence && media::IsVideoName(arguments.output) && !IsSequenceName(arguments.output)) {
+    RefuseForSequenceVideo(possible.frames);
+    RenderSequenceAsVideo(possible);
+    return;
+  }
   if (sequence) {
     RunSequence(possible);
     return;

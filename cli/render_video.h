@@ -12,6 +12,10 @@ namespace vitrell::cli {
 // kept, under a name that says so, when the rest cannot be read or a signal comes. Throws Failure.
 void RenderVideo(const RenderArguments& arguments);
 
+// Renders the frames of a sequence into one video, at the rate of --fps. All have one size; what is
+// rendered before one that has another, or that cannot be read, is kept. Throws Failure.
+void RenderSequenceAsVideo(const RenderArguments& arguments);
+
 }  // namespace vitrell::cli
 
 #endif  // VITRELL_CLI_RENDER_VIDEO_H_

@@ -115,13 +115,14 @@ class SequenceJob {
   }
 
   void RefuseMissing(const SequencePlan& plan) {
-    if (plan.Missing().IsEmpty() || arguments_.frames.missing != "fail") return;
-    const std::string message = arguments_.input + ": frames " + plan.Missing().Text() +
-                                " are not there. Add --missing skip, hold or black.";
-    if (!arguments_.frames.keepGoing) throw Failure(kFailed, message);
-    std::fprintf(stderr, "vitrell: %s\n", Printable(message).c_str());
-    media::FrameCursor cursor(plan.Missing());
-    while (const std::optional<std::int64_t> frame = cursor.Next()) tally_.AddMissing(*frame);
+    try {
+      plan.RefuseMissing(arguments_);
+    } catch (const Failure& failure) {
+      if (!arguments_.frames.keepGoing) throw;
+      std::fprintf(stderr, "vitrell: %s\n", Printable(failure.what()).c_str());
+      media::FrameCursor cursor(plan.Missing());
+      while (const std::optional<std::int64_t> frame = cursor.Next()) tally_.AddMissing(*frame);
+    }
   }
 
   void ChooseJobs(SequencePlan& plan) {

@@ -8,6 +8,7 @@
 #include "cli/failure.h"
 #include "media/output_file.h"
 #include "media/standard_streams.h"
+#include "media/video_form.h"
 
 namespace vitrell::cli {
 namespace {
@@ -77,6 +78,10 @@ void SequencePlan::FindSequences(const RenderArguments& arguments) {
                 "one picture in all frames.");
   }
   output_ = media::Sequence::Find(arguments.output);
+  if (!output_ && media::IsVideoName(arguments.output)) {
+    video_ = arguments.output;
+    return;
+  }
   if (!output_) {
     FailOverUse(arguments.output +
                 ": has no place for a frame's number, and every frame would replace the one "
@@ -136,6 +141,12 @@ void SequencePlan::FindMissing(const RenderArguments& arguments) {
                                           : "taken from the frame before."));
 }
 
+void SequencePlan::RefuseMissing(const RenderArguments& arguments) const {
+  if (missing_.IsEmpty() || arguments.frames.missing != "fail") return;
+  throw Failure(kFailed, arguments.input + ": frames " + missing_.Text() +
+                             " are not there. Add --missing skip, hold or black.");
+}
+
 void SequencePlan::ChoosePart(const RenderArguments& arguments) {
   end_ = frames_.Size();
   const std::optional<PartOfFrames> part = ParsePartOfFrames(arguments.frames.part);
@@ -189,7 +200,7 @@ FrameJob SequencePlan::JobOf(std::int64_t frame, std::int64_t outputFrame) const
   job.frame = frame;
   job.input = input_ ? input_->FileOf(NearestIn(found_, frame)).string() : still_;
   job.black = black_ && missing_.Contains(frame);
-  job.output = output_->FileOf(outputFrame).string();
+  job.output = output_ ? output_->FileOf(outputFrame).string() : video_;
   job.layer = layer_ ? layer_->FileOf(NearestIn(layerFrames_, frame)).string() : layerFile_;
   return job;
 }

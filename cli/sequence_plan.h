@@ -34,6 +34,7 @@ class SequencePlan {
  public:
   // Looks into the folders. Throws Failure over names and numbers that do not fit together, and
   // where there are no frames at all.
+  // OUTPUT may be one video, which all frames go into.
   SequencePlan(const RenderArguments& arguments, const std::string& layer);
 
   // How many jobs Next gives.
@@ -50,10 +51,12 @@ class SequencePlan {
   bool LeavesMissingOut() const { return leaveOut_; }
   // The last frame of the whole sequence, whatever the part.
   std::int64_t LastFrame() const { return frames_.Largest(); }
+  // Throws Failure if frames are missing and --missing is fail.
+  void RefuseMissing(const RenderArguments& arguments) const;
   // Warnings in whole sentences: holes, a layer with fewer frames.
   const std::vector<std::string>& Advice() const { return advice_; }
 
-  // The name of the output with the place for its number.
+  // The name of the output with the place for its number; not for a video.
   const media::Sequence& Output() const { return *output_; }
 
  private:
@@ -65,6 +68,7 @@ class SequencePlan {
   FrameJob JobOf(std::int64_t frame, std::int64_t outputFrame) const;
 
   std::string still_;  // the input, where it is one picture for all frames
+  std::string video_;  // the output, where it is one
   std::optional<media::Sequence> input_;
   std::optional<media::Sequence> output_;
   std::string layerFile_;

@@ -49,6 +49,10 @@ void StillRender::Run(const std::filesystem::path& file) {
     RenderPages(reader, file);
     return;
   }
+  if (wishes_.take) {
+    RenderPicture(reader, Choice(), wishes_.take);
+    return;
+  }
   RenderPicture(reader, Choice(), [this](const auto& input, const auto& given, const auto& result) {
     Write(input, given, result);
   });
@@ -69,7 +73,7 @@ media::Picture StillRender::ReadInput(media::PictureReader& reader,
 }
 
 void StillRender::RenderPicture(media::PictureReader& reader, const media::ReadChoice& choice,
-                                const Taker& take) {
+                                const StillTaker& take) {
   media::Picture input = ReadInput(reader, choice);
   const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
   const media::Given given = media::GiveToEffect(input, deep);

@@ -21,10 +21,15 @@
 
 namespace vitrell::cli {
 
+// Gets what the effect made of a picture.
+using StillTaker = std::function<void(const media::Picture& input, const media::Given& given,
+                                      const headless::WorldBuffer& result)>;
+
 // What is wanted beside the arguments, for the frames of a sequence.
 struct StillWishes {
-  bool black = false;       // the input's size and kind, but black and opaque
-  std::string fingerprint;  // goes into the file, where its format has room; empty: none
+  bool black = false;            // the input's size and kind, but black and opaque
+  std::string fingerprint = {};  // goes into the file, where its format has room; empty: none
+  StillTaker take = {};          // in place of the output's file; empty: that is written
 };
 
 // The steps of one render, in the order of the functions. The objects given must outlive it; the
@@ -44,15 +49,12 @@ class StillRender {
   int Height() const { return height_; }
 
  private:
-  using Taker = std::function<void(const media::Picture& input, const media::Given& given,
-                                   const headless::WorldBuffer& result)>;
-
   media::FileProgress FileStage(int stage);
   media::PictureLimits Limits() const { return {.maxPixels = arguments_.maxPixels}; }
   media::ReadChoice LayerChoice() const;
   media::ReadChoice Choice() const;
   void RenderPicture(media::PictureReader& reader, const media::ReadChoice& choice,
-                     const Taker& take);
+                     const StillTaker& take);
   void RenderPages(media::PictureReader& reader, const std::filesystem::path& file);
   media::Picture ReadInput(media::PictureReader& reader, const media::ReadChoice& choice);
   void ReadLayer(bool deep);

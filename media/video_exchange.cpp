@@ -112,6 +112,23 @@ void MakeOpaque(AVFrame& frame) {
   }
 }
 
+void LayOverBlack(AVFrame& frame) {
+  const bool deep = frame.format == kRgb16;
+  for (int y = 0; y < frame.height; ++y) {
+    for (int x = 0; x < frame.width; ++x) {
+      if (deep) {
+        std::uint16_t* pixel = RowOf<std::uint16_t>(frame, y) + std::ptrdiff_t{x} * 4;
+        for (int i = 0; i < 3; ++i) pixel[i] = Covered<std::uint16_t>(pixel[i], pixel[3]);
+        pixel[3] = kFileWhite;
+      } else {
+        std::uint8_t* pixel = RowOf<std::uint8_t>(frame, y) + std::ptrdiff_t{x} * 4;
+        for (int i = 1; i < 4; ++i) pixel[i] = Covered<std::uint8_t>(pixel[i], pixel[0]);
+        pixel[0] = 255;
+      }
+    }
+  }
+}
+
 void GiveFrame(const AVFrame& frame, WorldBuffer& world) {
   const Table& toHost = ToHost();
   for (int y = 0; y < frame.height; ++y) {

@@ -15,6 +15,9 @@ namespace vitrell::media {
 // Sets alpha to opaque: a format that stores a byte for nothing leaves anything there.
 void MakeOpaque(AVFrame& frame);
 
+// Multiplies the colours by alpha, which becomes opaque.
+void LayOverBlack(AVFrame& frame);
+
 // The frame as the effect gets it: straight ARGB, words of 0..65535 rounded to 0..32768.
 void GiveFrame(const AVFrame& frame, headless::WorldBuffer& world);
 
