@@ -87,7 +87,9 @@ void AddKeyOptions(CLI::App& command, EffectArguments& arguments, bool still) {
         ->type_name("FRAME")
         ->group(kLook);
   }
-  command.add_option("--fps", arguments.framesPerSecond, "for keys in seconds, and of a sequence as video (default: 25)")
+  command
+      .add_option("--fps", arguments.framesPerSecond,
+                  "for keys in seconds, and of a sequence as video (default: 25)")
       ->check(CLI::Range(0.001, 1e6).description(""))
       ->type_name("RATE")
       ->group(kLook);

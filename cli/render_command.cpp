@@ -150,8 +150,8 @@ void RefuseFrameOptions(const FrameArguments& arguments, bool video) {
        {"--existing", !arguments.existing.empty(), true},
        {"--keep-going", arguments.keepGoing, false},
        {"--memory", arguments.memory != 0, true},
-       {"--status", !arguments.status.empty(), false},
-       {"--progress", arguments.progress == "plain" || arguments.progress == "json", false}}};
+       {"--status", !arguments.status.empty(), true},
+       {"--progress", arguments.progress == "plain" || arguments.progress == "json", true}}};
   for (const Option& option : options) {
     if (!option.isGiven || (video && option.isForVideos)) continue;
     throw Failure(kWrongUsage, std::string(option.name) +

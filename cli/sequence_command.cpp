@@ -1,6 +1,4 @@
 // `vitrell render` over the frames of a sequence.
-#include <unistd.h>
-
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
@@ -38,25 +36,6 @@ namespace vitrell::cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-ProgressKind KindOf(const RenderArguments& arguments) {
-  const std::string& name = arguments.frames.progress;
-  if (name == "plain") return ProgressKind::kPlain;
-  if (name == "json") return ProgressKind::kJson;
-  const bool usual =
-      name.empty() && !arguments.quiet && !arguments.verbose && ::isatty(STDERR_FILENO) == 1;
-  return name == "bar" || usual ? ProgressKind::kBar : ProgressKind::kNone;
-}
-
-// Each part of a run has its own file: "status.2-of-8.json".
-std::string StatusFile(const FrameArguments& frames) {
-  const std::optional<PartOfFrames> part = ParsePartOfFrames(frames.part);
-  if (!part || frames.status.empty()) return frames.status;
-  const fs::path file = frames.status;
-  const std::string name = file.stem().string() + "." + std::to_string(part->number) + "-of-" +
-                           std::to_string(part->count) + file.extension().string();
-  return file.parent_path() / name;
-}
 
 class SequenceJob {
  public:
@@ -96,7 +75,7 @@ class SequenceJob {
     const std::string first = plan.Output().FileOf(0).string();
     media::CheckTarget(first, true);
     media::CheckEncodingFor(first, arguments_.encoding);
-    CheckSequenceFiles(arguments_, StatusFile(arguments_.frames), plan);
+    CheckSequenceFiles(arguments_, StatusFileOf(arguments_.frames), plan);
     CheckPresetTarget(arguments_.savePreset, arguments_.force);
     if (!arguments_.report.empty() && !media::IsStandardStream(arguments_.report)) {
       media::CheckTarget(arguments_.report, arguments_.force);
@@ -149,7 +128,8 @@ class SequenceJob {
     effectVersion_ = EffectVersion(*host_);
     sidecar_.emplace(plan.Output());
     WatchSignalsForWorkers();
-    SequenceProgress progress(KindOf(arguments_), plan.Size(), StatusFile(arguments_.frames));
+    SequenceProgress progress(ProgressKindOf(arguments_), plan.Size(),
+                              StatusFileOf(arguments_.frames));
     WorkerPool pool([this](int worker) { return MakeWork(worker); });
     pool.SetSize(jobs_);
     SequenceRun run(arguments_, layer_, plan, pool, progress, tally_);

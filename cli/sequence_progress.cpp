@@ -1,13 +1,18 @@
 // Lines about frames.
 #include "cli/sequence_progress.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <filesystem>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "cli/failure.h"
 #include "cli/printable.h"
+#include "cli/sequence_plan.h"
 #include "media/output_file.h"
 
 namespace vitrell::cli {
@@ -24,16 +29,17 @@ double RateOf(std::int64_t rendered, double seconds) {
 
 // Below zero: not known yet.
 double SecondsLeft(std::int64_t done, std::int64_t all, std::int64_t rendered, double seconds) {
-  if (rendered < 1 || seconds < kMinSeconds) return -1;
+  if (rendered < 1 || seconds < kMinSeconds || all < done) return -1;
   return static_cast<double>(all - done) / RateOf(rendered, seconds);
 }
 
 std::string CountsOf(std::int64_t done, std::int64_t all, std::int64_t rendered, double seconds) {
-  std::array<char, 96> text{};
-  std::snprintf(text.data(), text.size(), "%lld of %lld frames  %.3g frames/s",
-                static_cast<long long>(done), static_cast<long long>(all),
-                RateOf(rendered, seconds));
-  std::string counts = text.data();
+  std::array<char, 32> rate{};
+  std::snprintf(rate.data(), rate.size(), " frames  %.3g frames/s", RateOf(rendered, seconds));
+  std::string counts = std::to_string(done);
+  // Headers of videos may tell fewer than there are.
+  if (all >= done) counts += " of " + std::to_string(all);
+  counts += rate.data();
   const double left = SecondsLeft(done, all, rendered, seconds);
   if (left >= 0) {
     counts += "  about " + std::to_string(static_cast<long>(std::ceil(left))) + " s left";
@@ -46,6 +52,24 @@ std::int64_t Milliseconds(const FrameAnswer& answer) {
 }
 
 }  // namespace
+
+ProgressKind ProgressKindOf(const RenderArguments& arguments) {
+  const std::string& name = arguments.frames.progress;
+  if (name == "plain") return ProgressKind::kPlain;
+  if (name == "json") return ProgressKind::kJson;
+  const bool usual =
+      name.empty() && !arguments.quiet && !arguments.verbose && ::isatty(STDERR_FILENO) == 1;
+  return name == "bar" || usual ? ProgressKind::kBar : ProgressKind::kNone;
+}
+
+std::string StatusFileOf(const FrameArguments& arguments) {
+  const std::optional<PartOfFrames> part = ParsePartOfFrames(arguments.part);
+  if (!part || arguments.status.empty()) return arguments.status;
+  const std::filesystem::path file = arguments.status;
+  const std::string name = file.stem().string() + "." + std::to_string(part->number) + "-of-" +
+                           std::to_string(part->count) + file.extension().string();
+  return file.parent_path() / name;
+}
 
 std::string FramesLine(std::int64_t done, std::int64_t all, std::int64_t rendered,
                        double elapsedSeconds) {
@@ -64,9 +88,9 @@ std::string FrameAsJson(const FrameAnswer& answer, std::int64_t done, std::int64
   nlohmann::ordered_json json = {{"frame", answer.frame},
                                  {"state", NameOf(answer.state)},
                                  {"ms", Milliseconds(answer)},
-                                 {"finished", done},
-                                 {"frames", all},
-                                 {"fps", RateOf(rendered, elapsedSeconds)}};
+                                 {"finished", done}};
+  if (all >= done) json["frames"] = all;
+  json["fps"] = RateOf(rendered, elapsedSeconds);
   const double left = SecondsLeft(done, all, rendered, elapsedSeconds);
   if (left >= 0) json["secondsLeft"] = left;
   if (!answer.again.empty()) json["again"] = answer.again;

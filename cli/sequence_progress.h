@@ -7,17 +7,26 @@
 #include <cstdio>
 #include <string>
 
+#include "cli/arguments.h"
 #include "cli/frame_job.h"
 
 namespace vitrell::cli {
 
 enum class ProgressKind { kNone, kBar, kPlain, kJson };
 
+// As --progress tells; a bar where nothing is told and standard error is a terminal.
+ProgressKind ProgressKindOf(const RenderArguments& arguments);
+
+// The file of --status, empty for none. Parts of a run side by side have a file each:
+// "status.2-of-8.json".
+std::string StatusFileOf(const FrameArguments& arguments);
+
 // "[###---------------------------]  10 %  24 of 240 frames  3.2 frames/s  about 68 s left". The
 // time left is told once a second has passed and a frame was rendered.
 std::string FramesLine(std::int64_t done, std::int64_t all, std::int64_t rendered,
                        double elapsedSeconds);
 
+// Where `all` is 0 nobody knows how many there are, and nothing that follows from it is told.
 // {"frame":1012,"state":"done","ms":41,"finished":12,"frames":240,"fps":3.2,"secondsLeft":71}
 std::string FrameAsJson(const FrameAnswer& answer, std::int64_t done, std::int64_t all,
                         std::int64_t rendered, double elapsedSeconds);
@@ -32,6 +41,8 @@ class SequenceProgress {
   SequenceProgress& operator=(const SequenceProgress&) = delete;
 
   void Tell(const FrameAnswer& answer);
+  // Where the number of frames is known later.
+  void SetFrames(std::int64_t frames) { frames_ = frames; }
   // Prints a line to standard error without disturbing the bar.
   void Say(const std::string& line);
   void Wipe();

@@ -74,11 +74,14 @@ void VideoRun::WriteFrame() {
   if (done.answer.transparent && !writer_.KeepsAlpha()) TellAlpha();
   writer_.Write(*done.rendered, *frame.marks);
   telling_.GetReport().writeSeconds += telling_.Clock().Lap();
-  telling_.TellFrame(source_.ExpectedFrames());
+  telling_.TellFrame(done.answer.frame, source_.ExpectedFrames());
 }
 
 void VideoRun::TakeAnswer(const VideoFrameAnswer& answer) {
   telling_.GetNotes().Add(answer.frame.notes);
+  if (answer.frame.exitCode != kDone) {
+    telling_.TellFailedFrame(answer.frame, source_.ExpectedFrames());
+  }
   if (answer.endsVideo) FailUnfinished(answer.frame.exitCode, answer.frame.error);
   if (answer.frame.exitCode != kDone) {
     throw Failure(static_cast<media::FailureKind>(answer.frame.exitCode), answer.frame.error);

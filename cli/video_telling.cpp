@@ -1,8 +1,6 @@
 // Telling of a video.
 #include "cli/video_telling.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <csignal>
 #include <cstdio>
@@ -17,18 +15,34 @@
 #include "media/video_messages.h"
 
 namespace vitrell::cli {
+namespace {
+
+ProgressKind KindOfLines(const RenderArguments& arguments) {
+  const ProgressKind kind = ProgressKindOf(arguments);
+  return kind == ProgressKind::kBar ? ProgressKind::kNone : kind;
+}
+
+}  // namespace
 
 VideoTelling::VideoTelling(const RenderArguments& arguments)
     : arguments_(arguments),
-      bar_(!arguments.quiet && !arguments.verbose && ::isatty(STDERR_FILENO) == 1),
+      bar_(ProgressKindOf(arguments) == ProgressKind::kBar),
+      lines_(KindOfLines(arguments), 0, StatusFileOf(arguments.frames)),
       notes_(arguments.quiet, arguments.strict, bar_) {
   report_.dryRun = arguments.dryRun;
   report_.threads = arguments.threads;
 }
 
-void VideoTelling::TellFrame(std::int64_t frames) {
+void VideoTelling::TellFrame(const FrameAnswer& frame, std::int64_t frames) {
   ++report_.frames;
+  lines_.SetFrames(frames);
+  lines_.Tell(frame);
   bar_.ShowLine([&](double elapsed) { return FrameProgressLine(report_.frames, frames, elapsed); });
+}
+
+void VideoTelling::TellFailedFrame(const FrameAnswer& frame, std::int64_t frames) {
+  lines_.SetFrames(frames);
+  lines_.Tell(frame);
 }
 
 void VideoTelling::TellLosses(const media::VideoWriter& writer) {

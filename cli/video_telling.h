@@ -11,6 +11,7 @@
 #include "cli/notes.h"
 #include "cli/progress_bar.h"
 #include "cli/report.h"
+#include "cli/sequence_progress.h"
 #include "media/video_writer.h"
 
 namespace vitrell::cli {
@@ -26,7 +27,9 @@ class VideoTelling {
   StepClock& Clock() { return clock_; }
 
   // One more frame is written, of so many; 0: nobody knows.
-  void TellFrame(std::int64_t frames);
+  void TellFrame(const FrameAnswer& frame, std::int64_t frames);
+  // One cannot be.
+  void TellFailedFrame(const FrameAnswer& frame, std::int64_t frames);
   // What the writer lost since the last call.
   void TellLosses(const media::VideoWriter& writer);
   // At the end, in one of these ways.
@@ -43,6 +46,7 @@ class VideoTelling {
 
   const RenderArguments& arguments_;
   ProgressBar bar_;
+  SequenceProgress lines_;  // all kinds of progress but the bar
   Notes notes_;
   Report report_;
   StepClock clock_;

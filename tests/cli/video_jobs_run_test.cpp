@@ -1,5 +1,7 @@
 // Several frames of a video at once: as one after the other, and told alike when something fails.
 #include <filesystem>
+#include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -130,6 +132,42 @@ TEST_F(VideoJobsRunTest, ThreadsAndMemoryTellHowMany) {
   EXPECT_EQ(jobs({"--jobs", "9"}), "6");
   EXPECT_EQ(jobs({"--memory", "1k"}), "1");
   EXPECT_EQ(jobs({"--memory", "140M"}), "2");
+}
+
+TEST_F(VideoJobsRunTest, ProgressIsToldForPeopleAndPrograms) {
+  MakeFrames(4);
+  const auto lines = [](const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> found;
+    for (std::string line; std::getline(stream, line);) found.push_back(line);
+    return found;
+  };
+  const ToolResult json =
+      Render("out.mkv", "2", {"--progress", "json", "--status", "status.json", "--frames", "1-3"});
+  ASSERT_EQ(json.exitCode, 0) << json.err;
+  EXPECT_EQ(json.err, ReadFile("status.json"));
+  ASSERT_EQ(lines(json.err).size(), 3U) << json.err;
+  for (int i = 0; i < 3; ++i) {
+    const auto line = nlohmann::json::parse(lines(json.err)[static_cast<std::size_t>(i)]);
+    EXPECT_EQ(line["frame"], i + 1);
+    EXPECT_EQ(line["state"], "done");
+    EXPECT_EQ(line["finished"], i + 1);
+    EXPECT_EQ(line["frames"], 3);
+    EXPECT_GE(line["ms"], 0);
+  }
+  const ToolResult plain = Render("out.mkv", "2", {"--progress", "plain", "--force"});
+  ASSERT_EQ(lines(plain.err).size(), 4U) << plain.err;
+  EXPECT_EQ(lines(plain.err)[3].find("frame 3: done, "), 0U) << plain.err;
+  EXPECT_NE(lines(plain.err)[3].find("(4 of 4 frames"), std::string::npos) << plain.err;
+  EXPECT_EQ(Render("out.mkv", "2", {"--progress", "none", "--force"}).err, "");
+  const ToolResult bar = Render("out.mkv", "2", {"--progress", "bar", "--force"});
+  EXPECT_NE(bar.err.find("frame 1 of 4"), std::string::npos) << bar.err;
+  // What fails is told, too.
+  const ToolResult failed = Work("bad.mkv", "2", "0|=Copy; 2|=Die", {"--progress", "json"});
+  ASSERT_EQ(lines(failed.err).size(), 4U) << failed.err;
+  const auto line = nlohmann::json::parse(lines(failed.err)[2]);
+  EXPECT_EQ(line["frame"], 2);
+  EXPECT_EQ(line["state"], "failed");
 }
 
 TEST_F(VideoJobsRunTest, APipeIsRenderedByManyToo) {
