@@ -55,7 +55,7 @@ std::int64_t VideoCrew::BytesOfJob(const VideoSize& size) {
   constexpr std::int64_t kWorlds = 7;
   constexpr std::int64_t kLensBytes = 8;
   // A slot holds the frame twice; few formats are larger than RGB with alpha.
-  const std::int64_t slots = kSlotsOfJob * 2 * pixel;
+  const std::int64_t slots = std::int64_t{kSlotsOfJob} * 2 * pixel;
   return std::int64_t{size.width} * size.height * (slots + kWorlds * pixel + kLensBytes);
 }
 

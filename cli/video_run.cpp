@@ -37,9 +37,8 @@ bool VideoRun::Step() {
   ThrowIfInterrupted();
   crew_.Wait(0);
   const bool mayRead = !ended_ && crew_.HasRoom();
-  if (mayRead && crew_.WantsFrames()) {
-    ReadFrame();
-  } else if (crew_.IsOldestDone()) {
+  const bool starves = mayRead && crew_.WantsFrames();
+  if (!starves && crew_.IsOldestDone()) {
     WriteFrame();
   } else if (mayRead) {
     ReadFrame();

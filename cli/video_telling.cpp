@@ -108,9 +108,8 @@ void RunVideoWork(const RenderArguments& arguments, VideoTelling& telling,
   TellTerminationApart();
   const auto fail = [&](media::FailureKind kind, const std::string& message) {
     close();
-    const Failure failure(kind, message);
-    telling.TellFailure(failure);
-    throw failure;
+    telling.TellFailure(Failure(kind, message));
+    throw Failure(kind, message);
   };
   try {
     work();

@@ -76,7 +76,7 @@ SharedFrame::SharedFrame(SharedFrame&& other) noexcept
       bytes_(other.bytes_),
       room_(std::exchange(other.room_, nullptr)) {}
 
-FrameForm SharedFrame::Put(const AVFrame& frame, const std::filesystem::path& file) {
+FrameForm SharedFrame::Put(const AVFrame& frame, const std::filesystem::path& file) const {
   const FrameForm form{static_cast<AVPixelFormat>(frame.format), ColoursOf(frame)};
   if (const int error = av_frame_copy(As(form).get(), &frame); error < 0) {
     throw Failure(kFailed, file.string() + ": a frame cannot be copied (" + VideoErrorCause(error) +

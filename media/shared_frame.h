@@ -30,7 +30,7 @@ class SharedFrame {
   SharedFrame& operator=(SharedFrame&&) = delete;
 
   // Copies a frame of this size into the room. Throws Failure that names the file.
-  FrameForm Put(const AVFrame& frame, const std::filesystem::path& file);
+  FrameForm Put(const AVFrame& frame, const std::filesystem::path& file) const;
   // The room as a frame; valid as long as this object.
   FrameHandle As(const FrameForm& form) const;
 
