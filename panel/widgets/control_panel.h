@@ -51,17 +51,22 @@ class ControlPanel : public QScrollArea {
   // The control whose row the keyboard is in.
   void Chosen(int control);
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
+  struct OpenGroup {
+    int depth;
+    GroupBox* box;
+  };
+
   void AddTitle(QVBoxLayout* layout);
   void AddGroup(std::size_t row, QVBoxLayout* layout);
   void AddControl(std::size_t row, QVBoxLayout* layout);
   void MarkGroups();
 
   const look::Panel& panel_;
-  struct OpenGroup {
-    int depth;
-    GroupBox* box;
-  };
+  QWidget* title_ = nullptr;
   std::vector<OpenGroup> path_;                 // groups around the row that is being added
   std::vector<ControlRow*> rows_;               // one for each control
   std::vector<std::vector<GroupBox*>> around_;  // for each control, the groups that hold it
