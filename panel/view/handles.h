@@ -6,7 +6,6 @@
 #include <QPainter>
 #include <QPointF>
 #include <QSize>
-#include <QSizeF>
 #include <QString>
 #include <QTransform>
 #include <optional>
@@ -19,7 +18,7 @@
 namespace vitrell::panel {
 
 // Controls are numbered by their position in look::Panel::controls. Handles of greyed controls are
-// not there. All positions are continuous: pixel (0, 0) covers 0 to 1.
+// not there. Positions in the picture are continuous: pixel (0, 0) covers 0 to 1.
 class Handles : public QObject {
   Q_OBJECT
 
@@ -34,27 +33,28 @@ class Handles : public QObject {
   // Of the picture that a custom lens is taken from; empty for none.
   void SetLensPictureSize(const QSize& size);
 
-  enum class Kind { kCentre, kWidth, kHeight, kScale, kRotation, kFeather, kPoint };
+  enum class Kind { kPoint, kWidth, kHeight, kScale, kRotation, kFeather };
   struct Handle {
     Kind kind = Kind::kPoint;
     int control = 0;
     QPointF position;  // in the view
-    QPointF anchor;    // of the lens's handles: where in its shape they are
-    QString hint;
+    QPointF anchor;    // of a side of the lens: where it is in LensGeometry's coordinates
   };
   std::vector<Handle> Visible(const QTransform& pictureToView) const;
+  // None if no handle is within reach.
+  std::optional<Handle> At(const QPointF& viewPoint, const QTransform& pictureToView) const;
+  // What the handle changes, and its value now.
+  QString Hint(const Handle& handle) const;
 
   void Paint(QPainter& painter, const QTransform& pictureToView) const;
-  // Null if no handle is within reach.
-  std::optional<Handle> At(const QPointF& viewPoint, const QTransform& pictureToView) const;
 
-  // A drag. Press is false where there is no handle. Shift turns in steps of 15 degrees, moves
-  // along one axis and scales width and height alike; Escape is Cancel, which restores the value.
+  // A drag. Press is false where there is no handle. Shift rotates in steps of 15 degrees and moves
+  // along one axis. Cancel brings the value before back.
   bool Press(const QPointF& viewPoint, const QTransform& pictureToView);
   void Move(const QPointF& viewPoint, Qt::KeyboardModifiers modifiers);
   void Release();
   void Cancel();
-  bool IsDragging() const { return dragged_.has_value(); }
+  bool IsDragging() const { return drag_.has_value(); }
 
   // Moves a position so that the effect uses the pixel that holds the point of the picture. The
   // position keeps its units.
@@ -66,12 +66,30 @@ class Handles : public QObject {
   void Changed();
 
  private:
+  struct Drag {
+    Handle handle;
+    look::Value before;
+    QTransform viewToPicture;
+    QPointF grip;      // from the pointer to the handle, in the view
+    QPointF start;     // the handle, in the picture
+    double direction;  // of the last move, for rotations
+    double turned;     // degrees since the drag began
+    bool moved;
+  };
+
+  const look::Value& ValueOf(int control) const;
   double Number(int control) const;
   QPointF PointOf(int control) const;
-  bool Enabled(int control) const;
+  bool IsShown(int control) const;
+  bool HasLens() const;
+  LensGeometry Lens() const;
   void AddLensHandles(const QTransform& pictureToView, std::vector<Handle>& handles) const;
   void PaintLens(QPainter& painter, const QTransform& pictureToView) const;
-  look::Value Dragged(const QPointF& picturePoint, Qt::KeyboardModifiers modifiers);
+  look::PointValue PointAt(int control, const QPointF& picturePoint) const;
+  look::Value Dragged(QPointF picturePoint, Qt::KeyboardModifiers modifiers);
+  double DraggedNumber(const QPointF& picturePoint) const;
+  double DraggedRotation(const QPointF& picturePoint, Qt::KeyboardModifiers modifiers);
+  void Set(int control, const look::Value& value, EditPhase phase);
 
   const look::Panel& panel_;
   LensControls lens_;
@@ -79,14 +97,7 @@ class Handles : public QObject {
   std::vector<bool> greyed_;
   QSize picture_;
   QSize lensPicture_;
-
-  std::optional<Handle> dragged_;
-  QTransform viewToPicture_;  // when the drag began
-  QPointF grip_;              // from the pointer to the handle, in the view
-  QPointF pressed_;           // the handle, in the picture
-  look::Value before_;
-  double lastTurn_ = 0;  // degrees
-  double turned_ = 0;    // degrees since the drag began
+  std::optional<Drag> drag_;
 };
 
 }  // namespace vitrell::panel

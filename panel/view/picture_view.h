@@ -4,14 +4,15 @@
 
 #include <QAction>
 #include <QImage>
+#include <QKeySequence>
 #include <QList>
 #include <QPointF>
-#include <QRectF>
 #include <QSize>
 #include <QString>
 #include <QWidget>
 #include <functional>
 
+#include "panel/view/picture_painter.h"
 #include "panel/view/view_transform.h"
 
 class QLabel;
@@ -22,8 +23,8 @@ class Handles;
 
 // Fits the picture into itself until the user zooms. Keys: B held shows the picture without the
 // effect, D a divider between both, M the lens mask, H hides the handles, F fits, 1 shows pixel for
-// pixel, + and - zoom, Space held pans with the left button. B and Space work wherever the keyboard
-// is in the window, unless a widget there uses them.
+// pixel, + and - zoom, Space held pans with the left button. They work wherever the keyboard is in
+// the window, unless a widget there uses them.
 class PictureView : public QWidget {
   Q_OBJECT
 
@@ -32,7 +33,7 @@ class PictureView : public QWidget {
 
   // The handles draw themselves over the picture and take the mouse first. Not owned; may be null.
   void SetHandles(Handles* handles);
-  // The text for the pixel (x, y) of the picture, in the file's own depth.
+  // Gives the text for the pixel (x, y) of the picture, in the file's own depth.
   void SetProbe(std::function<QString(int x, int y)> probeText);
 
   // The picture without the effect, in full size. A picture of another size than the last one is
@@ -55,9 +56,11 @@ class PictureView : public QWidget {
   void PickPoint(int control);
 
   void Fit();
+  // One picture pixel on one pixel of the screen.
+  void ShowActualSize();
   void ZoomTo(double zoom, const QPointF& fixedPoint);
 
-  // What the keys above do, for a menu: fit, pixel for pixel, in, out, handles, mask, divider.
+  // What the keys do, for a menu: fit, actual size, in, out, handles, mask, divider.
   QList<QAction*> ViewActions() const;
 
  Q_SIGNALS:
@@ -74,33 +77,31 @@ class PictureView : public QWidget {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void leaveEvent(QEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   enum class Hand { kFree, kPanning, kDividing, kHandle };
 
-  QAction* AddAction(const QString& text, const QList<QKeySequence>& keys, bool checkable);
+  QAction* AddAction(const QString& text, const QList<QKeySequence>& keys,
+                     const std::function<void()>& triggered);
+  QAction* AddSwitch(const QString& text, Qt::Key key, bool on);
   void MakeActions();
-  QLabel* MakeLabel(const QString& accessibleName);
+  void MakeLabels();
+  void Zoom(double factor);
   void TransformChanged();
   void PlaceLabels();
   void ShowState();
-  bool HoldsKey(QKeyEvent* event, bool down);
+  bool KeyChanged(int key, bool down);
+  void EndPicking();
   void ShowProbe(const QPointF& position);
   void UpdateCursor(const QPointF& position);
   bool NearDivider(const QPointF& position) const;
-  double DividerX() const;
-  void PaintPicture(QPainter& painter) const;
-  void PaintDivider(QPainter& painter) const;
   bool HandlesShow() const;
 
   Handles* handles_ = nullptr;
   std::function<QString(int, int)> probeText_;
   ViewTransform transform_;
-  QImage before_;
-  QImage result_;
-  QImage maskOverlay_;
+  PictureLayers layers_;
   bool exact_ = false;
   double scale_ = 1;
   double divider_ = 0.5;  // of the picture's width
@@ -109,16 +110,12 @@ class PictureView : public QWidget {
   int picking_ = -1;  // control
   Hand hand_ = Hand::kFree;
   QPointF grabbed_;  // where the mouse was last, in the view
-  QAction* fitAction_ = nullptr;
-  QAction* actualSizeAction_ = nullptr;
-  QAction* zoomInAction_ = nullptr;
-  QAction* zoomOutAction_ = nullptr;
   QAction* handlesAction_ = nullptr;
   QAction* maskAction_ = nullptr;
   QAction* dividerAction_ = nullptr;
-  QLabel* stateLabel_;
-  QLabel* probeLabel_;
-  QLabel* errorLabel_;
+  QLabel* stateLabel_ = nullptr;
+  QLabel* probeLabel_ = nullptr;
+  QLabel* errorLabel_ = nullptr;
 };
 
 }  // namespace vitrell::panel
