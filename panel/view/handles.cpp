@@ -147,14 +147,14 @@ void Handles::AddLensHandles(const QTransform& pictureToView, std::vector<Handle
   handles.push_back({Kind::kRotation, lens_.rotation, stalk.p2(), {}});
 }
 
-// The last drawn handle lies on top.
+// Of handles in one place the first is taken, which is drawn last.
 std::optional<Handles::Handle> Handles::At(const QPointF& viewPoint,
                                            const QTransform& pictureToView) const {
   std::optional<Handle> nearest;
   double least = kGrabRadius;
   for (const Handle& handle : Visible(pictureToView)) {
     const double distance = QLineF(handle.position, viewPoint).length();
-    if (distance > least) continue;
+    if (distance >= least) continue;
     least = distance;
     nearest = handle;
   }
@@ -172,7 +172,9 @@ void Handles::Paint(QPainter& painter, const QTransform& pictureToView) const {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   if (HasLens()) PaintLens(painter, pictureToView);
-  for (const Handle& handle : Visible(pictureToView)) DrawHandle(painter, handle);
+  const std::vector<Handle> handles = Visible(pictureToView);
+  std::for_each(handles.rbegin(), handles.rend(),
+                [&](const Handle& handle) { DrawHandle(painter, handle); });
   painter.restore();
 }
 

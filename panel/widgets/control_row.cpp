@@ -32,6 +32,7 @@ QToolButton* FlatButton(const QIcon& icon, const QString& spokenName, const QStr
 ControlRow::ControlRow(const look::Control& control, const QString& group, int nameWidth,
                        QWidget* parent)
     : QWidget(parent) {
+  setObjectName(QString::fromStdString(control.name));
   const QString label = QString::fromStdString(control.label);
   const QString spokenName = group.isEmpty() ? label : group + QStringLiteral(": ") + label;
   MakeStopwatch(spokenName);

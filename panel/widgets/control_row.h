@@ -16,8 +16,8 @@ namespace vitrell::panel {
 
 class ValueEditor;
 
-// A changed control has a bold name and a button that resets it; so does a double click on the
-// name.
+// Its object name is the control's name. A changed control has a bold name and a button that resets
+// it; so does a double click on the name.
 class ControlRow : public QWidget {
   Q_OBJECT
 

@@ -104,8 +104,11 @@ NumberStyle CoordinateStyle(const look::Control& control, bool percent, double p
     const bool inPixels = text.trimmed().endsWith(QStringLiteral("px"), Qt::CaseInsensitive);
     look::Coordinate read = ParsedCoordinate(control, Trimmed(text, QStringLiteral("px")));
     const bool inPercent = read.percent;
-    if (pictureSide > 0 && percent && inPixels) read.value *= 100 / pictureSide;
-    if (pictureSide > 0 && !percent && inPercent) read.value *= pictureSide / 100;
+    const bool isOther = percent ? inPixels : inPercent;
+    if (isOther && !(pictureSide > 0)) {
+      throw look::ValueError("Percent and pixels are converted once a picture is open.");
+    }
+    if (isOther) read.value *= percent ? 100 / pictureSide : pictureSide / 100;
     return std::clamp(read.value, -look::kFixedLimit, look::kFixedLimit);
   };
   return style;

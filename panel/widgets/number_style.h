@@ -33,7 +33,7 @@ QString ShortNumber(double number);
 NumberStyle StyleOf(const look::Control& control);
 
 // Half a position, in its own unit. Text with the other unit is converted by the length of the
-// picture's side, where that is not 0.
+// picture's side, and refused where that is 0.
 NumberStyle CoordinateStyle(const look::Control& control, bool percent, double pictureSide);
 
 // Whole turns and degrees: "2x +30°"; the turns are left out when there are none.

@@ -1,0 +1,236 @@
+// The parts of the time line, and playing.
+#include "panel/time/time_line.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QScrollArea>
+#include <QSpinBox>
+#include <QStyle>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+
+#include "panel/time/curve_view.h"
+#include "panel/time/key_edits.h"
+#include "panel/time/key_tracks.h"
+#include "panel/time/time_ruler.h"
+
+namespace vitrell::panel {
+namespace {
+
+constexpr int kLeastTracksHeight = 66;
+
+// "00:00:01.500" as keys are written.
+QString TimeText(int frame, double framesPerSecond) {
+  const auto milliseconds = static_cast<qint64>(std::floor(frame * 1000.0 / framesPerSecond + 0.5));
+  const auto two = [](qint64 number) {
+    return QStringLiteral("%1").arg(number, 2, 10, QChar('0'));
+  };
+  return two(milliseconds / 3600000) + ':' + two(milliseconds / 60000 % 60) + ':' +
+         two(milliseconds / 1000 % 60) +
+         QStringLiteral(".%1").arg(milliseconds % 1000, 3, 10, QChar('0'));
+}
+
+}  // namespace
+
+TimeLine::TimeLine(const look::Panel& panel, QWidget* parent)
+    : QWidget(parent),
+      panel_(panel),
+      ruler_(new TimeRuler(this)),
+      tracks_(new KeyTracks(panel, this)),
+      curve_(new CurveView(this)) {
+  auto* const buttons = new QHBoxLayout;
+  MakeTransport(buttons);
+  MakeRangeButtons(buttons);
+  buttons->addStretch(1);
+  MakeKeyButtons(buttons);
+  auto* const scroll = new QScrollArea(this);
+  scroll->setWidget(tracks_);
+  scroll->setWidgetResizable(true);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setMinimumHeight(kLeastTracksHeight);
+  // The marks stand below the ruler's ticks only as long as no bar takes width from them.
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(2);
+  layout->addLayout(buttons);
+  layout->addWidget(ruler_);
+  layout->addWidget(scroll, 1);
+  layout->addWidget(curve_, 1);
+
+  connect(ruler_, &TimeRuler::FrameChosen, this, &TimeLine::Go);
+  connect(ruler_, &TimeRuler::RangeChosen, this, [this](int first, int last) {
+    SetRange(first, last);
+    Q_EMIT RangeChanged(first_, last_);
+  });
+  connect(tracks_, &KeyTracks::KeysEdited, this, &TimeLine::KeysEdited);
+  connect(tracks_, &KeyTracks::Chosen, this, [this](int control) {
+    Choose(control);
+    Q_EMIT Chosen(control);
+  });
+  connect(curve_, &CurveView::KeysEdited, this, [this](const look::Keys& keys, EditPhase phase) {
+    if (chosen_ >= 0) Q_EMIT KeysEdited(chosen_, keys, phase);
+  });
+  timer_.setTimerType(Qt::PreciseTimer);
+  connect(&timer_, &QTimer::timeout, this, &TimeLine::Tick);
+}
+
+QToolButton* TimeLine::AddButton(QHBoxLayout* layout, const QString& text, const QString& toolTip,
+                                 const std::function<void()>& clicked) {
+  auto* const button = new QToolButton(this);
+  button->setText(text);
+  button->setToolTip(toolTip);
+  button->setAccessibleName(toolTip);
+  button->setFocusPolicy(Qt::StrongFocus);
+  connect(button, &QToolButton::clicked, this, clicked);
+  layout->addWidget(button);
+  return button;
+}
+
+void TimeLine::MakeTransport(QHBoxLayout* layout) {
+  const auto add = [&](QStyle::StandardPixmap icon, const QString& toolTip,
+                       const std::function<void()>& clicked) {
+    QToolButton* const button = AddButton(layout, {}, toolTip, clicked);
+    button->setIcon(style()->standardIcon(icon));
+    return button;
+  };
+  add(QStyle::SP_MediaSkipBackward, tr("To the in point"),
+      [this] { Go(first_, EditPhase::kDone); });
+  add(QStyle::SP_MediaSeekBackward, tr("One frame back"),
+      [this] { Go(frame_ - 1, EditPhase::kDone); });
+  play_ = add(QStyle::SP_MediaPlay, tr("Play"), [this] { Play(!IsPlaying()); });
+  add(QStyle::SP_MediaSeekForward, tr("One frame on"),
+      [this] { Go(frame_ + 1, EditPhase::kDone); });
+  add(QStyle::SP_MediaSkipForward, tr("To the out point"), [this] { Go(last_, EditPhase::kDone); });
+  field_ = new QSpinBox(this);
+  field_->setAccessibleName(tr("Frame"));
+  field_->setKeyboardTracking(false);
+  connect(field_, &QSpinBox::valueChanged, this,
+          [this](int frame) { Go(frame, EditPhase::kDone); });
+  time_ = new QLabel(this);
+  layout->addWidget(field_);
+  layout->addWidget(time_);
+}
+
+void TimeLine::MakeRangeButtons(QHBoxLayout* layout) {
+  const auto set = [this](int first, int last) {
+    SetRange(first, last);
+    Q_EMIT RangeChanged(first_, last_);
+  };
+  AddButton(layout, tr("In"), tr("The range begins at this frame"),
+            [this, set] { set(frame_, std::max(frame_, last_)); });
+  AddButton(layout, tr("Out"), tr("The range ends at this frame"),
+            [this, set] { set(std::min(first_, frame_), frame_); });
+}
+
+void TimeLine::MakeKeyButtons(QHBoxLayout* layout) {
+  AddButton(layout, QStringLiteral("◂"), tr("To the key before"), [this] { GoToKey(false); });
+  AddButton(layout, QStringLiteral("▸"), tr("To the next key"), [this] { GoToKey(true); });
+  const auto add = [&](const QString& text, const QString& toolTip, look::Stretch stretch) {
+    AddButton(layout, text, toolTip, [this, stretch] { tracks_->StretchSelected(stretch); });
+  };
+  add(tr("Linear"), tr("Selected keys: straight to the next one"), look::Stretch::kLinear);
+  add(tr("Smooth"), tr("Selected keys: smoothly to the next one"), look::Stretch::kSmooth);
+  add(tr("Hold"), tr("Selected keys: hold until the next one"), look::Stretch::kHold);
+  add(tr("Eased"), tr("Selected keys: begin and end slowly"), look::Stretch::kEased);
+  AddButton(layout, tr("Delete"), tr("Delete the selected keys"),
+            [this] { tracks_->DeleteSelected(); });
+}
+
+void TimeLine::SetClip(const look::TimeBase& base) {
+  Play(false);
+  base_ = base;
+  const int frames = std::max(1, static_cast<int>(base.length));
+  field_->setRange(0, frames - 1);
+  ruler_->SetFrames(frames);
+  tracks_->SetBase(base);
+  SetRange(0, frames - 1);
+  ShowFrame(0);
+  Choose(chosen_);
+}
+
+void TimeLine::ShowFrame(int frame) {
+  frame_ = std::clamp(frame, 0, std::max(0, static_cast<int>(base_.length) - 1));
+  const QSignalBlocker quiet(field_);
+  field_->setValue(frame_);
+  time_->setText(TimeText(frame_, base_.framesPerSecond));
+  ruler_->ShowFrame(frame_);
+  tracks_->ShowFrame(frame_);
+  curve_->ShowFrame(frame_);
+}
+
+void TimeLine::SetRange(int first, int last) {
+  const int end = std::max(0, static_cast<int>(base_.length) - 1);
+  first_ = std::clamp(first, 0, end);
+  last_ = std::clamp(last, first_, end);
+  ruler_->ShowRange(first_, last_);
+}
+
+void TimeLine::ShowKeys(int control, const look::Keys& keys) {
+  if (keys.empty()) {
+    keys_.erase(control);
+  } else {
+    keys_[control] = keys;
+  }
+  tracks_->ShowKeys(control, keys);
+  if (control == chosen_) Choose(control);
+}
+
+void TimeLine::Choose(int control) {
+  chosen_ = control;
+  tracks_->Choose(control);
+  const auto keys = keys_.find(control);
+  if (control < 0 || keys == keys_.end()) return curve_->ShowKeys(nullptr, {}, base_);
+  curve_->ShowKeys(&panel_.controls.at(static_cast<std::size_t>(control)), keys->second, base_);
+}
+
+void TimeLine::Go(int frame, EditPhase phase) {
+  Play(false);
+  const int before = frame_;
+  ShowFrame(frame);
+  if (frame_ != before || phase == EditPhase::kDone) Q_EMIT FrameChosen(frame_, phase);
+}
+
+// Of the chosen control, or of all when none is chosen that moves.
+void TimeLine::GoToKey(bool next) {
+  KeyFrames frames;
+  for (const auto& [control, keys] : keys_) {
+    if (keys_.contains(chosen_) && control != chosen_) continue;
+    frames.merge(FramesOf(keys, base_));
+  }
+  auto found = next ? frames.upper_bound(frame_) : frames.lower_bound(frame_);
+  if (next ? found == frames.end() : found == frames.begin()) return;
+  if (!next) --found;
+  Go(static_cast<int>(std::round(*found)), EditPhase::kDone);
+}
+
+void TimeLine::Play(bool play) {
+  if (play == IsPlaying()) return;
+  if (play) {
+    if (frame_ < first_ || frame_ >= last_) ShowFrame(first_);
+    playedFrom_ = frame_;
+    clock_.start();
+    timer_.start(static_cast<int>(std::max(1.0, 1000 / base_.framesPerSecond)));
+  } else {
+    timer_.stop();
+  }
+  play_->setIcon(style()->standardIcon(play ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
+  play_->setToolTip(play ? tr("Pause") : tr("Play"));
+  play_->setAccessibleName(play_->toolTip());
+  Q_EMIT PlayingChanged(play);
+  if (!play) Q_EMIT FrameChosen(frame_, EditPhase::kDone);
+}
+
+void TimeLine::Tick() {
+  const auto passed =
+      static_cast<qint64>(static_cast<double>(clock_.elapsed()) * base_.framesPerSecond / 1000);
+  const int count = last_ - first_ + 1;
+  const int frame = first_ + static_cast<int>((playedFrom_ - first_ + passed) % count);
+  if (frame == frame_) return;
+  ShowFrame(frame);
+  Q_EMIT FrameChosen(frame_, EditPhase::kDragging);
+}
+
+}  // namespace vitrell::panel
