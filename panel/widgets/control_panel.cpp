@@ -64,7 +64,6 @@ ControlPanel::ControlPanel(const look::Panel& panel, QWidget* parent)
     for (std::size_t i = 0; now != nullptr && i < rows_.size(); ++i) {
       if (rows_[i]->isAncestorOf(now)) Q_EMIT Chosen(static_cast<int>(i));
     }
-    if (now != nullptr && isAncestorOf(now)) ensureWidgetVisible(now);
   });
 }
 

@@ -57,8 +57,8 @@ ControlRow::ControlRow(const look::Control& control, const QString& group, int n
 }
 
 void ControlRow::MakeStopwatch(const QString& spokenName) {
-  stopwatch_ = FlatButton(StopwatchIcon(palette()), tr("%1, stopwatch").arg(spokenName),
-                          tr("Keys in time"), this);
+  stopwatch_ =
+      FlatButton(StopwatchIcon(), tr("%1, stopwatch").arg(spokenName), tr("Keys in time"), this);
   stopwatch_->setCheckable(true);
   connect(stopwatch_, &QToolButton::clicked, this, &ControlRow::StopwatchToggled);
 }
@@ -72,8 +72,8 @@ void ControlRow::MakeName(const look::Control& control, int width) {
 }
 
 void ControlRow::MakeResetButton(const QString& spokenName) {
-  reset_ = FlatButton(ResetIcon(palette()), tr("%1, reset").arg(spokenName),
-                      tr("Back to the default"), this);
+  reset_ =
+      FlatButton(ResetIcon(), tr("%1, reset").arg(spokenName), tr("Back to the default"), this);
   connect(reset_, &QToolButton::clicked, this, &ControlRow::Reset);
 }
 

@@ -30,7 +30,7 @@ GroupBox::GroupBox(const QString& title, bool open, QWidget* parent)
   title_->setToolTip(tr("Double click: the whole group back to its defaults"));
   title_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   title_->installEventFilter(this);
-  reset_->setIcon(ResetIcon(palette()));
+  reset_->setIcon(ResetIcon());
   reset_->setAutoRaise(true);
   reset_->setFocusPolicy(Qt::StrongFocus);
   reset_->setAccessibleName(tr("group %1, reset").arg(title));

@@ -1,27 +1,53 @@
 // Icons drawn with a few lines on a grid of 16 units.
 #include "panel/widgets/icons.h"
 
+#include <QGuiApplication>
+#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPalette>
 #include <QPixmap>
-#include <functional>
 
 namespace vitrell::panel {
 namespace {
 
 constexpr int kUnits = 16;
-constexpr int kPixelsPerUnit = 4;  // enough for screens of any density
+constexpr double kLineWidth = 1.5;
 
-QPixmap Drawn(const QColor& colour, const std::function<void(QPainter&)>& draw) {
-  QPixmap pixmap(kUnits * kPixelsPerUnit, kUnits * kPixelsPerUnit);
-  pixmap.fill(Qt::transparent);
-  QPainter painter(&pixmap);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.scale(kPixelsPerUnit, kPixelsPerUnit);
-  painter.setPen(QPen(colour, 1.5, Qt::SolidLine, Qt::RoundCap));
-  draw(painter);
-  return pixmap;
-}
+using Drawing = void (*)(QPainter&);
+
+// Takes its colour from the palette when it is painted, so that it follows a desktop that turns
+// dark.
+class DrawnIcon : public QIconEngine {
+ public:
+  explicit DrawnIcon(Drawing drawing) : drawing_(drawing) {}
+
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+    const QPalette palette = QGuiApplication::palette();
+    const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+    const auto role = state == QIcon::On ? QPalette::Highlight : QPalette::ButtonText;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->translate(rect.topLeft());
+    painter->scale(rect.width() / double{kUnits}, rect.height() / double{kUnits});
+    painter->setPen(QPen(palette.color(group, role), kLineWidth, Qt::SolidLine, Qt::RoundCap));
+    drawing_(*painter);
+    painter->restore();
+  }
+
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    QPixmap pixmap(size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+    return pixmap;
+  }
+
+  QIconEngine* clone() const override { return new DrawnIcon(drawing_); }
+
+ private:
+  Drawing drawing_;
+};
 
 void DrawStopwatch(QPainter& painter) {
   painter.drawEllipse(QPointF(8, 9), 5, 5);
@@ -45,24 +71,12 @@ void DrawTurnBack(QPainter& painter) {
   painter.drawLine(QPointF(4, 5), QPointF(7.5, 5));
 }
 
-QIcon PlainIcon(const QPalette& palette, const std::function<void(QPainter&)>& draw) {
-  QIcon icon(Drawn(palette.color(QPalette::ButtonText), draw));
-  icon.addPixmap(Drawn(palette.color(QPalette::Disabled, QPalette::ButtonText), draw),
-                 QIcon::Disabled);
-  return icon;
-}
-
 }  // namespace
 
-QIcon StopwatchIcon(const QPalette& palette) {
-  QIcon icon = PlainIcon(palette, DrawStopwatch);
-  icon.addPixmap(Drawn(palette.color(QPalette::Highlight), DrawStopwatch), QIcon::Normal,
-                 QIcon::On);
-  return icon;
-}
+QIcon StopwatchIcon() { return QIcon(new DrawnIcon(DrawStopwatch)); }
 
-QIcon PickIcon(const QPalette& palette) { return PlainIcon(palette, DrawCross); }
+QIcon PickIcon() { return QIcon(new DrawnIcon(DrawCross)); }
 
-QIcon ResetIcon(const QPalette& palette) { return PlainIcon(palette, DrawTurnBack); }
+QIcon ResetIcon() { return QIcon(new DrawnIcon(DrawTurnBack)); }
 
 }  // namespace vitrell::panel

@@ -1,18 +1,17 @@
-// The few signs that desktops' icon themes do not have, in the colours of the palette.
+// The few signs that desktops' icon themes do not have, in the colours of the application's palette.
 #ifndef VITRELL_PANEL_WIDGETS_ICONS_H_
 #define VITRELL_PANEL_WIDGETS_ICONS_H_
 
 #include <QIcon>
-#include <QPalette>
 
 namespace vitrell::panel {
 
 // On: the control has keys.
-QIcon StopwatchIcon(const QPalette& palette);
+QIcon StopwatchIcon();
 // A cross-hair.
-QIcon PickIcon(const QPalette& palette);
+QIcon PickIcon();
 // An arrow that turns back.
-QIcon ResetIcon(const QPalette& palette);
+QIcon ResetIcon();
 
 }  // namespace vitrell::panel
 

@@ -7,42 +7,45 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QStyle>
 #include <QToolButton>
 #include <QUrl>
 
 namespace vitrell::panel {
 
 LayerEditor::LayerEditor(const QString& spokenName, QWidget* parent)
-    : ValueEditor(parent), field_(new QLineEdit(this)), button_(new QToolButton(this)) {
+    : ValueEditor(parent),
+      field_(new QLineEdit(this)),
+      choose_(new QToolButton(this)),
+      clear_(new QToolButton(this)) {
   field_->setPlaceholderText(tr("none"));
-  field_->setClearButtonEnabled(true);
   field_->setAccessibleName(spokenName);
   field_->setAccessibleDescription(tr("a picture file, or empty for none"));
-  field_->setDragEnabled(false);
   field_->setAcceptDrops(false);  // this editor takes files whole
-  button_->setText(QStringLiteral("…"));
-  button_->setToolTip(tr("Choose a picture"));
-  button_->setAccessibleName(tr("%1, choose a file").arg(spokenName));
-  button_->setFocusPolicy(Qt::StrongFocus);
+  choose_->setText(QStringLiteral("…"));
+  choose_->setToolTip(tr("Choose a picture"));
+  choose_->setAccessibleName(tr("%1, choose a file").arg(spokenName));
+  choose_->setFocusPolicy(Qt::StrongFocus);
+  clear_->setIcon(style()->standardIcon(QStyle::SP_LineEditClearButton));
+  clear_->setToolTip(tr("No picture"));
+  clear_->setAccessibleName(tr("%1, none").arg(spokenName));
+  clear_->setFocusPolicy(Qt::StrongFocus);
   setAcceptDrops(true);
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(field_, 1);
-  layout->addWidget(button_);
+  layout->addWidget(clear_);
+  layout->addWidget(choose_);
   setFocusProxy(field_);
-  connect(button_, &QToolButton::clicked, this, &LayerEditor::OpenDialog);
+  connect(choose_, &QToolButton::clicked, this, &LayerEditor::OpenDialog);
+  connect(clear_, &QToolButton::clicked, this, [this] { Set({}); });
   connect(field_, &QLineEdit::editingFinished, this, [this] { Set(field_->text()); });
-  // The clear button finishes no editing.
-  connect(field_, &QLineEdit::textChanged, this, [this](const QString& text) {
-    if (text.isEmpty() && !field_->isModified()) Set({});
-  });
 }
 
 void LayerEditor::ShowValue(const look::Value& value) {
   path_ = QString::fromStdString(std::get<look::LayerValue>(value).path);
   field_->setText(path_);
   field_->setToolTip(path_);
-  field_->setModified(false);
 }
 
 void LayerEditor::Set(const QString& path) {

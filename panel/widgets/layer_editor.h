@@ -28,7 +28,8 @@ class LayerEditor : public ValueEditor {
 
   QString path_;
   QLineEdit* field_;
-  QToolButton* button_;
+  QToolButton* choose_;
+  QToolButton* clear_;
 };
 
 }  // namespace vitrell::panel

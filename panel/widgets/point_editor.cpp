@@ -44,7 +44,7 @@ PointEditor::PointEditor(const look::Control& control, const QString& spokenName
   unit_->setToolTip(tr("Percent of the picture, or pixels"));
   unit_->setEnabled(false);  // until the picture's size is known
   IgnoreWheelWithoutFocus(unit_);
-  pick_->setIcon(PickIcon(palette()));
+  pick_->setIcon(PickIcon());
   pick_->setFocusPolicy(Qt::StrongFocus);
   pick_->setAccessibleName(tr("%1, pick in the picture").arg(spokenName));
   pick_->setToolTip(tr("Pick in the picture"));

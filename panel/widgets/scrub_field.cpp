@@ -53,7 +53,7 @@ void ScrubField::ChangeStyle(NumberStyle style) {
 void ScrubField::ShowText() {
   lineEdit()->setText(style_.format(value_));
   lineEdit()->setModified(false);
-  lineEdit()->setPalette(palette());
+  if (lineEdit()->testAttribute(Qt::WA_SetPalette)) lineEdit()->setPalette(QPalette());
 }
 
 // Reads what was typed. A wrong text stays while the user can still correct it.
