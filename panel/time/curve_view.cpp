@@ -180,6 +180,7 @@ void CurveView::MoveKey(double y, EditPhase phase) {
   const double number = OnGrid(ValueAt(y), style.step);
   look::Keys keys = keys_;
   keys[*dragged_].value = std::clamp(number, style.minimum, style.maximum);
+  if (phase == EditPhase::kDragging && keys == keys_) return;
   moved_ = true;
   keys_ = keys;
   update();

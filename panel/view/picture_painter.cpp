@@ -1,7 +1,6 @@
 // Checkerboard, pictures, mask and divider.
 #include "panel/view/picture_painter.h"
 
-#include <QPixmap>
 #include <algorithm>
 
 namespace vitrell::panel {
@@ -14,8 +13,8 @@ constexpr double kKnobRadius = 7;
 // From this size on the pixels themselves are to be seen.
 constexpr double kPixelsShow = 2;
 
-QPixmap Checkerboard() {
-  QPixmap tiles(2 * kTile, 2 * kTile);
+QImage Checkerboard() {
+  QImage tiles(2 * kTile, 2 * kTile, QImage::Format_RGB32);
   tiles.fill(QColor(102, 102, 102));
   QPainter painter(&tiles);
   const QColor light(153, 153, 153);

@@ -54,6 +54,8 @@ void ScrubField::ShowText() {
   lineEdit()->setText(style_.format(value_));
   lineEdit()->setModified(false);
   if (lineEdit()->testAttribute(Qt::WA_SetPalette)) lineEdit()->setPalette(QPalette());
+  // What is typed next replaces the number.
+  if (hasFocus() && mouse_ != Mouse::kScrubbing) lineEdit()->selectAll();
 }
 
 // Reads what was typed. A wrong text stays while the user can still correct it.
@@ -63,7 +65,6 @@ void ScrubField::ReadText(bool keepWrongText) {
     const double value = style_.parse(lineEdit()->text());
     StopTyping();
     if (value != value_) Set(value, EditPhase::kDone);
-    lineEdit()->selectAll();
   } catch (const look::ValueError& error) {
     const QString message = QString::fromStdString(error.what());
     if (keepWrongText) {
@@ -91,7 +92,6 @@ void ScrubField::Step(double steps) {
   const double next = OnGrid(value_ + steps * style_.step, style_.step);
   const double value = std::clamp(next, style_.minimum, style_.maximum);
   if (value != value_) Set(value, EditPhase::kDone);
-  lineEdit()->selectAll();
 }
 
 void ScrubField::Set(double value, EditPhase phase) {
@@ -143,6 +143,11 @@ void ScrubField::wheelEvent(QWheelEvent* event) {
   wheelSteps_ -= steps;
   if (steps != 0) Step(steps * FactorOf(event->modifiers()));
   event->accept();
+}
+
+void ScrubField::focusInEvent(QFocusEvent* event) {
+  QAbstractSpinBox::focusInEvent(event);
+  if (!lineEdit()->isModified()) lineEdit()->selectAll();
 }
 
 void ScrubField::focusOutEvent(QFocusEvent* event) {
