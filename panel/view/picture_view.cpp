@@ -144,6 +144,7 @@ void PictureView::PlaceLabels() {
   stateLabel_->move(width() - stateLabel_->width() - kMargin, kMargin);
   probeLabel_->adjustSize();
   probeLabel_->move(kMargin, height() - probeLabel_->height() - kMargin);
+  if (errorLabel_->text().isEmpty()) return;
   const int errorWidth = width() * 3 / 4;
   errorLabel_->setFixedWidth(errorWidth);
   errorLabel_->setFixedHeight(errorLabel_->heightForWidth(errorWidth));

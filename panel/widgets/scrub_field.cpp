@@ -35,14 +35,14 @@ ScrubField::ScrubField(NumberStyle style, QWidget* parent)
   setButtonSymbols(QAbstractSpinBox::NoButtons);
   setFocusPolicy(Qt::StrongFocus);
   lineEdit()->installEventFilter(this);
-  connect(lineEdit(), &QLineEdit::textEdited, this, [this] { typing_ = true; });
+  connect(lineEdit(), &QLineEdit::textEdited, this, [this] { typing_ = textChanged_ = true; });
   connect(this, &QAbstractSpinBox::editingFinished, this, [this] { ReadText(hasFocus()); });
   StopTyping();
 }
 
 void ScrubField::ShowValue(double value) {
   value_ = value;
-  if (!lineEdit()->isModified()) ShowText();
+  if (!textChanged_) ShowText();
 }
 
 void ScrubField::ChangeStyle(NumberStyle style) {
@@ -52,7 +52,7 @@ void ScrubField::ChangeStyle(NumberStyle style) {
 
 void ScrubField::ShowText() {
   lineEdit()->setText(style_.format(value_));
-  lineEdit()->setModified(false);
+  textChanged_ = false;
   if (lineEdit()->testAttribute(Qt::WA_SetPalette)) lineEdit()->setPalette(QPalette());
   // What is typed next replaces the number.
   if (hasFocus() && mouse_ != Mouse::kScrubbing) lineEdit()->selectAll();
@@ -60,7 +60,7 @@ void ScrubField::ShowText() {
 
 // Reads what was typed. A wrong text stays while the user can still correct it.
 void ScrubField::ReadText(bool keepWrongText) {
-  if (!lineEdit()->isModified()) return;
+  if (!textChanged_) return;
   try {
     const double value = style_.parse(lineEdit()->text());
     StopTyping();
@@ -125,7 +125,7 @@ void ScrubField::keyPressEvent(QKeyEvent* event) {
       return Step(-kPageSteps * factor);
     case Qt::Key_Escape:
       if (mouse_ == Mouse::kScrubbing) return CancelScrub();
-      if (lineEdit()->isModified()) return StopTyping();
+      if (textChanged_) return StopTyping();
       break;
     default:
       break;
@@ -147,7 +147,7 @@ void ScrubField::wheelEvent(QWheelEvent* event) {
 
 void ScrubField::focusInEvent(QFocusEvent* event) {
   QAbstractSpinBox::focusInEvent(event);
-  if (!lineEdit()->isModified()) lineEdit()->selectAll();
+  if (!textChanged_) lineEdit()->selectAll();
 }
 
 void ScrubField::focusOutEvent(QFocusEvent* event) {

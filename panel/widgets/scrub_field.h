@@ -63,7 +63,8 @@ class ScrubField : public QAbstractSpinBox {
 
   NumberStyle style_;
   double value_ = 0;
-  bool typing_ = false;  // the mouse belongs to the text
+  bool typing_ = false;       // the mouse belongs to the text
+  bool textChanged_ = false;  // by the user
   Mouse mouse_ = Mouse::kUp;
   double mouseX_ = 0;       // where the mouse was last
   double valueBefore_ = 0;  // the drag
