@@ -16,6 +16,7 @@ constexpr int kBracketHeight = 10;  // at the top; the ruler is below
 constexpr double kReach = 7;
 constexpr int kLeastTickDistance = 60;
 constexpr int kManyFrames = 10;
+constexpr int kTextGap = 3;
 
 // 1, 2, 5, 10, 20, 50, ...: the least that is at least `frames`.
 int NiceStep(double frames) {
@@ -92,7 +93,10 @@ void TimeRuler::PaintTicks(QPainter& painter) const {
   for (int frame = 0; frame < frames_; frame += step) {
     const double x = scale.XOf(frame);
     painter.drawLine(QPointF(x, kHeight - 8), QPointF(x, kHeight));
-    painter.drawText(QPointF(x + 3, kHeight - 8), QString::number(frame));
+    const QString number = QString::number(frame);
+    const int advance = painter.fontMetrics().horizontalAdvance(number);
+    const bool fits = x + kTextGap + advance <= width();
+    painter.drawText(QPointF(fits ? x + kTextGap : x - kTextGap - advance, kHeight - 8), number);
   }
 }
 

@@ -7,19 +7,19 @@
 #include <QKeySequence>
 #include <QList>
 #include <QPointF>
+#include <QPointer>
 #include <QSize>
 #include <QString>
 #include <QWidget>
 #include <functional>
 
+#include "panel/view/handles.h"
 #include "panel/view/picture_painter.h"
 #include "panel/view/view_transform.h"
 
 class QLabel;
 
 namespace vitrell::panel {
-
-class Handles;
 
 // Fits the picture into itself until the user zooms. Keys: B held shows the picture without the
 // effect, D a divider between both, M the lens mask, H hides the handles, F fits, 1 shows pixel for
@@ -31,7 +31,8 @@ class PictureView : public QWidget {
  public:
   explicit PictureView(QWidget* parent = nullptr);
 
-  // The handles draw themselves over the picture and take the mouse first. Not owned; may be null.
+  // The handles draw themselves over the picture and take the mouse first. Not owned; may be null,
+  // and may end before the view.
   void SetHandles(Handles* handles);
   // Gives the text for the pixel (x, y) of the picture, in the file's own depth.
   void SetProbe(std::function<QString(int x, int y)> probeText);
@@ -98,7 +99,7 @@ class PictureView : public QWidget {
   bool NearDivider(const QPointF& position) const;
   bool HandlesShow() const;
 
-  Handles* handles_ = nullptr;
+  QPointer<Handles> handles_;
   std::function<QString(int, int)> probeText_;
   ViewTransform transform_;
   PictureLayers layers_;

@@ -5,6 +5,7 @@
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScrollBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -147,6 +148,16 @@ void ControlPanel::Choose(int control) {
   for (GroupBox* const group : around_.at(position)) group->Open(true);
   rows_.at(position)->Editor()->setFocus();
   ensureWidgetVisible(rows_[position]);
+}
+
+QSize ControlPanel::minimumSizeHint() const {
+  const int width = widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width() +
+                    2 * frameWidth();
+  return {width, QScrollArea::minimumSizeHint().height()};
+}
+
+QSize ControlPanel::sizeHint() const {
+  return {minimumSizeHint().width(), widget()->sizeHint().height()};
 }
 
 bool ControlPanel::eventFilter(QObject* watched, QEvent* event) {

@@ -37,6 +37,10 @@ class ControlPanel : public QScrollArea {
   // Opens the groups around the control, scrolls to it and gives it the keyboard.
   void Choose(int control);
 
+  // Wide enough for every row, so that only the height is scrolled.
+  QSize minimumSizeHint() const override;
+  QSize sizeHint() const override;
+
  Q_SIGNALS:
   void Edited(int control, const look::Value& value, vitrell::panel::EditPhase phase);
   // A typed text was no value; a whole sentence.

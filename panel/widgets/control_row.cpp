@@ -13,6 +13,8 @@
 namespace vitrell::panel {
 namespace {
 
+constexpr int kSpacing = 3;
+
 QToolButton* FlatButton(const QIcon& icon, const QString& spokenName, const QString& toolTip,
                         QWidget* parent) {
   auto* const button = new QToolButton(parent);
@@ -44,6 +46,7 @@ ControlRow::ControlRow(const look::Control& control, const QString& group, int n
 
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(kSpacing);
   layout->addWidget(stopwatch_);
   layout->addWidget(name_);
   layout->addWidget(editor_, 1);

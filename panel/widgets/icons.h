@@ -1,4 +1,5 @@
-// The few signs that desktops' icon themes do not have, in the colours of the application's palette.
+// The few signs that desktops' icon themes do not have, in the colours of the application's
+// palette.
 #ifndef VITRELL_PANEL_WIDGETS_ICONS_H_
 #define VITRELL_PANEL_WIDGETS_ICONS_H_
 

@@ -14,7 +14,7 @@
 namespace vitrell::panel {
 namespace {
 
-constexpr int kFieldWidth = 84;
+constexpr int kFieldWidth = 72;
 // The order of the units in their box.
 constexpr int kPercent = 0;
 constexpr int kPixels = 1;
