@@ -94,13 +94,19 @@ void Document::ResetControls(const std::vector<int>& controls, const QString& te
   Push(std::move(changes), text, EditPhase::kDone);
 }
 
-std::vector<std::string> Document::LoadPreset(const std::filesystem::path& file) {
+look::Settings Document::ReadPreset(const std::filesystem::path& file,
+                                    std::vector<std::string>& notes) const {
   look::Settings loaded(panel_);
   look::LoadPreset(file, loaded);
-  std::vector<std::string> notes;
   if (hasPicture_) {
     for (const std::string& name : loaded.FitTo(width_)) notes.push_back(CutMessage(name));
   }
+  return loaded;
+}
+
+std::vector<std::string> Document::LoadPreset(const std::filesystem::path& file) {
+  std::vector<std::string> notes;
+  const look::Settings loaded = ReadPreset(file, notes);
   TakeSettings(loaded, tr("Loading of %1").arg(QString::fromStdString(file.stem().string())));
   undo_.setClean();
   presetFile_ = file;
@@ -120,10 +126,19 @@ void Document::TakeSettings(const look::Settings& settings, const QString& text)
 }
 
 std::vector<std::string> Document::SavePreset(const std::filesystem::path& file) {
-  std::vector<std::string> notes = look::SavePreset(file, settings_, hasPicture_ ? width_ : 0);
+  std::vector<std::string> notes = look::SavePreset(file, settings_, Width());
   presetFile_ = file;
   undo_.setClean();
   return notes;
+}
+
+void Document::WriteCopy(const std::filesystem::path& file) const {
+  static_cast<void>(look::SavePreset(file, settings_, Width()));
+}
+
+void Document::TakeCopy(const std::filesystem::path& file) {
+  std::vector<std::string> notes;
+  TakeSettings(ReadPreset(file, notes), tr("Restoring"));
 }
 
 void Document::Push(std::vector<ControlChange> changes, const QString& text, EditPhase phase) {

@@ -45,14 +45,19 @@ class Document : public QObject {
   // `row` is the group's title in Panel::rows; groups inside it are reset, too.
   void ResetGroup(std::size_t row);
   void ResetAll();
-  // What the file does not name gets its default. Lengths in pixels are scaled to the picture's
-  // width, if the preset tells the width that it was made for. Returns what the user should know,
-  // in whole sentences. Throws media::Failure, and then nothing has changed.
+  // What the file does not name gets its default. Lengths in pixels, those too, are scaled to the
+  // picture's width, if the preset tells the width that it was made for. Returns what the user
+  // should know, in whole sentences. Throws media::Failure, and then nothing has changed.
   std::vector<std::string> LoadPreset(const std::filesystem::path& file);
   // One undo step, too.
   void TakeSettings(const look::Settings& settings, const QString& text);
   // Returns what a replaced file loses, in whole sentences. Throws media::Failure.
   std::vector<std::string> SavePreset(const std::filesystem::path& file);
+
+  // The same without becoming the preset that is being edited: for what the program keeps for
+  // itself. What is taken from a copy counts as a change.
+  void WriteCopy(const std::filesystem::path& file) const;
+  void TakeCopy(const std::filesystem::path& file);
 
   QUndoStack& Undo() { return undo_; }
   // Whether anything has changed since a preset was loaded or saved, or since the start.
@@ -72,6 +77,10 @@ class Document : public QObject {
   friend class ChangeCommand;
 
   const look::Control& ControlAt(int control) const;
+  // The file's settings, scaled to the picture's width.
+  look::Settings ReadPreset(const std::filesystem::path& file,
+                            std::vector<std::string>& notes) const;
+  double Width() const { return hasPicture_ ? width_ : 0; }
   ControlState StateOf(int control) const;
   // One undo step, unless nothing differs.
   void Push(std::vector<ControlChange> changes, const QString& text, EditPhase phase);

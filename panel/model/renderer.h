@@ -4,7 +4,9 @@
 
 #include <QImage>
 #include <QObject>
+#include <QSize>
 #include <QString>
+#include <QTimer>
 #include <cstdint>
 #include <memory>
 
@@ -16,30 +18,38 @@
 
 namespace vitrell::panel {
 
+constexpr std::int64_t kUsualCacheBytes = std::int64_t{512} << 20;
+
 struct RenderRequest {
-  std::shared_ptr<const SourceFrame> frame;
-  look::Settings settings;  // standing still
+  std::shared_ptr<Source> source;
+  std::int64_t index = 0;   // of the frame, from 0
+  look::Settings settings;  // standing still; the panel must outlive the renderer
   // While dragging a smaller frame comes first, and the exact one once the hand rests.
   EditPhase phase = EditPhase::kDone;
   bool wantMask = false;  // the lens alone, too
 };
 
 struct RenderAnswer {
-  std::uint64_t request = 0;  // what Request returned
-  QImage image;               // premultiplied; null after a failure
-  QImage mask;                // white inside the lens; null unless asked for
-  bool exact = false;         // every pixel is the one that a file would get
-  double scale = 1;           // of the rendered picture to the real one
+  std::uint64_t request = 0;                 // what Request returned
+  std::shared_ptr<const SourceFrame> frame;  // null if it could not be read
+  QImage before;                             // the frame itself, like `image`
+  QImage image;                              // with the effect; null after a failure
+  QImage mask;                               // white inside the lens; null unless asked for
+  bool exact = false;                        // every pixel is the one that a file would get
+  double scale = 1;                          // of `image` to the frame
+  QSize layerSize;  // of the layer's picture in its file; empty without one
   // The exact result as it left the effect; otherwise null.
   std::shared_ptr<const headless::WorldBuffer> world;
   // Code and meaning of a failure and what to do, or what the effect did wrong; empty: all well.
   QString message;
-  double seconds = 0;  // of rendering, without waiting
+  double seconds = 0;  // of reading and rendering, without waiting
 };
 
+class RenderWorker;
+
 // The newest request wins: one that waits is forgotten, and a running one is cancelled through the
-// effect's abort. While dragging, a running small frame may end if that takes it no longer than
-// kPatience, because otherwise a steady hand would never see any.
+// effect's abort. Only what is expected to be quick may go on for a moment, because otherwise a
+// steady hand would never see anything.
 class Renderer : public QObject {
   Q_OBJECT
 
@@ -55,17 +65,20 @@ class Renderer : public QObject {
   std::uint64_t Request(RenderRequest request);
   // Forgets what waits and cancels what runs.
   void Cancel();
-  // Bytes of exact frames of clips that are kept; 0 keeps none.
+  // Bytes of exact frames of clips that are kept; 0 keeps none. kUsualCacheBytes at first.
   void SetCacheBudget(std::int64_t bytes);
 
  Q_SIGNALS:
-  // In the thread of this object, in the order of rendering. Older requests than the newest may
-  // still be answered with smaller frames.
+  // In the thread of this object, in the order of rendering. Smaller frames may still answer older
+  // requests than the newest.
   void Answered(const vitrell::panel::RenderAnswer& answer);
 
+ protected:
+  bool event(QEvent* event) override;
+
  private:
-  class Worker;
-  std::unique_ptr<Worker> worker_;
+  std::unique_ptr<RenderWorker> worker_;
+  QTimer patience_;
 };
 
 }  // namespace vitrell::panel

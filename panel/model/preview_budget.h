@@ -1,0 +1,26 @@
+// How small a frame has to be so that it is there while the hand still moves.
+#ifndef VITRELL_PANEL_MODEL_PREVIEW_BUDGET_H_
+#define VITRELL_PANEL_MODEL_PREVIEW_BUDGET_H_
+
+#include <cstdint>
+
+namespace vitrell::panel {
+
+// Learns from every render how many pixels fit into kTargetSeconds. What a pixel costs depends on
+// the settings, and changes while they do.
+class PreviewBudget {
+ public:
+  static constexpr double kTargetSeconds = 0.03;
+
+  // Width and height of the frame are divided by this; 1: the frame itself is quick enough.
+  int DivisorFor(std::int64_t pixels) const;
+  // What rendering so many pixels took; it would have been longer, if it was not finished.
+  void Learn(std::int64_t pixels, double seconds, bool finished);
+
+ private:
+  double pixels_ = 640.0 * 360.0;
+};
+
+}  // namespace vitrell::panel
+
+#endif  // VITRELL_PANEL_MODEL_PREVIEW_BUDGET_H_

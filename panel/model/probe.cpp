@@ -1,0 +1,90 @@
+// Numbers in the type that the file stores.
+#include "panel/model/probe.h"
+
+#include <array>
+#include <cmath>
+#include <variant>
+
+namespace vitrell::panel {
+namespace {
+
+enum class Numbers { kBytes, kWords, kFloats };
+
+constexpr double kWhite16 = 32768;
+constexpr const char* kNames[] = {"R", "G", "B", "A"};
+using Rgba = std::array<double, 4>;
+
+Numbers NumbersOf(const SourceFrame& frame) {
+  if (frame.picture == nullptr) return frame.world.Deep() ? Numbers::kWords : Numbers::kBytes;
+  const media::Samples& samples = frame.picture->samples;
+  if (std::holds_alternative<std::vector<uint8_t>>(samples)) return Numbers::kBytes;
+  return std::holds_alternative<std::vector<uint16_t>>(samples) ? Numbers::kWords
+                                                                : Numbers::kFloats;
+}
+
+// A pixel of a world in the numbers of a file.
+Rgba OfWorld(const headless::WorldBuffer& world, int x, int y, Numbers numbers) {
+  if (!world.Deep()) {
+    const PF_Pixel& pixel = world.At8(x, y);
+    return {double(pixel.red), double(pixel.green), double(pixel.blue), double(pixel.alpha)};
+  }
+  const PF_Pixel16& pixel = world.At16(x, y);
+  const double white = numbers == Numbers::kFloats ? 1 : 65535;
+  Rgba rgba = {double(pixel.red), double(pixel.green), double(pixel.blue), double(pixel.alpha)};
+  for (double& value : rgba) {
+    value = value * white / kWhite16;
+    if (numbers == Numbers::kWords) value = std::round(value);
+  }
+  return rgba;
+}
+
+// What the file itself holds, which may be brighter than white; the world's where it holds nothing.
+Rgba OfFile(const SourceFrame& frame, int x, int y, Numbers numbers) {
+  if (frame.picture == nullptr) return OfWorld(frame.world, x, y, numbers);
+  const media::Picture& picture = *frame.picture;
+  const media::Window data = picture.Data();
+  const int column = x - data.x;
+  const int row = y - data.y;
+  if (column < 0 || row < 0 || column >= data.width || row >= data.height) {
+    return OfWorld(frame.world, x, y, numbers);
+  }
+  const std::size_t begin = (static_cast<std::size_t>(row) * static_cast<std::size_t>(data.width) +
+                             static_cast<std::size_t>(column)) *
+                            picture.Channels();
+  const auto sample = [&](int channel) {
+    if (channel < 0) return 0.0;
+    const std::size_t at = begin + static_cast<std::size_t>(channel);
+    return std::visit(
+        [at](const auto& samples) {
+          return static_cast<double>(static_cast<float>(samples.at(at)));
+        },
+        picture.samples);
+  };
+  const media::ChannelLayout& layout = picture.layout;
+  return {sample(layout.red), sample(layout.green), sample(layout.blue), sample(layout.alpha)};
+}
+
+QString TextOf(const Rgba& rgba, bool hasAlpha, Numbers numbers) {
+  QString text;
+  for (std::size_t i = 0; i < (hasAlpha ? 4U : 3U); ++i) {
+    text += QString("  %1 ").arg(kNames[i]);
+    text += numbers == Numbers::kFloats ? QString::number(rgba[i], 'f', 4)
+                                        : QString::number(static_cast<qint64>(rgba[i]));
+  }
+  return text.mid(2);
+}
+
+}  // namespace
+
+QString ProbeText(const SourceFrame& frame, const headless::WorldBuffer* result, int x, int y) {
+  if (x < 0 || y < 0 || x >= frame.Width() || y >= frame.Height()) return {};
+  const Numbers numbers = NumbersOf(frame);
+  const bool hasAlpha = frame.picture != nullptr && frame.picture->layout.HasAlpha();
+  QString text = QString("%1, %2   ").arg(x).arg(y);
+  text += TextOf(OfFile(frame, x, y, numbers), hasAlpha, numbers);
+  if (result == nullptr) return text;
+  return text + QString("   \u2192   ") +
+         TextOf(OfWorld(*result, x, y, numbers), hasAlpha, numbers);
+}
+
+}  // namespace vitrell::panel

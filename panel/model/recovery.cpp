@@ -1,0 +1,94 @@
+// Three files for each running program: a preset, what was open, and a lock.
+#include "panel/model/recovery.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QUuid>
+#include <utility>
+
+#include "look/preset.h"
+#include "media/failure.h"
+#include "media/output_file.h"
+
+namespace vitrell::panel {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kPreset = ".json";
+constexpr const char* kSource = ".source";
+constexpr const char* kLock = ".lock";
+
+fs::path WithEnding(fs::path file, const char* ending) { return file.replace_extension(ending); }
+
+QString Text(const fs::path& path) { return QString::fromStdString(path.string()); }
+
+fs::path ReadName(const fs::path& file) {
+  QFile text(Text(file));
+  if (!text.open(QIODevice::ReadOnly)) return {};
+  return text.readAll().toStdString();
+}
+
+}  // namespace
+
+Recovery::Recovery(Document& document, fs::path folder, QObject* parent)
+    : QObject(parent), document_(document) {
+  QDir().mkpath(Text(folder));
+  preset_ = folder / (QUuid::createUuid().toString(QUuid::WithoutBraces).toStdString() + kPreset);
+  lock_ = std::make_unique<QLockFile>(Text(WithEnding(preset_, kLock)));
+  lock_->setStaleLockTime(0);
+  lock_->tryLock(0);
+  timer_.setSingleShot(true);
+  timer_.setInterval(kDelayMilliseconds);
+  connect(&timer_, &QTimer::timeout, this, &Recovery::WriteNow);
+  connect(&document_, &Document::Changed, &timer_, qOverload<>(&QTimer::start));
+}
+
+Recovery::~Recovery() {
+  Drop({preset_, {}});
+  lock_->unlock();
+}
+
+void Recovery::SetSource(const fs::path& source) {
+  std::error_code error;
+  source_ = fs::absolute(source, error);
+  timer_.start();
+}
+
+void Recovery::WriteNow() {
+  timer_.stop();
+  if (!document_.IsChanged() && source_.empty()) return;
+  try {
+    document_.WriteCopy(preset_);
+    static_cast<void>(media::WriteTextFile(WithEnding(preset_, kSource), source_.string()));
+  } catch (const media::Failure&) {
+    // A full disk is told where the user saves.
+  }
+}
+
+std::optional<LostSession> Recovery::FindLost(const fs::path& folder) {
+  const QDir files(Text(folder), QString("*") + kPreset, QDir::Time, QDir::Files);
+  for (const QFileInfo& file : files.entryInfoList()) {
+    const fs::path preset = file.filePath().toStdString();
+    // Of a program that does not run any more the lock can be had.
+    QLockFile lock(Text(WithEnding(preset, kLock)));
+    lock.setStaleLockTime(0);
+    if (lock.tryLock(0)) return LostSession{preset, ReadName(WithEnding(preset, kSource))};
+  }
+  return {};
+}
+
+void Recovery::Drop(const LostSession& session) {
+  std::error_code ignored;
+  fs::remove(session.preset, ignored);
+  fs::remove(WithEnding(session.preset, kSource), ignored);
+}
+
+fs::path Recovery::UsualFolder() {
+  const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+  return fs::path(folder.toStdString()) / "recovery";
+}
+
+}  // namespace vitrell::panel
