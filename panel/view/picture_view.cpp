@@ -4,6 +4,7 @@
 #include <QCursor>
 #include <QLabel>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -147,7 +148,8 @@ void PictureView::PlaceLabels() {
   if (errorLabel_->text().isEmpty()) return;
   const int errorWidth = width() * 3 / 4;
   errorLabel_->setFixedWidth(errorWidth);
-  errorLabel_->setFixedHeight(errorLabel_->heightForWidth(errorWidth));
+  // A label that was never shown knows no height.
+  errorLabel_->setFixedHeight(std::max(0, errorLabel_->heightForWidth(errorWidth)));
   errorLabel_->move((width() - errorWidth) / 2, (height() - errorLabel_->height()) / 2);
 }
 

@@ -1,0 +1,74 @@
+// `vitrell-panel [FILE]`.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QIcon>
+#include <QMessageBox>
+#include <exception>
+#include <memory>
+
+#include "headless/effect_module.h"
+#include "media/video_messages.h"
+#include "panel/model/places.h"
+#include "panel/window/desktop_colours.h"
+#include "panel/window/main_window.h"
+
+namespace {
+
+// Its look follows the desktop's colours, dark ones too. Qt's own -style chooses another.
+constexpr const char* kStyle = "fusion";
+
+struct Wishes {
+  QString file;
+  QString preset;
+  QString effect;
+};
+
+Wishes ReadArguments(const QApplication& application) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription("The controls of the Vitrell lens effect, and what they do.");
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addPositionalArgument("FILE", "picture, sequence (plate.####.exr) or video to open",
+                               "[FILE]");
+  const QCommandLineOption preset("preset", "settings to begin with", "FILE.json");
+  const QCommandLineOption effect(
+      "effect", "the effect module; by default the one beside the program", "MODULE");
+  parser.addOptions({preset, effect});
+  parser.process(application);
+  return {parser.positionalArguments().value(0), parser.value(preset), parser.value(effect)};
+}
+
+int Run(const QApplication& application) {
+  using vitrell::panel::DesktopColours;
+  using vitrell::panel::MainWindow;
+  const Wishes wishes = ReadArguments(application);
+  const std::filesystem::path module = vitrell::panel::FindEffect(wishes.effect.toStdString());
+  MainWindow window({std::make_shared<const vitrell::headless::EffectModule>(module),
+                     wishes.effect.toStdString(), vitrell::panel::Recovery::UsualFolder()});
+  DesktopColours colours;
+  colours.Follow();
+  window.show();
+  window.OfferLostSession();
+  if (!wishes.file.isEmpty()) window.Open(wishes.file.toStdString());
+  if (!wishes.preset.isEmpty()) window.LoadPreset(wishes.preset.toStdString());
+  return QApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication::setStyle(kStyle);
+  const QApplication application(argc, argv);
+  QApplication::setOrganizationName("vitrell");
+  QApplication::setApplicationName("vitrell-panel");
+  QApplication::setApplicationDisplayName("Vitrell");
+  QApplication::setApplicationVersion(VITRELL_VERSION);
+  vitrell::media::CollectVideoMessages();
+  try {
+    return Run(application);
+  } catch (const std::exception& error) {
+    // There is no window yet that could tell it.
+    QMessageBox::critical(nullptr, "Vitrell", error.what());
+    return 1;
+  }
+}

@@ -1,0 +1,121 @@
+// How long a hand waits: from a change of a slider to the picture that shows it.
+//
+//   panel_answer_times [--width 1920] [--height 1080] [--changes 200]
+//
+// Each slider of the effect is dragged from one end to the other over the default look, change by
+// change, on a window that nobody sees. A change counts as answered once the view has painted it.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <algorithm>
+#include <cstdio>
+#include <numeric>
+#include <vector>
+
+#include "panel/test_picture.h"
+#include "panel/window/workspace.h"
+
+namespace vitrell::panel {
+namespace {
+
+struct Times {
+  double median = 0;
+  double worst = 0;
+  double smallestScale = 1;
+};
+
+// Noise is no harder for the effect than any other picture, and no easier.
+class Hand {
+ public:
+  Hand(Workspace& work, int changes) : work_(work), changes_(changes) {
+    QObject::connect(&work, &Workspace::Answered, [this](const RenderAnswer& answer) {
+      work_.View().repaint();
+      answer_ = answer;
+    });
+  }
+
+  void WaitForExact() {
+    while (!answer_.exact) QApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+  }
+
+  Times Drag(int control) {
+    const look::Control& slider =
+        work_.Edited().Panel().controls[static_cast<std::size_t>(control)];
+    std::vector<double> milliseconds;
+    Times times;
+    for (int i = 0; i < changes_; ++i) {
+      const double share = static_cast<double>(i) / std::max(1, changes_ - 1);
+      const double value =
+          slider.sliderMinimum + share * (slider.sliderMaximum - slider.sliderMinimum);
+      if (look::Value(value) == work_.Edited().ValueOf(control)) continue;
+      milliseconds.push_back(Change(control, value));
+      times.smallestScale = std::min(times.smallestScale, answer_.scale);
+    }
+    std::sort(milliseconds.begin(), milliseconds.end());
+    times.median = milliseconds[milliseconds.size() / 2];
+    times.worst = milliseconds.back();
+    answer_.exact = false;
+    work_.Controls().Edited(control, slider.defaultValue, EditPhase::kDone);
+    WaitForExact();
+    return times;
+  }
+
+ private:
+  // As the widget's signal makes it.
+  double Change(int control, double value) {
+    const std::uint64_t before = answer_.request;
+    QElapsedTimer clock;
+    clock.start();
+    work_.Controls().Edited(control, value, EditPhase::kDragging);
+    while (answer_.request == before) {
+      QApplication::processEvents(QEventLoop::WaitForMoreEvents, 1);
+    }
+    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+  }
+
+  Workspace& work_;
+  int changes_;
+  RenderAnswer answer_;
+};
+
+void Measure(const QSize& size, int changes) {
+  Workspace work(
+      std::make_shared<const headless::EffectModule>(std::filesystem::path(VITRELL_MODULE_PATH)));
+  work.View().resize(1280, 720);
+  work.View().show();
+  Hand hand(work, changes);
+  const auto source = std::make_shared<NoiseSource>(size.width(), size.height(), false);
+  work.Show(source, source->Read(0));
+  hand.WaitForExact();
+  std::printf("%-36s %10s %10s %14s\n", "slider", "median ms", "worst ms", "smallest scale");
+  const std::vector<look::Control>& controls = work.Edited().Panel().controls;
+  double worst = 0;
+  for (std::size_t i = 0; i < controls.size(); ++i) {
+    if (controls[i].kind != look::ControlKind::kNumber) continue;
+    const Times times = hand.Drag(static_cast<int>(i));
+    std::printf("%-36s %10.1f %10.1f %14.3f\n", controls[i].name.c_str(), times.median, times.worst,
+                times.smallestScale);
+    static_cast<void>(std::fflush(stdout));
+    worst = std::max(worst, times.worst);
+  }
+  std::printf("%-36s %10s %10.1f\n", "all", "", worst);
+}
+
+}  // namespace
+}  // namespace vitrell::panel
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  QCommandLineParser parser;
+  const QCommandLineOption width("width", "", "pixels", "1920");
+  const QCommandLineOption height("height", "", "pixels", "1080");
+  const QCommandLineOption changes("changes", "", "number", "200");
+  parser.addOptions({width, height, changes});
+  parser.addHelpOption();
+  parser.process(application);
+  vitrell::panel::Measure({parser.value(width).toInt(), parser.value(height).toInt()},
+                          parser.value(changes).toInt());
+  return 0;
+}
