@@ -9,6 +9,7 @@
 #include <QDial>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QSlider>
 #include <QTest>
 #include <QToolButton>
@@ -284,6 +285,14 @@ TEST_F(ControlPanelTest, TheKeyboardReachesEveryEnabledControl) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
   }
   EXPECT_EQ(reached.size(), EffectPanel().controls.size());
+}
+
+TEST_F(ControlPanelTest, OnlyTheHeightIsScrolled) {
+  for (GroupBox* const group : panel_.findChildren<GroupBox*>()) group->Open(true);
+  panel_.resize(panel_.minimumSizeHint().width(), 300);
+  QApplication::processEvents();
+  EXPECT_FALSE(panel_.horizontalScrollBar()->isVisible());
+  EXPECT_TRUE(panel_.verticalScrollBar()->isVisible());
 }
 
 TEST_F(ControlPanelTest, EverythingThatTakesTheKeyboardHasANameForScreenReaders) {

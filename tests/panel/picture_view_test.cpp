@@ -156,6 +156,15 @@ TEST_F(PictureViewTest, ThePixelUnderThePointerIsAskedFor) {
   EXPECT_THAT(Labels(), ElementsAre("exact · 200 %"));
 }
 
+TEST_F(PictureViewTest, TheHandlesMayEndFirst) {
+  {
+    Handles handles(EffectPanel());
+    view_.SetHandles(&handles);
+    EXPECT_NE(At(199, 199), QColor(Qt::green));
+  }
+  EXPECT_EQ(At(199, 199), QColor(Qt::green));
+}
+
 class PictureViewHandlesTest : public PictureViewTest {
  protected:
   PictureViewHandlesTest() {
