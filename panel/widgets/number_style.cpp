@@ -64,7 +64,7 @@ QString ShortNumber(double number) {
 
 QString FormatAngle(double degrees) {
   const double turns = std::trunc(degrees / kFullTurn);
-  const QString rest = ShortNumber(degrees - turns * kFullTurn) + QStringLiteral("°");
+  QString rest = ShortNumber(degrees - turns * kFullTurn) + QStringLiteral("°");
   if (turns == 0) return rest;
   const QString sign = rest.startsWith('-') ? QString() : QStringLiteral("+");
   return ShortNumber(turns) + QStringLiteral("x ") + sign + rest;
