@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the Debian packages `vitrell` and `frei0r-vitrell` into dist/, on Debian 12.
+# Builds the Debian packages `vitrell`, `frei0r-vitrell` and `vitrell-panel` into dist/, on Debian 12.
 #
 #   scripts/build-packages.sh           builds them and asks lintian, which may find no error
 #   scripts/build-packages.sh --test    also installs them in a clean Debian 12 in build/packages,
@@ -24,13 +24,14 @@ build_packages() {
   use_ccache
   say "Building build/packages/release"
   cmake --preset release -B "$build" --log-level=WARNING -DVITRELL_PACKAGES=ON \
+    -DVITRELL_BUILD_PANEL=ON \
     -DVITRELL_BUILD_TESTS=OFF -DVITRELL_BUILD_BENCH=OFF \
     -DCMAKE_CXX_FLAGS="-ffile-prefix-map=$root=."
   cmake --build "$build" --parallel "$jobs"
   rm -f "$build"/*.deb
   (cd "$build" && umask 022 && cpack)
   mkdir -p dist
-  cp "$build"/vitrell_*.deb "$build"/frei0r-vitrell_*.deb dist/
+  cp "$build"/{vitrell,frei0r-vitrell,vitrell-panel}_*.deb dist/
 }
 
 # The test's host programs run inside: nothing of this machine may help.
@@ -56,7 +57,7 @@ test_packages() {
   local before after
   make_clean_root
   before="$(inside dpkg-query -W | wc -l)"
-  cp dist/vitrell_*.deb dist/frei0r-vitrell_*.deb "$clean/tmp/"
+  cp dist/{vitrell,frei0r-vitrell,vitrell-panel}_*.deb "$clean/tmp/"
   cp "$build/tools/sample_picture/sample_picture" "$work/"
   "$work/sample_picture" "$clean/tmp/in.png" --width 320 --height 180
   say "Installing in a clean Debian 12"
@@ -74,8 +75,10 @@ test_packages() {
     || fail "bash completes nothing."
   expect "frei0r modules" "$(inside ls /usr/lib/frei0r-1)" $'vitrell.so\nvitrell_custom.so'
   inside sh -c '! ldd /usr/lib/frei0r-1/*.so | grep "not found"' || fail "A library is missing."
+  expect "panel" "$(inside env QT_QPA_PLATFORM=offscreen vitrell-panel --version)" \
+    "vitrell-panel $(inside vitrell --version | cut -d ' ' -f 2)"
   say "Removing"
-  inside apt-get purge -y -qq vitrell frei0r-vitrell >>"$build/install.log"
+  inside apt-get purge -y -qq vitrell frei0r-vitrell vitrell-panel >>"$build/install.log"
   inside apt-get autoremove -y -qq --purge >>"$build/install.log"
   after="$(inside dpkg-query -W | wc -l)"
   expect "packages left behind" "$((after - before))" 0
@@ -91,14 +94,14 @@ for argument in "$@"; do
   esac
 done
 
-bash scripts/setup.sh
+bash scripts/setup.sh --panel
 install_packages dpkg-dev lintian
 ((!test)) || install_packages debootstrap
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 build_packages
 say "Asking lintian"
-lintian --fail-on error dist/vitrell_*.deb dist/frei0r-vitrell_*.deb
+lintian --fail-on error dist/{vitrell,frei0r-vitrell,vitrell-panel}_*.deb
 ((!test)) || test_packages
 say "dist/ holds the packages"
 sha256sum dist/*.deb

@@ -7,6 +7,9 @@ cd "$root"
 # How many jobs run side by side.
 jobs="${VITRELL_JOBS:-$(nproc)}"
 
+# What build_preset tells CMake besides the preset.
+configure_options=()
+
 # The project's own sources, tracked or new; further arguments are path patterns of git.
 own_sources() {
   local files
@@ -61,7 +64,7 @@ build_preset() {
   mapfile -t launcher < <(launcher_of "$preset")
   use_ccache
   say "Building build/$preset ($jobs jobs)"
-  cmake --preset "$preset" --log-level=WARNING &&
+  cmake --preset "$preset" --log-level=WARNING "${configure_options[@]}" &&
     "${launcher[@]}" cmake --build --preset "$preset" --parallel "$jobs" ${1:+--target "$@"}
 }
 

@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
 # Installs, with apt, whatever the build and the tests need and this Debian 12 machine lacks.
 # Works as root or with sudo, asks nothing, and does nothing when everything is there.
+#
+#   scripts/setup.sh           all but what the panel program needs
+#   scripts/setup.sh --panel   that, too
 set -euo pipefail
 
 packages=(
@@ -16,6 +19,15 @@ packages=(
   # what the tests compare metadata and videos with
   libimage-exiftool-perl ffmpeg
 )
+
+case "${1:-}" in
+  "") ;;
+  --panel) packages+=(qt6-base-dev) ;;
+  *)
+    echo "Unknown argument '$1'; there is only --panel." >&2
+    exit 2
+    ;;
+esac
 
 missing=()
 for package in "${packages[@]}"; do

@@ -19,6 +19,7 @@
 #   windows     the module for Windows, built here, and the tests under Wine
 #   frei0r      the frei0r modules in FFmpeg, melt and GStreamer, beside the command line
 #   farm        a sequence as a Slurm job array and under GNU parallel, beside one run
+#   panel       the panel program under a window manager, with a real mouse and real keys
 #   packages    the Debian packages, built, checked, installed in a clean Debian and removed
 #   clang       the suite built with clang, but for the tests that start the command line
 #   release     the suite built with gcc
@@ -27,7 +28,7 @@
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 # A part is a name here and a function check_NAME below (a - in the name is a _ there).
-all_parts=(format arrows tidy asan-ubsan fuzz tsan aarch64 bundle windows frei0r farm packages clang release)
+all_parts=(format arrows tidy asan-ubsan fuzz tsan aarch64 bundle windows frei0r farm panel packages clang release)
 
 # Parts that fetch compilers and emulators of other systems, video programs, or a whole system.
 by_hand=(bundle windows frei0r farm packages)
@@ -41,6 +42,10 @@ fuzz_seconds="${VITRELL_FUZZ_SECONDS:-60}"
 
 # Of each picture format; the quick command takes the tests' own smaller number.
 thorough_damaged_cases=1000
+
+# Settings of which the panel's copied command line is compared with what it shows; the quick command
+# takes the test's own smaller number.
+thorough_panel_commands=200
 
 # The tests that start the built command line, or read damaged files. Most of what they run is the
 # image library, which is built with neither the sanitizers nor clang; the release suite runs them.
@@ -84,13 +89,16 @@ check_frei0r() { bash scripts/test-frei0r.sh; }
 
 check_farm() { bash scripts/test-farm.sh; }
 
+check_panel() { bash scripts/test-panel.sh; }
+
 check_packages() { bash scripts/build-packages.sh --test; }
 
 # Goldens stay in: they are the same with every compiler.
 check_clang() { run_suite clang -E "${tool_runs%|GoldenSetTest}"; }
 
 check_release() {
-  [[ -z "$thorough" ]] || export VITRELL_DAMAGED_CASES="$thorough_damaged_cases"
+  [[ -z "$thorough" ]] || export VITRELL_DAMAGED_CASES="$thorough_damaged_cases" \
+    VITRELL_PANEL_COMMANDS="$thorough_panel_commands"
   run_suite release
 }
 
@@ -137,7 +145,8 @@ if [[ -n "$thorough" ]]; then
 fi
 ((${#parts[@]})) || parts=(release)
 
-bash scripts/setup.sh
+bash scripts/setup.sh --panel
+configure_options+=(-DVITRELL_BUILD_PANEL=ON)
 
 failed=()
 done_so_far=()

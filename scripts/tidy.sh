@@ -96,12 +96,12 @@ for argument in "$@"; do
 done
 ((${#files[@]})) ||
   mapfile -t files < <(own_sources |
-    grep -E '^(src|headless|media|look|cli|frei0r|tools)/.*\.cpp$' | grep -v '_windows\.cpp$')
+    grep -E '^(src|headless|media|look|cli|frei0r|panel|tools)/.*\.cpp$' | grep -v '_windows\.cpp$')
 ((${#files[@]})) || exit 1
 
 use_ccache
 say "Configuring $build for its compile commands"
-cmake --preset clang -B "$build" -DVITRELL_PCH=OFF --log-level=WARNING
+cmake --preset clang -B "$build" -DVITRELL_PCH=OFF -DVITRELL_BUILD_PANEL=ON --log-level=WARNING
 mkdir -p "$cache"
 find "$cache" -type f -mtime +60 -delete
 
