@@ -139,7 +139,7 @@ Picture PictureReader::ReadAsItIs(const FileProgress& progress, const ReadChoice
   picture.file = file_;
   picture.format = &TellFormat(file_);
   if (input_ == nullptr) {
-    CheckPeekedSize(file_, *picture.format, limits_);
+    CheckUnopened(file_, *picture.format, limits_);
     input_ = OpenPicture(file_, *picture.format);
   }
   OIIO::ImageInput& input = *input_;

@@ -5,7 +5,9 @@
 #include <system_error>
 
 #include "media/failure.h"
+#include "media/mapped_file.h"
 #include "media/orientation.h"
+#include "media/psd_lengths.h"
 #include "media/sample_reading.h"
 
 namespace vitrell::media {
@@ -56,7 +58,10 @@ void CheckReadable(const fs::path& file) {
   }
 }
 
-void CheckPeekedSize(const fs::path& file, const Format& format, const PictureLimits& limits) {
+void CheckUnopened(const fs::path& file, const Format& format, const PictureLimits& limits) {
+  if (format.plugin == "psd" && !HasSoundPsdLengths(MappedFile(file).Text())) {
+    FailAsDamaged(file, "a section is longer than the file");
+  }
   const std::optional<PictureSize> size = PeekSize(file, format);
   if (!size) return;
   CheckLayerSize(file, *size);

@@ -19,10 +19,10 @@ namespace vitrell::media {
 // Whether there is a file that can be opened and is not empty.
 void CheckReadable(const std::filesystem::path& file);
 
-// The size that the file's first bytes tell, before it is opened, where opening costs as much as
-// reading.
-void CheckPeekedSize(const std::filesystem::path& file, const Format& format,
-                     const PictureLimits& limits);
+// What the file itself tells before it is opened: the size, where opening costs as much as reading,
+// and the lengths of a PSD's sections, for which its reader takes memory.
+void CheckUnopened(const std::filesystem::path& file, const Format& format,
+                   const PictureLimits& limits);
 
 // The header: kinds of pictures that cannot be read, the size of a layer, the memory for it all.
 void CheckSpec(const Picture& picture, const PictureLimits& limits);

@@ -10,6 +10,7 @@
 #include "cli/failure.h"
 #include "cli/tool_run.h"
 #include "media/picture_files.h"
+#include "media/psd_file.h"
 
 namespace vitrell::cli {
 namespace {
@@ -70,6 +71,21 @@ TEST_F(ResourcesRunTest, HeadersOfOtherFormatsCostNoMemory) {
     ExpectMessage(result, 1, {name, "more than the 800000000 allowed", "--max-pixels"});
     EXPECT_LT(result.maxKilobytes, kLittle);
   }
+}
+
+// Its reader takes memory for a block before it looks whether the file holds it.
+TEST_F(ResourcesRunTest, LengthsInAPsdCostNoMemory) {
+  const media::FilePicture picture = NoisePicture(50, 40, 3, OIIO::TypeDesc::UINT8, 1);
+  media::WritePsdFile(InFolder("in.psd"), {picture, 6, {{"layer", 0, 0, picture}}});
+  EXPECT_EQ(Run({"render", "in.psd", "whole.png"}).exitCode, 0);
+  const std::string whole = ReadFile("in.psd");
+  constexpr std::size_t kExifLength = 42;
+  std::string damaged = whole;
+  damaged[kExifLength] = '\x7f';
+  WriteFile("in.psd", damaged);
+  const ToolResult result = Run({"render", "in.psd", "out.png"});
+  ExpectMessage(result, 1, {"in.psd: is damaged", "longer than the file"});
+  EXPECT_LT(result.maxKilobytes, kLittle);
 }
 
 TEST_F(ResourcesRunTest, MorePixelsThanAllowedAreRefused) {
