@@ -44,7 +44,8 @@ class VideoSource : public Source {
 
  private:
   void Rewind() {
-    reader_.emplace(file_, media::VideoReadOptions{.threads = Threads()});
+    reader_.emplace(file_, media::VideoReadOptions{});
+    reader_->UseThreads(Threads());
     framesPerSecond_ = av_q2d(reader_->FrameRate());
     next_ = 0;
   }
