@@ -172,8 +172,8 @@ TEST_F(MltTextTest, EasingComesOutFrameByFrame) {
   const char* const eased = R"({"a":1,"k":[
       {"t":2,"s":[10],"o":{"x":0.4,"y":0},"i":{"x":0.2,"y":1}},{"t":30,"s":[400]}]})";
   ExpectEveryFrame("fast-blur.amount",
-                   KeysFromJson(Named("fast-blur.amount"), nlohmann::ordered_json::parse(eased)), 40,
-                   {25, 0});
+                   KeysFromJson(Named("fast-blur.amount"), nlohmann::ordered_json::parse(eased)),
+                   40, {25, 0});
 }
 
 TEST_F(MltTextTest, TimesFromTheEndNeedNoLength) {
