@@ -120,8 +120,8 @@ TEST_F(SequenceFaultsRunTest, AFullDiskMayBeTriedAgain) {
   if (!MountOut(std::size_t{kPage} * kDisk)) GTEST_SKIP() << "no right to mount here";
   const int pages = static_cast<int>(frame.size()) / kPage + 1;
   // Room for two frames and a half.
-  const int room = 2 * pages + (pages + 1) / 2;
-  WriteFile("out/filler", std::string(std::size_t{kPage} * (kDisk - room), 'x'));
+  const auto room = static_cast<std::size_t>(2 * pages + (pages + 1) / 2);
+  WriteFile("out/filler", std::string(kPage * (kDisk - room), 'x'));
   const ToolResult full = Render({"--jobs", "1", "--keep-going"});
   EXPECT_EQ(full.exitCode, 75) << full.err;
   EXPECT_TRUE(Holds(full.err, "No space left on device")) << full.err;
