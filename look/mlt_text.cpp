@@ -87,7 +87,9 @@ std::string FramesText(const Frei0rParameter& parameter, const Settings& setting
   Settings still = settings;
   std::string text;
   std::string before;
-  for (double frame = first; frame <= last; ++frame) {
+  const int frames = static_cast<int>(last - first) + 1;
+  for (int i = 0; i < frames; ++i) {
+    const double frame = first + i;
     still.SetValue(control, curve.At(frame));
     const std::string value = StillText(parameter, still);
     if (value == before) continue;

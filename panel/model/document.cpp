@@ -88,6 +88,7 @@ void Document::ResetAll() { ResetControls(AllControls(panel_), tr("Reset of all 
 
 void Document::ResetControls(const std::vector<int>& controls, const QString& text) {
   std::vector<ControlChange> changes;
+  changes.reserve(controls.size());
   for (const int control : controls) {
     changes.push_back({control, StateOf(control), {ControlAt(control).defaultValue, {}}});
   }

@@ -38,9 +38,7 @@ FileRender::~FileRender() {
 }
 
 void FileRender::Start(QStringList arguments, bool isSequence) {
-  if (isSequence)
-    arguments << "--progress"
-              << "json";
+  if (isSequence) arguments.append({"--progress", "json"});
   unread_.clear();
   said_.clear();
   cancelled_ = false;

@@ -21,8 +21,7 @@ headless::WorldBuffer InDepth(const SourceFrame& layer, bool deep) {
 std::filesystem::path LayerFile(const EffectOrder& order) {
   for (const look::Control& control : order.settings.GetPanel().controls) {
     if (control.kind != look::ControlKind::kLayer) continue;
-    const std::filesystem::path file =
-        std::get<look::LayerValue>(order.settings.ValueOf(control)).path;
+    std::filesystem::path file = std::get<look::LayerValue>(order.settings.ValueOf(control)).path;
     std::error_code ignored;
     if (file.empty() || std::filesystem::exists(file, ignored)) return file;
     const auto sequence = media::Sequence::Find(file);

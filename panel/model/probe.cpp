@@ -22,15 +22,17 @@ Numbers NumbersOf(const SourceFrame& frame) {
                                                                 : Numbers::kFloats;
 }
 
+template <typename Pixel>
+Rgba OfPixel(const Pixel& pixel) {
+  return {static_cast<double>(pixel.red), static_cast<double>(pixel.green),
+          static_cast<double>(pixel.blue), static_cast<double>(pixel.alpha)};
+}
+
 // A pixel of a world in the numbers of a file.
 Rgba OfWorld(const headless::WorldBuffer& world, int x, int y, Numbers numbers) {
-  if (!world.Deep()) {
-    const PF_Pixel& pixel = world.At8(x, y);
-    return {double(pixel.red), double(pixel.green), double(pixel.blue), double(pixel.alpha)};
-  }
-  const PF_Pixel16& pixel = world.At16(x, y);
+  if (!world.Deep()) return OfPixel(world.At8(x, y));
   const double white = numbers == Numbers::kFloats ? 1 : 65535;
-  Rgba rgba = {double(pixel.red), double(pixel.green), double(pixel.blue), double(pixel.alpha)};
+  Rgba rgba = OfPixel(world.At16(x, y));
   for (double& value : rgba) {
     value = value * white / kWhite16;
     if (numbers == Numbers::kWords) value = std::round(value);

@@ -214,10 +214,10 @@ bool RenderWorker::Render(FrameEffect& effect, const Job& job, int divisor, bool
 
 void RenderWorker::Remember(const Job& job, const RenderAnswer& answer) {
   if (answer.world == nullptr || !job.request.source->IsClip()) return;
-  const auto bytes = static_cast<std::int64_t>(answer.world->PixelBytes() + sizeof(QRgb)) *
-                     answer.frame->Width() * answer.frame->Height();
-  cache_.insert(KeyOf(job.request), new CachedFrame{answer.world, answer.image},
-                static_cast<qsizetype>(bytes / 1024 + 1));
+  const qsizetype pixels = static_cast<qsizetype>(answer.frame->Width()) * answer.frame->Height();
+  const qsizetype bytes =
+      pixels * static_cast<qsizetype>(answer.world->PixelBytes() + sizeof(QRgb));
+  cache_.insert(KeyOf(job.request), new CachedFrame{answer.world, answer.image}, bytes / 1024 + 1);
 }
 
 }  // namespace vitrell::panel

@@ -108,7 +108,7 @@ std::filesystem::path SequenceAround(const std::filesystem::path& file) {
   if (begin == stem.size()) return {};
   const std::string name =
       stem.substr(0, begin) + std::string(stem.size() - begin, '#') + file.extension().string();
-  const std::filesystem::path pattern = file.parent_path() / name;
+  std::filesystem::path pattern = file.parent_path() / name;
   try {
     const auto sequence = media::Sequence::Find(pattern);
     if (sequence && sequence->FramesInFolder().Size() > 1) return pattern;

@@ -68,7 +68,8 @@ void CurveView::ChooseRange() {
   if (control_ == nullptr || keys_.empty()) return;
   const look::Curve curve(*control_, keys_, base_);
   lowest_ = highest_ = ComponentsOf(keys_.front().value).front();
-  for (double frame = 0; frame < std::max(1.0, base_.length); ++frame) {
+  const int frames = std::max(1, static_cast<int>(std::ceil(base_.length)));
+  for (int frame = 0; frame < frames; ++frame) {
     for (const double component : ComponentsOf(curve.At(frame))) {
       lowest_ = std::min(lowest_, component);
       highest_ = std::max(highest_, component);
@@ -116,13 +117,15 @@ void CurveView::PaintCurves(QPainter& painter) const {
   const look::Curve curve(*control_, keys_, base_);
   const TimeScale scale = TimeScale::For(static_cast<int>(base_.length), width());
   const double step = std::min(1.0, 1 / scale.PixelsPerFrame());
+  const int steps = static_cast<int>((base_.length - 1) / step);
   const std::size_t count = ComponentsOf(keys_.front().value).size();
   std::vector<QPainterPath> paths(count);
-  for (double frame = 0; frame <= base_.length - 1; frame += step) {
+  for (int at = 0; at <= steps; ++at) {
+    const double frame = at * step;
     const std::vector<double> components = ComponentsOf(curve.At(frame));
     for (std::size_t i = 0; i < count; ++i) {
       const QPointF place = PlaceOf(frame, components[i]);
-      if (frame == 0) {
+      if (at == 0) {
         paths[i].moveTo(place);
       } else {
         paths[i].lineTo(place);

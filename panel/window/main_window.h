@@ -59,8 +59,6 @@ class MainWindow : public QMainWindow {
   void MakeEditMenu();
   void MakeViewMenu();
   void MakeHelpMenu();
-  QAction* Add(QMenu* menu, const QString& text, const QKeySequence& key,
-               void (MainWindow::*done)());
   void RestorePlaces();
   void SavePlaces() const;
 

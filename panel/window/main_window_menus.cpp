@@ -9,14 +9,6 @@
 
 namespace vitrell::panel {
 
-QAction* MainWindow::Add(QMenu* menu, const QString& text, const QKeySequence& key,
-                         void (MainWindow::*done)()) {
-  QAction* action = menu->addAction(text);
-  action->setShortcut(key);
-  connect(action, &QAction::triggered, this, done);
-  return action;
-}
-
 void MainWindow::MakeMenus() {
   MakeFileMenu();
   MakeEditMenu();
@@ -26,21 +18,23 @@ void MainWindow::MakeMenus() {
 
 void MainWindow::MakeFileMenu() {
   QMenu* menu = menuBar()->addMenu(tr("&File"));
-  Add(menu, tr("&Open\u2026"), QKeySequence::Open, &MainWindow::AskForFile);
-  Add(menu, tr("Open as &Sequence\u2026"), QKeySequence("Ctrl+Shift+O"),
-      &MainWindow::AskForSequence);
+  menu->addAction(tr("&Open\u2026"), QKeySequence::Open, this, &MainWindow::AskForFile);
+  menu->addAction(tr("Open as &Sequence\u2026"), QKeySequence("Ctrl+Shift+O"), this,
+                  &MainWindow::AskForSequence);
   menu->addMenu(recent_);
   menu->addSeparator();
-  Add(menu, tr("&Load Preset\u2026"), QKeySequence("Ctrl+L"), &MainWindow::AskForPreset);
-  Add(menu, tr("Save &Preset"), QKeySequence::Save, &MainWindow::SaveOrAsk);
-  Add(menu, tr("Save Preset &As\u2026"), QKeySequence("Ctrl+Shift+S"), &MainWindow::AskAndSave);
+  menu->addAction(tr("&Load Preset\u2026"), QKeySequence("Ctrl+L"), this,
+                  &MainWindow::AskForPreset);
+  menu->addAction(tr("Save &Preset"), QKeySequence::Save, this, &MainWindow::SaveOrAsk);
+  menu->addAction(tr("Save Preset &As\u2026"), QKeySequence("Ctrl+Shift+S"), this,
+                  &MainWindow::AskAndSave);
   menu->addSeparator();
-  Add(menu, tr("&Render to File\u2026"), QKeySequence("Ctrl+R"), &MainWindow::AskAndRender);
-  Add(menu, tr("&Copy as Command Line"), QKeySequence("Ctrl+Shift+C"), &MainWindow::CopyCommand);
+  menu->addAction(tr("&Render to File\u2026"), QKeySequence("Ctrl+R"), this,
+                  &MainWindow::AskAndRender);
+  menu->addAction(tr("&Copy as Command Line"), QKeySequence("Ctrl+Shift+C"), this,
+                  &MainWindow::CopyCommand);
   menu->addSeparator();
-  QAction* quit = menu->addAction(tr("&Quit"));
-  quit->setShortcut(QKeySequence("Ctrl+Q"));
-  connect(quit, &QAction::triggered, this, &QWidget::close);
+  menu->addAction(tr("&Quit"), QKeySequence("Ctrl+Q"), this, &QWidget::close);
 }
 
 void MainWindow::MakeEditMenu() {
@@ -52,9 +46,8 @@ void MainWindow::MakeEditMenu() {
   redoAction->setShortcuts({QKeySequence("Ctrl+Shift+Z"), QKeySequence("Ctrl+Y")});
   menu->addActions({undoAction, redoAction});
   menu->addSeparator();
-  QAction* reset = menu->addAction(tr("Reset &All Controls"));
-  reset->setShortcut(QKeySequence("Ctrl+Shift+R"));
-  connect(reset, &QAction::triggered, &work_->Edited(), &Document::ResetAll);
+  menu->addAction(tr("Reset &All Controls"), QKeySequence("Ctrl+Shift+R"), &work_->Edited(),
+                  &Document::ResetAll);
 }
 
 void MainWindow::MakeViewMenu() {
@@ -71,7 +64,7 @@ void MainWindow::MakeViewMenu() {
 
 void MainWindow::MakeHelpMenu() {
   QMenu* menu = menuBar()->addMenu(tr("&Help"));
-  Add(menu, tr("&About Vitrell"), {}, &MainWindow::TellAbout);
+  menu->addAction(tr("&About Vitrell"), this, &MainWindow::TellAbout);
 }
 
 void MainWindow::TellAbout() {

@@ -32,7 +32,7 @@ void RecentFiles::Add(const std::filesystem::path& file) {
   QStringList files = settings.value(kKey).toStringList();
   files.removeAll(name);
   files.prepend(name);
-  settings.setValue(kKey, QStringList(files.mid(0, kMostFiles)));
+  settings.setValue(kKey, files.mid(0, kMostFiles));
   Fill();
 }
 
