@@ -39,17 +39,40 @@ struct Reduced {
   std::uint32_t quarter = 0;
 };
 
+// rest - turns * part, the product being exact. Of |a| >= 2^-10 the sum's upper half is a itself
+// where the product is below 2^-66, less than a quarter of a's last place; its lower half is then
+// the product, so that the sum of the halves below needs no TwoSum.
+template <bool kIsPartTiny>
+DoubleDouble SubtractPart(DoubleDouble rest, double turns, double part) {
+  if constexpr (kIsPartTiny) {
+    return FastTwoSum(rest.hi, -turns * part + rest.lo);
+  } else {
+    const DoubleDouble next = TwoSum(rest.hi, -turns * part);
+    return FastTwoSum(next.hi, next.lo + rest.lo);
+  }
+}
+
 // x must be finite.
 Reduced Reduce(double x) {
   if (std::fabs(x) > kExactReduction) x = std::fmod(x, kManyTurns);
-  const double turns = std::floor(x * kTwoOverPi + 0.5);
-  if (turns == 0) return {{x, 0}, 0};
-  DoubleDouble rest = {x, 0};
-  for (const double part : kHalfPiParts) {
-    const DoubleDouble next = TwoSum(rest.hi, -turns * part);
-    rest = FastTwoSum(next.hi, next.lo + rest.lo);
+  // floor(position), which is a call where the processor's baseline has no instruction for it.
+  const double position = x * kTwoOverPi + 0.5;
+  const auto cut = static_cast<std::int32_t>(position);
+  const std::int32_t number = cut - (position < cut ? 1 : 0);
+  if (number == 0) return {{x, 0}, 0};
+  const double turns = number;
+  const auto& parts = kHalfPiParts;
+  // Exact, since x and the product are within a factor of two of each other (Sterbenz).
+  const double first = x - turns * parts[0];
+  DoubleDouble rest = TwoSum(first, -turns * parts[1]);
+  if (std::fabs(rest.hi) >= 0x1p-10 && std::fabs(turns) <= 4) {
+    rest = SubtractPart<true>(rest, turns, parts[2]);
+    rest = SubtractPart<true>(rest, turns, parts[3]);
+  } else {
+    rest = SubtractPart<false>(rest, turns, parts[2]);
+    rest = SubtractPart<false>(rest, turns, parts[3]);
   }
-  return {rest, static_cast<std::uint32_t>(static_cast<std::int32_t>(turns)) & 3U};
+  return {rest, static_cast<std::uint32_t>(number) & 3U};
 }
 
 // --- Sine and cosine of the reduced angle ---

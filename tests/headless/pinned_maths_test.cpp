@@ -307,5 +307,26 @@ TEST(PinnedMathsTest, BitsAreTheSameEverywhere) {
   EXPECT_EQ(hash.Value(), 0xEC10581B926B2CAEULL);
 }
 
+// The same around whole quarter turns, where the reduction cancels and takes one of two ways: the
+// distances go from far below to above the 2^-10 that parts them. The literal was recorded from a
+// reduction that knew only the longer way.
+TEST(PinnedMathsTest, BitsNearQuarterTurnsAreTheSameEverywhere) {
+  Dice dice(kSeed);
+  ResultHash hash;
+  for (int i = 0; i < 50000; ++i) {
+    const double turns = dice.Between(-6, 6) * 1.5707963267948966;
+    const double angle = turns + AnySize(dice, -40, -1, true);
+    const double side = dice.Chance(50) ? 0x1p-10 : -0x1p-10;
+    const double limit = turns + side + dice.Between(-9, 9) * 0x1p-52;
+    for (const double x : {angle, limit}) {
+      hash.Add(pinned::Sin(x));
+      hash.Add(pinned::Cos(x));
+      hash.Add(pinned::Tan(x));
+    }
+  }
+  std::cout << "hash of 300000 results " << std::hex << hash.Value() << std::dec << std::endl;
+  EXPECT_EQ(hash.Value(), 0x5C61E4357067CBEBULL);
+}
+
 }  // namespace
 }  // namespace vitrell::headless
