@@ -23,8 +23,6 @@ constexpr double kShortSide = 0.35;  // Fraction of the output's width or height
 constexpr double kLongSide = 0.75;
 constexpr double kEdgePixels = 1.5;  // Minimum width of the soft band, for anti-aliasing.
 
-double LimitToOne(double distance) { return distance > 1 ? 1 : distance; }
-
 // Width of the soft band relative to the shape: the feather plus about 1.5 output pixels. The
 // quotient is computed in double precision, the sum in single.
 double RelativeBand(float feather, double scaledSize) {
@@ -194,11 +192,25 @@ LensShape::Side LensShape::FacingSide(double u, double v) const {
   return Side::kUnknown;
 }
 
+// The side that a point faces which is certainly beyond the triangle's edge; otherwise unknown.
+LensShape::Side LensShape::FacingSideFromOutside(double u, double v) const {
+  const double toSide = std::max(std::fabs(u) * (rootOf3_ / 2) + 0.5 * v, -v);
+  return toSide > radius_ / 2 * (1 + kMargin) ? FacingSide(u, v) : Side::kUnknown;
+}
+
+LensShape::Segment LensShape::SegmentOf(Side side) const {
+  const double cornerX = rootOf3_ * radius_ / 2;
+  const double baseY = radius_ / 2;
+  return {.ax = side == Side::kRight ? 0 : -cornerX,
+          .ay = side == Side::kRight ? -radius_ : baseY,
+          .bx = side == Side::kLeft ? 0 : cornerX,
+          .by = side == Side::kLeft ? -radius_ : baseY};
+}
+
 // Kept: the triangle's soft band lies wholly outside its edge; the circle's is centred on it.
 double LensShape::Triangle(double u, double v) const {
-  Side side = FacingSide(u, v);
-  const double toSide = std::max(std::fabs(u) * (rootOf3_ / 2) + 0.5 * v, -v);
-  if (side == Side::kUnknown || !(toSide > radius_ / 2 * (1 + kMargin))) {
+  Side side = FacingSideFromOutside(u, v);
+  if (side == Side::kUnknown) {
     const double angle = PolarAngle(maths_, u, -v);
     double sectorOffset = angle - kHalfPi;
     side = Side::kBase;
@@ -214,13 +226,8 @@ double LensShape::Triangle(double u, double v) const {
       return 0;
     }
   }
-  const double cornerX = rootOf3_ * radius_ / 2;
-  const double baseY = radius_ / 2;
-  const double ax = side == Side::kRight ? 0 : -cornerX;
-  const double ay = side == Side::kRight ? -radius_ : baseY;
-  const double bx = side == Side::kLeft ? 0 : cornerX;
-  const double by = side == Side::kLeft ? -radius_ : baseY;
-  return LimitToOne(GetDistanceFromPtToSegLine(u, -v, ax, ay, bx, by, inData_) /
+  const Segment s = SegmentOf(side);
+  return LimitToOne(GetDistanceFromPtToSegLine(u, -v, s.ax, s.ay, s.bx, s.by, inData_) /
                     (radius_ * relativeBand_));
 }
 

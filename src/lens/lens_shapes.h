@@ -11,6 +11,8 @@
 
 namespace vitrell {
 
+inline double LimitToOne(double distance) { return distance > 1 ? 1 : distance; }
+
 // Normalised distance of (u, v) from a rectangle of half-width b and half-height a: 0 inside, 1
 // beyond the soft band, which is k times min(a, b) wide. NaN only if an argument is NaN.
 double GetDistanceKWithRectMode(double u, double v, double k, double a, double b,
@@ -37,6 +39,9 @@ class LensShape {
   // Raw distance at layer position (x, y): 0 inside, 1 outside, in between across the soft band.
   double RawDistance(std::int32_t x, std::int32_t y) const;
 
+  // The same for `count` neighbouring columns of row y, the first of which is x.
+  void RawDistances(std::int32_t x, std::int32_t y, std::uint32_t count, double* distances) const;
+
   // The columns of row y, counted from column left, whose raw distance is certain: 1 outside
   // `outer`, 0 within `inner`. The columns between may have any distance; the spans keep a margin
   // from the shape's limits that is far larger than any rounding error.
@@ -50,9 +55,19 @@ class LensShape {
  private:
   MaskLine LineOf(std::int32_t y, std::int32_t left, std::uint32_t count) const;
   enum class Side { kUnknown, kRight, kLeft, kBase };
+  // The points A and B of a side.
+  struct Segment {
+    double ax, ay, bx, by;
+  };
   Side FacingSide(double u, double v) const;
+  Side FacingSideFromOutside(double u, double v) const;
+  Segment SegmentOf(Side side) const;
   double Circle(double u, double v) const;
   double Triangle(double u, double v) const;
+  void Circles(const double* u, const double* v, std::uint32_t count, double* distances) const;
+  void Triangles(const double* u, const double* v, std::uint32_t count, double* distances) const;
+  void DistancesFromSegment(const Segment& segment, const double* u, const double* v,
+                            std::uint32_t count, double* distances) const;
 
   const PF_InData* inData_;
   const PF_ANSICallbacks& maths_;

@@ -103,16 +103,37 @@ class ShapeDrawing {
 
   // Computes the columns that are neither certainly inside nor certainly outside.
   void DrawBetween(std::int32_t y, ColumnSpan span, const MaskRow* mirrored, double* values) {
-    for (std::uint32_t i = span.begin; i < span.end; ++i) {
-      const std::int64_t other = twiceX_ - i;
-      const std::int64_t known = shape_.IsUpright() ? i : canvas_.width;
-      if (shape_.IsSymmetric() && mirrored != nullptr && other >= 0 && other < known) {
-        values[i] = mirrored->At(static_cast<std::uint32_t>(other));
+    if (!shape_.IsSymmetric() || mirrored == nullptr) {
+      DrawRun(y, span, values);
+      return;
+    }
+    std::uint32_t i = span.begin;
+    while (i < span.end) {
+      if (IsMirrored(i)) {
+        values[i] = mirrored->At(static_cast<std::uint32_t>(twiceX_ - i));
+        ++i;
         continue;
       }
-      const auto x = static_cast<std::int32_t>(canvas_.left + std::int64_t{i});
-      values[i] = Inverted(fallOff_.At(shape_.RawDistance(x, y)), invert_);
+      const std::uint32_t begin = i;
+      while (i < span.end && !IsMirrored(i)) {
+        ++i;
+      }
+      DrawRun(y, {begin, i}, values);
     }
+  }
+
+  // Whether column i of a symmetric shape repeats one that has been drawn.
+  bool IsMirrored(std::uint32_t i) const {
+    const std::int64_t other = twiceX_ - i;
+    return other >= 0 && other < (shape_.IsUpright() ? std::int64_t{i} : canvas_.width);
+  }
+
+  void DrawRun(std::int32_t y, ColumnSpan run, double* values) {
+    const auto x = static_cast<std::int32_t>(canvas_.left + std::int64_t{run.begin});
+    shape_.RawDistances(x, y, run.end - run.begin, values + run.begin);
+    std::transform(
+        values + run.begin, values + run.end, values + run.begin,
+        [this](double rawDistance) { return Inverted(fallOff_.At(rawDistance), invert_); });
   }
 
   const MaskCanvas& canvas_;
