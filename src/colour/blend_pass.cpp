@@ -7,10 +7,15 @@
 
 #include "base/pixel_access.h"
 #include "colour/blend_lanes.h"
+#include "colour/whole_blend_lanes.h"
 #include "host/world.h"
 
 namespace vitrell {
 namespace {
+
+// Whether all pairs of channels are computed before the pass. Other modes are cheaper to compute.
+template <int kMode, typename Pixel>
+constexpr bool kIsLookedUp = kMode == kScreen && sizeof(Pixel) == sizeof(PF_Pixel);
 
 // Normal at full opacity: the blend is the front itself, and only the 16-bit feather is applied.
 constexpr int kFrontAlone = 0;
@@ -56,6 +61,16 @@ PF_Err CopyFront(void* /*refcon*/, A_long /*x*/, A_long /*y*/, Pixel* in, Pixel*
 
 }  // namespace
 
+// One pixel under a mask value of 1.
+template <int kMode, typename Pixel>
+inline void BlendPass::BlendWhole(const Pixel& front, const Pixel& back, Pixel* out) const {
+  if constexpr (kIsLookedUp<kMode, Pixel>) {
+    LookUpPairs(pairs_[0], front, back, out);
+  } else {
+    StoreLowBits(WholeBlendedLanes<kMode>(front, back, masked_.blend.intensity), out);
+  }
+}
+
 // The same as OpacityWithMode8 and 16 where FitsLanes holds: a known mode, an opacity in [0, 1] and
 // a background of the destination's depth with its origin at (0, 0).
 template <int kMode, typename Pixel>
@@ -80,42 +95,57 @@ PF_Err BlendPass::BlendByLanes(void* refcon, A_long x, A_long y, Pixel* in, Pixe
     return PF_Err_NONE;
   }
   const Pixel& back = reinterpret_cast<const Pixel*>(pass.background_ + y * pass.rowBytes_)[x];
-  if (!kDeep && kMode != kNormal && m == 1) {
-    if constexpr (!kDeep) {
-      LookUpPairs(pass.pairs_[0], *in, back, out);
-    }
+  if (m == 1) {
+    pass.BlendWhole<kMode>(*in, back, out);
     return PF_Err_NONE;
   }
   I32Lanes result = BlendedLanes<kMode>(*in, back, m, pass.masked_.blend.intensity);
-  if (kDeep && m != 1) {
+  if (kDeep) {
     result = FeatherLanes(ToLanes(back), result, m);
   }
   StoreLowBits(result, out);
   return PF_Err_NONE;
 }
 
+// The same where the mask is 1 and the background has a pixel at every position of the pass.
+template <int kMode, typename Pixel>
+PF_Err BlendPass::BlendEverywhere(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out) {
+  const auto& pass = *static_cast<const BlendPass*>(refcon);
+  const Pixel& back = reinterpret_cast<const Pixel*>(pass.background_ + y * pass.rowBytes_)[x];
+  pass.BlendWhole<kMode>(*in, back, out);
+  return PF_Err_NONE;
+}
+
 bool BlendPass::FitsLanes(const PF_LayerDef& dst) const {
   const BlendRefcon& blend = masked_.blend;
+  const bool isQuick =
+      blend.mode != kMultiply || blend.intensity == 0 || blend.intensity >= kLeastQuickOpacity;
   return blend.mode >= kNormal && blend.mode <= kMultiply && blend.intensity >= 0 &&
-         blend.intensity <= 1 && (blend.deep != 0) == IsDeep(dst) &&
+         blend.intensity <= 1 && isQuick && (blend.deep != 0) == IsDeep(dst) &&
          HasPixelsFromOrigin(*blend.inputLayer);
 }
 
 template <int kMode>
 PF_Err BlendPass::UseLanes(const PF_LayerDef& dst) {
-  const bool isCopy = kMode == kFrontAlone && ones_.Cover(dst.width, dst.height);
-  callbacks_.pixel16 = isCopy ? CopyFront<PF_Pixel16> : BlendByLanes<kMode, PF_Pixel16>;
-  if constexpr (kMode != kFrontAlone) {
-    callbacks_.pixel8 = BlendByLanes<kMode, PF_Pixel>;
-    // Normal is cheaper to compute than to look up.
-    if (kMode != kNormal && !IsDeep(dst)) {
+  const bool isWhole = ones_.Cover(dst.width, dst.height);
+  if constexpr (kMode == kFrontAlone) {
+    callbacks_.pixel16 = isWhole ? CopyFront<PF_Pixel16> : BlendByLanes<kMode, PF_Pixel16>;
+    return PF_Err_NONE;
+  } else {
+    const PF_LayerDef& layer = *masked_.blend.inputLayer;
+    if (isWhole && layer.width >= dst.width && layer.height >= dst.height) {
+      callbacks_ = {BlendEverywhere<kMode, PF_Pixel>, BlendEverywhere<kMode, PF_Pixel16>};
+    } else {
+      callbacks_ = {BlendByLanes<kMode, PF_Pixel>, BlendByLanes<kMode, PF_Pixel16>};
+    }
+    if (kIsLookedUp<kMode, PF_Pixel> && !IsDeep(dst)) {
       if (!pairs_.Allocate(1)) {
         return PF_Err_OUT_OF_MEMORY;
       }
       FillPairs<kMode>(masked_.blend.intensity, pairs_.data());
     }
+    return PF_Err_NONE;
   }
-  return PF_Err_NONE;
 }
 
 PF_Err BlendPass::Prepare() {

@@ -35,6 +35,10 @@ class BlendPass {
   [[nodiscard]] PF_Err UseLanes(const PF_LayerDef& dst);
   template <int kMode, typename Pixel>
   static PF_Err BlendByLanes(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out);
+  template <int kMode, typename Pixel>
+  static PF_Err BlendEverywhere(void* refcon, A_long x, A_long y, Pixel* in, Pixel* out);
+  template <int kMode, typename Pixel>
+  void BlendWhole(const Pixel& front, const Pixel& back, Pixel* out) const;
 
   MaskedBlend masked_;
   PixelCallbacks callbacks_ = {};
@@ -44,7 +48,7 @@ class BlendPass {
   std::ptrdiff_t rowBytes_ = 0;
   std::uint32_t width_ = 0;
   std::uint32_t height_ = 0;
-  Buffer<PairTable> pairs_;  // One table, allocated in 8 bits only.
+  Buffer<PairTable> pairs_;  // One table, allocated for 8-bit Screen only.
 };
 
 }  // namespace vitrell
