@@ -87,6 +87,14 @@ MaskOnes LensMaskView::Ones() const {
   return isSimple ? MaskOnes(rows_, rowCount_) : MaskOnes();
 }
 
+const MaskRow* LensMaskView::PlainRows(std::int32_t width, std::int32_t height) const {
+  const bool isPlain = rowCount_ != 0 && left_ == 0 && top_ == 0 && rows_[0].inner == 1 &&
+                       rows_[0].outer == 0 && width >= 0 && height >= 0 &&
+                       static_cast<std::uint32_t>(width) <= width_ &&
+                       static_cast<std::uint32_t>(height) <= rowCount_;
+  return isPlain ? rows_ : nullptr;
+}
+
 PF_Err BuildLensMask(const LensMaskInput& input, const LX_Info& info, const MaskPlan& plan) {
   const PF_LRect& rect = input.output->extent_hint;
   if (const PF_Err err = AllocateMask(input); err != PF_Err_NONE || g_LensMaskSize == 0) {

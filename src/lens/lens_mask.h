@@ -157,6 +157,10 @@ class LensMaskView {
   // Contains no position if the mask is inverted or the world's origin is not (0, 0).
   MaskOnes Ones() const;
 
+  // The rows, indexed by layer position; null unless they are 1 within their inner runs, 0 outside
+  // their values, and hold every position of a world of this size with origin (0, 0).
+  const MaskRow* PlainRows(std::int32_t width, std::int32_t height) const;
+
   // All values of the world's rectangle as a row-major array; null unless memory contains them all,
   // as it does in a render whose settings let a blur follow the lens.
   const double* ValuesInMemory() const { return values_.InMemory(std::uint64_t{width_} * height_); }

@@ -61,8 +61,9 @@ double Strengthened(const LensRefcon& lens, double m) {
 // The refcon of the callbacks: the record and the tables prepared for the pass.
 struct LensPass {
   LensRefcon lens;
-  LensMaskView mask;  // Indexed by the extent of lens.io->dst.
-  MaskOnes ones;      // Positions where the processed pixel is copied.
+  LensMaskView mask;    // Indexed by the extent of lens.io->dst.
+  MaskOnes ones;        // Positions where the processed pixel is copied.
+  const MaskRow* rows;  // Not null: the mask and the layer hold every position of the pass.
   const char* layer;
   std::ptrdiff_t rowBytes;
   std::uint32_t width;
@@ -97,8 +98,45 @@ template <typename Pixel>
   return Lens(pass, x, y, in, out);
 }
 
-// The same as Lens with a pixel's four channels in vector lanes, for a layer of the destination's
-// depth.
+// (1 - m) x outside + m x inside, rounded, with the four channels in vector lanes.
+template <typename Pixel>
+inline void StoreMix(double m, const Pixel& outside, const Pixel& inside, Pixel* out) {
+  const F64Lanes from = Widen(ToLanes(outside));
+  const F64Lanes to = Widen(ToLanes(inside));
+  StoreLowBits(
+      Truncate({(1 - m) * from.low + m * to.low + 0.5, (1 - m) * from.high + m * to.high + 0.5}),
+      out);
+}
+
+// The same as Lens for a layer of the destination's depth, where pass.rows is not null.
+template <typename Pixel>
+VITRELL_UNSIGNED_WRAPS PF_Err LensInRows(void* refconPtr, A_long x, A_long y, Pixel* in,
+                                         Pixel* out) {
+  const auto& pass = *static_cast<const LensPass*>(refconPtr);
+  const MaskRow& row = pass.rows[y];
+  const auto column = static_cast<std::uint32_t>(x);
+  if (column - row.innerBegin < row.innerLength) {
+    *out = *in;
+    return PF_Err_NONE;
+  }
+  const Pixel& outside = reinterpret_cast<const Pixel*>(pass.layer + y * pass.rowBytes)[x];
+  if (column - row.begin >= row.length) {
+    *out = outside;
+    return PF_Err_NONE;
+  }
+  const double m = row.values[column];
+  if (!(m < 1)) [[unlikely]] {
+    return LensPlainly(pass, x, y, *in, out);
+  }
+  if (m <= kMaskThreshold) {
+    *out = outside;
+    return PF_Err_NONE;
+  }
+  StoreMix(m, outside, *in, out);
+  return PF_Err_NONE;
+}
+
+// The same for any mask of any rectangle.
 template <typename Pixel>
 PF_Err LensByLanes(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
   const auto& pass = *static_cast<const LensPass*>(refconPtr);
@@ -118,12 +156,16 @@ PF_Err LensByLanes(void* refconPtr, A_long x, A_long y, Pixel* in, Pixel* out) {
     *out = outside;
     return PF_Err_NONE;
   }
-  const F64Lanes from = Widen(ToLanes(outside));
-  const F64Lanes to = Widen(ToLanes(*in));
-  StoreLowBits(
-      Truncate({(1 - m) * from.low + m * to.low + 0.5, (1 - m) * from.high + m * to.high + 0.5}),
-      out);
+  StoreMix(m, outside, *in, out);
   return PF_Err_NONE;
+}
+
+// What LensInRows needs, or null.
+const MaskRow* RowsFor(const LensRefcon& lens, const LensMaskView& mask) {
+  const PF_LayerDef& dst = *lens.io->dst;
+  const bool isCovered =
+      lens.inputLayer->width >= dst.width && lens.inputLayer->height >= dst.height;
+  return isCovered && lens.useBlurMap == 0 ? mask.PlainRows(dst.width, dst.height) : nullptr;
 }
 
 bool FitsLanes(const LensRefcon& lens) {
@@ -160,12 +202,17 @@ PF_Err RunLensStage(const StageCall& call) {
   LensPass pass = {.lens = lens,
                    .mask = mask,
                    .ones = Strengthened(lens, 1) == 1 ? mask.Ones() : MaskOnes(),
+                   .rows = RowsFor(lens, mask),
                    .layer = static_cast<const char*>(layer->data),
                    .rowBytes = layer->rowbytes,
                    .width = static_cast<std::uint32_t>(layer->width),
                    .height = static_cast<std::uint32_t>(layer->height)};
-  return FitsLanes(lens) ? call.Iterate({LensByLanes<PF_Pixel>, LensByLanes<PF_Pixel16>}, &pass)
-                         : call.Iterate({Lens8, Lens16}, &pass);
+  if (!FitsLanes(lens)) {
+    return call.Iterate({Lens8, Lens16}, &pass);
+  }
+  return pass.rows != nullptr
+             ? call.Iterate({LensInRows<PF_Pixel>, LensInRows<PF_Pixel16>}, &pass)
+             : call.Iterate({LensByLanes<PF_Pixel>, LensByLanes<PF_Pixel16>}, &pass);
 }
 
 }  // namespace vitrell

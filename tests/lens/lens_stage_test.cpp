@@ -4,6 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <limits>
+#include <random>
 #include <vector>
 
 #include "host/fake_host.h"
@@ -213,6 +216,62 @@ TEST(LensStageTest, OutsideTheMasksRectangleIsUnprocessed) {
   EXPECT_EQ(dst.At(1, 0).red, 200);
   EXPECT_EQ(dst.At(2, 0).red, 200);
   EXPECT_EQ(dst.At(3, 0).red, 10);
+}
+
+template <typename Pixel>
+std::vector<Pixel> MixedUnder(const TestMask& /*mask*/, Picture<Pixel>* input, Picture<Pixel>* src,
+                              A_long width, A_long height) {
+  FakeHost host;
+  Picture<Pixel> dst(width, height, 8);
+  EXPECT_EQ(
+      CallStage(RunLensStage, host.inData(), src->get(), dst.get(), CircleInfo(), input->get()),
+      PF_Err_NONE);
+  std::vector<Pixel> pixels;
+  for (A_long y = 0; y < height; ++y) {
+    for (A_long x = 0; x < width; ++x) {
+      pixels.push_back(dst.At(x, y));
+    }
+  }
+  return pixels;
+}
+
+// Sizes from 1 x 1 on, values around every decision, layers smaller than the worlds.
+template <typename Pixel>
+void ExpectRowsToMixAsValuesDo() {
+  const double kValues[] = {0.0,
+                            0.0,
+                            0.0001,
+                            0.00011,
+                            0.5,
+                            0.1 / 0.3,
+                            0.99999999999999989,
+                            1.0,
+                            1.0,
+                            1.0,
+                            1.5,
+                            -0.25,
+                            std::numeric_limits<double>::quiet_NaN()};
+  std::mt19937 random(20261122);
+  for (int i = 0; i < 400; ++i) {
+    const auto width = static_cast<A_long>(1 + random() % 23);
+    const auto height = static_cast<A_long>(1 + random() % 4);
+    std::vector<double> values(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    std::generate(values.begin(), values.end(), [&] { return kValues[random() % 13]; });
+    const A_long less = random() % 4 == 0 ? 1 : 0;
+    Picture<Pixel> input(std::max(width - less, A_long{1}), height, 12);
+    input.FillNoise(static_cast<unsigned>(2 * i));
+    Picture<Pixel> src(width, height, 4);
+    src.FillNoise(static_cast<unsigned>(2 * i + 1));
+    const std::vector<Pixel> expected = MixedUnder(TestMask(values), &input, &src, width, height);
+    const std::vector<Pixel> mixed =
+        MixedUnder(TestMask(values, static_cast<std::size_t>(width)), &input, &src, width, height);
+    ASSERT_TRUE(mixed == expected) << "case " << i << " of " << width << "x" << height;
+  }
+}
+
+TEST(LensStageTest, RowsOfTheMaskMixAsItsValuesDo) {
+  ExpectRowsToMixAsValuesDo<PF_Pixel>();
+  ExpectRowsToMixAsValuesDo<PF_Pixel16>();
 }
 
 // Type None, or a scale of 0: a copy. The pixel format is asked for all the same, and a failing

@@ -43,11 +43,18 @@ class TestMask {
   const std::vector<double>& values() const { return values_; }
 
  private:
-  // The first run of ones is the inner one.
+  // The first run of ones is the inner one; zeros at both ends are left to the outer value.
   static MaskRow RowOf(const double* values, std::uint32_t width) {
     MaskRow row = {};
     row.values = values;
     row.length = width;
+    while (row.length > 0 && values[row.begin] == 0.0) {
+      ++row.begin;
+      --row.length;
+    }
+    while (row.length > 0 && values[row.begin + row.length - 1] == 0.0) {
+      --row.length;
+    }
     row.inner = 1;
     while (row.innerBegin < width && values[row.innerBegin] != 1.0) {
       ++row.innerBegin;
