@@ -208,6 +208,7 @@ try_gstreamer() {
     echo "  $size: the frame of the command line"
   done
   try_gstreamer_mixer
+  try_gstreamer_at_once
 }
 
 # The second input is the custom lens.
@@ -228,6 +229,25 @@ try_gstreamer_mixer() {
     fail "GStreamer fails on the mixer."
   same "$work/expected.rgba" "$work/gstreamer.rgba" "GStreamer's mixer"
   echo "  the mixer: the frame of the command line"
+}
+
+# Four instances in one process, each fed by a thread of its own with the clip ten times over.
+try_gstreamer_at_once() {
+  local i branches=() amounts=(0 31.75 63.5 127) numbers=(0 0.25 0.5 1)
+  for _ in {1..10}; do cat "$work/clip.rgba"; done >"$work/film.rgba"
+  for i in "${!amounts[@]}"; do
+    branches+=(split. ! queue max-size-buffers=2 ! frei0r-filter-vitrell lens-feather=0.025
+      "fast-blur-amount=${numbers[i]}" ! filesink "location=$work/branch-$i.rgba")
+  done
+  within 120 gst-launch-1.0 -q filesrc "location=$work/film.rgba" ! rawvideoparse format=rgba \
+    "width=$width" "height=$height" framerate=25/1 ! tee name=split "${branches[@]}" ||
+    fail "GStreamer fails on four instances."
+  for i in "${!amounts[@]}"; do
+    render_clip "$work/expected.rgba" --set lens.feather=12.5 --set "fast-blur.amount=${amounts[i]}"
+    for _ in {1..10}; do cat "$work/expected.rgba"; done >"$work/film.rgba"
+    same "$work/film.rgba" "$work/branch-$i.rgba" "Instance $i of four"
+  done
+  echo "  four instances at once, $((frames * 10)) frames each: those of the command line"
 }
 
 # FFmpeg pads its rows to a multiple of 64 bytes and tells modules nothing of it, so that odd widths
