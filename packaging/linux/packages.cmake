@@ -55,6 +55,13 @@ install(FILES ${here}/_vitrell DESTINATION share/zsh/vendor-completions COMPONEN
 install(TARGETS vitrell_frei0r_filter vitrell_frei0r_mixer LIBRARY DESTINATION lib/frei0r-1
   PERMISSIONS ${library_rights} COMPONENT frei0r-vitrell)
 
+add_custom_command(OUTPUT ${made}/frei0r_vitrell.xml
+  COMMAND write_kdenlive_effect ${made}/frei0r_vitrell.xml
+  DEPENDS write_kdenlive_effect)
+add_custom_target(vitrell_described_effect ALL DEPENDS ${made}/frei0r_vitrell.xml)
+install(FILES ${made}/frei0r_vitrell.xml DESTINATION share/kdenlive/effects
+  COMPONENT frei0r-vitrell)
+
 if(VITRELL_BUILD_PANEL)
   install(TARGETS vitrell-panel RUNTIME DESTINATION bin COMPONENT vitrell-panel)
   set_target_properties(vitrell-panel PROPERTIES INSTALL_RPATH "${library_path}")
