@@ -90,6 +90,7 @@ inspect_bundle() {
   done
   expect "package file" "$(cat "$bundle/Contents/PkgInfo")" eFKTFXTC
   [[ -s "$bundle/Contents/Resources/Vitrell.rsrc" ]] || fail "The resource is missing."
+  expect "names of the build's folder" "$(grep -caF "$root/" "$module" || true)" 0
   size="$(du -sb "$bundle" | cut -f1)"
   ((size < 1000000)) || fail "The bundle has $size bytes."
   echo "$bundle: $size bytes"

@@ -69,13 +69,12 @@ bash scripts/build-windows.sh
 bash scripts/build-packages.sh
 cp dist/*.deb "$parts/"
 
-build_preset release vitrell Vitrell
+# What the package installs, to be unpacked anywhere: its programs name no folder of the build.
 stage="vitrell-$version"
-mkdir -p "$work/$stage/bin" "$work/$stage/lib/vitrell" "$work/$stage/presets"
-cp build/release/cli/vitrell "$work/$stage/bin/"
-cp build/release/src/Vitrell.so "$work/$stage/lib/vitrell/"
-cp presets/*.json "$work/$stage/presets/"
-strip "$work/$stage/bin/vitrell" "$work/$stage/lib/vitrell/Vitrell.so"
+mkdir "$work/$stage"
+dpkg-deb --extract dist/vitrell_*.deb "$work/package"
+cp -R "$work/package/usr/bin" "$work/package/usr/lib" "$work/package/usr/share/vitrell/presets" \
+  "$work/$stage/"
 "$work/$stage/bin/vitrell" --version >/dev/null || fail "The built command line does not start."
 tar --create --sort=name --mtime="$commit_time" --owner=0 --group=0 --numeric-owner \
   --directory "$work" "$stage" | gzip -n >"$parts/Vitrell-$version-linux-$(uname -m).tar.gz"

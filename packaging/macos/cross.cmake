@@ -17,7 +17,8 @@ set(CMAKE_INSTALL_NAME_TOOL true CACHE STRING "")
 set(CMAKE_OSX_DEPLOYMENT_TARGET "" CACHE STRING "Told by the compiler's target")
 
 # Without a frame pointer a function has no entry in arm64's compact unwind table, and an exception
-# that propagates through it ends the process.
-set(CMAKE_CXX_FLAGS_INIT "-fno-omit-frame-pointer")
+# that propagates through it ends the process. zig writes debug information unless it is told not to,
+# and the module would name the folder it was built in.
+set(CMAKE_CXX_FLAGS_INIT "-fno-omit-frame-pointer -g0")
 # The linker is invoked directly and does not understand compiler options.
 set(CMAKE_USER_MAKE_RULES_OVERRIDE ${CMAKE_CURRENT_LIST_DIR}/cross_link.cmake)
