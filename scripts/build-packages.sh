@@ -53,6 +53,28 @@ make_clean_root() {
   tar --extract --file "$base" --directory "$clean"
 }
 
+# The panel starts from its entry in the desktop's menu, without a display, and loads the effect.
+test_panel() {
+  local entry=/usr/share/applications/vitrell-panel.desktop program icon process effects
+  desktop-file-validate "$clean$entry" || fail "The desktop entry is wrong."
+  program="$(inside sed -n 's/^Exec=\([^ ]*\) %f$/\1/p' "$entry")"
+  icon="$(inside sed -n 's/^Icon=//p' "$entry")"
+  inside test -s "/usr/share/icons/hicolor/scalable/apps/$icon.svg" || fail "The icon is missing."
+  expect "panel" "$(inside env QT_QPA_PLATFORM=offscreen "$program" --version)" \
+    "vitrell-panel $(inside vitrell --version | cut -d ' ' -f 2)"
+  inside sh -c 'echo $$ >/tmp/panel.id; exec env QT_QPA_PLATFORM=offscreen HOME=/tmp "$0" /tmp/in.png' \
+    "$program" >"$work/panel.log" 2>&1 &
+  for _ in {1..100}; do
+    sleep 0.2
+    process="$(cat "$clean/tmp/panel.id" 2>/dev/null || true)"
+    effects="$(grep -c /usr/lib/vitrell/Vitrell.so "/proc/$process/maps" 2>/dev/null || true)"
+    ((!effects)) || break
+  done
+  kill "$process" || true
+  wait "$!" || true
+  ((effects)) || fail "The panel loads no effect: $(cat "$work/panel.log")"
+}
+
 test_packages() {
   local before after
   make_clean_root
@@ -74,9 +96,10 @@ test_packages() {
     COMP_WORDS=(vitrell params --mar); COMP_CWORD=2; _vitrell; [[ "${COMPREPLY[*]}" == --markdown ]]' \
     || fail "bash completes nothing."
   expect "frei0r modules" "$(inside ls /usr/lib/frei0r-1)" $'vitrell.so\nvitrell_custom.so'
+  expect "controls for Kdenlive" \
+    "$(inside grep -c '<parameter ' /usr/share/kdenlive/effects/frei0r_vitrell.xml)" 45
   inside sh -c '! ldd /usr/lib/frei0r-1/*.so | grep "not found"' || fail "A library is missing."
-  expect "panel" "$(inside env QT_QPA_PLATFORM=offscreen vitrell-panel --version)" \
-    "vitrell-panel $(inside vitrell --version | cut -d ' ' -f 2)"
+  test_panel
   say "Removing"
   inside apt-get purge -y -qq vitrell frei0r-vitrell vitrell-panel >>"$build/install.log"
   inside apt-get autoremove -y -qq --purge >>"$build/install.log"
@@ -96,7 +119,7 @@ done
 
 bash scripts/setup.sh --panel
 install_packages dpkg-dev lintian
-((!test)) || install_packages debootstrap
+((!test)) || install_packages debootstrap desktop-file-utils
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 build_packages

@@ -4,6 +4,7 @@
 #   Vitrell-VERSION-macos.zip           the bundle for macOS, Intel and Apple silicon
 #   Vitrell-VERSION-windows.zip         the module for 64-bit Windows
 #   vitrell_VERSION_ARCH.deb            the command line as a Debian package
+#   vitrell-panel_VERSION_ARCH.deb      the panel program
 #   frei0r-vitrell_VERSION_ARCH.deb     the modules for FFmpeg, Kdenlive, Shotcut and GStreamer
 #   Vitrell-VERSION-linux-ARCH.tar.gz   the command line, the module, the presets
 #   CHANGES-VERSION.md                  the changelog's section of this version

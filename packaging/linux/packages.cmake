@@ -65,6 +65,8 @@ install(FILES ${made}/frei0r_vitrell.xml DESTINATION share/kdenlive/effects
 if(VITRELL_BUILD_PANEL)
   install(TARGETS vitrell-panel RUNTIME DESTINATION bin COMPONENT vitrell-panel)
   set_target_properties(vitrell-panel PROPERTIES INSTALL_RPATH "${library_path}")
+  vitrell_compress(${here}/vitrell-panel.1 ${made}/vitrell-panel.1.gz)
+  install(FILES ${made}/vitrell-panel.1.gz DESTINATION share/man/man1 COMPONENT vitrell-panel)
   install(FILES ${here}/vitrell-panel.desktop DESTINATION share/applications
     COMPONENT vitrell-panel)
   install(FILES ${here}/vitrell-panel.svg DESTINATION share/icons/hicolor/scalable/apps
