@@ -63,7 +63,7 @@ TEST_F(KdenliveEffectTest, AScaleThatDoesNotBeginAtZeroIsExplained) {
 // What Kdenlive shows of a default is the panel's own number.
 TEST_F(KdenliveEffectTest, DefaultsLieWithinTheirSliders) {
   const std::vector<std::smatch> numbers =
-      All("default=\"([^\"]*)\" min=\"([^\"]*)\" max=\"([^\"]*)\" factor=\"([^\"]*)\"");
+      All(R"-(default="([^"]*)" min="([^"]*)" max="([^"]*)" factor="([^"]*)")-");
   EXPECT_GT(numbers.size(), 20U);
   for (const std::smatch& match : numbers) {
     const double shown = std::stod(match[1]) * std::stod(match[4]);
