@@ -59,9 +59,11 @@ std::string FrameWorker::WhyAgain(const FrameJob& job, const media::Fingerprint&
   return found && found->IsMadeOfSame(wanted) ? "" : "stale";
 }
 
-void FrameWorker::RenderStill(const FrameJob& job, const RenderArguments& arguments,
-                              look::Settings& settings, const media::Fingerprint& fingerprint,
+void FrameWorker::RenderStill(const FrameJob& job, const FrameSource& source,
+                              look::Settings& settings,
+                              const std::optional<media::Fingerprint>& fingerprint,
                               FrameAnswer& answer) {
+  const RenderArguments arguments = ArgumentsFor(job);
   ProgressBar bar(false);
   Notes notes(true, arguments.strict, bar);
   Report report;
@@ -69,11 +71,11 @@ void FrameWorker::RenderStill(const FrameJob& job, const RenderArguments& argume
   report.threads = arguments.threads;
   const StepClock clock;
   StillRender still(arguments, host_, settings, bar, notes, report,
-                    {job.black, fingerprint.Text()});
+                    {job.black, fingerprint ? fingerprint->Text() : "", {}, source.read});
   try {
     still.Run(job.input);
-    if (!arguments.dryRun && !media::HoldsFingerprint(job.output)) {
-      wishes_.sidecar->Put(job.output, fingerprint);
+    if (fingerprint && !arguments.dryRun && !media::HoldsFingerprint(job.output)) {
+      wishes_.sidecar->Put(job.output, *fingerprint);
     }
     answer.width = still.Width();
     answer.height = still.Height();
@@ -88,30 +90,39 @@ void FrameWorker::RenderStill(const FrameJob& job, const RenderArguments& argume
   if (wishes_.reports) answer.report = ReportAsJson(report, notes.All());
 }
 
-void FrameWorker::RenderOrThrow(const FrameJob& job, FrameAnswer& answer) {
+void FrameWorker::RenderOrThrow(const FrameJob& job, const FrameSource& source,
+                                FrameAnswer& answer) {
   ThrowIfInterrupted();
   CheckFolders(job);
-  const RenderArguments arguments = ArgumentsFor(job);
-  look::Settings settings = SettingsFor(job);
-  CheckFiles(arguments, job.layer);
-  const media::Fingerprint fingerprint = FingerprintOf(arguments, job, settings, wishes_.effect);
+  look::Settings settings = source.settings();
+  CheckFiles(ArgumentsFor(job), job.layer);
+  const std::optional<media::Fingerprint> fingerprint = source.fingerprint(settings);
   std::error_code ignored;
-  if (wishes_.skips && fs::exists(job.output, ignored)) {
-    answer.again = WhyAgain(job, fingerprint);
+  if (fingerprint && wishes_.skips && fs::exists(job.output, ignored)) {
+    answer.again = WhyAgain(job, *fingerprint);
     if (answer.again.empty()) {
       answer.state = FrameState::kSkipped;
       return;
     }
   }
-  RenderStill(job, arguments, settings, fingerprint, answer);
+  RenderStill(job, source, settings, fingerprint, answer);
 }
 
 FrameAnswer FrameWorker::Render(const FrameJob& job) noexcept {
+  FrameSource source;
+  source.settings = [&] { return SettingsFor(job); };
+  source.fingerprint = [&](const look::Settings& settings) {
+    return FingerprintOf(ArgumentsFor(job), job, settings, wishes_.effect);
+  };
+  return Render(job, source);
+}
+
+FrameAnswer FrameWorker::Render(const FrameJob& job, const FrameSource& source) noexcept {
   const auto start = std::chrono::steady_clock::now();
   FrameAnswer answer;
   answer.frame = job.frame;
   try {
-    RenderOrThrow(job, answer);
+    RenderOrThrow(job, source, answer);
   } catch (const Failure& failure) {
     Fail(answer, failure.Kind(), failure.what());
   } catch (const std::bad_alloc&) {

@@ -2,6 +2,8 @@
 #ifndef VITRELL_CLI_FRAME_WORKER_H_
 #define VITRELL_CLI_FRAME_WORKER_H_
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -10,6 +12,7 @@
 #include "headless/effect_host.h"
 #include "look/settings.h"
 #include "media/fingerprint.h"
+#include "media/picture.h"
 
 namespace vitrell::cli {
 
@@ -18,6 +21,15 @@ struct FrameWishes {
   bool skips = false;    // a frame that is there, whole and made of the same, stays
   std::string effect;    // its name and version, for fingerprints
   media::Sidecar* sidecar = nullptr;
+};
+
+// Of a frame that is no file of its own.
+struct FrameSource {
+  std::function<media::Picture()> read;
+  // With the frame's values.
+  std::function<look::Settings()> settings;
+  // Nothing where nobody can know what the frame is made of.
+  std::function<std::optional<media::Fingerprint>(const look::Settings& settings)> fingerprint;
 };
 
 class FrameWorker {
@@ -31,15 +43,17 @@ class FrameWorker {
         settings_(settings),
         wishes_(std::move(wishes)) {}
 
-  // Never throws: what goes wrong is in the answer.
+  // From the job's input. Never throws: what goes wrong is in the answer.
   FrameAnswer Render(const FrameJob& job) noexcept;
+  // From somewhere else; the job's input is what messages name.
+  FrameAnswer Render(const FrameJob& job, const FrameSource& source) noexcept;
 
  private:
   // Why a frame that is there is rendered again; empty if it stays.
   std::string WhyAgain(const FrameJob& job, const media::Fingerprint& wanted) const;
-  void RenderStill(const FrameJob& job, const RenderArguments& arguments, look::Settings& settings,
-                   const media::Fingerprint& fingerprint, FrameAnswer& answer);
-  void RenderOrThrow(const FrameJob& job, FrameAnswer& answer);
+  void RenderStill(const FrameJob& job, const FrameSource& source, look::Settings& settings,
+                   const std::optional<media::Fingerprint>& fingerprint, FrameAnswer& answer);
+  void RenderOrThrow(const FrameJob& job, const FrameSource& source, FrameAnswer& answer);
   RenderArguments ArgumentsFor(const FrameJob& job) const;
   look::Settings SettingsFor(const FrameJob& job) const;
 

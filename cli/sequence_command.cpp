@@ -1,6 +1,5 @@
 // `vitrell render` over the frames of a sequence.
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -19,6 +18,7 @@
 #include "cli/preset_width.h"
 #include "cli/printable.h"
 #include "cli/render_checks.h"
+#include "cli/sequence_ending.h"
 #include "cli/sequence_files.h"
 #include "cli/sequence_plan.h"
 #include "cli/sequence_progress.h"
@@ -66,11 +66,6 @@ class SequenceJob {
   }
 
  private:
-  bool MayReplace() const {
-    const std::string& existing = arguments_.frames.existing;
-    return existing.empty() ? arguments_.force : existing != "fail";
-  }
-
   void CheckTargets(SequencePlan& plan) const {
     const std::string first = plan.Output().FileOf(0).string();
     media::CheckTarget(first, true);
@@ -80,17 +75,14 @@ class SequenceJob {
     if (!arguments_.report.empty() && !media::IsStandardStream(arguments_.report)) {
       media::CheckTarget(arguments_.report, arguments_.force);
     }
-    if (MayReplace()) return;
+    if (MayReplaceFrames(arguments_)) return;
     std::vector<std::int64_t> existing;
     while (const std::optional<FrameJob> job = plan.Next()) {
       std::error_code ignored;
       if (fs::exists(job->output, ignored)) existing.push_back(job->frame);
     }
     plan.Rewind();
-    if (existing.empty()) return;
-    throw Failure(kFailed, arguments_.output + ": frames " + TextOfFrames(existing) +
-                               " already exist. Add --existing skip to render the others, or "
-                               "--existing overwrite.");
+    RefuseExisting(arguments_, existing.empty() ? "" : TextOfFrames(existing));
   }
 
   void RefuseMissing(const SequencePlan& plan) {
@@ -114,7 +106,7 @@ class SequenceJob {
   WorkerPool::Work MakeWork(int worker) {
     RenderArguments arguments = arguments_;
     arguments.threads = ThreadsOf(worker, jobs_, arguments_.threads);
-    arguments.force = MayReplace();
+    arguments.force = MayReplaceFrames(arguments_);
     arguments.report.clear();
     arguments.savePreset.clear();
     media::SetLibraryThreads(arguments.threads);
@@ -135,51 +127,14 @@ class SequenceJob {
     SequenceRun run(arguments_, layer_, plan, pool, progress, tally_);
     run.Run();
     progress.Wipe();
-    Finish(plan, run, progress.Seconds());
-  }
-
-  void Finish(const SequencePlan& plan, const SequenceRun& run, double seconds) {
-    int exitCode = tally_.ExitCode();
-    std::string error = tally_.Summary(plan.Size());
-    if (CaughtSignals() > 0) {
-      exitCode = FirstSignal() == SIGTERM ? kTerminated : kCancelled;
-      error = "cancelled. " + error + " The same command with --existing skip goes on.";
-    } else if (tally_.Rendered() > 0 && !arguments_.savePreset.empty() && !arguments_.dryRun) {
-      SavePreset(run.Width());
-    }
-    WriteReport(exitCode, error, seconds);
-    TellResult(seconds);
-    if (exitCode != kDone) throw Failure(static_cast<media::FailureKind>(exitCode), error);
+    EndSequence({arguments_, tally_, plan.Size(), jobs_, progress.Seconds(), {}, [&] {
+                   SavePreset(run.Width());
+                 }});
   }
 
   void SavePreset(int width) {
     if (arguments_.fit) settings_.FitTo(width);
     look::SavePreset(arguments_.savePreset, settings_, width);
-  }
-
-  void WriteReport(int exitCode, const std::string& error, double seconds) const {
-    if (arguments_.report.empty()) return;
-    const std::string text =
-        tally_.ReportAsJson(exitCode, error, jobs_, arguments_.threads, seconds);
-    if (media::IsStandardStream(arguments_.report)) {
-      std::fputs(text.c_str(), stdout);
-    } else {
-      media::WriteTextFile(arguments_.report, text);
-    }
-  }
-
-  void TellResult(double seconds) const {
-    if (arguments_.quiet) return;
-    std::string text = std::to_string(tally_.Rendered()) + " frames rendered";
-    if (arguments_.dryRun) text = std::to_string(tally_.Rendered()) + " frames checked";
-    if (tally_.Skipped() > 0) text += ", " + std::to_string(tally_.Skipped()) + " skipped";
-    const double rate = seconds > 0 ? static_cast<double>(tally_.Rendered()) / seconds : 0;
-    const std::string again = tally_.RenderedAgain();
-    if (!again.empty()) text += " (again: " + again + ")";
-    std::fprintf(media::IsStandardStream(arguments_.report) ? stderr : stdout,
-                 "%s: %s, %.3f s (%.3g frames/s)%s\n", Printable(arguments_.output).c_str(),
-                 text.c_str(), seconds, rate,
-                 arguments_.dryRun ? ", dry run, nothing was written" : "");
   }
 
   RenderArguments arguments_;

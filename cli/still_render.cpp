@@ -23,13 +23,13 @@ media::Depth DepthOf(const std::string& name) {
   return name == "16" ? media::Depth::k16 : media::Depth::kAuto;
 }
 
+}  // namespace
+
 media::AlphaMeaning AlphaOf(const std::string& name) {
   if (name == "straight") return media::AlphaMeaning::kStraight;
   if (name == "premultiplied") return media::AlphaMeaning::kPremultiplied;
   return name == "ignore" ? media::AlphaMeaning::kIgnored : media::AlphaMeaning::kAsInFile;
 }
-
-}  // namespace
 
 StillRender::StillRender(const RenderArguments& arguments, headless::EffectHost& host,
                          look::Settings& settings, ProgressBar& bar, Notes& notes, Report& report,
@@ -49,18 +49,15 @@ void StillRender::Run(const std::filesystem::path& file) {
     RenderPages(reader, file);
     return;
   }
-  if (wishes_.take) {
-    RenderPicture(reader, Choice(), wishes_.take);
-    return;
-  }
-  RenderPicture(reader, Choice(), [this](const auto& input, const auto& given, const auto& result) {
+  const StillSource readFile = [&] { return reader.Read(FileStage(1), Choice()); };
+  const StillTaker writeFile = [this](const auto& input, const auto& given, const auto& result) {
     Write(input, given, result);
-  });
+  };
+  RenderPicture(wishes_.read ? wishes_.read : readFile, wishes_.take ? wishes_.take : writeFile);
 }
 
-media::Picture StillRender::ReadInput(media::PictureReader& reader,
-                                      const media::ReadChoice& choice) {
-  media::Picture input = reader.Read(FileStage(1), choice);
+media::Picture StillRender::ReadInput(const StillSource& read) {
+  media::Picture input = read();
   if (wishes_.black) media::MakeBlack(input);
   notes_.TellAll(input.notices);
   if (!report_.input) {
@@ -72,9 +69,8 @@ media::Picture StillRender::ReadInput(media::PictureReader& reader,
   return input;
 }
 
-void StillRender::RenderPicture(media::PictureReader& reader, const media::ReadChoice& choice,
-                                const StillTaker& take) {
-  media::Picture input = ReadInput(reader, choice);
+void StillRender::RenderPicture(const StillSource& read, const StillTaker& take) {
+  media::Picture input = ReadInput(read);
   const bool deep = arguments_.depth == "auto" ? input.IsDeep() : arguments_.depth == "16";
   const media::Given given = media::GiveToEffect(input, deep);
   media::ReleaseSamples(input, given.world);
@@ -107,7 +103,8 @@ void StillRender::RenderPages(media::PictureReader& reader, const std::filesyste
   for (std::size_t i = 0; i < pages.size(); ++i) {
     bar_.SetPart(static_cast<int>(i), static_cast<int>(pages.size()));
     choice.page = pages[i];
-    RenderPicture(reader, choice, [&](const auto& input, const auto& given, const auto& result) {
+    const StillSource read = [&] { return reader.Read(FileStage(1), choice); };
+    RenderPicture(read, [&](const auto& input, const auto& given, const auto& result) {
       writer.Add(input, given.world, result, given.clippedPixels, FileStage(effect_.Stages()));
       report_.writeSeconds += clock_.Lap();
     });

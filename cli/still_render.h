@@ -21,15 +21,22 @@
 
 namespace vitrell::cli {
 
+// What --alpha says.
+media::AlphaMeaning AlphaOf(const std::string& name);
+
 // Gets what the effect made of a picture.
 using StillTaker = std::function<void(const media::Picture& input, const media::Given& given,
                                       const headless::WorldBuffer& result)>;
+
+// Gives the picture to render.
+using StillSource = std::function<media::Picture()>;
 
 // What is wanted beside the arguments, for the frames of a sequence.
 struct StillWishes {
   bool black = false;            // the input's size and kind, but black and opaque
   std::string fingerprint = {};  // goes into the file, where its format has room; empty: none
   StillTaker take = {};          // in place of the output's file; empty: that is written
+  StillSource read = {};         // in place of the input's file; empty: that is read
 };
 
 // The steps of one render, in the order of the functions. The objects given must outlive it; the
@@ -53,10 +60,9 @@ class StillRender {
   media::PictureLimits Limits() const { return {.maxPixels = arguments_.maxPixels}; }
   media::ReadChoice LayerChoice() const;
   media::ReadChoice Choice() const;
-  void RenderPicture(media::PictureReader& reader, const media::ReadChoice& choice,
-                     const StillTaker& take);
+  void RenderPicture(const StillSource& read, const StillTaker& take);
   void RenderPages(media::PictureReader& reader, const std::filesystem::path& file);
-  media::Picture ReadInput(media::PictureReader& reader, const media::ReadChoice& choice);
+  media::Picture ReadInput(const StillSource& read);
   void ReadLayer(bool deep);
   void TellClipping(const media::Picture& picture, const media::Given& given);
   media::WriteOrder Order();
