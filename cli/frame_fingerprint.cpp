@@ -77,6 +77,22 @@ media::Fingerprint FingerprintOf(const RenderArguments& arguments, const FrameJo
   return fingerprint;
 }
 
+media::Fingerprint VideoFrameFingerprintOf(const RenderArguments& arguments, const FrameJob& job,
+                                           const look::Settings& settings,
+                                           const VideoContents& contents,
+                                           const std::string& effect) {
+  media::Fingerprint fingerprint;
+  fingerprint.effect = effect;
+  fingerprint.input = contents.input;
+  fingerprint.layer = contents.layer;
+  fingerprint.settings =
+      media::HashOfText(ValuesAsText(settings) + OptionsAsText(arguments, job.black) +
+                        "frame of a video " + std::to_string(job.frame) + "\n");
+  fingerprint.inputFile = SeenFrom(job.output, job.input);
+  fingerprint.layerFile = SeenFrom(job.output, job.layer);
+  return fingerprint;
+}
+
 media::Fingerprint VideoFingerprintOf(const RenderArguments& arguments,
                                       const look::Settings& settings, const VideoContents& contents,
                                       const std::string& effect) {

@@ -23,6 +23,12 @@ struct VideoContents {
   std::string layer;  // empty: none, or it is told with the input
 };
 
+// Of a picture that is rendered from the job's frame of a video, with the frame's own settings.
+media::Fingerprint VideoFrameFingerprintOf(const RenderArguments& arguments, const FrameJob& job,
+                                           const look::Settings& settings,
+                                           const VideoContents& contents,
+                                           const std::string& effect);
+
 // Of the video that these arguments render, with the settings as they are before they are fitted.
 media::Fingerprint VideoFingerprintOf(const RenderArguments& arguments,
                                       const look::Settings& settings, const VideoContents& contents,

@@ -179,9 +179,11 @@ void RunRender(const RenderArguments& arguments) {
                                            : static_cast<int>(std::thread::hardware_concurrency());
   RenderArguments possible = arguments;
   possible.threads = CountPossibleThreads(wanted);
-  const bool video = !IsSequenceName(arguments.input) && IsVideoJob(possible);
-  const bool sequence = !video && MeansSequence(arguments);
+  const bool videoFrames = IsVideoToSequence(possible);
+  const bool video = !videoFrames && !IsSequenceName(arguments.input) && IsVideoJob(possible);
+  const bool sequence = videoFrames || (!video && MeansSequence(arguments));
   ChooseParts(sequence, possible);
+  if (videoFrames) return RenderVideoAsSequence(possible);
   if (sequence && media::IsVideoName(arguments.output) && !IsSequenceName(arguments.output)) {
     RefuseForSequenceVideo(possible.frames);
     RenderSequenceAsVideo(possible);

@@ -12,6 +12,7 @@
 #include "cli/video_crew.h"
 #include "cli/video_facts.h"
 #include "cli/video_output.h"
+#include "cli/video_range.h"
 #include "cli/video_record.h"
 #include "cli/video_shot.h"
 #include "cli/video_telling.h"
@@ -39,7 +40,9 @@ class VideoJob {
 
  private:
   void RunOrThrow() {
-    shot_.emplace(arguments_, panel_, telling_.GetNotes());
+    CheckVideoOptions(arguments_);
+    shot_.emplace(arguments_, ParseVideoRange(arguments_.frames.frames), panel_,
+                  telling_.GetNotes());
     const auto madeOf = [this] {
       const std::string layer = LayerPath(shot_->Settings());
       return VideoFingerprintOf(

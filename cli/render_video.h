@@ -12,6 +12,10 @@ namespace vitrell::cli {
 // kept, under a name that says so, when the rest cannot be read or a signal comes. Throws Failure.
 void RenderVideo(const RenderArguments& arguments);
 
+// Renders frames of the video INPUT into pictures, by default all of them under their numbers in
+// the video, from 0. Otherwise as RunSequence. Throws Failure.
+void RenderVideoAsSequence(const RenderArguments& arguments);
+
 // Renders the frames of a sequence into one video, at the rate of --fps. All have one size; what is
 // rendered before one that has another, or that cannot be read, is kept. Throws Failure.
 void RenderSequenceAsVideo(const RenderArguments& arguments);

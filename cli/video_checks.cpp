@@ -7,8 +7,10 @@
 #include <fstream>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "cli/failure.h"
+#include "cli/sequence_plan.h"
 #include "cli/video_range.h"
 #include "media/formats.h"
 #include "media/standard_streams.h"
@@ -84,6 +86,17 @@ void Refuse(bool given, const std::string& option) {
 
 }  // namespace
 
+bool IsVideoToSequence(const RenderArguments& arguments) {
+  const std::string& input = arguments.input;
+  if (!IsSequenceName(arguments.output) || media::IsVideoName(arguments.output)) return false;
+  if (IsSequenceName(input)) return false;
+  if (IsVideoHead(HeadOf(input))) return true;
+  // Not every container can be told by its first bytes.
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(input, ignored) && !IsPicture(input) &&
+         media::FormatToWrite(input) == nullptr;
+}
+
 bool IsVideoJob(const RenderArguments& arguments) {
   const bool toStandard = media::IsStandardStream(arguments.output);
   const bool toVideo = media::IsVideoName(arguments.output);
@@ -91,9 +104,10 @@ bool IsVideoJob(const RenderArguments& arguments) {
   if (toVideo) return fromVideo || !IsPicture(arguments.input);
   if (!fromVideo) return false;
   if (toStandard) return true;
-  throw Failure(kWrongUsage, media::ShownSource(arguments.input) +
-                                 ": is a video. Give OUTPUT the extension of one: " +
-                                 media::VideoExtensions() + ".");
+  throw Failure(kWrongUsage,
+                media::ShownSource(arguments.input) +
+                    ": is a video. Give OUTPUT the extension of one: " + media::VideoExtensions() +
+                    "; or write look.####.png for a picture of each frame.");
 }
 
 media::VideoEncoding VideoEncodingOf(const RenderArguments& arguments) {
@@ -109,16 +123,20 @@ media::VideoEncoding VideoEncodingOf(const RenderArguments& arguments) {
   return encoding;
 }
 
-void CheckVideoOptions(const RenderArguments& arguments) {
+void CheckVideoInput(const RenderArguments& arguments) {
   Refuse(!arguments.channels.empty(), "--channels");
   Refuse(!arguments.part.empty(), "--part");
   Refuse(!arguments.pages.empty(), "--pages");
-  Refuse(!arguments.encoding.compression.empty(), "--compression");
   const bool piped =
       media::IsStandardStream(arguments.input) || media::IsStandardStream(arguments.output);
   if (piped && !arguments.frames.existing.empty()) {
     throw Failure(kWrongUsage, "--existing: needs files; - is none. Leave the option out.");
   }
+}
+
+void CheckVideoOptions(const RenderArguments& arguments) {
+  CheckVideoInput(arguments);
+  Refuse(!arguments.encoding.compression.empty(), "--compression");
   ParseVideoRange(arguments.frames.frames);
   media::CheckVideoEncoding(arguments.output, VideoEncodingOf(arguments));
 }

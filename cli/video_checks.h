@@ -7,6 +7,9 @@
 
 namespace vitrell::cli {
 
+// INPUT is a video and OUTPUT a sequence of pictures.
+bool IsVideoToSequence(const RenderArguments& arguments);
+
 // OUTPUT has a video's extension and INPUT is no picture, or both are standard streams and a video
 // comes in. Throws Failure (wrong usage) where a video would have to become a picture.
 bool IsVideoJob(const RenderArguments& arguments);
@@ -14,8 +17,12 @@ bool IsVideoJob(const RenderArguments& arguments);
 // The options about the output's form.
 media::VideoEncoding VideoEncodingOf(const RenderArguments& arguments);
 
-// Refuses the options that are for pictures alone and forms that do not go together. Throws
+// Refuses the options that say which part of a picture to read, and --existing for pipes. Throws
 // Failure.
+void CheckVideoInput(const RenderArguments& arguments);
+
+// The same, and refuses options that are for written pictures and forms that do not go together.
+// Throws Failure.
 void CheckVideoOptions(const RenderArguments& arguments);
 
 }  // namespace vitrell::cli

@@ -25,7 +25,8 @@ int ExitCodeOf(int signal) { return signal == SIGKILL ? kTryLater : kFailed; }
 
 VideoCrew::VideoCrew(Order order, const MakeRender& makeRender) : order_(std::move(order)) {
   const int jobs = order_.jobs;
-  const int slots = jobs > 1 ? jobs * kSlotsOfJob : 1;
+  const bool alone = jobs <= 1 && !order_.apart;
+  const int slots = alone ? 1 : jobs * kSlotsOfJob;
   slots_.reserve(static_cast<std::size_t>(slots));
   for (int i = 0; i < slots; ++i) {
     slots_.push_back({media::SharedFrame(order_.size.width, order_.size.height),
@@ -33,7 +34,7 @@ VideoCrew::VideoCrew(Order order, const MakeRender& makeRender) : order_(std::mo
     free_.push_back(i);
   }
   places_.resize(slots_.size());
-  if (jobs <= 1) {
+  if (alone) {
     alone_ = makeRender(slots_, order_.threads);
     return;
   }
@@ -127,8 +128,20 @@ VideoCrew::Done VideoCrew::TakeOldest() {
   const auto index = static_cast<std::size_t>(slot);
   used_.pop_front();
   free_.push_back(slot);
-  return {*places_.at(index).answer,
-          slots_.at(index).rendered.As(media::RgbForm(order_.size.deep))};
+  const Place& place = places_.at(index);
+  return {*place.answer, slots_.at(index).rendered.As(media::RgbForm(order_.size.deep)), place.job};
+}
+
+bool VideoCrew::IsOldestGivenUp() const {
+  return stopped_ && !waiting_.empty() && waiting_.front() == used_.front();
+}
+
+VideoFrameJob VideoCrew::TakeBack() {
+  const int slot = used_.front();
+  used_.pop_front();
+  waiting_.pop_front();
+  free_.push_back(slot);
+  return places_.at(static_cast<std::size_t>(slot)).job;
 }
 
 void VideoCrew::Stop() {

@@ -1,10 +1,11 @@
 // The frames of a video on their way through the effect: several at once, taken out in the order in
 // which they were put in.
 //
-// One job alone is done in this process, which needs no other then. Several have a process each:
-// the effect's lock is part of what it is. The processes are forked when the first frame is decoded
-// and before any codec works on several threads: size and depth of the shared memory are known by
-// then, and a fork beside other threads would leave locks that nobody opens.
+// One job alone is done in this process, which needs no other then, unless the order says so.
+// Several have a process each: the effect's lock is part of what it is. The processes are forked
+// when the first frame is decoded and before any codec works on several threads: size and depth of
+// the shared memory are known by then, and a fork beside other threads would leave locks that
+// nobody opens.
 #ifndef VITRELL_CLI_VIDEO_CREW_H_
 #define VITRELL_CLI_VIDEO_CREW_H_
 
@@ -31,7 +32,8 @@ class VideoCrew {
     std::string name;  // of the input, as messages show it
     VideoSize size;
     int jobs = 1;
-    int threads = 1;  // of all
+    int threads = 1;     // of all
+    bool apart = false;  // one job has a process of its own, too
   };
 
   // Forks, if there are several jobs: the process may have no other thread. Throws Failure (try
@@ -56,11 +58,16 @@ class VideoCrew {
   struct Done {
     VideoFrameAnswer answer;
     media::FrameHandle rendered;  // until the next frame is put in
+    VideoFrameJob job;
   };
   Done TakeOldest();
 
   // Asks the workers to give up their frames.
   void Stop();
+  // Whether no worker will have the oldest frame any more, nor those behind it: after Stop, and
+  // after a worker died. TakeBack removes it.
+  bool IsOldestGivenUp() const;
+  VideoFrameJob TakeBack();
 
  private:
   struct Place {

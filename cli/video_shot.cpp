@@ -12,9 +12,7 @@
 #include "cli/interrupt.h"
 #include "cli/preset_width.h"
 #include "cli/render_checks.h"
-#include "cli/video_checks.h"
 #include "cli/video_keys.h"
-#include "cli/video_range.h"
 #include "media/standard_streams.h"
 #include "media/video_colours.h"
 #include "media/video_input.h"
@@ -30,7 +28,6 @@ namespace {
 constexpr std::int64_t kMostFrames = 1'000'000'000;
 
 media::VideoReader OpenReader(const RenderArguments& arguments) {
-  CheckVideoOptions(arguments);
   return media::VideoReader(arguments.input,
                             media::VideoReadOptions{arguments.maxPixels, &InterruptFlag()});
 }
@@ -43,10 +40,11 @@ look::Settings SettingsFor(const media::VideoReader& reader, const look::Panel& 
 
 }  // namespace
 
-VideoShot::VideoShot(RenderArguments& arguments, const look::Panel& panel, Notes& notes)
+VideoShot::VideoShot(RenderArguments& arguments, const media::VideoRange& range,
+                     const look::Panel& panel, Notes& notes)
     : arguments_(arguments),
       reader_(OpenReader(arguments)),
-      frames_(reader_, ParseVideoRange(arguments.frames.frames)),
+      frames_(reader_, range),
       settings_(SettingsFor(reader_, panel, arguments.effect)) {
   PrepareLayer(arguments.customLayer, settings_, notes);
   CheckNames(arguments, LayerPath(settings_));

@@ -21,8 +21,10 @@ namespace vitrell::cli {
 class VideoShot : public VideoSource {
  public:
   // Opens INPUT, whose rate and length take the place of --fps and --length in the arguments, and
-  // checks names and settings. The arguments must outlive it. Throws Failure.
-  VideoShot(RenderArguments& arguments, const look::Panel& panel, Notes& notes);
+  // checks names and settings. Frames outside the range are not given. The arguments must outlive
+  // it. Throws Failure.
+  VideoShot(RenderArguments& arguments, const media::VideoRange& range, const look::Panel& panel,
+            Notes& notes);
 
   // Decodes the first frame to render, on which size, depth and fitted presets depend. Throws
   // Failure, also where there is none.

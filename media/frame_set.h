@@ -26,6 +26,8 @@ class FrameSet {
   void Add(std::int64_t frame);
 
   bool IsEmpty() const { return ranges_.empty(); }
+  // Whether no frame is followed by one that is not above it.
+  bool IsAscending() const { return ascending_; }
   // A frame that is in several ranges counts once, at its first place.
   std::int64_t Size() const;
   bool Contains(std::int64_t frame) const;
