@@ -69,7 +69,6 @@ media::Fingerprint FingerprintOf(const RenderArguments& arguments, const FrameJo
   media::Fingerprint fingerprint;
   fingerprint.effect = effect;
   fingerprint.input = media::HashOfFile(job.input);
-  if (!job.layer.empty()) fingerprint.layer = media::HashOfFile(job.layer);
   fingerprint.settings = media::HashOfText(ValuesAsText(SettingsAt(settings, arguments.effect)) +
                                            OptionsAsText(arguments, job.black));
   fingerprint.inputFile = SeenFrom(job.output, job.input);
@@ -78,13 +77,11 @@ media::Fingerprint FingerprintOf(const RenderArguments& arguments, const FrameJo
 }
 
 media::Fingerprint VideoFrameFingerprintOf(const RenderArguments& arguments, const FrameJob& job,
-                                           const look::Settings& settings,
-                                           const VideoContents& contents,
+                                           const look::Settings& settings, const std::string& video,
                                            const std::string& effect) {
   media::Fingerprint fingerprint;
   fingerprint.effect = effect;
-  fingerprint.input = contents.input;
-  fingerprint.layer = contents.layer;
+  fingerprint.input = video;
   fingerprint.settings =
       media::HashOfText(ValuesAsText(settings) + OptionsAsText(arguments, job.black) +
                         "frame of a video " + std::to_string(job.frame) + "\n");

@@ -12,7 +12,7 @@
 
 namespace vitrell::cli {
 
-// Of the frame that these arguments render. Reads the input and the layer, whose contents count.
+// Of the frame that these arguments render, but for the layer's contents. Reads the input.
 // Throws Failure.
 media::Fingerprint FingerprintOf(const RenderArguments& arguments, const FrameJob& job,
                                  const look::Settings& settings, const std::string& effect);
@@ -23,10 +23,10 @@ struct VideoContents {
   std::string layer;  // empty: none, or it is told with the input
 };
 
-// Of a picture that is rendered from the job's frame of a video, with the frame's own settings.
+// Of a picture that is rendered from the job's frame of a video, with the frame's own settings; but
+// for the layer's contents. `video` is the hash of that.
 media::Fingerprint VideoFrameFingerprintOf(const RenderArguments& arguments, const FrameJob& job,
-                                           const look::Settings& settings,
-                                           const VideoContents& contents,
+                                           const look::Settings& settings, const std::string& video,
                                            const std::string& effect);
 
 // Of the video that these arguments render, with the settings as they are before they are fitted.

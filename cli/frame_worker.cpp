@@ -71,7 +71,13 @@ void FrameWorker::RenderStill(const FrameJob& job, const FrameSource& source,
   report.threads = arguments.threads;
   const StepClock clock;
   StillRender still(arguments, host_, settings, bar, notes, report,
-                    {job.black, fingerprint ? fingerprint->Text() : "", {}, source.read});
+                    {job.black,
+                     fingerprint ? fingerprint->Text() : "",
+                     {},
+                     source.read,
+                     [&](const std::string& file, Notes& told) {
+                       return layers_.Read(file, LayerFrameOf(job), told);
+                     }});
   try {
     still.Run(job.input);
     if (fingerprint && !arguments.dryRun && !media::HoldsFingerprint(job.output)) {
@@ -90,13 +96,21 @@ void FrameWorker::RenderStill(const FrameJob& job, const FrameSource& source,
   if (wishes_.reports) answer.report = ReportAsJson(report, notes.All());
 }
 
+void FrameWorker::AddLayer(const FrameJob& job, media::Fingerprint& fingerprint) {
+  fingerprint.layer = layers_.HashOf(job.layer);
+  if (!layers_.IsVideo(job.layer)) return;
+  fingerprint.settings =
+      media::HashOfText(fingerprint.settings + " layer " + std::to_string(LayerFrameOf(job)));
+}
+
 void FrameWorker::RenderOrThrow(const FrameJob& job, const FrameSource& source,
                                 FrameAnswer& answer) {
   ThrowIfInterrupted();
   CheckFolders(job);
   look::Settings settings = source.settings();
   CheckFiles(ArgumentsFor(job), job.layer);
-  const std::optional<media::Fingerprint> fingerprint = source.fingerprint(settings);
+  std::optional<media::Fingerprint> fingerprint = source.fingerprint(settings);
+  if (fingerprint) AddLayer(job, *fingerprint);
   std::error_code ignored;
   if (fingerprint && wishes_.skips && fs::exists(job.output, ignored)) {
     answer.again = WhyAgain(job, *fingerprint);

@@ -2,6 +2,7 @@
 #ifndef VITRELL_CLI_FRAME_WORKER_H_
 #define VITRELL_CLI_FRAME_WORKER_H_
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "cli/arguments.h"
 #include "cli/frame_job.h"
+#include "cli/layer_frames.h"
 #include "headless/effect_host.h"
 #include "look/settings.h"
 #include "media/fingerprint.h"
@@ -21,6 +23,7 @@ struct FrameWishes {
   bool skips = false;    // a frame that is there, whole and made of the same, stays
   std::string effect;    // its name and version, for fingerprints
   media::Sidecar* sidecar = nullptr;
+  std::int64_t firstFrame = 0;  // with which the first one of a video as layer goes
 };
 
 // Of a frame that is no file of its own.
@@ -41,7 +44,8 @@ class FrameWorker {
       : arguments_(std::move(arguments)),
         host_(host),
         settings_(settings),
-        wishes_(std::move(wishes)) {}
+        wishes_(std::move(wishes)),
+        layers_(arguments_) {}
 
   // From the job's input. Never throws: what goes wrong is in the answer.
   FrameAnswer Render(const FrameJob& job) noexcept;
@@ -53,7 +57,10 @@ class FrameWorker {
   std::string WhyAgain(const FrameJob& job, const media::Fingerprint& wanted) const;
   void RenderStill(const FrameJob& job, const FrameSource& source, look::Settings& settings,
                    const std::optional<media::Fingerprint>& fingerprint, FrameAnswer& answer);
+  // Tells in the fingerprint which layer the frame has.
+  void AddLayer(const FrameJob& job, media::Fingerprint& fingerprint);
   void RenderOrThrow(const FrameJob& job, const FrameSource& source, FrameAnswer& answer);
+  std::int64_t LayerFrameOf(const FrameJob& job) const { return job.frame - wishes_.firstFrame; }
   RenderArguments ArgumentsFor(const FrameJob& job) const;
   look::Settings SettingsFor(const FrameJob& job) const;
 
@@ -61,6 +68,7 @@ class FrameWorker {
   headless::EffectHost& host_;
   const look::Settings& settings_;
   FrameWishes wishes_;
+  LayerFrames layers_;
 };
 
 }  // namespace vitrell::cli

@@ -12,6 +12,7 @@
 #include "cli/failure.h"
 #include "cli/frame_fingerprint.h"
 #include "cli/job_count.h"
+#include "cli/layer_frames.h"
 #include "cli/preset_width.h"
 #include "cli/render_checks.h"
 #include "cli/render_video.h"
@@ -91,11 +92,12 @@ class SequenceVideoJob {
 
   // And which values they have, for that is told by their numbers.
   std::string HashOfFrames() {
-    std::string text = "rate " + look::FormatNumber(arguments_.effect.framesPerSecond) + "\n";
+    std::string text = "rate " + look::FormatNumber(arguments_.effect.framesPerSecond) + "\nfrom " +
+                       std::to_string(plan_->FirstFrame()) + "\n";
+    LayerFrames layers(arguments_);
     while (const std::optional<FrameJob> job = plan_->Next()) {
       text += std::to_string(job->frame) + " " + media::HashOfFile(job->input) +
-              (job->black ? " black " : " ") +
-              (job->layer.empty() ? "" : media::HashOfFile(job->layer)) + "\n";
+              (job->black ? " black " : " ") + layers.HashOf(job->layer) + "\n";
     }
     plan_->Rewind();
     return media::HashOfText(text);
@@ -134,8 +136,8 @@ class SequenceVideoJob {
                     [this](const std::vector<VideoSlot>& slots, int threads) {
                       RenderArguments own = arguments_;
                       own.threads = threads;
-                      const auto frames =
-                          std::make_shared<StillFrames>(own, *host_, settings_, shape_.size, slots);
+                      const auto frames = std::make_shared<StillFrames>(
+                          own, *host_, settings_, plan_->FirstFrame(), shape_.size, slots);
                       return [frames](const VideoFrameJob& job) { return frames->Render(job); };
                     });
     }

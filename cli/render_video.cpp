@@ -5,10 +5,10 @@
 #include <optional>
 #include <string>
 
-#include "cli/custom_layer.h"
 #include "cli/effect_finder.h"
 #include "cli/frame_fingerprint.h"
 #include "cli/job_count.h"
+#include "cli/layer_frames.h"
 #include "cli/video_crew.h"
 #include "cli/video_facts.h"
 #include "cli/video_output.h"
@@ -44,11 +44,9 @@ class VideoJob {
     shot_.emplace(arguments_, ParseVideoRange(arguments_.frames.frames), panel_,
                   telling_.GetNotes());
     const auto madeOf = [this] {
-      const std::string layer = LayerPath(shot_->Settings());
-      return VideoFingerprintOf(
-          arguments_, shot_->Settings(),
-          {media::HashOfFile(arguments_.input), layer.empty() ? "" : media::HashOfFile(layer)},
-          EffectVersion(*host_));
+      return VideoFingerprintOf(arguments_, shot_->Settings(),
+                                {media::HashOfFile(arguments_.input), shot_->HashOfLayer()},
+                                EffectVersion(*host_));
     };
     if (record_.IsThereAlready(madeOf, telling_.GetNotes())) {
       telling_.TellSkipped();
@@ -97,9 +95,9 @@ class VideoJob {
 
   // The workers read it for themselves.
   void TellLayer() {
-    const std::string path = LayerPath(shot_->Settings());
+    const std::string path = shot_->LayerOf(0);
     if (path.empty()) return;
-    const media::Picture picture = ReadLayer(arguments_, path);
+    const media::Picture picture = LayerFrames(arguments_).Read(path, 0, telling_.GetNotes());
     telling_.GetNotes().TellAll(picture.notices);
     telling_.GetReport().layer = {path, std::string(picture.format->name), picture.spec};
   }

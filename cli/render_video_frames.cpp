@@ -49,7 +49,7 @@ class VideoFramesJob {
   void Run() {
     CheckTargets();
     shot_.emplace(arguments_, RangeOf(plan_), panel_, notes_);
-    FindContents();
+    HashInput();
     effectVersion_ = EffectVersion(*host_);
     sidecar_.emplace(plan_.Output());
     WatchSignalsForWorkers();
@@ -76,8 +76,8 @@ class VideoFramesJob {
   }
 
   // A pipe cannot be gone through twice.
-  void FindContents() {
-    if (!IsPiped()) contents_ = VideoContents{media::HashOfFile(arguments_.input), {}};
+  void HashInput() {
+    if (!IsPiped()) hash_ = media::HashOfFile(arguments_.input);
   }
 
   void ReadFirst() {
@@ -96,20 +96,20 @@ class VideoFramesJob {
     const VideoSize size{shot_->Width(), shot_->Height(), shot_->IsDeep()};
     frames_ = plan_.Size(shot_->Reader().ExpectedFrames());
     jobs_ = CountJobs(arguments_, frames_, [&] { return VideoCrew::BytesOfJob(size); });
-    crew_.emplace(
-        VideoCrew::Order{shot_->Name(), size, jobs_, arguments_.threads, true},
-        [this](const std::vector<VideoSlot>& slots, int threads) {
-          RenderArguments own = arguments_;
-          own.threads = threads;
-          own.force = MayReplaceFrames(arguments_);
-          own.report.clear();
-          own.savePreset.clear();
-          const FrameWishes wishes{!arguments_.report.empty(), arguments_.frames.existing == "skip",
-                                   effectVersion_, &*sidecar_};
-          const auto pictures =
-              std::make_shared<VideoPictures>(own, *host_, *shot_, slots, wishes, contents_);
-          return [pictures](const VideoFrameJob& job) { return pictures->Render(job); };
-        });
+    crew_.emplace(VideoCrew::Order{shot_->Name(), size, jobs_, arguments_.threads, true},
+                  [this](const std::vector<VideoSlot>& slots, int threads) {
+                    RenderArguments own = arguments_;
+                    own.threads = threads;
+                    own.force = MayReplaceFrames(arguments_);
+                    own.report.clear();
+                    own.savePreset.clear();
+                    const FrameWishes wishes{!arguments_.report.empty(),
+                                             arguments_.frames.existing == "skip", effectVersion_,
+                                             &*sidecar_};
+                    const auto pictures =
+                        std::make_shared<VideoPictures>(own, *host_, *shot_, slots, wishes, hash_);
+                    return [pictures](const VideoFrameJob& job) { return pictures->Render(job); };
+                  });
     shot_->Reader().UseThreads(arguments_.threads);
   }
 
@@ -130,7 +130,7 @@ class VideoFramesJob {
   ProgressBar noBar_{false};
   Notes notes_{arguments_.quiet, arguments_.strict, noBar_};
   std::optional<VideoShot> shot_;
-  std::optional<VideoContents> contents_;
+  std::optional<std::string> hash_;
   std::string effectVersion_;
   std::optional<media::Sidecar> sidecar_;
   std::int64_t frames_ = 0;

@@ -57,6 +57,7 @@ class SequenceJob {
       arguments_.effect.length =
           static_cast<double>(std::max<std::int64_t>(plan.LastFrame() + 1, 1));
     }
+    firstFrame_ = plan.FirstFrame();
     CheckTargets(plan);
     RefuseMissing(plan);
     for (const std::string& advice : plan.Advice()) notes.Advise(advice);
@@ -111,7 +112,7 @@ class SequenceJob {
     arguments.savePreset.clear();
     media::SetLibraryThreads(arguments.threads);
     const FrameWishes wishes{!arguments_.report.empty(), arguments_.frames.existing == "skip",
-                             effectVersion_, &*sidecar_};
+                             effectVersion_, &*sidecar_, firstFrame_};
     const auto frames = std::make_shared<FrameWorker>(arguments, *host_, settings_, wishes);
     return [frames](const std::string& job) { return Pack(frames->Render(UnpackJob(job))); };
   }
@@ -144,6 +145,7 @@ class SequenceJob {
   std::string layer_;
   std::string effectVersion_;
   std::optional<media::Sidecar> sidecar_;
+  std::int64_t firstFrame_ = 0;
   int jobs_ = 1;
   SequenceTally tally_{!arguments_.report.empty()};
 };

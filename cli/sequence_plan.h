@@ -49,6 +49,9 @@ class SequencePlan {
   const media::FrameSet& Missing() const { return missing_; }
   // Whether the missing ones get no job.
   bool LeavesMissingOut() const { return leaveOut_; }
+  // The first frame that there is of the input, whatever is rendered of it; of one picture the
+  // first that is rendered.
+  std::int64_t FirstFrame() const { return input_ ? found_.Smallest() : frames_.Smallest(); }
   // The last frame of the whole sequence, whatever the part.
   std::int64_t LastFrame() const { return frames_.Largest(); }
   // Throws Failure if frames are missing and --missing is fail.

@@ -84,13 +84,15 @@ StillShape LookAtStill(const RenderArguments& arguments, headless::EffectHost& h
 }
 
 StillFrames::StillFrames(RenderArguments arguments, headless::EffectHost& host,
-                         const look::Settings& settings, const VideoSize& size,
-                         const std::vector<VideoSlot>& slots)
+                         const look::Settings& settings, std::int64_t firstFrame,
+                         const VideoSize& size, const std::vector<VideoSlot>& slots)
     : arguments_(std::move(arguments)),
       host_(host),
       settings_(settings),
       size_(size),
-      slots_(slots) {
+      slots_(slots),
+      firstFrame_(firstFrame),
+      layers_(arguments_) {
   arguments_.depth = size.deep ? "16" : "8";
 }
 
@@ -129,7 +131,11 @@ void StillFrames::RenderOrThrow(const VideoFrameJob& job, Notes& notes, VideoFra
     }
     Take(picture, given, result, job, answer);
   };
-  StillRender(arguments, host_, settings, noBar, notes, report, {job.still.black, {}, take})
+  const auto layer = [&](const std::string& file, Notes& told) {
+    return layers_.Read(file, job.still.frame - firstFrame_, told);
+  };
+  StillRender(arguments, host_, settings, noBar, notes, report,
+              {job.still.black, {}, take, {}, layer})
       .Run(job.still.input);
   answer.readSeconds = report.readSeconds;
   answer.effectSeconds = report.effectSeconds;

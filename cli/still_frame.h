@@ -2,11 +2,13 @@
 #ifndef VITRELL_CLI_STILL_FRAME_H_
 #define VITRELL_CLI_STILL_FRAME_H_
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "cli/arguments.h"
+#include "cli/layer_frames.h"
 #include "cli/notes.h"
 #include "cli/video_frame.h"
 #include "headless/effect_host.h"
@@ -30,9 +32,10 @@ StillShape LookAtStill(const RenderArguments& arguments, headless::EffectHost& h
 
 class StillFrames {
  public:
-  // The arguments' names are those of the sequences. The others must outlive it.
+  // The arguments' names are those of the sequences. With the first frame goes that of a video as
+  // layer. The others must outlive it.
   StillFrames(RenderArguments arguments, headless::EffectHost& host, const look::Settings& settings,
-              const VideoSize& size, const std::vector<VideoSlot>& slots);
+              std::int64_t firstFrame, const VideoSize& size, const std::vector<VideoSlot>& slots);
 
   // Reads the job's picture and puts what the effect makes of it into the slot. Never throws: what
   // goes wrong is in the answer.
@@ -51,6 +54,8 @@ class StillFrames {
   const look::Settings& settings_;
   VideoSize size_;
   const std::vector<VideoSlot>& slots_;
+  std::int64_t firstFrame_;
+  LayerFrames layers_;
 };
 
 }  // namespace vitrell::cli

@@ -6,6 +6,7 @@
 #include "cli/commands.h"
 #include "cli/custom_layer.h"
 #include "cli/interrupt.h"
+#include "cli/layer_frames.h"
 #include "cli/preset_width.h"
 #include "media/original_rows.h"
 #include "media/pages.h"
@@ -126,14 +127,9 @@ void StillRender::TellClipping(const media::Picture& picture, const media::Given
               " pixels had values outside black to white and were clipped.");
 }
 
-media::ReadChoice StillRender::LayerChoice() const {
+media::ReadChoice StillRender::Choice() const {
   media::ReadChoice choice;
   choice.autoOrient = !arguments_.noAutoOrient;
-  return choice;
-}
-
-media::ReadChoice StillRender::Choice() const {
-  media::ReadChoice choice = LayerChoice();
   choice.channels = arguments_.channels;
   choice.part = arguments_.part;
   choice.alpha = AlphaOf(arguments_.alpha);
@@ -144,7 +140,8 @@ media::ReadChoice StillRender::Choice() const {
 void StillRender::ReadLayer(bool deep) {
   const std::string path = LayerPath(settings_);
   if (path.empty() || (layer_ && layer_->world.Deep() == deep)) return;
-  const media::Picture picture = media::ReadPicture(path, FileStage(1), Limits(), LayerChoice());
+  const media::Picture picture =
+      wishes_.layer ? wishes_.layer(path, notes_) : LayerFrames(arguments_).Read(path, 0, notes_);
   report_.layer = FactsOf(picture, path);
   notes_.TellAll(picture.notices);
   layer_ = media::GiveToEffect(picture, deep);

@@ -31,12 +31,16 @@ using StillTaker = std::function<void(const media::Picture& input, const media::
 // Gives the picture to render.
 using StillSource = std::function<media::Picture()>;
 
+// Gives the picture of the custom layer that the settings name.
+using LayerSource = std::function<media::Picture(const std::string& file, Notes& notes)>;
+
 // What is wanted beside the arguments, for the frames of a sequence.
 struct StillWishes {
   bool black = false;            // the input's size and kind, but black and opaque
   std::string fingerprint = {};  // goes into the file, where its format has room; empty: none
   StillTaker take = {};          // in place of the output's file; empty: that is written
   StillSource read = {};         // in place of the input's file; empty: that is read
+  LayerSource layer = {};        // empty: the file, or the first frame of a video
 };
 
 // The steps of one render, in the order of the functions. The objects given must outlive it; the
@@ -58,7 +62,6 @@ class StillRender {
  private:
   media::FileProgress FileStage(int stage);
   media::PictureLimits Limits() const { return {.maxPixels = arguments_.maxPixels}; }
-  media::ReadChoice LayerChoice() const;
   media::ReadChoice Choice() const;
   void RenderPicture(const StillSource& read, const StillTaker& take);
   void RenderPages(media::PictureReader& reader, const std::filesystem::path& file);

@@ -86,15 +86,17 @@ void Refuse(bool given, const std::string& option) {
 
 }  // namespace
 
-bool IsVideoToSequence(const RenderArguments& arguments) {
-  const std::string& input = arguments.input;
-  if (!IsSequenceName(arguments.output) || media::IsVideoName(arguments.output)) return false;
-  if (IsSequenceName(input)) return false;
-  if (IsVideoHead(HeadOf(input))) return true;
+bool IsVideoFile(const std::string& name) {
+  if (IsVideoHead(HeadOf(name))) return true;
   // Not every container can be told by its first bytes.
   std::error_code ignored;
-  return std::filesystem::is_regular_file(input, ignored) && !IsPicture(input) &&
-         media::FormatToWrite(input) == nullptr;
+  return std::filesystem::is_regular_file(name, ignored) && !IsPicture(name) &&
+         media::FormatToWrite(name) == nullptr;
+}
+
+bool IsVideoToSequence(const RenderArguments& arguments) {
+  return IsSequenceName(arguments.output) && !media::IsVideoName(arguments.output) &&
+         !IsSequenceName(arguments.input) && IsVideoFile(arguments.input);
 }
 
 bool IsVideoJob(const RenderArguments& arguments) {

@@ -2,10 +2,15 @@
 #ifndef VITRELL_CLI_VIDEO_CHECKS_H_
 #define VITRELL_CLI_VIDEO_CHECKS_H_
 
+#include <string>
+
 #include "cli/arguments.h"
 #include "media/video_form.h"
 
 namespace vitrell::cli {
+
+// Whether a file, or standard input, is a video by its first bytes, or by what it is not.
+bool IsVideoFile(const std::string& name);
 
 // INPUT is a video and OUTPUT a sequence of pictures.
 bool IsVideoToSequence(const RenderArguments& arguments);

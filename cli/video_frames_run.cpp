@@ -132,7 +132,7 @@ void VideoFramesRun::EndReading() {
 void VideoFramesRun::PutIn(const FrameJob& wanted, const AVFrame* decoded) {
   VideoFrameJob job = frame_.job;
   job.still = wanted;
-  job.still.layer = layer_;
+  job.still.layer = shot_.LayerOf(job.number);
   crew_.PutIn(std::move(job), decoded);
   ++frames_;
 }
@@ -150,8 +150,7 @@ void VideoFramesRun::TakeAnswer() {
 
 void VideoFramesRun::Tell(const FrameJob& job, const FrameAnswer& answer) {
   const std::vector<Note> notes =
-      tally_.Add(job, answer,
-                 {{job.output, arguments_.output}, {layer_.empty() ? job.output : layer_, layer_}});
+      tally_.Add(job, answer, {{job.output, arguments_.output}, {job.layer, layer_}});
   for (const Note& note : notes) {
     if (arguments_.quiet || (arguments_.strict && note.kind != NoteKind::kAdvice)) continue;
     progress_.Say("note: " + note.text);

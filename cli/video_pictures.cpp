@@ -5,18 +5,17 @@
 
 #include "cli/custom_layer.h"
 #include "cli/still_render.h"
-#include "media/fingerprint.h"
 
 namespace vitrell::cli {
 
 VideoPictures::VideoPictures(const RenderArguments& arguments, headless::EffectHost& host,
                              const VideoShot& shot, const std::vector<VideoSlot>& slots,
-                             const FrameWishes& wishes, std::optional<VideoContents> contents)
+                             const FrameWishes& wishes, std::optional<std::string> video)
     : arguments_(arguments),
       shot_(shot),
       slots_(slots),
       effect_(wishes.effect),
-      contents_(std::move(contents)),
+      video_(std::move(video)),
       frames_(arguments, host, shot.Settings(), wishes),
       pictures_(arguments.input, arguments.threads) {}
 
@@ -36,10 +35,8 @@ VideoFrameAnswer VideoPictures::Render(const VideoFrameJob& job) noexcept {
   source.read = [&] { return Read(job); };
   source.settings = [&] { return SettingsOf(job); };
   source.fingerprint = [&](const look::Settings& settings) -> std::optional<media::Fingerprint> {
-    if (!contents_) return std::nullopt;
-    VideoContents contents = *contents_;
-    if (!job.still.layer.empty()) contents.layer = media::HashOfFile(job.still.layer);
-    return VideoFrameFingerprintOf(arguments_, job.still, settings, contents, effect_);
+    if (!video_) return std::nullopt;
+    return VideoFrameFingerprintOf(arguments_, job.still, settings, *video_, effect_);
   };
   VideoFrameAnswer answer;
   answer.frame = frames_.Render(job.still, source);

@@ -19,10 +19,10 @@ namespace vitrell::cli {
 class VideoPictures {
  public:
   // The arguments are those of a still but for the names, with the threads of this worker.
-  // `contents`: nothing for a pipe. The others must outlive it.
+  // `video` is its hash; nothing for a pipe. The others must outlive it.
   VideoPictures(const RenderArguments& arguments, headless::EffectHost& host, const VideoShot& shot,
                 const std::vector<VideoSlot>& slots, const FrameWishes& wishes,
-                std::optional<VideoContents> contents);
+                std::optional<std::string> video);
 
   // From the slot's decoded frame to the file that the job names. Never throws: what goes wrong is
   // in the answer.
@@ -36,7 +36,7 @@ class VideoPictures {
   const VideoShot& shot_;
   const std::vector<VideoSlot>& slots_;
   std::string effect_;
-  std::optional<VideoContents> contents_;
+  std::optional<std::string> video_;
   FrameWorker frames_;
   media::FramePictures pictures_;
 };

@@ -47,6 +47,7 @@ VideoShot::VideoShot(RenderArguments& arguments, const media::VideoRange& range,
       frames_(reader_, range),
       settings_(SettingsFor(reader_, panel, arguments.effect)) {
   PrepareLayer(arguments.customLayer, settings_, notes);
+  layers_ = LayerFiles(LayerPath(settings_));
   CheckNames(arguments, LayerPath(settings_));
   CheckFit(arguments, settings_);
   // A pipe cannot be gone through twice.
@@ -61,6 +62,8 @@ void VideoShot::ReadFirst(Notes& notes) {
   deep_ = arguments_.depth == "auto" ? media::IsDeep(static_cast<AVPixelFormat>(first_->format))
                                      : arguments_.depth == "16";
   FitPresets(arguments_.fit, Width(), settings_, notes);
+  const std::string advice = layers_.AdviceFor(LastExpected() + 1);
+  if (!advice.empty()) notes.Advise(advice);
 }
 
 void VideoShot::ThrowNoFrame() const {
@@ -69,6 +72,11 @@ void VideoShot::ThrowNoFrame() const {
   message += count == 0 ? "no frames" : "only " + std::to_string(count) + " frames";
   if (!reader_.Damage().empty()) message += "; it " + reader_.Damage();
   throw Failure(kFailed, message + (count == 0 ? ". Check the file." : ". Give other --frames."));
+}
+
+std::int64_t VideoShot::LastExpected() const {
+  const std::int64_t last = frames_.Range().last;
+  return last == media::VideoRange::kEnd ? reader_.ExpectedFrames() - 1 : last;
 }
 
 std::int64_t VideoShot::ExpectedFrames() const {
@@ -96,6 +104,7 @@ bool VideoShot::Next(VideoSourceFrame& frame) {
   frame.job.number = frames_.Number();
   frame.job.seconds = static_cast<double>(frame.decoded->pts - frames_.VideoBegin()) *
                       av_q2d(reader_.Stream().time_base);
+  frame.job.still.layer = LayerOf(frame.job.number);
   frame.marks = media::MakeFrame();
   if (av_frame_copy_props(frame.marks.get(), frame.decoded) < 0) throw std::bad_alloc();
   frame.packets = frames_.TakePackets();

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/arguments.h"
+#include "cli/layer_frames.h"
 #include "cli/notes.h"
 #include "cli/video_source.h"
 #include "look/settings.h"
@@ -51,16 +52,24 @@ class VideoShot : public VideoSource {
   // Whether the effect works with 16 bits.
   bool IsDeep() const { return deep_; }
 
+  // The file that is the custom layer of the video's frame with this number; empty: there is none.
+  std::string LayerOf(std::int64_t number) const { return layers_.FileOf(number); }
+  // Of all its files.
+  std::string HashOfLayer() const { return layers_.Hash(); }
+
   // The values at the video's frame with this number, from 0, so many seconds after the first.
   look::Settings SettingsAt(std::int64_t number, double seconds) const;
 
  private:
   [[noreturn]] void ThrowNoFrame() const;
+  // The number of the last frame that is rendered, as far as headers tell.
+  std::int64_t LastExpected() const;
 
   RenderArguments& arguments_;
   media::VideoReader reader_;
   media::VideoExcerpt frames_;
   look::Settings settings_;
+  LayerFiles layers_;
   look::TimeBase timeBase_;
   media::FrameHandle first_ = media::MakeFrame();
   media::FrameHandle next_ = media::MakeFrame();

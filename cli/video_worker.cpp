@@ -4,7 +4,6 @@
 #include <exception>
 #include <new>
 
-#include "cli/custom_layer.h"
 #include "cli/effect_run.h"
 #include "cli/failure.h"
 #include "cli/interrupt.h"
@@ -13,11 +12,9 @@
 #include "headless/host_error.h"
 
 namespace vitrell::cli {
-// What is to be told of the layer was told before the first frame.
+
 void VideoWorker::Prepare() {
   if (frames_) return;
-  const std::string layer = LayerPath(shot_.Settings());
-  if (!layer.empty()) layer_ = media::GiveToEffect(ReadLayer(arguments_, layer), shot_.IsDeep());
   try {
     frames_.emplace(shot_.Width(), shot_.Height(), shot_.IsDeep(), arguments_.threads);
   } catch (const headless::HostError& error) {
@@ -26,9 +23,18 @@ void VideoWorker::Prepare() {
   }
 }
 
+// What is to be told of a picture was told before the first frame.
+void VideoWorker::ReadLayerOf(const VideoFrameJob& job, Notes& notes) {
+  const std::string& file = job.still.layer;
+  if (file.empty() || (file == layerFile_ && !layers_.IsVideo(file))) return;
+  layer_ = media::GiveToEffect(layers_.Read(file, job.number, notes), shot_.IsDeep());
+  layerFile_ = file;
+}
+
 void VideoWorker::RenderOrThrow(const VideoFrameJob& job, Notes& notes, VideoFrameAnswer& answer) {
   ThrowIfInterrupted();
   Prepare();
+  ReadLayerOf(job, notes);
   const VideoSlot& slot = slots_.at(static_cast<std::size_t>(job.slot));
   StepClock clock;
   frames_->Give(*slot.decoded.As(job.form), shot_.Reader().Name());

@@ -3,10 +3,12 @@
 #define VITRELL_CLI_VIDEO_WORKER_H_
 
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "cli/arguments.h"
+#include "cli/layer_frames.h"
 #include "cli/notes.h"
 #include "cli/video_frame.h"
 #include "cli/video_shot.h"
@@ -22,7 +24,11 @@ class VideoWorker {
   // memory with the first frame.
   VideoWorker(RenderArguments arguments, headless::EffectHost& host, const VideoShot& shot,
               const std::vector<VideoSlot>& slots)
-      : arguments_(std::move(arguments)), host_(host), shot_(shot), slots_(slots) {}
+      : arguments_(std::move(arguments)),
+        host_(host),
+        shot_(shot),
+        slots_(slots),
+        layers_(arguments_) {}
 
   // From the slot's decoded frame to its rendered one. Never throws: what goes wrong is in the
   // answer.
@@ -30,6 +36,7 @@ class VideoWorker {
 
  private:
   void Prepare();
+  void ReadLayerOf(const VideoFrameJob& job, Notes& notes);
   void RenderOrThrow(const VideoFrameJob& job, Notes& notes, VideoFrameAnswer& answer);
 
   const RenderArguments arguments_;
@@ -37,7 +44,9 @@ class VideoWorker {
   const VideoShot& shot_;
   const std::vector<VideoSlot>& slots_;
   std::optional<media::FrameExchange> frames_;
+  LayerFrames layers_;
   std::optional<media::Given> layer_;
+  std::string layerFile_;  // of layer_
 };
 
 }  // namespace vitrell::cli
