@@ -51,9 +51,11 @@ void EffectRun::ThrowEffectFailure(const headless::RenderResult& rendered) const
   std::string message = media::ShownSource(arguments_.input) +
                         ": the effect could not render it: " + rendered.description + ". ";
   if (!rendered.message.empty()) message += "It says: " + rendered.message + " ";
-  message += rendered.error == PF_Err_OUT_OF_MEMORY ? "Use a smaller picture or smaller amounts."
-                                                    : "--verbose shows how far it came.";
-  throw Failure(kFailed, message);
+  const bool noMemory = rendered.error == PF_Err_OUT_OF_MEMORY;
+  message +=
+      noMemory ? "Use a smaller picture or smaller amounts." : "--verbose shows how far it came.";
+  // Frames beside this one may need less, later.
+  throw Failure(noMemory ? kTryLater : kFailed, message);
 }
 
 }  // namespace vitrell::cli

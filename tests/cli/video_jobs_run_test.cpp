@@ -109,7 +109,7 @@ TEST_F(VideoJobsRunTest, FailuresAndNotesAreThoseOfOneJob) {
     std::filesystem::remove(InFolder(output));
     EXPECT_EQ(Names(), std::vector<std::string>{"in.mkv"});
   };
-  expectSame("out.mkv", "0|=Copy; 3|=Out of Memory", 1, {}, "the effect could not render it");
+  expectSame("out.mkv", "0|=Copy; 3|=Out of Memory", 75, {}, "the effect could not render it");
   expectSame("out.mp4", "0|=Copy; 3|=Fade", 0, {}, "is laid over black");
   expectSame("out.mp4", "0|=Copy; 3|=Fade", 1, {"--strict"}, "is laid over black");
   expectSame("out.mkv", "0|=Copy; 3|=Keep", 0, {}, "the effect misbehaved");

@@ -185,6 +185,7 @@ TEST_F(VideoPicturesRunTest, FailuresAreThoseOfFrames) {
   };
   const ToolResult one = work("0|=Copy; 2|=Out of Memory; 3|=Copy", {"--keep-going"});
   EXPECT_NE(one.err.find("1 of 4 frames failed: 2."), std::string::npos) << one.err;
+  EXPECT_EQ(one.exitCode, 75);
   EXPECT_EQ(Out(), Files({0, 1, 3}));
   const ToolResult died = work("0|=Copy; 1|=Kill; 2|=Copy", {"--keep-going"});
   EXPECT_EQ(died.exitCode, 75) << died.err;
