@@ -3,6 +3,7 @@
 #define VITRELL_CLI_VIDEO_FRAME_PLAN_H_
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -36,7 +37,7 @@ class VideoFramePlan {
   media::FrameSet FindExisting();
 
  private:
-  static constexpr std::int64_t kOpen = INT64_MAX;
+  static constexpr std::int64_t kOpen = std::numeric_limits<std::int64_t>::max();
 
   void ChoosePart(const RenderArguments& arguments);
 
