@@ -69,6 +69,7 @@ class KeyTracks : public QWidget {
   std::optional<int> RowAt(double y) const;
   std::optional<Place> KeyAt(const QPointF& position) const;
   void PaintRow(QPainter& painter, int row, int control, const look::Keys& keys) const;
+  void Tell(const std::map<int, look::Keys>& changed, EditPhase phase);
   void Shift(const Drag& drag, EditPhase phase);
   void ChooseRow(int step);
   void SelectNextKey(bool forward);

@@ -51,20 +51,29 @@ void KeyTracks::mouseReleaseEvent(QMouseEvent* event) {
   if (drag.shifted) Shift(drag, EditPhase::kDone);
 }
 
+// Rows that change together are one step.
+void KeyTracks::Tell(const std::map<int, look::Keys>& changed, EditPhase phase) {
+  for (auto row = changed.begin(); row != changed.end(); ++row) {
+    const bool isLast = std::next(row) == changed.end();
+    Q_EMIT KeysEdited(row->first, row->second, isLast ? phase : EditPhase::kDragging);
+  }
+}
+
 // Rows do not move on when a key of another one has reached the end of the clip.
 void KeyTracks::Shift(const Drag& drag, EditPhase phase) {
   double reach = drag.moved;
   for (const auto& [control, frames] : drag.selection) reach = ReachOf(frames, reach, base_);
+  std::map<int, look::Keys> changed;
   for (const auto& [control, frames] : drag.selection) {
     if (frames.empty()) continue;
     const look::Keys& before = drag.keys.at(control);
-    keys_[control] = drag.copy ? CopiedKeys(before, frames, reach, base_)
-                               : MovedKeys(before, frames, reach, base_);
+    changed[control] = keys_[control] = drag.copy ? CopiedKeys(before, frames, reach, base_)
+                                                  : MovedKeys(before, frames, reach, base_);
     KeyFrames moved;
     for (const double frame : frames) moved.insert(frame + reach);
     Select(control, moved);
-    Q_EMIT KeysEdited(control, keys_[control], phase);
   }
+  Tell(changed, phase);
 }
 
 void KeyTracks::MoveSelected(double frames, bool copy) {
@@ -72,21 +81,22 @@ void KeyTracks::MoveSelected(double frames, bool copy) {
 }
 
 void KeyTracks::DeleteSelected() {
-  const std::map<int, KeyFrames> selection = std::exchange(selection_, {});
-  for (const auto& [control, frames] : selection) {
-    Q_EMIT KeysEdited(control, RemainingKeys(keys_.at(control), frames, base_), EditPhase::kDone);
+  std::map<int, look::Keys> changed;
+  for (const auto& [control, frames] : std::exchange(selection_, {})) {
+    changed[control] = RemainingKeys(keys_.at(control), frames, base_);
   }
+  Tell(changed, EditPhase::kDone);
   update();
 }
 
 void KeyTracks::StretchSelected(look::Stretch stretch) {
-  // Showing the changed keys touches the selection.
-  const std::map<int, KeyFrames> selection = selection_;
-  for (const auto& [control, frames] : selection) {
+  std::map<int, look::Keys> changed;
+  for (const auto& [control, frames] : selection_) {
     const look::Control& named = panel_.controls.at(static_cast<std::size_t>(control));
-    const look::Keys changed = StretchedKeys(named, keys_.at(control), frames, stretch, base_);
-    if (changed != keys_.at(control)) Q_EMIT KeysEdited(control, changed, EditPhase::kDone);
+    look::Keys keys = StretchedKeys(named, keys_.at(control), frames, stretch, base_);
+    if (keys != keys_.at(control)) changed[control] = std::move(keys);
   }
+  Tell(changed, EditPhase::kDone);
 }
 
 void KeyTracks::keyPressEvent(QKeyEvent* event) {

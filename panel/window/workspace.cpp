@@ -143,15 +143,20 @@ void Workspace::ToggleKeys(int control) {
            EditPhase::kDone);
 }
 
-void Workspace::ShowControl(int control) {
+void Workspace::ShowControl(int control) { ShowControlOf(control, ShownSettings()); }
+
+void Workspace::ShowControlOf(int control, const look::Settings& shown) {
   const look::Control& changed = document_.Panel().controls.at(static_cast<std::size_t>(control));
-  controls_->ShowValue(control, ShownSettings().ValueOf(changed),
-                       document_.DiffersFromDefault(control), document_.KeysOf(control) != nullptr);
+  const look::Keys* const keys = document_.KeysOf(control);
+  controls_->ShowValue(control, shown.ValueOf(changed), document_.DiffersFromDefault(control),
+                       keys != nullptr);
+  time_->ShowKeys(control, keys == nullptr ? look::Keys() : *keys);
 }
 
 void Workspace::ShowAll() {
+  const look::Settings shown = ShownSettings();
   for (std::size_t i = 0; i < document_.Panel().controls.size(); ++i) {
-    ShowControl(static_cast<int>(i));
+    ShowControlOf(static_cast<int>(i), shown);
   }
   controls_->ShowGreyed(document_.Greyed());
   ShowHandles();

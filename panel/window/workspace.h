@@ -60,6 +60,7 @@ class Workspace : public QObject {
   void EditKeys(int control, const look::Keys& keys, EditPhase phase);
   void ToggleKeys(int control);
   void ShowControl(int control);
+  void ShowControlOf(int control, const look::Settings& shown);
   void ShowAll();
   void ShowHandles();
   void Render();

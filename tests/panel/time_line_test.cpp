@@ -120,6 +120,7 @@ TEST_F(TimeLineTest, AKeyIsDragged) {
   EXPECT_THAT(edits_, ElementsAre("lens.scale: 13=100; 20=200...", "lens.scale: 13=100; 20=200"));
 }
 
+// As one step: all but the last row say that more follows.
 TEST_F(TimeLineTest, SelectedKeysOfAllRowsMoveTogether) {
   PressMouse(Tracks(), Key("lens.scale", 20));
   ReleaseMouse(Tracks(), Key("lens.scale", 20));
@@ -127,8 +128,8 @@ TEST_F(TimeLineTest, SelectedKeysOfAllRowsMoveTogether) {
   ReleaseMouse(Tracks(), Key("intensity", 50));
   QTest::keyClick(Tracks(), Qt::Key_Right);
   QTest::keyClick(Tracks(), Qt::Key_Right);
-  EXPECT_THAT(edits_, ElementsAre("lens.scale: 10=100; 21=200", "intensity: 51=0; 60=100",
-                                  "lens.scale: 10=100; 22=200", "intensity: 52=0; 60=100"));
+  EXPECT_THAT(edits_, ElementsAre("lens.scale: 10=100; 21=200...", "intensity: 51=0; 60=100",
+                                  "lens.scale: 10=100; 22=200...", "intensity: 52=0; 60=100"));
 }
 
 TEST_F(TimeLineTest, AltCopies) {
