@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "headless/host_error.h"
-#include "look/value_text.h"
 #include "panel/model/world_image.h"
 
 namespace vitrell::panel {
@@ -17,15 +16,6 @@ constexpr milliseconds kRest{150};
 
 double SecondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-// The same text for the same picture of a source, and only for that.
-QString KeyOf(const RenderRequest& request) {
-  std::string key = std::to_string(request.index);
-  for (const look::Control& control : request.settings.GetPanel().controls) {
-    key += '\n' + look::FormatValue(control, request.settings.ValueOf(control));
-  }
-  return QString::fromStdString(key);
 }
 
 }  // namespace
@@ -90,7 +80,7 @@ std::optional<RenderWorker::Job> RenderWorker::WaitForJob() {
   std::unique_lock lock(mutex_);
   wake_.wait(lock, [this] { return ends_ || next_; });
   if (ends_) return {};
-  cache_.setMaxCost(static_cast<qsizetype>(cacheBytes_ / 1024));
+  store_.SetBudget(cacheBytes_);
   return std::exchange(next_, std::nullopt);
 }
 
@@ -136,9 +126,9 @@ void RenderWorker::Serve(FrameEffect& effect, const Job& job) {
     static_cast<void>(Render(effect, job, 1, true, std::move(answer)));
     return;
   }
-  if (QString key = KeyOf(job.request); key != previewed_) {
+  if (!store_.IsPreviewed(job.request)) {
     if (!Render(effect, job, divisor, true, answer)) return;
-    previewed_ = std::move(key);
+    store_.NotePreview(job.request);
   }
   const bool dragging = job.request.phase == EditPhase::kDragging;
   if (IsOutdated(job, dragging ? kRest : Clock::duration{})) return;
@@ -147,29 +137,21 @@ void RenderWorker::Serve(FrameEffect& effect, const Job& job) {
 
 bool RenderWorker::ReadFrame(const Job& job, RenderAnswer& answer) {
   const Clock::time_point start = Clock::now();
-  if (source_ != job.request.source) cache_.clear();
-  source_ = job.request.source;
   try {
-    answer.frame = job.request.source->Read(job.request.index);
+    answer.frame = store_.Read(job.request);
   } catch (const media::Failure& failure) {
     answer.message = QString::fromStdString(failure.what());
     Give(answer);
     return false;
   }
-  if (frame_ != answer.frame) {
-    frame_ = answer.frame;
-    before_ = ImageOf(frame_->world);
-    previewed_.clear();
-  }
-  answer.before = before_;
+  answer.before = store_.Before();
   answer.seconds = SecondsSince(start);
   return true;
 }
 
 bool RenderWorker::GiveCached(const Job& job, RenderAnswer answer) {
-  if (!job.request.source->IsClip() || job.request.wantMask) return false;
-  const CachedFrame* const found = cache_.object(KeyOf(job.request));
-  if (found == nullptr) return false;
+  const FrameStore::Rendered* const found = store_.Find(job.request);
+  if (found == nullptr || job.request.wantMask) return false;
   answer.exact = true;
   answer.world = found->world;
   answer.image = found->image;
@@ -207,17 +189,9 @@ bool RenderWorker::Render(FrameEffect& effect, const Job& job, int divisor, bool
   answer.message = outcome.message;
   answer.seconds += seconds;
   if (answer.exact) answer.world = outcome.world;
-  Remember(job, answer);
+  if (answer.world != nullptr) store_.Keep(job.request, {answer.world, answer.image});
   Give(std::move(answer));
   return true;
-}
-
-void RenderWorker::Remember(const Job& job, const RenderAnswer& answer) {
-  if (answer.world == nullptr || !job.request.source->IsClip()) return;
-  const qsizetype pixels = static_cast<qsizetype>(answer.frame->Width()) * answer.frame->Height();
-  const qsizetype bytes =
-      pixels * static_cast<qsizetype>(answer.world->PixelBytes() + sizeof(QRgb));
-  cache_.insert(KeyOf(job.request), new CachedFrame{answer.world, answer.image}, bytes / 1024 + 1);
 }
 
 }  // namespace vitrell::panel

@@ -2,8 +2,6 @@
 #ifndef VITRELL_PANEL_MODEL_RENDER_WORKER_H_
 #define VITRELL_PANEL_MODEL_RENDER_WORKER_H_
 
-#include <QCache>
-#include <QString>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -15,6 +13,7 @@
 #include <thread>
 
 #include "panel/model/frame_effect.h"
+#include "panel/model/frame_store.h"
 #include "panel/model/preview_budget.h"
 #include "panel/model/renderer.h"
 
@@ -53,10 +52,6 @@ class RenderWorker {
     bool quick = false;
     Clock::time_point start;
   };
-  struct CachedFrame {
-    std::shared_ptr<const headless::WorldBuffer> world;
-    QImage image;
-  };
 
   void Run(std::shared_ptr<const headless::EffectModule> module);
   // Nothing when the worker ends.
@@ -69,7 +64,6 @@ class RenderWorker {
   // True when the answer was given; false when a newer request came first, for which a quick
   // render does not stop at once.
   bool Render(FrameEffect& effect, const Job& job, int divisor, bool quick, RenderAnswer answer);
-  void Remember(const Job& job, const RenderAnswer& answer);
   void Give(RenderAnswer answer);
   // StopOutdated, with the lock.
   bool StopIfOutdated();
@@ -88,11 +82,7 @@ class RenderWorker {
 
   // The worker's own.
   PreviewBudget budget_;
-  std::shared_ptr<Source> source_;  // whose frames are cached
-  QString previewed_;               // the last small frame that was shown
-  std::shared_ptr<const SourceFrame> frame_;
-  QImage before_;
-  QCache<QString, CachedFrame> cache_;  // costs are KiB
+  FrameStore store_;
 
   std::thread thread_;
 };
