@@ -23,6 +23,7 @@ class VideoSource : public Source {
   explicit VideoSource(const std::filesystem::path& file)
       : file_(file), count_(std::max<std::int64_t>(1, media::CountVideoFrames(file))) {
     Rewind();
+    framesPerSecond_ = av_q2d(reader_->FrameRate());
   }
 
   const std::filesystem::path& Name() const override { return file_; }
@@ -46,7 +47,6 @@ class VideoSource : public Source {
   void Rewind() {
     reader_.emplace(file_, media::VideoReadOptions{});
     reader_->UseThreads(Threads());
-    framesPerSecond_ = av_q2d(reader_->FrameRate());
     next_ = 0;
   }
 
@@ -78,8 +78,8 @@ class VideoSource : public Source {
 
   std::filesystem::path file_;
   std::int64_t count_;
-  double framesPerSecond_ = 25;
-  std::mutex mutex_;
+  double framesPerSecond_ = 25;  // asked for without the lock while another thread reads
+  std::mutex mutex_;             // over what follows
   std::optional<media::VideoReader> reader_;
   media::FrameHandle decoded_ = media::MakeFrame();
   std::optional<media::FrameExchange> exchange_;
