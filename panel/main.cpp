@@ -1,7 +1,6 @@
 // `vitrell-panel [FILE]`.
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QIcon>
 #include <QMessageBox>
 #include <exception>
 #include <memory>
@@ -11,6 +10,7 @@
 #include "panel/model/places.h"
 #include "panel/window/desktop_colours.h"
 #include "panel/window/main_window.h"
+#include "panel/window/program_icon.h"
 
 namespace {
 
@@ -63,6 +63,9 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName("vitrell-panel");
   QApplication::setApplicationDisplayName("Vitrell");
   QApplication::setApplicationVersion(VITRELL_VERSION);
+  // What a desktop that shows no icons of windows looks it up by.
+  QApplication::setDesktopFileName("vitrell-panel");
+  QApplication::setWindowIcon(vitrell::panel::ProgramIcon());
   vitrell::media::CollectVideoMessages();
   try {
     return Run(application);

@@ -2,7 +2,8 @@
 # Uses the panel program as a person does: with a window manager, a real mouse and real keys, on a
 # display of its own.
 #
-#   scripts/test-panel.sh               opens a picture, drags the lens, types a value, renders
+#   scripts/test-panel.sh               opens a picture, drags the lens, types a value, renders; kills
+#                                       the program and takes its last state up; plays a clip
 #   scripts/test-panel.sh --pictures    also takes the pictures of docs/panel.md
 #   scripts/test-panel.sh --help
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -148,6 +149,21 @@ if [[ -n "$pictures" ]]; then
   take_picture panel
 fi
 
+say "Dragging the divider"
+key ctrl+1 ctrl+2
+sleep 1
+key d
+xdotool mousemove $((width / 2)) $((height * 3 / 4)) mousedown 1
+for step in $(seq 1 20); do
+  xdotool mousemove $((width / 2 - 12 * step)) $((height * 3 / 4))
+  sleep 0.02
+done
+xdotool mouseup 1
+sleep 1
+[[ -z "$pictures" ]] || take_picture panel-divider
+key d ctrl+1 ctrl+2
+sleep 1
+
 say "Saving the preset and rendering"
 key ctrl+shift+s
 answer_dialog 'Save Preset' "$work/look.json"
@@ -164,26 +180,42 @@ position="$(value_of "$work/look.json" lens.position)"
 cmp "$work/expected.png" "$work/shown.png" || fail "The panel renders something else."
 say "The lens is at $position; the file is what the command line renders."
 
-if [[ -n "$pictures" ]]; then
-  say "A clip, with a desktop that is dark"
-  kill "$panel" && wait "$panel" || true
-  rm -rf "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
-  mkdir -p "$XDG_CONFIG_HOME"
-  write_dark_colours >"$XDG_CONFIG_HOME/kdeglobals"
-  "$bin/tools/sample_picture/sample_picture" --opaque --width 960 --height 540 \
-    "$work/clip.####.png" --frames 50
-  cat >"$work/moving.json" <<<'{"lens.scale": "0=30; 25~=70; 49=30",
-    "lens.position": "0=25%,40%; 49~=75%,60%", "lens.feather": 60}'
-  XDG_CURRENT_DESKTOP=KDE KDE_SESSION_VERSION=5 start_panel "$work/clip.####.png" \
-    --preset "$work/moving.json"
-  await "the clip" window_named 'clip.####.png'
-  sleep 2
-  # The lens's scale and its curve, a later frame, the divider.
-  xdotool mousemove $((width * 85 / 100)) $((height * 29 / 100)) click 1
-  sleep 1
-  key Escape
-  xdotool mousemove $((width * 45 / 100)) $((height * 40 / 100)) click 2
-  key d
-  sleep 3
-  take_picture panel-clip
-fi
+say "Killing it, and taking up its last state"
+kill -KILL "$panel" && wait "$panel" || true
+start_panel
+key alt+r
+await "the picture of the last session" window_named 'street.png'
+sleep 1
+key ctrl+shift+s
+answer_dialog 'Save Preset' "$work/again.json"
+await "the preset" test -s "$work/again.json"
+cmp "$work/look.json" "$work/again.json" || fail "The last state is not what it was."
+key ctrl+q
+wait "$panel" || fail "The program does not close as it should."
+
+say "A clip, with a desktop that is dark"
+rm -rf "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
+mkdir -p "$XDG_CONFIG_HOME"
+write_dark_colours >"$XDG_CONFIG_HOME/kdeglobals"
+"$bin/tools/sample_picture/sample_picture" --opaque --width 960 --height 540 \
+  "$work/clip.####.png" --frames 50
+cat >"$work/moving.json" <<<'{"lens.scale": "0=30; 25~=70; 49=30",
+  "lens.position": "0=25%,40%; 49~=75%,60%", "lens.feather": 60}'
+XDG_CURRENT_DESKTOP=KDE KDE_SESSION_VERSION=5 start_panel "$work/clip.####.png" \
+  --preset "$work/moving.json"
+await "the clip" window_named 'clip.####.png'
+sleep 2
+# The lens's scale and its curve; then a part of the clip is played.
+xdotool mousemove $((width * 85 / 100)) $((height * 29 / 100)) click 1
+sleep 1
+key Escape p
+sleep 1
+take "$work/playing-1.png"
+sleep 0.5
+take "$work/playing-2.png"
+key p
+if cmp -s "$work/playing-1.png" "$work/playing-2.png"; then fail "The clip does not play."; fi
+sleep 3
+[[ -z "$pictures" ]] || take_picture panel-clip
+key ctrl+q
+wait "$panel" || fail "The program does not close as it should."

@@ -37,8 +37,8 @@ FileRender::~FileRender() {
   process_.waitForFinished();
 }
 
-void FileRender::Start(QStringList arguments, bool isSequence) {
-  if (isSequence) arguments.append({"--progress", "json"});
+void FileRender::Start(QStringList arguments, bool hasFrames) {
+  if (hasFrames) arguments << QStringList{"--progress", "json"};
   unread_.clear();
   said_.clear();
   cancelled_ = false;

@@ -131,6 +131,8 @@ void TimeLine::Go(int frame, EditPhase phase) {
   if (frame_ != before || phase == EditPhase::kDone) Q_EMIT FrameChosen(frame_, phase);
 }
 
+void TimeLine::Step(int frames) { Go(frame_ + frames, EditPhase::kDone); }
+
 // Of the chosen control, or of all when none is chosen that moves.
 void TimeLine::GoToKey(bool next) {
   KeyFrames frames;

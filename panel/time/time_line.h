@@ -53,6 +53,8 @@ class TimeLine : public QWidget {
   // From the frame shown to the end of the range, and again from its beginning, in the clip's own
   // time: frames are left out when the picture does not keep up.
   void Play(bool play);
+  // Ends playing; stops at the ends of the clip.
+  void Step(int frames);
 
  Q_SIGNALS:
   // kDragging while the ruler is scrubbed and while the clip plays, kDone when it rests.

@@ -32,11 +32,9 @@ void TimeLine::MakeTransport(QHBoxLayout* layout) {
   };
   add(QStyle::SP_MediaSkipBackward, tr("To the in point"),
       [this] { Go(first_, EditPhase::kDone); });
-  add(QStyle::SP_MediaSeekBackward, tr("One frame back"),
-      [this] { Go(frame_ - 1, EditPhase::kDone); });
+  add(QStyle::SP_MediaSeekBackward, tr("One frame back"), [this] { Step(-1); });
   play_ = add(QStyle::SP_MediaPlay, tr("Play"), [this] { Play(!IsPlaying()); });
-  add(QStyle::SP_MediaSeekForward, tr("One frame on"),
-      [this] { Go(frame_ + 1, EditPhase::kDone); });
+  add(QStyle::SP_MediaSeekForward, tr("One frame on"), [this] { Step(1); });
   add(QStyle::SP_MediaSkipForward, tr("To the out point"), [this] { Go(last_, EditPhase::kDone); });
   field_ = new QSpinBox(this);
   field_->setAccessibleName(tr("Frame"));

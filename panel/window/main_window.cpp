@@ -104,8 +104,10 @@ void MainWindow::SavePlaces() const {
 void MainWindow::TakeOpened(const OpenedSource& opened) {
   if (opened.source == nullptr) {
     TellProblem(opened.message);
+    TakeLostSettings(opened.file);
     return;
   }
+  const bool isFirst = work_->Shown() == nullptr;
   work_->Show(opened.source, opened.first);
   time_->setVisible(opened.source->IsClip());
   recent_->Add(std::filesystem::absolute(opened.file));
@@ -116,6 +118,10 @@ void MainWindow::TakeOpened(const OpenedSource& opened) {
                       .arg(opened.first->Height())
                       .arg(bits));
   thumbnails_.Make(opened.first, presets_->Presets());
+  // A preset that was loaded before could not be scaled to the picture.
+  const std::filesystem::path preset = work_->Edited().PresetFile();
+  if (isFirst && !preset.empty() && !work_->Edited().IsChanged()) LoadPreset(preset);
+  TakeLostSettings(opened.file);
   ShowTitle();
 }
 

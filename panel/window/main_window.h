@@ -6,6 +6,7 @@
 #include <QString>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "panel/model/opener.h"
 #include "panel/model/recovery.h"
@@ -40,6 +41,7 @@ class MainWindow : public QMainWindow {
   void Open(const std::filesystem::path& file);
   void LoadPreset(const std::filesystem::path& file);
   bool SavePreset(const std::filesystem::path& file);
+  // Replaces what is there.
   void RenderTo(const std::filesystem::path& output);
   // Offers what a program that ended too early left behind.
   void OfferLostSession();
@@ -58,6 +60,7 @@ class MainWindow : public QMainWindow {
   void MakeFileMenu();
   void MakeEditMenu();
   void MakeViewMenu();
+  void MakeTimeMenu();
   void MakeHelpMenu();
   void RestorePlaces();
   void SavePlaces() const;
@@ -75,10 +78,12 @@ class MainWindow : public QMainWindow {
   void AskAndSave();
   bool SaveBeforeClosing();
   void AskAndRender();
+  bool MayReplaceFrames(const QString& output);
   void CopyCommand();
   void TellAbout();
   QStringList ArgumentsFor(const std::filesystem::path& output);
   bool HasPicture();
+  void TakeLostSettings(const std::filesystem::path& opened);
 
   WindowOrder order_;
   std::unique_ptr<Workspace> work_;
@@ -89,6 +94,7 @@ class MainWindow : public QMainWindow {
   PresetDock* presets_;
   RecentFiles* recent_;
   RenderStrip* strip_;
+  std::optional<LostSession> lost_;  // that is being restored
   QLabel* facts_;
   QDockWidget* time_ = nullptr;
 };

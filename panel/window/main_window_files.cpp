@@ -1,16 +1,13 @@
 // Files in and out, and the end.
-#include <QApplication>
-#include <QClipboard>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QSettings>
-#include <QStatusBar>
+#include <utility>
 
 #include "media/failure.h"
-#include "panel/model/command_text.h"
 #include "panel/model/places.h"
 #include "panel/window/main_window.h"
 
@@ -102,69 +99,29 @@ void MainWindow::AskAndSave() {
   if (!file.isEmpty()) SavePreset(file.toStdString());
 }
 
-bool MainWindow::HasPicture() {
-  if (work_->Shown() != nullptr) return true;
-  TellProblem(tr("Nothing is open. Open a picture first."));
-  return false;
-}
-
-QStringList MainWindow::ArgumentsFor(const fs::path& output) {
-  Document& document = work_->Edited();
-  return RenderArguments({*work_->Shown(), work_->FrameIndex(), document.Settings(), output,
-                          order_.effect,
-                          document.IsChanged() ? fs::path() : document.PresetFile()});
-}
-
-void MainWindow::CopyCommand() {
-  if (!HasPicture()) return;
-  try {
-    const QString line = ShellLine(ArgumentsFor(UsualOutput(*work_->Shown())));
-    QApplication::clipboard()->setText(line);
-    statusBar()->showMessage(tr("Copied: %1").arg(line), 8000);
-  } catch (const media::Failure& failure) {
-    TellProblem(QString::fromStdString(failure.what()));
-  }
-}
-
-void MainWindow::AskAndRender() {
-  if (!HasPicture()) return;
-  const QString file =
-      QFileDialog::getSaveFileName(this, tr("Render to File"), Text(UsualOutput(*work_->Shown())));
-  if (!file.isEmpty()) RenderTo(file.toStdString());
-}
-
-// The dialog asked whether a file may be replaced; the frames of a sequence it does not know.
-void MainWindow::RenderTo(const fs::path& output) {
-  if (strip_->IsRunning()) {
-    TellProblem(tr("Another render is still running. Wait for it, or cancel it below."));
-    return;
-  }
-  const Source& source = *work_->Shown();
-  const bool isSequence = source.IsClip() && !source.IsVideo();
-  try {
-    QStringList arguments = ArgumentsFor(output);
-    if (!isSequence) arguments << "--force";
-    strip_->Start(FindTool(), arguments, isSequence, Text(output));
-  } catch (const media::Failure& failure) {
-    TellProblem(QString::fromStdString(failure.what()));
-  }
-}
-
 void MainWindow::OfferLostSession() {
   const std::optional<LostSession> lost = Recovery::FindLost(order_.sessionFolder);
   if (!lost) return;
   const auto restore = [this, session = *lost] {
-    if (!session.source.empty()) Open(session.source);
-    try {
-      work_->Edited().TakeCopy(session.preset);
-      Recovery::Drop(session);
-    } catch (const media::Failure& failure) {
-      TellProblem(QString::fromStdString(failure.what()));
-    }
+    lost_ = session;
+    if (session.source.empty()) return TakeLostSettings({});
+    Open(session.source);
   };
   messages_->Ask(tr("The last session did not end as it should. Its settings were kept."),
                  {{tr("&Restore"), restore},
                   {tr("&Discard"), [session = *lost] { Recovery::Drop(session); }}});
+}
+
+// Once its picture is open, to the width of which they belong, or cannot be opened.
+void MainWindow::TakeLostSettings(const fs::path& opened) {
+  if (!lost_ || lost_->source != opened) return;
+  const LostSession session = *std::exchange(lost_, std::nullopt);
+  try {
+    work_->Edited().TakeCopy(session.preset);
+    Recovery::Drop(session);
+  } catch (const media::Failure& failure) {
+    TellProblem(QString::fromStdString(failure.what()));
+  }
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -4,6 +4,7 @@
 #include <QDockWidget>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <functional>
 
 #include "panel/window/main_window.h"
 
@@ -13,6 +14,7 @@ void MainWindow::MakeMenus() {
   MakeFileMenu();
   MakeEditMenu();
   MakeViewMenu();
+  MakeTimeMenu();
   MakeHelpMenu();
 }
 
@@ -60,6 +62,20 @@ void MainWindow::MakeViewMenu() {
     toggle->setShortcut(QKeySequence(QString("Ctrl+%1").arg(++number)));
     menu->addAction(toggle);
   }
+}
+
+void MainWindow::MakeTimeMenu() {
+  QMenu* menu = menuBar()->addMenu(tr("&Time"));
+  TimeLine& time = work_->Time();
+  const auto add = [&](const QString& text, const QKeySequence& key,
+                       const std::function<void()>& done) {
+    QAction* action = menu->addAction(text);
+    action->setShortcut(key);
+    connect(action, &QAction::triggered, &time, done);
+  };
+  add(tr("&Play or Pause"), Qt::Key_P, [&time] { time.Play(!time.IsPlaying()); });
+  add(tr("One Frame &On"), Qt::Key_Period, [&time] { time.Step(1); });
+  add(tr("One Frame &Back"), Qt::Key_Comma, [&time] { time.Step(-1); });
 }
 
 void MainWindow::MakeHelpMenu() {

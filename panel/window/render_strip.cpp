@@ -26,11 +26,12 @@ RenderStrip::RenderStrip(QWidget* parent)
 }
 
 void RenderStrip::Start(const std::filesystem::path& tool, const QStringList& arguments,
-                        bool isSequence, const QString& output) {
+                        bool hasFrames, const QString& output) {
   render_ = std::make_unique<FileRender>(tool);
   name_->setText(tr("Rendering %1").arg(QFileInfo(output).fileName()));
-  // How far a single picture or a video is nobody tells.
+  // How far a single picture is nobody tells.
   bar_->setRange(0, 0);
+  bar_->setFormat(tr("%v of %m frames"));
   connect(render_.get(), &FileRender::Progressed, this, [this](qint64 done, qint64 all) {
     bar_->setRange(0, static_cast<int>(all));
     bar_->setValue(static_cast<int>(done));
@@ -40,7 +41,7 @@ void RenderStrip::Start(const std::filesystem::path& tool, const QStringList& ar
     Q_EMIT Finished(done, message);
   });
   show();
-  render_->Start(arguments, isSequence);
+  render_->Start(arguments, hasFrames);
 }
 
 }  // namespace vitrell::panel

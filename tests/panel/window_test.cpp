@@ -1,71 +1,22 @@
 // The whole window, without a display.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDockWidget>
 #include <QDropEvent>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QPushButton>
-#include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 #include <fstream>
 
-#include "media/picture_files.h"
-#include "panel/random_look.h"
-#include "panel/test_picture.h"
 #include "panel/window/desktop_colours.h"
-#include "panel/window/main_window.h"
+#include "panel/window_fixture.h"
 
 namespace vitrell::panel {
 namespace {
-
-namespace fs = std::filesystem;
-
-class WindowTest : public testing::Test {
- protected:
-  WindowTest() {
-    fs::create_directories(folder_);
-    // Nothing of the user's own.
-    QCoreApplication::setOrganizationName("vitrell-test");
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                       QString::fromStdString((folder_ / "settings").string()));
-    qputenv("XDG_DATA_HOME", QByteArray::fromStdString((folder_ / "data").string()));
-    media::WritePictureFile(picture_, media::NoisePicture(96, 54, 3, OIIO::TypeDesc::UINT8, 5));
-    window_ = MakeWindow();
-    window_->show();
-  }
-  ~WindowTest() override {
-    window_.reset();
-    fs::remove_all(folder_);
-  }
-
-  std::unique_ptr<MainWindow> MakeWindow() const {
-    return std::make_unique<MainWindow>(WindowOrder{module_, {}, folder_ / "sessions"});
-  }
-  Document& Edited() { return window_->Work().Edited(); }
-  int At(const char* name) { return PositionOf(Edited().Panel(), name); }
-  void OpenPicture() {
-    window_->Open(picture_);
-    ASSERT_TRUE(WaitUntil([this] { return window_->Work().Shown() != nullptr; }));
-  }
-  QAction* ActionOf(const QString& text) {
-    for (QAction* action : window_->findChildren<QAction*>()) {
-      if (action->text().remove('&').remove("\u2026").startsWith(text)) return action;
-    }
-    return nullptr;
-  }
-  std::string Message() { return window_->Messages().Text().toStdString(); }
-
-  fs::path folder_ = fs::temp_directory_path() / ("vitrell-window-" + std::to_string(::getpid()));
-  fs::path picture_ = folder_ / "street.png";
-  std::shared_ptr<const headless::EffectModule> module_ =
-      std::make_shared<const headless::EffectModule>(fs::path(VITRELL_MODULE_PATH));
-  std::unique_ptr<MainWindow> window_;
-};
 
 TEST_F(WindowTest, OpensAPictureAndShowsItRendered) {
   QSignalSpy answered(&window_->Work(), &Workspace::Answered);
@@ -129,12 +80,32 @@ TEST_F(WindowTest, MenusUndoAndCopyTheCommand) {
 TEST_F(WindowTest, RecentFilesAndPlacesAreRemembered) {
   OpenPicture();
   window_->resize(777, 555);
+  window_->findChild<QDockWidget*>("presets")->hide();
   window_->close();
   window_ = MakeWindow();
   EXPECT_EQ(window_->size(), QSize(777, 555));
+  EXPECT_TRUE(window_->findChild<QDockWidget*>("presets")->isHidden());
+  EXPECT_FALSE(window_->findChild<QDockWidget*>("controls")->isHidden());
   const QAction* recent = ActionOf("street.png");
   ASSERT_NE(recent, nullptr);
   EXPECT_EQ(recent->toolTip().toStdString(), picture_.string());
+}
+
+TEST_F(WindowTest, TheTimeMenuPlaysAndSteps) {
+  for (const char* name : {"plate.1.png", "plate.2.png", "plate.3.png"}) {
+    fs::copy_file(picture_, folder_ / name);
+  }
+  window_->Open(folder_ / "plate.#.png");
+  ASSERT_TRUE(WaitUntil([this] { return window_->Work().Shown() != nullptr; }));
+  ActionOf("One Frame On")->trigger();
+  EXPECT_EQ(window_->Work().FrameNumber(), 2);
+  ActionOf("One Frame Back")->trigger();
+  EXPECT_EQ(window_->Work().FrameNumber(), 1);
+  ActionOf("Play or Pause")->trigger();
+  EXPECT_TRUE(window_->Work().Time().IsPlaying());
+  EXPECT_TRUE(WaitUntil([this] { return window_->Work().FrameNumber() == 3; }));
+  ActionOf("Play or Pause")->trigger();
+  EXPECT_FALSE(window_->Work().Time().IsPlaying());
 }
 
 TEST_F(WindowTest, ClosingAsksForUnsavedPresets) {
@@ -158,26 +129,6 @@ TEST_F(WindowTest, ClosingAsksForUnsavedPresets) {
   Document saved(module_);
   saved.LoadPreset(folder_ / "mine.json");
   EXPECT_EQ(saved.ValueOf(At("fast-blur.amount")), look::Value(34.0));
-}
-
-TEST_F(WindowTest, WhatALostSessionHeldIsOffered) {
-  {
-    Document lost(module_);
-    lost.SetValue(At("fast-blur.amount"), 61.0, EditPhase::kDone);
-    lost.WriteCopy(folder_ / "sessions" / "lost.json");
-    std::ofstream(folder_ / "sessions" / "lost.source") << picture_.string();
-  }
-  window_->OfferLostSession();
-  EXPECT_NE(Message().find("last session"), std::string::npos) << Message();
-  QPushButton* restore = nullptr;
-  for (QPushButton* button : window_->Messages().findChildren<QPushButton*>()) {
-    if (button->text() == "&Restore") restore = button;
-  }
-  ASSERT_NE(restore, nullptr);
-  restore->click();
-  EXPECT_EQ(Edited().ValueOf(At("fast-blur.amount")), look::Value(61.0));
-  EXPECT_TRUE(WaitUntil([this] { return window_->Work().Shown() != nullptr; }));
-  EXPECT_FALSE(fs::exists(folder_ / "sessions" / "lost.json"));
 }
 
 TEST_F(WindowTest, PresetsAreShownAsThumbnailsOfThePicture) {
