@@ -71,6 +71,10 @@ EffectOutcome FrameEffect::Render(const EffectOrder& order) {
   return RenderWorld(Smaller(order.frame, order.divisor), order);
 }
 
+void FrameEffect::Prepare(const std::shared_ptr<const SourceFrame>& frame, int divisor) {
+  static_cast<void>(Smaller(frame, divisor));
+}
+
 std::shared_ptr<const headless::WorldBuffer> FrameEffect::RenderMask(const EffectOrder& order) {
   const std::optional<look::Settings> settings = MaskSettings(order.settings);
   if (!settings) return nullptr;

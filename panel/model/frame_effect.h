@@ -39,6 +39,8 @@ class FrameEffect {
   explicit FrameEffect(std::shared_ptr<const headless::EffectModule> module);
 
   EffectOutcome Render(const EffectOrder& order);
+  // Makes the smaller copy of the frame before it is needed.
+  void Prepare(const std::shared_ptr<const SourceFrame>& frame, int divisor);
   // The lens alone, white on black; null where this effect has no controls to show it, and when it
   // was stopped.
   std::shared_ptr<const headless::WorldBuffer> RenderMask(const EffectOrder& order);

@@ -2,15 +2,12 @@
 #include "panel/model/preview_budget.h"
 
 #include <algorithm>
-#include <array>
 
 namespace vitrell::panel {
 namespace {
 
-// Few sizes, so that the smaller copies of a frame are made once.
-constexpr std::array kDivisors = {1, 2, 3, 4, 6, 8, 12, 16, 24, 32};
-// One render may have been disturbed: the budget follows in steps.
-constexpr double kMostGrowth = 1.5;
+// One render may have been disturbed: the budget follows in steps, and down quicker than up.
+constexpr double kMostGrowth = 1.2;
 constexpr double kMostShrinking = 0.3;
 constexpr double kFewestPixels = 64.0 * 36.0;
 

@@ -2,6 +2,7 @@
 #ifndef VITRELL_PANEL_MODEL_PREVIEW_BUDGET_H_
 #define VITRELL_PANEL_MODEL_PREVIEW_BUDGET_H_
 
+#include <array>
 #include <cstdint>
 
 namespace vitrell::panel {
@@ -10,7 +11,10 @@ namespace vitrell::panel {
 // the settings, and changes while they do.
 class PreviewBudget {
  public:
-  static constexpr double kTargetSeconds = 0.03;
+  // Painting the view and a disturbance now and then have to fit into 50 ms beside it.
+  static constexpr double kTargetSeconds = 0.02;
+  // Few sizes, so that the smaller copies of a frame are made once.
+  static constexpr std::array kDivisors = {1, 2, 3, 4, 6, 8, 12, 16, 24, 32};
 
   // Width and height of the frame are divided by this; 1: the frame itself is quick enough.
   int DivisorFor(std::int64_t pixels) const;

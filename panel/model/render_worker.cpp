@@ -132,7 +132,14 @@ void RenderWorker::Serve(FrameEffect& effect, const Job& job) {
   }
   const bool dragging = job.request.phase == EditPhase::kDragging;
   if (IsOutdated(job, dragging ? kRest : Clock::duration{})) return;
-  static_cast<void>(Render(effect, job, 1, false, std::move(answer)));
+  if (Render(effect, job, 1, false, answer)) Prepare(effect, job, answer);
+}
+
+void RenderWorker::Prepare(FrameEffect& effect, const Job& job, const RenderAnswer& answer) {
+  for (const int divisor : PreviewBudget::kDivisors) {
+    if (IsOutdated(job, {})) return;
+    effect.Prepare(answer.frame, divisor);
+  }
 }
 
 bool RenderWorker::ReadFrame(const Job& job, RenderAnswer& answer) {

@@ -57,6 +57,8 @@ class RenderWorker {
   // Nothing when the worker ends.
   std::optional<Job> WaitForJob();
   void Serve(FrameEffect& effect, const Job& job);
+  // While the hand rests: what the next drag would have to make first.
+  void Prepare(FrameEffect& effect, const Job& job, const RenderAnswer& answer);
   // Whether a newer request came, at the latest after this time.
   bool IsOutdated(const Job& job, Clock::duration wait);
   bool ReadFrame(const Job& job, RenderAnswer& answer);
