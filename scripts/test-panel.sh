@@ -73,7 +73,11 @@ take() {
     -frames:v 1 "$1" </dev/null
 }
 
-# The same for the documentation.
+display_differs_from() {
+  take "$work/display.png" && ! cmp -s "$work/display.png" "$1"
+}
+
+# A picture for the documentation.
 take_picture() {
   take "$work/$1.png"
   ffmpeg -v error -y -i "$work/$1.png" -vf scale=1280:-1 -q:v 4 "$root/docs/images/$1.jpg" </dev/null
@@ -89,8 +93,11 @@ start_panel() {
   panel=$!
   processes+=("$panel")
   await "the panel's window" window_named Vitrell
-  local window
-  window="$(window_named Vitrell | head -n 1)"
+  local window=
+  # A window manager may take it away for a moment while it dresses it.
+  until [[ -n "$window" ]]; do
+    window="$(window_named Vitrell | head -n 1 || true)"
+  done
   xdotool windowsize "$window" "$width" "$height" windowmove "$window" 0 0 \
     windowactivate "$window"
   sleep 1
@@ -197,10 +204,10 @@ say "A clip, with a desktop that is dark"
 rm -rf "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
 mkdir -p "$XDG_CONFIG_HOME"
 write_dark_colours >"$XDG_CONFIG_HOME/kdeglobals"
-"$bin/tools/sample_picture/sample_picture" --opaque --width 960 --height 540 \
-  "$work/clip.####.png" --frames 50
-cat >"$work/moving.json" <<<'{"lens.scale": "0=30; 25~=70; 49=30",
-  "lens.position": "0=25%,40%; 49~=75%,60%", "lens.feather": 60}'
+"$bin/tools/sample_picture/sample_picture" --opaque --width 640 --height 360 \
+  "$work/clip.####.png" --frames 25
+cat >"$work/moving.json" <<<'{"lens.scale": "0=30; 12~=70; 24=30",
+  "lens.position": "0=25%,40%; 24~=75%,60%", "lens.feather": 60}'
 XDG_CURRENT_DESKTOP=KDE KDE_SESSION_VERSION=5 start_panel "$work/clip.####.png" \
   --preset "$work/moving.json"
 await "the clip" window_named 'clip.####.png'
@@ -210,11 +217,9 @@ xdotool mousemove $((width * 85 / 100)) $((height * 29 / 100)) click 1
 sleep 1
 key Escape p
 sleep 1
-take "$work/playing-1.png"
-sleep 0.5
-take "$work/playing-2.png"
+take "$work/playing.png"
+await "another frame of the clip that plays" display_differs_from "$work/playing.png"
 key p
-if cmp -s "$work/playing-1.png" "$work/playing-2.png"; then fail "The clip does not play."; fi
 sleep 3
 [[ -z "$pictures" ]] || take_picture panel-clip
 key ctrl+q
