@@ -9,7 +9,7 @@
 namespace vitrell::panel {
 namespace {
 
-constexpr std::int64_t kCostUnit = 1024;  // bytes
+constexpr qsizetype kCostUnit = 1024;  // bytes
 
 // The same text for the same picture of a source, and only for that.
 QString KeyOf(const RenderRequest& request) {
@@ -23,7 +23,7 @@ QString KeyOf(const RenderRequest& request) {
 }  // namespace
 
 void FrameStore::SetBudget(std::int64_t bytes) {
-  kept_.setMaxCost(static_cast<qsizetype>(bytes / kCostUnit));
+  kept_.setMaxCost(static_cast<qsizetype>(bytes) / kCostUnit);
 }
 
 std::shared_ptr<const SourceFrame> FrameStore::Read(const RenderRequest& request) {
@@ -44,10 +44,11 @@ const FrameStore::Rendered* FrameStore::Find(const RenderRequest& request) const
 
 void FrameStore::Keep(const RenderRequest& request, const Rendered& rendered) {
   if (!request.source->IsClip()) return;
-  const auto bytes = static_cast<std::int64_t>(rendered.world->PixelBytes() + sizeof(QRgb)) *
-                     rendered.world->Width() * rendered.world->Height();
-  kept_.insert(KeyOf(request), new Rendered(rendered),
-               static_cast<qsizetype>(bytes / kCostUnit + 1));
+  const qsizetype pixels =
+      static_cast<qsizetype>(rendered.world->Width()) * rendered.world->Height();
+  const qsizetype bytes =
+      pixels * static_cast<qsizetype>(rendered.world->PixelBytes() + sizeof(QRgb));
+  kept_.insert(KeyOf(request), new Rendered(rendered), bytes / kCostUnit + 1);
 }
 
 bool FrameStore::IsPreviewed(const RenderRequest& request) const {
