@@ -41,7 +41,7 @@ class VideoFramesRun {
   bool DecodeNext();
   void FillMissing();
   void EndReading();
-  void PutIn(const FrameJob& job, const AVFrame* decoded);
+  void PutIn(const FrameJob& wanted, const AVFrame* decoded);
   void TakeAnswer();
   void Tell(const FrameJob& job, const FrameAnswer& answer);
 
