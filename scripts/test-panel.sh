@@ -73,9 +73,13 @@ take() {
     -frames:v 1 "$1" </dev/null
 }
 
-display_differs_from() {
-  take "$work/display.png" && ! cmp -s "$work/display.png" "$1"
+# Where the clip is shown: the centre of the window's upper left part.
+take_view() {
+  take "$work/display.png"
+  ffmpeg -v error -y -i "$work/display.png" -vf crop=iw*0.4:ih*0.4:iw*0.2:ih*0.12 "$1" </dev/null
 }
+
+view_differs_from() { take_view "$work/view.png" && ! cmp -s "$work/view.png" "$1"; }
 
 # A picture for the documentation.
 take_picture() {
@@ -83,6 +87,8 @@ take_picture() {
   ffmpeg -v error -y -i "$work/$1.png" -vf scale=1280:-1 -q:v 4 "$root/docs/images/$1.jpg" </dev/null
 }
 
+# By its class: of a title only what stands before its dash can be searched for.
+window_of_panel() { xdotool search --onlyvisible --class vitrell-panel; }
 window_named() { xdotool search --onlyvisible --name "$1"; }
 key() { xdotool key --clearmodifiers "$@"; }
 type_text() { xdotool type --delay 12 "$1"; }
@@ -92,11 +98,11 @@ start_panel() {
   "$bin/panel/vitrell-panel" "$@" 2>"$work/panel.log" &
   panel=$!
   processes+=("$panel")
-  await "the panel's window" window_named Vitrell
+  await "the panel's window" window_of_panel
   local window=
   # A window manager may take it away for a moment while it dresses it.
   until [[ -n "$window" ]]; do
-    window="$(window_named Vitrell | head -n 1 || true)"
+    window="$(window_of_panel | head -n 1 || true)"
   done
   xdotool windowsize "$window" "$width" "$height" windowmove "$window" 0 0 \
     windowactivate "$window"
@@ -107,9 +113,16 @@ start_panel() {
 write_dark_colours() {
   local group
   for group in Window View Button Tooltip Selection; do
-    printf '[Colors:%s]\nBackgroundNormal=%s\nForegroundNormal=%s\n' "$group" \
-      "$([[ $group == View ]] && echo 35,38,41 || echo 49,54,59)" 239,240,241
+    printf '[Colors:%s]\nBackgroundNormal=%s\nBackgroundAlternate=%s\nForegroundNormal=%s\n' \
+      "$group" "$(dark_background "$group")" 54,59,64 239,240,241
   done
+}
+dark_background() {
+  case "$1" in
+    View) echo 35,38,41 ;;
+    Selection) echo 61,174,233 ;;
+    *) echo 49,54,59 ;;
+  esac
 }
 
 # A dialog for files takes a typed name.
@@ -212,14 +225,14 @@ XDG_CURRENT_DESKTOP=KDE KDE_SESSION_VERSION=5 start_panel "$work/clip.####.png" 
   --preset "$work/moving.json"
 await "the clip" window_named 'clip.####.png'
 sleep 2
-# The lens's scale and its curve; then a part of the clip is played.
+# The lens's scale and its curve; then a part of the clip is played, by the button.
 xdotool mousemove $((width * 85 / 100)) $((height * 29 / 100)) click 1
 sleep 1
-key Escape p
-sleep 1
-take "$work/playing.png"
-await "another frame of the clip that plays" display_differs_from "$work/playing.png"
-key p
+take_view "$work/resting.png"
+xdotool mousemove $((width * 4 / 100)) $((height * 737 / 1000)) click 1
+await "another frame of the clip that plays" view_differs_from "$work/resting.png"
+sleep 2
+xdotool click 1
 sleep 3
 [[ -z "$pictures" ]] || take_picture panel-clip
 key ctrl+q
