@@ -62,6 +62,12 @@ class WorkspaceTest : public testing::Test {
     ShowActive(work_->Controls());
   }
 
+  // Only with a picture does the view know where a place of it is.
+  void ShowView() {
+    ShowActive(work_->View());
+    ASSERT_TRUE(WaitUntil([this] { return answer_.exact; }));
+  }
+
   Document& Edited() { return work_->Edited(); }
   int At(const char* name) { return PositionOf(Edited().Panel(), name); }
   const look::Control& Named(const char* name) { return *Edited().Panel().Find(name); }
@@ -172,7 +178,7 @@ TEST_F(WorkspaceTest, PlayingShowsOneFrameAfterTheOther) {
 
 TEST_F(WorkspaceTest, APositionIsPickedInThePicture) {
   Use(RealModule());
-  ShowActive(work_->View());
+  ShowView();
   Q_EMIT work_->Controls().PickPoint(At("lens.position"));
   const QPointF place = work_->View().Transform().ToView().map(QPointF(40.5, 30.5));
   PressMouse(&work_->View(), place);
@@ -185,7 +191,7 @@ TEST_F(WorkspaceTest, APositionIsPickedInThePicture) {
 
 TEST_F(WorkspaceTest, ADraggedHandleIsOneStepAndTheControlFollows) {
   Use(RealModule());
-  ShowActive(work_->View());
+  ShowView();
   const QPointF middle = work_->View().Transform().ToView().map(QPointF(80.5, 45.5));
   Drag(&work_->View(), {middle, middle + QPointF(10, 6), middle + QPointF(30, 20)});
   EXPECT_TRUE(Edited().DiffersFromDefault(At("lens.position")));
