@@ -52,6 +52,10 @@ thorough_panel_commands=200
 # image library, which is built with neither the sanitizers nor clang; the release suite runs them.
 tool_runs='DamagedFilesTest|RunTest\.|PictureTest\.|GoldenSetTest'
 
+# Long tests of calculations on one thread, in which the thread sanitizer has nothing to find; their
+# stages run on several in other tests.
+one_thread='BlendPassTest|FastBlurTest|MaskDrawingTest|PinnedMathsTest|TrailRayTest'
+
 usage() {
   sed -n '2,/^source/{/^source/d;s/^# \{0,1\}//;p}' "${BASH_SOURCE[0]}"
 }
@@ -70,7 +74,7 @@ check_asan_ubsan() { run_sanitized_suite asan-ubsan; }
 
 check_fuzz() { bash scripts/fuzz.sh --seconds "$fuzz_seconds"; }
 
-check_tsan() { run_sanitized_suite tsan; }
+check_tsan() { run_sanitized_suite tsan "$one_thread"; }
 
 # The renders and the vector engines on another processor: one hash for all of them.
 check_aarch64() {
@@ -117,8 +121,9 @@ run_suite() {
   "${launcher[@]}" ctest --preset "$preset" --parallel "$jobs" --no-tests=error --progress "$@"
 }
 
+# Without the tests that start the command line, and others by a pattern.
 run_sanitized_suite() {
-  VITRELL_RANDOM_RENDERS="$sanitizer_random_renders" run_suite "$1" -E "$tool_runs"
+  VITRELL_RANDOM_RENDERS="$sanitizer_random_renders" run_suite "$1" -E "$tool_runs${2:+|$2}"
 }
 
 wrong_usage() {
