@@ -1,4 +1,4 @@
-// Sections of a PSD file, as its format's specification orders them. All numbers are big-endian.
+// Sections of a PSD file, in the order of its format. All numbers are big-endian.
 #include "media/psd_lengths.h"
 
 #include <cstddef>
