@@ -18,6 +18,9 @@ namespace {
 // written, a done one keeps its slot.
 constexpr int kSlotsOfJob = 2;
 
+// How long a signal may wait that comes just before the workers are waited for.
+constexpr int kPatienceMs = 200;
+
 // Of a killed one: so the system ends what takes more memory than there is.
 int ExitCodeOf(int signal) { return signal == SIGKILL ? kTryLater : kFailed; }
 
@@ -111,6 +114,16 @@ void VideoCrew::Wait(int milliseconds) {
     if (!result.answer) stopped_ = true;
   }
   HandOut();
+}
+
+VideoCrew::Turn VideoCrew::NextTurn(bool moreFrames) {
+  const bool mayRead = moreFrames && HasRoom();
+  const bool starves = mayRead && WantsFrames();
+  if (!starves && IsOldestDone()) return Turn::kTakeOldest;
+  if (mayRead) return Turn::kPutIn;
+  if (used_.empty()) return Turn::kEnd;
+  Wait(kPatienceMs);
+  return Turn::kWaited;
 }
 
 bool VideoCrew::IsOldestDone() {

@@ -43,11 +43,6 @@ class VideoCrew {
   // What one more job takes of memory, with all that waits for it.
   static std::int64_t BytesOfJob(const VideoSize& size);
 
-  // Whether another frame can be put in.
-  bool HasRoom() const { return !free_.empty(); }
-  bool IsEmpty() const { return used_.empty(); }
-  // Whether a worker would find nothing to do.
-  bool WantsFrames() const { return waiting_.empty(); }
   // Copies the decoded frame, if there is one. The job's slot and form are chosen here.
   void PutIn(VideoFrameJob job, const AVFrame* decoded);
 
@@ -55,6 +50,10 @@ class VideoCrew {
   bool IsOldestDone();
   // Waits for any frame, for so long.
   void Wait(int milliseconds);
+  // What comes next: the workers first, then the answers, then frames ahead of them. Has waited a
+  // moment where there is nothing to do yet.
+  enum class Turn { kTakeOldest, kPutIn, kWaited, kEnd };
+  Turn NextTurn(bool moreFrames);
   struct Done {
     VideoFrameAnswer answer;
     media::FrameHandle rendered;  // until the next frame is put in
@@ -75,6 +74,10 @@ class VideoCrew {
     std::optional<VideoFrameAnswer> answer;
   };
 
+  // Whether another frame can be put in.
+  bool HasRoom() const { return !free_.empty(); }
+  // Whether a worker would find nothing to do.
+  bool WantsFrames() const { return waiting_.empty(); }
   void HandOut();
   VideoFrameAnswer AnswerOf(const WorkerPool::Result& result, const VideoFrameJob& job) const;
 

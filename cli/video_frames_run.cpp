@@ -10,12 +10,6 @@
 #include "cli/interrupt.h"
 
 namespace vitrell::cli {
-namespace {
-
-// The longest delay of a signal that arrives just before the wait for answers.
-constexpr int kPatienceMs = 200;
-
-}  // namespace
 
 VideoFramesRun::VideoFramesRun(const RenderArguments& arguments, VideoShot& shot,
                                VideoFramePlan& plan, VideoCrew& crew, SequenceProgress& progress,
@@ -47,21 +41,24 @@ void VideoFramesRun::LookForSignals() {
   crew_.Stop();
 }
 
-// The workers come first, then the answers, then frames ahead of them.
 bool VideoFramesRun::Step() {
   LookForSignals();
   crew_.Wait(0);
-  const bool mayRead = wanted_ && !stopping_ && crew_.HasRoom();
   if (crew_.IsOldestGivenUp()) {
     tally_.AddNotBegun(crew_.TakeBack().still.frame);
-  } else if (!(mayRead && crew_.WantsFrames()) && crew_.IsOldestDone()) {
-    TakeAnswer();
-  } else if (mayRead) {
-    ReadFrame();
-  } else if (crew_.IsEmpty()) {
-    return false;
-  } else {
-    crew_.Wait(kPatienceMs);
+    return true;
+  }
+  switch (crew_.NextTurn(wanted_ && !stopping_)) {
+    case VideoCrew::Turn::kTakeOldest:
+      TakeAnswer();
+      break;
+    case VideoCrew::Turn::kPutIn:
+      ReadFrame();
+      break;
+    case VideoCrew::Turn::kWaited:
+      break;
+    case VideoCrew::Turn::kEnd:
+      return false;
   }
   return true;
 }

@@ -12,8 +12,6 @@ namespace {
 
 // Encoders hand over what they hold back before a file can end.
 constexpr unsigned kSecondsToStop = 20;
-// How long a signal may wait that comes just before the workers are waited for.
-constexpr int kPatienceMs = 200;
 
 }  // namespace
 
@@ -32,20 +30,20 @@ void VideoRun::Run() {
   if (!damage.empty()) FailUnfinished(kFailed, source_.Name() + ": " + damage);
 }
 
-// The workers come first, then room for what they have done, then frames ahead of them.
 bool VideoRun::Step() {
   ThrowIfInterrupted();
   crew_.Wait(0);
-  const bool mayRead = !ended_ && crew_.HasRoom();
-  const bool starves = mayRead && crew_.WantsFrames();
-  if (!starves && crew_.IsOldestDone()) {
-    WriteFrame();
-  } else if (mayRead) {
-    ReadFrame();
-  } else if (crew_.IsEmpty()) {
-    return false;
-  } else {
-    crew_.Wait(kPatienceMs);
+  switch (crew_.NextTurn(!ended_)) {
+    case VideoCrew::Turn::kTakeOldest:
+      WriteFrame();
+      break;
+    case VideoCrew::Turn::kPutIn:
+      ReadFrame();
+      break;
+    case VideoCrew::Turn::kWaited:
+      break;
+    case VideoCrew::Turn::kEnd:
+      return false;
   }
   return true;
 }
