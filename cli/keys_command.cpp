@@ -22,9 +22,9 @@ std::string TextOf(const look::Control& control, const look::Keys& keys) {
   return look::FitsText(keys) ? text : text + "  (eased)";
 }
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
-Json JsonOf(const look::Control& control, const look::Value& value) {
+OrderedJson JsonOf(const look::Control& control, const look::Value& value) {
   if (const auto* number = std::get_if<double>(&value)) return *number;
   if (const auto* on = std::get_if<bool>(&value)) return *on;
   return look::FormatValue(control, value);
@@ -46,11 +46,11 @@ const char* NameOf(look::Stretch stretch) {
 
 std::string ListAsJson(const look::Settings& settings, const look::TimeBase& base,
                        const look::FrameRange& range) {
-  Json controls = Json::array();
+  OrderedJson controls = OrderedJson::array();
   for (const look::Control& control : settings.GetPanel().controls) {
     const look::Keys* const keys = settings.KeysOf(control);
     if (keys == nullptr) continue;
-    Json list = Json::array();
+    OrderedJson list = OrderedJson::array();
     for (const look::Key& key : *keys) {
       list.push_back({{"frame", key.time.Frame(base)},
                       {"value", JsonOf(control, key.value)},
@@ -58,11 +58,11 @@ std::string ListAsJson(const look::Settings& settings, const look::TimeBase& bas
     }
     controls.push_back({{"name", control.name}, {"keys", list}});
   }
-  const Json json = {{"framesPerSecond", base.framesPerSecond},
-                     {"first", range.first},
-                     {"last", range.last},
-                     {"controls", controls}};
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  const OrderedJson json = {{"framesPerSecond", base.framesPerSecond},
+                            {"first", range.first},
+                            {"last", range.last},
+                            {"controls", controls}};
+  return json.dump(2, ' ', false, OrderedJson::error_handler_t::replace) + "\n";
 }
 
 void List(const look::Settings& settings) {

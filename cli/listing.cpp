@@ -10,7 +10,7 @@
 namespace vitrell::cli {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 std::string Padded(std::string text, std::size_t width) {
   if (text.size() < width) text.append(width - text.size(), ' ');
@@ -56,18 +56,18 @@ const char* KindName(look::ControlKind kind) {
   return "";
 }
 
-Json JsonOfValue(const look::Control& control, const look::Value& value) {
+OrderedJson JsonOfValue(const look::Control& control, const look::Value& value) {
   if (const auto* number = std::get_if<double>(&value)) return *number;
   if (const auto* on = std::get_if<bool>(&value)) return *on;
   return look::FormatValue(control, value);
 }
 
-Json JsonOfControl(const look::Control& control, const look::Value& value) {
-  Json json = {{"name", control.name},
-               {"label", control.label},
-               {"kind", KindName(control.kind)},
-               {"value", JsonOfValue(control, value)},
-               {"default", JsonOfValue(control, control.defaultValue)}};
+OrderedJson JsonOfControl(const look::Control& control, const look::Value& value) {
+  OrderedJson json = {{"name", control.name},
+                      {"label", control.label},
+                      {"kind", KindName(control.kind)},
+                      {"value", JsonOfValue(control, value)},
+                      {"default", JsonOfValue(control, control.defaultValue)}};
   if (control.kind == look::ControlKind::kNumber) {
     json["minimum"] = control.minimum;
     json["maximum"] = control.maximum;
@@ -84,16 +84,16 @@ Json JsonOfControl(const look::Control& control, const look::Value& value) {
 }
 
 // The panel's rows as lists within lists: a group's controls are its member "controls".
-Json JsonOfRows(const look::Settings& settings) {
+OrderedJson JsonOfRows(const look::Settings& settings) {
   const look::Panel& panel = settings.GetPanel();
-  Json rows = Json::array();
-  std::vector<Json*> lists = {&rows};  // The list of each depth that is still open.
+  OrderedJson rows = OrderedJson::array();
+  std::vector<OrderedJson*> lists = {&rows};  // The list of each depth that is still open.
   for (const look::PanelRow& row : panel.rows) {
     lists.resize(static_cast<std::size_t>(row.depth) + 1);
-    Json& list = *lists.back();
+    OrderedJson& list = *lists.back();
     if (row.isGroup) {
       list.push_back({{"group", row.title}, {"startsCollapsed", row.collapsed}});
-      Json& controls = list.back()["controls"] = Json::array();
+      OrderedJson& controls = list.back()["controls"] = OrderedJson::array();
       lists.push_back(&controls);
     } else {
       const look::Control& control = panel.controls[row.control];
@@ -173,8 +173,8 @@ std::string ListAsText(const look::Settings& settings) {
 }
 
 std::string ListAsJson(const look::Settings& settings) {
-  const Json json = {{"controls", JsonOfRows(settings)}};
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  const OrderedJson json = {{"controls", JsonOfRows(settings)}};
+  return json.dump(2, ' ', false, OrderedJson::error_handler_t::replace) + "\n";
 }
 
 std::string ListAsMarkdown(const look::Settings& settings) {

@@ -12,7 +12,7 @@
 namespace vitrell::cli {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 const char* ResultName(const Report& report) {
   if (report.exitCode == kCancelled || report.exitCode == kTerminated) return "cancelled";
@@ -21,7 +21,7 @@ const char* ResultName(const Report& report) {
   return report.dryRun ? "dry run" : "done";
 }
 
-Json JsonOf(const PictureFacts& facts) {
+OrderedJson JsonOf(const PictureFacts& facts) {
   const OIIO::ImageSpec& spec = facts.spec;
   const int bits =
       spec.get_int_attribute("oiio:BitsPerSample", static_cast<int>(8 * spec.format.size()));
@@ -30,15 +30,15 @@ Json JsonOf(const PictureFacts& facts) {
           {"bits", bits}};
 }
 
-Json JsonOf(const VideoFacts& facts) {
+OrderedJson JsonOf(const VideoFacts& facts) {
   return {{"file", facts.file},          {"format", facts.container},
           {"codec", facts.codec},        {"pixelFormat", facts.pixelFormat},
           {"width", facts.width},        {"height", facts.height},
           {"frameRate", facts.frameRate}};
 }
 
-Json TextsOf(const std::vector<Note>& notes, bool complaints) {
-  Json texts = Json::array();
+OrderedJson TextsOf(const std::vector<Note>& notes, bool complaints) {
+  OrderedJson texts = OrderedJson::array();
   for (const Note& note : notes) {
     if ((note.kind == NoteKind::kComplaint) != complaints) continue;
     if (complaints) {
@@ -69,9 +69,9 @@ double ProcessorSeconds() {
 }
 
 std::string ReportAsJson(const Report& report, const std::vector<Note>& notes) {
-  Json json = {{"program", "vitrell " VITRELL_VERSION},
-               {"result", ResultName(report)},
-               {"exitCode", report.exitCode}};
+  OrderedJson json = {{"program", "vitrell " VITRELL_VERSION},
+                      {"result", ResultName(report)},
+                      {"exitCode", report.exitCode}};
   if (!report.error.empty()) json["error"] = report.error;
   if (report.pages) json["pages"] = *report.pages;
   if (report.input) json["input"] = JsonOf(*report.input);
@@ -93,7 +93,7 @@ std::string ReportAsJson(const Report& report, const std::vector<Note>& notes) {
   json["notes"] = TextsOf(notes, false);
   json["complaints"] = TextsOf(notes, true);
   // File names need not be UTF-8.
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return json.dump(2, ' ', false, OrderedJson::error_handler_t::replace) + "\n";
 }
 
 void PutReport(const Report& report, const std::string& target, Notes& notes) {

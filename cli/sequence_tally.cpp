@@ -9,7 +9,7 @@
 namespace vitrell::cli {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 std::string ReplaceAll(std::string text, const std::string& from, const std::string& to) {
   if (from.empty()) return text;
@@ -99,9 +99,9 @@ std::string SequenceTally::Summary(std::int64_t frames) const {
 
 std::string SequenceTally::ReportAsJson(int exitCode, const std::string& error, int jobs,
                                         int threads, double seconds) const {
-  Json json = {{"program", "vitrell " VITRELL_VERSION},
-               {"result", ResultName(exitCode)},
-               {"exitCode", exitCode}};
+  OrderedJson json = {{"program", "vitrell " VITRELL_VERSION},
+                      {"result", ResultName(exitCode)},
+                      {"exitCode", exitCode}};
   if (!error.empty()) json["error"] = error;
   json["frames"] = {{"rendered", rendered_},
                     {"skipped", skipped_},
@@ -111,20 +111,20 @@ std::string SequenceTally::ReportAsJson(int exitCode, const std::string& error, 
                     {"notBegun", TextOfFrames(notBegun_)}};
   json["effect"] = {{"jobs", jobs}, {"threads", threads}};
   json["seconds"] = {{"total", seconds}};
-  json["notes"] = Json::array();
+  json["notes"] = OrderedJson::array();
   for (const auto& [note, frames] : notes_) {
     json["notes"].push_back(
         {{"kind", NameOf(note.first)}, {"text", note.second}, {"frames", frames.Text()}});
   }
-  json["each"] = Json::array();
+  json["each"] = OrderedJson::array();
   for (const auto& [frame, report] : frameReports_) {
-    Json one = {{"frame", frame}};
-    one.update(Json::parse(report));
+    OrderedJson one = {{"frame", frame}};
+    one.update(OrderedJson::parse(report));
     one.erase("program");
     json["each"].push_back(one);
   }
   // File names need not be UTF-8.
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return json.dump(2, ' ', false, OrderedJson::error_handler_t::replace) + "\n";
 }
 
 }  // namespace vitrell::cli

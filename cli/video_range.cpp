@@ -12,11 +12,10 @@ namespace vitrell::cli {
 namespace {
 
 // More than anybody films, and nothing overflows.
-constexpr std::int64_t kMostFrames = 1'000'000'000;
 
 bool TakeNumber(std::string_view& text, std::int64_t& number) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || number < 0 || number >= kMostFrames) return false;
+  if (error != std::errc() || number < 0 || number >= kMostVideoFrames) return false;
   text.remove_prefix(static_cast<std::size_t>(end - text.data()));
   return true;
 }

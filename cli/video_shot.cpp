@@ -25,7 +25,6 @@ namespace vitrell::cli {
 namespace {
 
 // More than any video has, where nobody asks for an end.
-constexpr std::int64_t kMostFrames = 1'000'000'000;
 
 media::VideoReader OpenReader(const RenderArguments& arguments) {
   return media::VideoReader(arguments.input,
@@ -91,7 +90,7 @@ std::optional<media::CarriedSpan> VideoShot::Span() const {
   if (range.IsWhole()) return std::nullopt;
   const AVRational rate = reader_.FrameRate();
   const std::int64_t frames =
-      range.last == media::VideoRange::kEnd ? kMostFrames : range.last - range.first + 1;
+      range.last == media::VideoRange::kEnd ? kMostVideoFrames : range.last - range.first + 1;
   const std::int64_t length =
       av_rescale_q(frames, {rate.den, rate.num}, reader_.Stream().time_base);
   return media::CarriedSpan{range.first, frames_.Begin(), frames_.Begin() + length};

@@ -14,7 +14,6 @@
 namespace vitrell::headless::pinned {
 namespace {
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 constexpr DoubleDouble kLn2 = {0x1.62e42fefa39efp-1, 0x1.abc9e3b39803fp-56};
@@ -186,19 +185,19 @@ double PowOf(double x, double y) {
 }  // namespace
 
 double Exp(double x) {
-  if (std::isnan(x)) return kNan;
+  if (std::isnan(x)) return std::numeric_limits<double>::quiet_NaN();
   return ExpOf({x, 0});
 }
 
 double Log(double x) {
-  if (std::isnan(x) || x < 0) return kNan;
+  if (std::isnan(x) || x < 0) return std::numeric_limits<double>::quiet_NaN();
   if (x == 0) return -kInfinity;
   if (x == kInfinity) return x;
   return LogOf(x).hi;
 }
 
 double Log10(double x) {
-  if (std::isnan(x) || x < 0) return kNan;
+  if (std::isnan(x) || x < 0) return std::numeric_limits<double>::quiet_NaN();
   if (x == 0) return -kInfinity;
   if (x == kInfinity) return x;
   return Multiply(LogOf(x), kInverseLn10).hi;
@@ -206,7 +205,7 @@ double Log10(double x) {
 
 double Pow(double x, double y) {
   if (y == 0 || x == 1) return 1;
-  if (std::isnan(x) || std::isnan(y)) return kNan;
+  if (std::isnan(x) || std::isnan(y)) return std::numeric_limits<double>::quiet_NaN();
   const Whole whole = WholeKind(y);
   const double base = std::fabs(x);
   const bool negative = std::signbit(x) && whole == Whole::kOdd;
@@ -218,7 +217,7 @@ double Pow(double x, double y) {
   if (base == 0 || base == kInfinity) {
     result = (base == 0) == (y > 0) ? 0 : kInfinity;
   } else if (x < 0 && whole == Whole::kNo) {
-    return kNan;
+    return std::numeric_limits<double>::quiet_NaN();
   } else {
     result = PowOf(base, y);
   }
@@ -230,7 +229,7 @@ double Hypot(double x, double y) {
   double larger = std::fabs(x);
   double smaller = std::fabs(y);
   if (larger == kInfinity || smaller == kInfinity) return kInfinity;
-  if (std::isnan(x) || std::isnan(y)) return kNan;
+  if (std::isnan(x) || std::isnan(y)) return std::numeric_limits<double>::quiet_NaN();
   if (larger < smaller) std::swap(larger, smaller);
   if (smaller < larger * 0x1p-60) return larger;
   // Scaled so that squares neither overflow nor underflow.

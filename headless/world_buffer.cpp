@@ -11,7 +11,6 @@
 namespace vitrell::headless {
 namespace {
 
-constexpr std::int32_t kMaxSize = 30000;
 constexpr std::size_t kAlignment = 64;
 constexpr std::size_t kBandBytes = 256;
 // 0xCBCB is above 32768 and thus no legal 16-bit channel; 0xCB is a rare 8-bit one.
@@ -30,10 +29,10 @@ std::size_t RoundUp(std::size_t value, std::size_t unit) {
 }
 
 void VerifyShape(std::int32_t width, std::int32_t height, bool deep, const WorldLayout& layout) {
-  if (width < 0 || height < 0 || width > kMaxSize || height > kMaxSize) {
+  if (width < 0 || height < 0 || width > kMaxWorldSize || height > kMaxWorldSize) {
     throw HostError("A picture of " + std::to_string(width) + " x " + std::to_string(height) +
                     " pixels is not possible; each side has to be between 0 and " +
-                    std::to_string(kMaxSize) + " pixels.");
+                    std::to_string(kMaxWorldSize) + " pixels.");
   }
   const bool odd = layout.rowPadding % 2 != 0 || layout.baseOffset % 2 != 0;
   const bool outside = layout.rowPadding < 0 || layout.baseOffset < 0 ||

@@ -11,6 +11,9 @@
 
 namespace vitrell::headless {
 
+// The largest width and height of a world.
+inline constexpr std::int32_t kMaxWorldSize = 30000;
+
 // Which end of the pixels abuts an inaccessible page, so that a stray access ends the process.
 enum class GuardPages {
   kNone,     // Guard bands only.

@@ -11,10 +11,9 @@ namespace vitrell::headless {
 namespace {
 
 constexpr int kJunkByte = 0xCD;
-constexpr A_long kMaxSize = 30000;
 
 bool Legal(A_long width, A_long height) {
-  return width >= 0 && height >= 0 && width <= kMaxSize && height <= kMaxSize;
+  return width >= 0 && height >= 0 && width <= kMaxWorldSize && height <= kMaxWorldSize;
 }
 
 bool WantsDeep(const HostState& host, PF_NewWorldFlags flags) {

@@ -13,6 +13,9 @@
 
 namespace vitrell::look {
 
+// Keys lie within this distance from frame 0.
+inline constexpr double kFarthestFrame = 1e9;
+
 // What turns the times of keys into frames.
 struct TimeBase {
   double framesPerSecond = 25;

@@ -15,8 +15,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr double kFarthestFrame = 1e9;
-
 double NumberOf(const Json& json, const char* name) {
   if (!json.is_number()) throw ValueError(std::string("\"") + name + "\" must be a number.");
   return json.get<double>();

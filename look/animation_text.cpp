@@ -15,7 +15,7 @@ constexpr std::string_view kBlanks = " \t\r\n";
 constexpr double kLongestTime = 1e9;     // In frames or seconds.
 constexpr std::size_t kMostDigits = 18;  // So that FormatNumber writes no exponent.
 
-std::string_view Trim(std::string_view text) {
+std::string_view TrimBlanks(std::string_view text) {
   const std::size_t first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
@@ -76,15 +76,15 @@ struct KeyText {
 std::optional<KeyText> SplitKey(std::string_view text) {
   const std::size_t equals = text.find('=');
   if (equals == std::string_view::npos) return std::nullopt;
-  std::string_view time = Trim(text.substr(0, equals));
+  std::string_view time = TrimBlanks(text.substr(0, equals));
   KeyText key;
   if (time.ends_with('~')) key.stretch = Stretch::kSmooth;
   if (time.ends_with('|')) key.stretch = Stretch::kHold;
   if (key.stretch != Stretch::kLinear) time.remove_suffix(1);
-  const std::optional<KeyTime> read = ReadTime(Trim(time));
+  const std::optional<KeyTime> read = ReadTime(TrimBlanks(time));
   if (!read) return std::nullopt;
   key.time = *read;
-  key.value = Trim(text.substr(equals + 1));
+  key.value = TrimBlanks(text.substr(equals + 1));
   return key;
 }
 
@@ -103,7 +103,7 @@ Keys ParseKeys(const Control& control, std::string_view text) {
   Keys keys;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find(';'), text.size());
-    const std::string_view item = Trim(text.substr(0, end));
+    const std::string_view item = TrimBlanks(text.substr(0, end));
     text.remove_prefix(std::min(end + 1, text.size()));
     if (item.empty()) continue;
     const std::optional<KeyText> key = SplitKey(item);

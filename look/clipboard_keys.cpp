@@ -14,7 +14,6 @@ namespace {
 
 constexpr std::string_view kFirstLine = "Adobe After Effects 8.0 Keyframe Data";
 constexpr std::string_view kLastLine = "End of Keyframe Data";
-constexpr double kFarthestFrame = 1e9;
 
 using Fields = std::vector<std::string_view>;
 

@@ -210,7 +210,7 @@ constexpr std::array kMarks = {
     Mark{0, "8BPS"sv, "PSD"},
 };
 
-constexpr std::size_t kHeadBytes = 16;
+constexpr std::size_t kSignatureBytes = 16;
 
 const Format* FormatNamed(std::string_view name) {
   const auto* found = std::find_if(kFormats.begin(), kFormats.end(),
@@ -234,7 +234,7 @@ bool HasExtension(const Format& format, const std::string& extension) {
 }
 
 std::string HeadOf(const std::filesystem::path& file) {
-  std::string head(kHeadBytes, '\0');
+  std::string head(kSignatureBytes, '\0');
   std::ifstream stream(file, std::ios::binary);
   stream.read(head.data(), static_cast<std::streamsize>(head.size()));
   head.resize(static_cast<std::size_t>(stream.gcount()));

@@ -10,7 +10,7 @@ namespace vitrell::media {
 namespace {
 
 constexpr std::size_t kScreen = 6;  // width and height, before the flags
-constexpr std::size_t kHeadBytes = 13;
+constexpr std::size_t kGifHeadBytes = 13;
 constexpr std::size_t kImageBytes = 10;   // place, size and flags of a frame
 constexpr std::size_t kControlBytes = 8;  // flags, delay and transparent colour of a frame
 constexpr char kExtension = '!';
@@ -39,7 +39,7 @@ std::size_t ColourBytes(unsigned flags) {
 }
 
 std::size_t FirstBlock(std::string_view file) {
-  return kHeadBytes + ColourBytes(ByteAt(file, kScreen + 4));
+  return kGifHeadBytes + ColourBytes(ByteAt(file, kScreen + 4));
 }
 
 // The end of the block that begins here; beyond the end of the file if the file is truncated.

@@ -25,7 +25,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void Fail(const fs::path& file, const std::string& cause) {
+[[noreturn]] void FailTarget(const fs::path& file, const std::string& cause) {
   throw Failure(kFailed, ShownTarget(file) + ": " + cause);
 }
 
@@ -45,8 +45,8 @@ bool AllHalf(const OIIO::ImageSpec& spec, const OutputForm& form, bool copies) {
 }
 
 [[noreturn]] void FailOverExr(const fs::path& file, const std::exception& error) {
-  Fail(file, "cannot be copied (" + OneLine(error.what()) +
-                 "). Export it again, or choose another format for the output.");
+  FailTarget(file, "cannot be copied (" + OneLine(error.what()) +
+                       "). Export it again, or choose another format for the output.");
 }
 
 bool CopiesExr(const Picture& input, const Format& format) {
@@ -91,9 +91,9 @@ OIIO::ImageSpec ReadBack(const Format& format, const fs::path& file, const OIIO:
                       input->seek_subimage(part, 0);
   if (opened) written = input->spec();
   if (!opened || written.width != spec.width || written.height != spec.height) {
-    Fail(target, "was not written as it should be (" +
-                     OneLine(input == nullptr ? OIIO::geterror() : input->geterror()) +
-                     "). Choose another format.");
+    FailTarget(target, "was not written as it should be (" +
+                           OneLine(input == nullptr ? OIIO::geterror() : input->geterror()) +
+                           "). Choose another format.");
   }
   AddOverlookedProfile(file, format, written);
   FindOrientation(file, format, written);
@@ -106,7 +106,7 @@ constexpr int kSmallestJpeg2000 = 32;
 void CheckFits(const Picture& input, const Format& format, const fs::path& target) {
   if (format.plugin == "jpeg2000" &&
       (input.Width() < kSmallestJpeg2000 || input.Height() < kSmallestJpeg2000)) {
-    Fail(target, "JPEG 2000 is written from 32 x 32 pixels on. Choose another format.");
+    FailTarget(target, "JPEG 2000 is written from 32 x 32 pixels on. Choose another format.");
   }
 }
 

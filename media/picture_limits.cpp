@@ -17,13 +17,13 @@
 namespace vitrell::media {
 namespace {
 
-constexpr std::size_t kHeadBytes = 65536;
+constexpr std::size_t kProbedBytes = 65536;
 // Layer, result, two working worlds and the one of a pass; and the lens, a double for each pixel.
 constexpr std::int64_t kWorlds = 5;
 constexpr std::int64_t kLensBytes = 8;
 
 std::string HeadOf(const std::filesystem::path& file) {
-  std::string head(kHeadBytes, '\0');
+  std::string head(kProbedBytes, '\0');
   std::ifstream stream(file, std::ios::binary);
   stream.read(head.data(), static_cast<std::streamsize>(head.size()));
   head.resize(static_cast<std::size_t>(stream.gcount()));

@@ -12,7 +12,7 @@ namespace vitrell::media {
 namespace {
 
 constexpr std::uint32_t kFirst = 4;  // where the place of the first directory stands
-constexpr std::uint32_t kHeadBytes = 8;
+constexpr std::uint32_t kTiffHeadBytes = 8;
 constexpr std::uint32_t kEntryBytes = 12;
 constexpr std::uint32_t kValue = 8;  // of an entry, or where its value lies
 constexpr std::uint16_t kLong = 4;
@@ -121,7 +121,7 @@ void TiffJoiner::Add(std::string_view file, int /*delay*/) {
   const bool begins = end_ == 0;
   // Directories and numbers lie at even places.
   const std::uint64_t place = begins ? 0 : end_ + end_ % 2;
-  const std::uint32_t skipped = begins ? 0 : kHeadBytes;
+  const std::uint32_t skipped = begins ? 0 : kTiffHeadBytes;
   if (place + file.size() > std::numeric_limits<std::uint32_t>::max()) {
     throw std::runtime_error("the pages have more than 4 GB together; render fewer at once");
   }

@@ -11,11 +11,10 @@
 #include "media/formats.h"
 #include "media/sequence.h"
 #include "media/video_form.h"
+#include "panel/model/path_text.h"
 
 namespace vitrell::panel {
 namespace {
-
-QString Text(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
 
 std::filesystem::path Absolute(const std::filesystem::path& path) {
   std::error_code error;

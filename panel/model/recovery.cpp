@@ -11,6 +11,7 @@
 #include "look/preset.h"
 #include "media/failure.h"
 #include "media/output_file.h"
+#include "panel/model/path_text.h"
 
 namespace vitrell::panel {
 namespace {
@@ -22,8 +23,6 @@ constexpr const char* kSource = ".source";
 constexpr const char* kLock = ".lock";
 
 fs::path WithEnding(fs::path file, const char* ending) { return file.replace_extension(ending); }
-
-QString Text(const fs::path& path) { return QString::fromStdString(path.string()); }
 
 fs::path ReadName(const fs::path& file) {
   QFile text(Text(file));

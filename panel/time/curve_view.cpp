@@ -16,7 +16,6 @@ namespace {
 constexpr int kLeastHeight = 90;
 constexpr int kMargin = 10;
 constexpr double kMarkRadius = 4;
-constexpr double kGrabRadius = 8;
 // Red, green and blue of a colour; x and y of a position.
 // Seen on light and on dark.
 constexpr std::array<QRgb, 3> kColours = {qRgb(220, 60, 60), qRgb(50, 160, 70), qRgb(80, 130, 240)};

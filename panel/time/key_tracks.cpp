@@ -11,13 +11,12 @@ namespace vitrell::panel {
 namespace {
 
 constexpr int kRowHeight = 22;
-constexpr double kMarkRadius = 6;
-constexpr double kGrabRadius = 8;
+constexpr double kTrackMarkRadius = 6;
 
 // The sign says how the value leaves the key.
 QPainterPath MarkOf(look::Stretch stretch, const QPointF& middle) {
   QPainterPath path;
-  const double r = kMarkRadius;
+  const double r = kTrackMarkRadius;
   switch (stretch) {
     case look::Stretch::kHold:
       path.addRect(QRectF(middle - QPointF(r, r) * 0.8, QSizeF(2 * r, 2 * r) * 0.8));

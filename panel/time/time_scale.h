@@ -11,6 +11,8 @@ namespace vitrell::panel {
 constexpr int kTrackLabelWidth = 180;
 // Keys of the last frame are seen whole.
 constexpr int kTrackMargin = 12;
+// As near as this a press takes a key, in pixels.
+constexpr double kGrabRadius = 8;
 
 struct TimeScale {
   int frames = 1;

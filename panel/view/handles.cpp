@@ -15,8 +15,6 @@ constexpr double kHandleRadius = 5;
 constexpr double kGrabRadius = 10;
 constexpr double kStalk = 28;  // from the top of the lens to its rotation handle
 
-constexpr double kPercent = 100;
-
 // A light line in a dark one is seen on every picture.
 void DrawOutlined(QPainter& painter, const QPainterPath& path, Qt::PenStyle style) {
   painter.setBrush(Qt::NoBrush);

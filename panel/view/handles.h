@@ -17,6 +17,9 @@
 
 namespace vitrell::panel {
 
+// The lens controls' numbers are percentages.
+inline constexpr double kPercent = 100;
+
 // Controls are numbered by their position in look::Panel::controls. Handles of greyed controls are
 // not there. Positions in the picture are continuous: pixel (0, 0) covers 0 to 1.
 class Handles : public QObject {

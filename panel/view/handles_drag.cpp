@@ -10,9 +10,8 @@
 namespace vitrell::panel {
 namespace {
 
-constexpr double kFullTurn = 360;
+constexpr double kCircle = 360;
 constexpr double kTurnStep = 15;
-constexpr double kPercent = 100;
 
 double Dot(const QPointF& a, const QPointF& b) { return QPointF::dotProduct(a, b); }
 
@@ -123,7 +122,7 @@ double Handles::DraggedNumber(const QPointF& picturePoint) const {
 // The pointer may go round more than once.
 double Handles::DraggedRotation(const QPointF& picturePoint, Qt::KeyboardModifiers modifiers) {
   const double direction = Lens().DirectionOf(picturePoint);
-  drag_->turned += std::remainder(direction - drag_->direction, kFullTurn);
+  drag_->turned += std::remainder(direction - drag_->direction, kCircle);
   drag_->direction = direction;
   double degrees = std::get<double>(drag_->before) + drag_->turned;
   if ((modifiers & Qt::ShiftModifier) != 0) degrees = std::round(degrees / kTurnStep) * kTurnStep;

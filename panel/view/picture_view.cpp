@@ -13,7 +13,6 @@
 namespace vitrell::panel {
 namespace {
 
-constexpr double kZoomStep = 1.25;
 constexpr double kDividerReach = 8;  // view pixels
 constexpr int kMargin = 8;
 constexpr int kLeastSide = 160;

@@ -21,6 +21,9 @@ class QLabel;
 
 namespace vitrell::panel {
 
+// By a key or a notch of the wheel.
+inline constexpr double kZoomStep = 1.25;
+
 // Fits the picture into itself until the user zooms. Keys: B held shows the picture without the
 // effect, D a divider between both, M the lens mask, H hides the handles, F fits, 1 shows pixel for
 // pixel, + and - zoom, Space held pans with the left button. They work wherever the keyboard is in

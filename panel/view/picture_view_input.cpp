@@ -14,7 +14,6 @@ namespace vitrell::panel {
 namespace {
 
 constexpr double kWheelNotch = 120;  // eighths of a degree
-constexpr double kZoomStep = 1.25;
 
 }  // namespace
 

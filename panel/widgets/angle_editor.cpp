@@ -13,22 +13,22 @@
 namespace vitrell::panel {
 namespace {
 
-constexpr int kFullTurn = 360;
+constexpr int kDialTurn = 360;
 constexpr int kHalfTurn = 180;
 constexpr int kDialSize = 40;
 constexpr int kFieldWidth = 120;
 
 // A dial that wraps has its least position at the bottom.
 int DialPosition(double degrees) {
-  const double position = std::fmod(std::round(degrees) + kHalfTurn, kFullTurn);
-  return static_cast<int>(position < 0 ? position + kFullTurn : position);
+  const double position = std::fmod(std::round(degrees) + kHalfTurn, kDialTurn);
+  return static_cast<int>(position < 0 ? position + kDialTurn : position);
 }
 
 }  // namespace
 
 AngleEditor::AngleEditor(const look::Control& control, const QString& spokenName, QWidget* parent)
     : ValueEditor(parent), dial_(new QDial(this)), field_(new ScrubField(StyleOf(control), this)) {
-  dial_->setRange(0, kFullTurn - 1);
+  dial_->setRange(0, kDialTurn - 1);
   dial_->setWrapping(true);
   dial_->setFixedSize(kDialSize, kDialSize);
   dial_->setAccessibleName(spokenName);
@@ -59,8 +59,8 @@ AngleEditor::AngleEditor(const look::Control& control, const QString& spokenName
 // By the shorter way round, so that whole turns go on over the top.
 void AngleEditor::DialTurned(int position) {
   int turned = position - DialPosition(field_->Value());
-  if (turned > kHalfTurn) turned -= kFullTurn;
-  if (turned < -kHalfTurn) turned += kFullTurn;
+  if (turned > kHalfTurn) turned -= kDialTurn;
+  if (turned < -kHalfTurn) turned += kDialTurn;
   const double degrees =
       std::clamp(std::round(field_->Value()) + turned, -look::kFixedLimit, look::kFixedLimit);
   field_->ShowValue(degrees);

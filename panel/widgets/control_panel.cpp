@@ -18,8 +18,7 @@
 namespace vitrell::panel {
 namespace {
 
-constexpr int kIndent = 14;  // of a group
-constexpr int kGap = 8;      // behind the longest name
+constexpr int kGap = 8;  // behind the longest name
 
 // Names are as wide as the longest one in bold, less what their groups indent them, so that editors
 // stand in one column.
@@ -31,7 +30,7 @@ int NameWidth(const look::Panel& panel, const QFont& font) {
   for (const look::PanelRow& row : panel.rows) {
     if (row.isGroup) continue;
     const QString label = QString::fromStdString(panel.controls[row.control].label);
-    width = std::max(width, metrics.horizontalAdvance(label) + row.depth * kIndent);
+    width = std::max(width, metrics.horizontalAdvance(label) + row.depth * kGroupIndent);
   }
   return width + kGap;
 }
@@ -97,7 +96,7 @@ void ControlPanel::AddGroup(std::size_t row, QVBoxLayout* layout) {
 void ControlPanel::AddControl(std::size_t row, QVBoxLayout* layout) {
   const look::PanelRow& description = panel_.rows[row];
   const QString group = path_.empty() ? QString() : path_.back().box->Title();
-  const int nameWidth = NameWidth(panel_, font()) - description.depth * kIndent;
+  const int nameWidth = NameWidth(panel_, font()) - description.depth * kGroupIndent;
   auto* const added = new ControlRow(panel_.controls[description.control], group, nameWidth,
                                      layout->parentWidget());
   layout->addWidget(added);

@@ -9,11 +9,7 @@
 #include "panel/widgets/icons.h"
 
 namespace vitrell::panel {
-namespace {
-
-constexpr int kIndent = 14;
-
-}  // namespace
+namespace {}  // namespace
 
 GroupBox::GroupBox(const QString& title, bool open, QWidget* parent)
     : QWidget(parent),
@@ -36,7 +32,7 @@ GroupBox::GroupBox(const QString& title, bool open, QWidget* parent)
   reset_->setAccessibleName(tr("group %1, reset").arg(title));
   reset_->setToolTip(tr("The whole group back to its defaults"));
   reset_->hide();
-  bodyLayout_->setContentsMargins(kIndent, 0, 0, 0);
+  bodyLayout_->setContentsMargins(kGroupIndent, 0, 0, 0);
   bodyLayout_->setSpacing(2);
 
   auto* const header = new QHBoxLayout;

@@ -10,6 +10,9 @@ class QVBoxLayout;
 
 namespace vitrell::panel {
 
+// Of what is in a group, in pixels.
+inline constexpr int kGroupIndent = 14;
+
 // A click on the title opens and closes the group, a double click resets what is in it; a button
 // does the same for the keyboard while anything in the group is changed.
 class GroupBox : public QWidget {

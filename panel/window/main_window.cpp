@@ -9,12 +9,11 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
+#include "panel/model/path_text.h"
 #include "panel/model/places.h"
 
 namespace vitrell::panel {
 namespace {
-
-QString Text(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
 
 QDockWidget* MakeDock(const char* name, const QString& title, QWidget* content, QWidget* parent) {
   auto* dock = new QDockWidget(title, parent);

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "media/failure.h"
+#include "panel/model/path_text.h"
 #include "panel/model/places.h"
 #include "panel/window/main_window.h"
 
@@ -15,8 +16,6 @@ namespace vitrell::panel {
 namespace {
 
 namespace fs = std::filesystem;
-
-QString Text(const fs::path& path) { return QString::fromStdString(path.string()); }
 
 // The folder of the last time, which is remembered for each kind of file.
 QString FolderOf(const char* kind) {

@@ -5,10 +5,10 @@
 #include <QListWidget>
 #include <QPixmap>
 
+#include "panel/model/path_text.h"
+
 namespace vitrell::panel {
 namespace {
-
-QString Text(const std::filesystem::path& path) { return QString::fromStdString(path.string()); }
 
 // "tilt-shift.json" -> "tilt shift"
 QString NameOf(const std::filesystem::path& preset) {

@@ -31,11 +31,11 @@ class FormatsRunTest : public ToolTest {
   // A picture without noise, so that lossy formats come near it: grey from left to right, and more
   // opaque downwards.
   static FilePicture Ramp(int channels) {
-    constexpr int kSize = 64;
-    FilePicture picture = NoisePicture(kSize, kSize, channels, OIIO::TypeDesc::UINT8, 1);
+    constexpr int kEdge = 64;
+    FilePicture picture = NoisePicture(kEdge, kEdge, channels, OIIO::TypeDesc::UINT8, 1);
     std::size_t at = 0;
-    for (int y = 0; y < kSize; ++y) {
-      for (int x = 0; x < kSize; ++x) {
+    for (int y = 0; y < kEdge; ++y) {
+      for (int x = 0; x < kEdge; ++x) {
         for (int channel = 0; channel < channels; ++channel) {
           const bool alpha = channels % 2 == 0 && channel == channels - 1;
           picture.samples[at++] = static_cast<uint16_t>(alpha ? 128 + y * 2 : x * 4);

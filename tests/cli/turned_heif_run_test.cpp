@@ -20,8 +20,8 @@ using media::NoisePicture;
 using media::ReadPictureFile;
 using media::Viewed;
 
-constexpr int kWidth = 96;
-constexpr int kHeight = 64;
+constexpr int kTurnedWidth = 96;
+constexpr int kTurnedHeight = 64;
 const std::vector<std::string> kNeutral = {"--set", "lens.type=none", "--set",
                                            "fast-blur.amount=0"};
 
@@ -63,13 +63,15 @@ class TurnedHeifRunTest : public ToolTest {
 
  private:
   static media::HeifImage MakeImage() {
-    const FilePicture picture = NoisePicture(kWidth, kHeight, 3, OIIO::TypeDesc::UINT8, 7);
+    const FilePicture picture =
+        NoisePicture(kTurnedWidth, kTurnedHeight, 3, OIIO::TypeDesc::UINT8, 7);
     heif_image* image = nullptr;
-    heif_image_create(kWidth, kHeight, heif_colorspace_RGB, heif_chroma_interleaved_RGB, &image);
-    heif_image_add_plane(image, heif_channel_interleaved, kWidth, kHeight, 8);
+    heif_image_create(kTurnedWidth, kTurnedHeight, heif_colorspace_RGB, heif_chroma_interleaved_RGB,
+                      &image);
+    heif_image_add_plane(image, heif_channel_interleaved, kTurnedWidth, kTurnedHeight, 8);
     int stride = 0;
     uint8_t* const plane = heif_image_get_plane(image, heif_channel_interleaved, &stride);
-    constexpr std::size_t kRowBytes = 3 * kWidth;
+    constexpr std::size_t kRowBytes = 3 * kTurnedWidth;
     for (std::size_t i = 0; i < picture.samples.size(); ++i) {
       plane[i / kRowBytes * static_cast<std::size_t>(stride) + i % kRowBytes] =
           static_cast<uint8_t>(picture.samples[i]);

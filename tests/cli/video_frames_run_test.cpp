@@ -9,7 +9,7 @@
 namespace vitrell::cli {
 namespace {
 
-constexpr const char* kChapters =
+constexpr const char* kTwoChapters =
     ";FFMETADATA1\n[CHAPTER]\nTIMEBASE=1/1000\nSTART=0\nEND=600\ntitle=One\n"
     "[CHAPTER]\nTIMEBASE=1/1000\nSTART=600\nEND=1200\ntitle=Two\n";
 
@@ -78,7 +78,7 @@ TEST_F(VideoFramesRunTest, TheyAreThoseOfTheWholeVideo) {
 }
 
 TEST_F(VideoFramesRunTest, ChaptersAndTimecodeMoveAlong) {
-  WriteFile("chapters.txt", kChapters);
+  WriteFile("chapters.txt", kTwoChapters);
   MakeVideo("base.mov", "-c:v libx264 -bf 2 -c:a aac -timecode 01:02:03:04");
   Ffmpeg("-i base.mov -i chapters.txt -map 0:v -map 0:a -map_chapters 1 -c copy in.mov");
   const ToolResult run = Neutral("in.mov", "out.mov", {"--frames", "10-19", "--strict"});

@@ -16,8 +16,8 @@ using media::ReadPictureFile;
 using media::Window;
 using media::WritePictureFile;
 
-constexpr int kWidth = 64;
-constexpr int kHeight = 48;
+constexpr int kWindowWidth = 64;
+constexpr int kWindowHeight = 48;
 constexpr int kChannels = 4;
 // Where the display window begins; nothing may depend on it.
 constexpr int kLeft = 100;
@@ -36,8 +36,8 @@ class WindowsRunTest : public ToolTest {
         NoisePicture(data.width, data.height, kChannels, OIIO::TypeDesc::HALF, 6, true);
     picture.spec.full_x = kLeft;
     picture.spec.full_y = kTop;
-    picture.spec.full_width = kWidth;
-    picture.spec.full_height = kHeight;
+    picture.spec.full_width = kWindowWidth;
+    picture.spec.full_height = kWindowHeight;
     picture.spec.x = kLeft + data.x;
     picture.spec.y = kTop + data.y;
     WritePictureFile(InFolder(name), picture);
@@ -45,12 +45,13 @@ class WindowsRunTest : public ToolTest {
 
   // The same picture without windows: what lies outside is transparent black, or cut off.
   void WriteDisplay(const std::string& name, const FilePicture& framed, const Window& data) const {
-    FilePicture picture = NoisePicture(kWidth, kHeight, kChannels, OIIO::TypeDesc::HALF, 6, true);
+    FilePicture picture =
+        NoisePicture(kWindowWidth, kWindowHeight, kChannels, OIIO::TypeDesc::HALF, 6, true);
     std::fill(picture.floats.begin(), picture.floats.end(), 0.0F);
-    for (int y = std::max(data.y, 0); y < std::min(data.Bottom(), kHeight); ++y) {
-      for (int x = std::max(data.x, 0); x < std::min(data.Right(), kWidth); ++x) {
+    for (int y = std::max(data.y, 0); y < std::min(data.Bottom(), kWindowHeight); ++y) {
+      for (int x = std::max(data.x, 0); x < std::min(data.Right(), kWindowWidth); ++x) {
         std::copy_n(&framed.floats[Index(x - data.x, y - data.y, data.width)], kChannels,
-                    &picture.floats[Index(x, y, kWidth)]);
+                    &picture.floats[Index(x, y, kWindowWidth)]);
       }
     }
     WritePictureFile(InFolder(name), picture);
@@ -84,8 +85,8 @@ TEST_P(PlacedWindowsRunTest, TheLensIsThatOfTheDisplayWindow) {
   const FilePicture expected = ReadPictureFile(InFolder("expected.exr"));
   EXPECT_EQ(after.spec.full_x, kLeft);
   EXPECT_EQ(after.spec.full_y, kTop);
-  EXPECT_EQ(after.spec.full_width, kWidth);
-  EXPECT_EQ(after.spec.full_height, kHeight);
+  EXPECT_EQ(after.spec.full_width, kWindowWidth);
+  EXPECT_EQ(after.spec.full_height, kWindowHeight);
   EXPECT_EQ(after.spec.x, kLeft + data.x);
   EXPECT_EQ(after.spec.y, kTop + data.y);
   ASSERT_EQ(after.spec.width, data.width);
@@ -93,14 +94,14 @@ TEST_P(PlacedWindowsRunTest, TheLensIsThatOfTheDisplayWindow) {
   int wrong = 0;
   for (int y = data.y; y < data.Bottom(); ++y) {
     for (int x = data.x; x < data.Right(); ++x) {
-      const bool seen = x >= 0 && y >= 0 && x < kWidth && y < kHeight;
+      const bool seen = x >= 0 && y >= 0 && x < kWindowWidth && y < kWindowHeight;
       const std::size_t at = Index(x - data.x, y - data.y, data.width);
-      const float* pixel = seen ? &expected.floats[Index(x, y, kWidth)] : &before.floats[at];
+      const float* pixel = seen ? &expected.floats[Index(x, y, kWindowWidth)] : &before.floats[at];
       if (!std::equal(pixel, pixel + kChannels, &after.floats[at])) ++wrong;
     }
   }
   EXPECT_EQ(wrong, 0);
-  const bool seen = data.x < kWidth;
+  const bool seen = data.x < kWindowWidth;
   EXPECT_EQ(after.floats != before.floats, seen);
 }
 
@@ -112,14 +113,15 @@ TEST_P(PlacedWindowsRunTest, FormatsWithoutWindowsGetTheDisplayWindow) {
     const ToolResult result = RunLook("in.exr", output);
     ASSERT_EQ(result.exitCode, 0) << result.err;
     EXPECT_TRUE(Has(result, "the display window is written")) << result.err;
-    EXPECT_EQ(Has(result, "without the pixels beyond it"),
-              data.x < 0 || data.y < 0 || data.Right() > kWidth || data.Bottom() > kHeight);
+    EXPECT_EQ(Has(result, "without the pixels beyond it"), data.x < 0 || data.y < 0 ||
+                                                               data.Right() > kWindowWidth ||
+                                                               data.Bottom() > kWindowHeight);
     const std::string expected = std::string("expected") + (output + 3);
     ASSERT_EQ(RunLook("display.exr", expected).exitCode, 0);
     const FilePicture a = ReadPictureFile(InFolder(output));
     const FilePicture b = ReadPictureFile(InFolder(expected));
-    EXPECT_EQ(a.spec.width, kWidth);
-    EXPECT_EQ(a.spec.height, kHeight);
+    EXPECT_EQ(a.spec.width, kWindowWidth);
+    EXPECT_EQ(a.spec.height, kWindowHeight);
     EXPECT_TRUE(a.samples == b.samples) << output;
     EXPECT_TRUE(a.floats == b.floats) << output;
   }
@@ -138,7 +140,7 @@ TEST_F(WindowsRunTest, WhatIsPaintedOutsideTheDataIsTold) {
   const ToolResult result =
       Run({"render", "in.exr", "out.exr", "--set", "lens.type=none", "--set", "color.opacity=100"});
   ASSERT_EQ(result.exitCode, 0) << result.err;
-  EXPECT_TRUE(Has(result, std::to_string(kWidth * kHeight - 30 * 20) +
+  EXPECT_TRUE(Has(result, std::to_string(kWindowWidth * kWindowHeight - 30 * 20) +
                               " pixels that the effect painted outside the data window"))
       << result.err;
 }

@@ -18,7 +18,7 @@
 namespace vitrell::look {
 namespace {
 
-constexpr unsigned kSeed = 20;
+constexpr unsigned kValuesSeed = 20;
 constexpr int kRounds = 3000;
 
 class Frei0rMappingTest : public testing::Test {
@@ -88,7 +88,7 @@ TEST_F(Frei0rMappingTest, ZeroIsNeverNegative) {
 
 // A decimal with up to nine digits behind the point, as a user types it, in the whole range.
 TEST_F(Frei0rMappingTest, EveryNumberComesBackWithAllItsBits) {
-  std::mt19937 random(kSeed);
+  std::mt19937 random(kValuesSeed);
   int checked = 0;
   for (const Frei0rParameter& parameter : parameters_) {
     const Control& control = panel_.controls[parameter.control];
@@ -114,10 +114,10 @@ TEST_F(Frei0rMappingTest, EveryNumberComesBackWithAllItsBits) {
         const PointValue got = std::get<PointValue>(back);
         ASSERT_EQ(parameter.isY ? got.y.value : got.x.value,
                   parameter.isY ? wanted.y.value : wanted.x.value)
-            << parameter.name << " " << typed << ", seed " << kSeed;
+            << parameter.name << " " << typed << ", seed " << kValuesSeed;
       } else {
         ASSERT_EQ(std::get<double>(back), std::get<double>(value))
-            << parameter.name << " " << typed << ", seed " << kSeed;
+            << parameter.name << " " << typed << ", seed " << kValuesSeed;
       }
       ++checked;
     }

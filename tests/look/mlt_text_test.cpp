@@ -24,7 +24,7 @@ extern "C" {
 namespace vitrell::look {
 namespace {
 
-constexpr std::uint32_t kSeed = 20261122;
+constexpr std::uint32_t kKeysSeed = 20261122;
 
 class MltTextTest : public testing::Test {
  protected:
@@ -105,7 +105,7 @@ class MltTextTest : public testing::Test {
   headless::EffectHost host_{VITRELL_MODULE_PATH};
   Panel panel_ = MakePanel(host_.Parameters());
   std::vector<Frei0rParameter> parameters_ = MakeFrei0rParameters(panel_);
-  std::mt19937 random_{kSeed};
+  std::mt19937 random_{kKeysSeed};
 
   int Below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
 

@@ -20,8 +20,8 @@ namespace {
 namespace fs = std::filesystem;
 
 // Beyond one square of the pixels that are turned together, and no multiple of it.
-constexpr int kWidth = 67;
-constexpr int kHeight = 45;
+constexpr int kShotWidth = 67;
+constexpr int kShotHeight = 45;
 
 class OrientationTest : public testing::TestWithParam<int> {
  protected:
@@ -32,7 +32,7 @@ class OrientationTest : public testing::TestWithParam<int> {
   ~OrientationTest() override { fs::remove_all(folder_); }
 
   fs::path WriteTurned(int channels, OIIO::TypeDesc type) const {
-    FilePicture picture = NoisePicture(kWidth, kHeight, channels, type, 5);
+    FilePicture picture = NoisePicture(kShotWidth, kShotHeight, channels, type, 5);
     picture.spec.attribute("Orientation", GetParam());
     // The writer works out the vertical one.
     picture.spec.attribute("XResolution", 300.0F);
@@ -47,8 +47,8 @@ class OrientationTest : public testing::TestWithParam<int> {
     const fs::path file = WriteTurned(channels, type);
     const Picture picture = ReadPicture(file, {});
     const bool turned = GetParam() >= 5;
-    EXPECT_EQ(picture.Width(), turned ? kHeight : kWidth);
-    EXPECT_EQ(picture.Height(), turned ? kWidth : kHeight);
+    EXPECT_EQ(picture.Width(), turned ? kShotHeight : kShotWidth);
+    EXPECT_EQ(picture.Height(), turned ? kShotWidth : kShotHeight);
     EXPECT_EQ(picture.spec.get_int_attribute("Orientation"), 1);
     const FilePicture stored = ReadPictureFile(file);
     const float x = stored.spec.get_float_attribute("XResolution");
@@ -81,7 +81,7 @@ TEST_P(OrientationTest, IsLeftAloneWhenNotWanted) {
   ReadChoice stays;
   stays.autoOrient = false;
   const Picture picture = ReadPicture(file, {}, {}, stays);
-  EXPECT_EQ(picture.Width(), kWidth);
+  EXPECT_EQ(picture.Width(), kShotWidth);
   EXPECT_EQ(picture.spec.get_int_attribute("Orientation"), GetParam());
   const std::vector<uint16_t> stored = ReadPictureFile(file).samples;
   EXPECT_EQ(std::get<std::vector<uint8_t>>(picture.samples),
@@ -91,7 +91,7 @@ TEST_P(OrientationTest, IsLeftAloneWhenNotWanted) {
 // The layers lie as the canvas does, to which alone the tag belongs.
 TEST_P(OrientationTest, PsdAndItsLayersComeUpright) {
   const fs::path file = folder_ / "in.psd";
-  const PsdFile psd{NoisePicture(kWidth, kHeight, 3, OIIO::TypeDesc::UINT8, 5),
+  const PsdFile psd{NoisePicture(kShotWidth, kShotHeight, 3, OIIO::TypeDesc::UINT8, 5),
                     GetParam(),
                     {{"top", 3, 2, NoisePicture(20, 11, 4, OIIO::TypeDesc::UINT8, 6)}}};
   WritePsdFile(file, psd);

@@ -14,14 +14,11 @@
 #include "look/value_text.h"
 #include "media/failure.h"
 #include "panel/random_look.h"
+#include "panel/real_module.h"
 #include "whole/dice.h"
 
 namespace vitrell::panel {
 namespace {
-
-std::shared_ptr<const headless::EffectModule> RealModule() {
-  return std::make_shared<const headless::EffectModule>(std::filesystem::path(VITRELL_MODULE_PATH));
-}
 
 // All values as text, which is as exact as the values.
 std::vector<std::string> State(const Document& document) {

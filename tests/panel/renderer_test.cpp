@@ -12,16 +12,13 @@
 #include "headless/fakes/fake_effect.h"
 #include "panel/model/preview_budget.h"
 #include "panel/random_look.h"
+#include "panel/real_module.h"
 #include "panel/test_picture.h"
 
 namespace vitrell::panel {
 namespace {
 
 namespace fakes = headless::fakes;
-
-std::shared_ptr<const headless::EffectModule> RealModule() {
-  return std::make_shared<const headless::EffectModule>(std::filesystem::path(VITRELL_MODULE_PATH));
-}
 
 class RendererTest : public testing::Test {
  protected:

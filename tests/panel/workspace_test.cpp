@@ -19,6 +19,7 @@
 #include "look/animation_text.h"
 #include "panel/hand.h"
 #include "panel/random_look.h"
+#include "panel/real_module.h"
 #include "panel/test_picture.h"
 #include "panel/time/key_tracks.h"
 #include "panel/widgets/control_row.h"
@@ -31,10 +32,6 @@ namespace {
 namespace fakes = headless::fakes;
 using testing::Contains;
 using testing::HasSubstr;
-
-std::shared_ptr<const headless::EffectModule> RealModule() {
-  return std::make_shared<const headless::EffectModule>(std::filesystem::path(VITRELL_MODULE_PATH));
-}
 
 // The parts stand in windows of their own, which end before the workspace.
 class WorkspaceTest : public testing::Test {

@@ -6,7 +6,7 @@ namespace vitrell::sample {
 namespace {
 
 constexpr Rgb kBody = {0.020, 0.026, 0.040};
-constexpr Rgb kEdge = {0.16, 0.12, 0.09};
+constexpr Rgb kTrim = {0.16, 0.12, 0.09};
 constexpr double kWheelRadius = 15;
 
 void DrawWheel(Canvas& canvas, double x) {
@@ -40,8 +40,8 @@ void DrawCar(Canvas& canvas, double time) {
   const double x = -560 + kSpeed * time;
   DrawCabin(canvas, x);
   canvas.FillRound({x - 128, kKerb - 54, x + 126, kKerb - 12}, 12, kBody);
-  canvas.Line(x - 118, kKerb - 52, x + 112, kKerb - 52, 0.9, kEdge);
-  canvas.Line(x - 122, kKerb - 26, x + 120, kKerb - 26, 0.6, kEdge * 0.6);
+  canvas.Line(x - 118, kKerb - 52, x + 112, kKerb - 52, 0.9, kTrim);
+  canvas.Line(x - 122, kKerb - 26, x + 120, kKerb - 26, 0.6, kTrim * 0.6);
   DrawWheel(canvas, x - 78);
   DrawWheel(canvas, x + 76);
   // Head lamp, its light ahead, and tail lamp.
