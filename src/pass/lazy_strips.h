@@ -13,6 +13,13 @@ namespace vitrell {
 
 enum class StripLines { kRows, kColumns };
 
+// Where rows of pixels lie that somebody else owns.
+template <typename Pixel>
+struct StripRows {
+  Pixel* first = nullptr;
+  std::ptrdiff_t pitch = 0;  // From row to row, in pixels; may be negative.
+};
+
 // The memory of a pass's strips. A later pass may reuse it.
 template <typename Pixel>
 struct StripMemory {
@@ -32,22 +39,21 @@ class LazyStrips {
   // Discards all strips. False if memory is short. An image without pixels has no strips. The
   // memory must outlive the use of this object; it is reused if it is large enough.
   [[nodiscard]] bool Reset(std::int32_t width, std::int32_t height, StripMemory<Pixel>* memory) {
-    width_ = static_cast<std::uint32_t>(std::max(width, 0));
-    height_ = static_cast<std::uint32_t>(std::max(height, 0));
-    stripCount_ = (std::size_t{LineCount()} + kStripSize - 1) / kStripSize;
-    const std::size_t pixels = std::size_t{width_} * height_;
-    if ((memory->pixels.size() < pixels && !memory->pixels.Allocate(pixels)) ||
-        (memory->finished.size() < stripCount_ && !memory->finished.Allocate(stripCount_)) ||
-        (memory->claimed.size() < stripCount_ && !memory->claimed.Allocate(stripCount_))) {
+    const auto columns = static_cast<std::size_t>(std::max(width, 0));
+    const std::size_t pixels = columns * static_cast<std::size_t>(std::max(height, 0));
+    if (memory->pixels.size() < pixels && !memory->pixels.Allocate(pixels)) {
       width_ = 0;
       return false;
     }
-    pixels_ = memory->pixels.data();
-    finished_ = memory->finished.data();
-    claimed_ = memory->claimed.data();
-    std::fill_n(finished_, stripCount_, nullptr);
-    std::fill_n(claimed_, stripCount_, std::uint8_t{0});
-    return true;
+    return ResetStates(width, height, {memory->pixels.data(), width}, memory);
+  }
+
+  // The same with the pixels in rows of the caller's, at least `width` long; of memory only the
+  // strips' states are used.
+  [[nodiscard]] bool Reset(std::int32_t width, std::int32_t height, const StripRows<Pixel>& rows,
+                           StripMemory<Pixel>* memory) requires(kStripSize == 1 &&
+                                                                kLines == StripLines::kRows) {
+    return ResetStates(width, height, rows, memory);
   }
 
   // The same with this object's own memory.
@@ -90,11 +96,29 @@ class LazyStrips {
   static constexpr std::size_t kLookAhead = 8;
   static constexpr bool kIsRows = kLines == StripLines::kRows;
 
+  [[nodiscard]] bool ResetStates(std::int32_t width, std::int32_t height,
+                                 const StripRows<Pixel>& rows, StripMemory<Pixel>* memory) {
+    width_ = static_cast<std::uint32_t>(std::max(width, 0));
+    height_ = static_cast<std::uint32_t>(std::max(height, 0));
+    stripCount_ = (std::size_t{LineCount()} + kStripSize - 1) / kStripSize;
+    if ((memory->finished.size() < stripCount_ && !memory->finished.Allocate(stripCount_)) ||
+        (memory->claimed.size() < stripCount_ && !memory->claimed.Allocate(stripCount_))) {
+      width_ = 0;
+      return false;
+    }
+    rows_ = rows;
+    finished_ = memory->finished.data();
+    claimed_ = memory->claimed.data();
+    std::fill_n(finished_, stripCount_, nullptr);
+    std::fill_n(claimed_, stripCount_, std::uint8_t{0});
+    return true;
+  }
+
   template <typename FillStrip>
   void Fill(std::size_t strip, const FillStrip& fill) {
     const auto firstLine = static_cast<std::int32_t>(strip) * kStripSize;
     const auto lineCount = static_cast<std::int32_t>(LineCount());
-    Pixel* const pixels = pixels_ + (kIsRows ? std::ptrdiff_t{firstLine} * width_ : firstLine);
+    Pixel* const pixels = rows_.first + (kIsRows ? firstLine * rows_.pitch : firstLine);
     if (fill(firstLine, std::min(firstLine + kStripSize, lineCount), pixels)) {
       __atomic_store_n(finished_ + strip, pixels, __ATOMIC_RELEASE);
     } else {
@@ -121,7 +145,7 @@ class LazyStrips {
   std::uint32_t width_ = 0;
   std::uint32_t height_ = 0;
   std::size_t stripCount_ = 0;
-  Pixel* pixels_ = nullptr;
+  StripRows<Pixel> rows_;
   // Per strip: the address of its first pixel once it is finished, and whether a thread has claimed
   // it. Atomic builtins of the compilers replace std::atomic_ref, which older standard libraries of
   // macOS lack.

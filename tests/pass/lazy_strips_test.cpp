@@ -116,5 +116,37 @@ TEST(LazyStripsTest, MemoryIsHandedOnWithoutItsStrips) {
   EXPECT_EQ(columns.PixelOrFill(0, 0, fill), first);
 }
 
+// Bottom up, with a gap between rows, and not a pixel more than the rows.
+TEST(LazyStripsTest, RowsOfTheCallers) {
+  constexpr std::int32_t kWidth = 3;
+  constexpr std::int32_t kHeight = 4;
+  constexpr std::ptrdiff_t kPitch = 5;
+  const PF_Pixel untouched = {9, 9, 9, 9};
+  std::vector<PF_Pixel> image(kPitch * kHeight, untouched);
+  PF_Pixel* const lastRow = image.data() + kPitch * (kHeight - 1);
+  StripMemory<PF_Pixel> memory;
+  LazyStrips<PF_Pixel, 1> strips;
+  ASSERT_TRUE(strips.Reset(kWidth, kHeight, {lastRow, -kPitch}, &memory));
+  const auto fill = [](std::int32_t row, std::int32_t, PF_Pixel* out) {
+    for (std::int32_t x = 0; x < kWidth; ++x) {
+      out[x] = {1, static_cast<A_u_char>(x), static_cast<A_u_char>(row), 0};
+    }
+    return true;
+  };
+  for (std::int32_t row = 0; row < kHeight; ++row) {
+    for (std::int32_t x = 0; x < kWidth; ++x) {
+      const PF_Pixel* const pixel = strips.PixelOrFill(x, row, fill);
+      ASSERT_EQ(pixel, lastRow - kPitch * row + x);
+      EXPECT_EQ(pixel->red, x);
+      EXPECT_EQ(pixel->green, row);
+      EXPECT_EQ(strips.ReadyPixel(x, row), pixel);
+    }
+  }
+  for (std::size_t i = 0; i < image.size(); ++i) {
+    EXPECT_EQ(image[i].alpha, i % kPitch < kWidth ? 1 : untouched.alpha) << i;
+  }
+  EXPECT_EQ(memory.pixels.size(), 0U);
+}
+
 }  // namespace
 }  // namespace vitrell

@@ -1,6 +1,8 @@
 // Fast blur: a box blur of the colour channels, repeated three times, uniform or by the lens mask.
 #include "blur/fast/fast_blur.h"
 
+#include <type_traits>
+
 #include "base/numeric.h"
 #include "host/pixel_pass.h"
 #include "host/suite_handler.h"
@@ -59,13 +61,29 @@ struct BoxPass {
     const PF_LayerDef& source = scratch->rows.source();
     plain.stage.left = source.extent_hint.left;
     plain.stage.top = source.extent_hint.top;
-    if (!plain.strips.Reset(source.width, source.height, &scratch->blurredRows)) {
+    const StripRows<Pixel> spare = SpareRows(source);
+    StripMemory<Pixel>* const memory = &scratch->blurredRows;
+    if (spare.first != nullptr ? !plain.strips.Reset(source.width, source.height, spare, memory)
+                               : !plain.strips.Reset(source.width, source.height, memory)) {
       return false;
     }
     return box.lensMap == 0 ||
            (weighted.stage.Prepare(&scratch->weighted) &&
             weighted.strips.Reset(weighted.stage.width(), weighted.stage.height(),
                                   &scratch->weighted.strips));
+  }
+
+  // The rows of the copy of the source, whose pixels nobody reads unless the lens map is on: a
+  // frame of memory less. None where it is on, and where the copy cannot hold the strips.
+  StripRows<Pixel> SpareRows(const PF_LayerDef& source) const {
+    const PF_LayerDef& copy = box.unblurred;
+    const bool fits = copy.data != nullptr && copy.width >= source.width &&
+                      copy.height >= source.height &&
+                      IsDeep(copy) == std::is_same_v<Pixel, PF_Pixel16> &&
+                      copy.rowbytes % A_long{sizeof(Pixel)} == 0;
+    return box.lensMap == 0 && fits ? StripRows<Pixel>{static_cast<Pixel*>(copy.data),
+                                                       copy.rowbytes / A_long{sizeof(Pixel)}}
+                                    : StripRows<Pixel>{};
   }
 };
 

@@ -33,8 +33,9 @@ struct BoxBlurScratch {
 template <typename Pixel>
 [[nodiscard]] PF_Err FastBlur(const IO_Params& io, std::int32_t radiusPx, std::uint8_t lensMap);
 
-// One horizontal and one vertical box pass; both worlds end up with the result. The effect's own
-// lack of memory is recorded in scratch and returned.
+// One horizontal and one vertical box pass; both worlds end up with the result. Without the lens
+// map the pixels of the round's temporary world hold strips of the result. The effect's own lack of
+// memory is recorded in scratch and returned.
 template <typename Pixel>
 [[nodiscard]] PF_Err FastBlurA(const IO_Params& io, std::int32_t horizontalRadiusPx,
                                std::int32_t verticalRadiusPx, std::uint8_t lensMap,
