@@ -14,11 +14,28 @@
 #   scripts/release.sh --dirty     leaves changes that are not committed out, and says so
 #   scripts/release.sh --help
 #
-# The version is that of CMakeLists.txt. The same commit gives the same bytes on the same system.
+# The version is that of CMakeLists.txt. The same commit gives the same bytes on the same system,
+# wherever and whenever it is built.
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+# Both would go into the archives.
+umask 022
+export TZ=UTC
 
 usage() {
   sed -n '2,/^source/{/^source/d;s/^# \{0,1\}//;p}' "${BASH_SOURCE[0]}"
+}
+
+# Files or folders of dist/ as an archive. Without its extra fields it holds one time of each file,
+# that of the commit: when a file was made or last read cannot be the same twice.
+make_zip() {
+  local archive="$parts/$1"
+  shift
+  (
+    cd dist
+    find "$@" -exec touch --date="$commit_time" {} +
+    find "$@" -type f | LC_ALL=C sort | zip -q -X "$archive" -@
+  )
 }
 
 dirty=0
@@ -35,6 +52,7 @@ if [[ -n "$(git status --porcelain)" ]]; then
   say "Changes that are not committed are left out"
 fi
 
+install_packages zip
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 trap 'exit 130' INT TERM
@@ -46,26 +64,17 @@ git clone --quiet --no-hardlinks "$root" "$clone"
 cd "$clone"
 version="$(sed -n 's/^project(Vitrell VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)"
 [[ -n "$version" ]] || fail "CMakeLists.txt names no version."
-commit_time="$(TZ=UTC git log -1 --date='format-local:%Y-%m-%d %H:%M:%S UTC' --format=%cd)"
+commit_time="$(git log -1 --date='format-local:%Y-%m-%d %H:%M:%S UTC' --format=%cd)"
 
 # One section of the changelog, without its heading.
 sed -n "/^## $version\b/,/^## /{/^## /d;p}" CHANGELOG.md >"$parts/CHANGES-$version.md"
 [[ -s "$parts/CHANGES-$version.md" ]] || fail "CHANGELOG.md has no section $version."
 
 bash scripts/build-macos.sh
-mac_zip="Vitrell-$version-macos.zip"
-(
-  cd dist
-  find Vitrell.plugin -type f | LC_ALL=C sort >"$work/files"
-  cmake -E tar cf "$parts/$mac_zip" --format=zip --mtime="$commit_time" --files-from="$work/files"
-)
+make_zip "Vitrell-$version-macos.zip" Vitrell.plugin
 
 bash scripts/build-windows.sh
-(
-  cd dist
-  cmake -E tar cf "$parts/Vitrell-$version-windows.zip" --format=zip --mtime="$commit_time" \
-    Vitrell.aex
-)
+make_zip "Vitrell-$version-windows.zip" Vitrell.aex
 
 bash scripts/build-packages.sh
 cp dist/*.deb "$parts/"
