@@ -18,6 +18,8 @@ usage() {
   sed -n '2,/^source/{/^source/d;s/^# \{0,1\}//;p}' "${BASH_SOURCE[0]}"
 }
 
+# No file may tell where it was built: neither by a path in its code, nor by its build ID, which is
+# made of the program as it is linked, with the path of its libraries in the build folder.
 build_packages() {
   SOURCE_DATE_EPOCH="$(git log -1 --format=%ct)"
   export SOURCE_DATE_EPOCH
@@ -26,7 +28,7 @@ build_packages() {
   cmake --preset release -B "$build" --log-level=WARNING -DVITRELL_PACKAGES=ON \
     -DVITRELL_BUILD_PANEL=ON \
     -DVITRELL_BUILD_TESTS=OFF -DVITRELL_BUILD_BENCH=OFF \
-    -DCMAKE_CXX_FLAGS="-ffile-prefix-map=$root=."
+    -DCMAKE_CXX_FLAGS="-ffile-prefix-map=$root=." -DCMAKE_BUILD_RPATH_USE_ORIGIN=ON
   cmake --build "$build" --parallel "$jobs"
   rm -f "$build"/*.deb
   (cd "$build" && umask 022 && cpack)
