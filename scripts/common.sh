@@ -68,12 +68,14 @@ build_preset() {
     "${launcher[@]}" cmake --build --preset "$preset" --parallel "$jobs" ${1:+--target "$@"}
 }
 
-# Installs what is missing of these packages.
+# Installs what is missing of these packages. A package may be known for other processors, too; it
+# counts when it is there for this one.
 install_packages() {
-  local package missing=() as_root=()
+  local package own missing=() as_root=()
+  own="$(dpkg --print-architecture)"
   for package in "$@"; do
-    dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed ||
-      missing+=("$package")
+    dpkg-query -W -f='${Architecture} ${db:Status-Status}\n' "$package" 2>/dev/null |
+      grep -xE "(all|$own) installed" >/dev/null || missing+=("$package")
   done
   ((${#missing[@]})) || return 0
   ((EUID == 0)) || as_root=(sudo)

@@ -30,9 +30,10 @@ case "${1:-}" in
 esac
 
 missing=()
+own="$(dpkg --print-architecture)" # A package may be known for other processors, too.
 for package in "${packages[@]}"; do
-  status="$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null || true)"
-  [[ "$status" == installed ]] || missing+=("$package")
+  dpkg-query -W -f='${Architecture} ${db:Status-Status}\n' "$package" 2>/dev/null |
+    grep -xE "(all|$own) installed" >/dev/null || missing+=("$package")
 done
 
 if ((${#missing[@]} == 0)); then
