@@ -6,7 +6,9 @@ set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_VERSION 20)
 set(CMAKE_SYSTEM_PROCESSOR ${VITRELL_CROSS_ARCH})
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VITRELL_CROSS_ARCH VITRELL_ZIG)
+# Nothing is linked by zig: for the first program it would compile its own C++ runtime.
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
+set(CMAKE_CXX_COMPILER_ID_FLAGS_ALWAYS -c)
 
 set(target_x86_64 x86_64-macos.11.0)
 set(target_arm64 aarch64-macos.11.0)
