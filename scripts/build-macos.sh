@@ -174,12 +174,7 @@ zig="$(install_zig)"
 export ZIG_GLOBAL_CACHE_DIR="$work/cache" ZIG_LOCAL_CACHE_DIR="$work/cache"
 use_ccache
 
-say "Building the resource writer"
-cmake -S . -B "$work/native" -G Ninja --log-level=WARNING -DCMAKE_BUILD_TYPE=Release \
-  -DCMAKE_CXX_COMPILER=g++ \
-  -DVITRELL_BUILD_TESTS=OFF -DVITRELL_BUILD_TOOL=OFF -DVITRELL_BUILD_BENCH=OFF
-cmake --build "$work/native" --parallel "$jobs" --target write_resource
-
+build_resource_writer "$work/native"
 for arch in "${architectures[@]}"; do
   build_slice "$arch" "$zig" "$work/native/packaging/write_resource"
 done

@@ -26,7 +26,7 @@ build_for_windows() {
   say "Building build/windows/$folder"
   cmake -S . -B "$work/$folder" -G Ninja --log-level=WARNING -DCMAKE_BUILD_TYPE=Release \
     --toolchain cmake/x86_64_windows.cmake -DVITRELL_BUILD_CLI=OFF -DVITRELL_BUILD_BENCH=OFF \
-    -DVITRELL_WRITE_RESOURCE="$root/build/release/packaging/write_resource" "$@"
+    -DVITRELL_WRITE_RESOURCE="$work/native/packaging/write_resource" "$@"
   cmake --build "$work/$folder" --parallel "$jobs"
 }
 
@@ -99,7 +99,8 @@ packages=(g++-mingw-w64-x86-64-win32 binutils-mingw-w64-x86-64)
 bash scripts/setup.sh
 install_packages "${packages[@]}"
 
-build_preset release write_resource
+use_ccache
+build_resource_writer "$work/native"
 build_module module
 mkdir -p dist
 cp "$work/module/src/Vitrell.aex" "$module"

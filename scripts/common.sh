@@ -68,6 +68,16 @@ build_preset() {
     "${launcher[@]}" cmake --build --preset "$preset" --parallel "$jobs" ${1:+--target "$@"}
 }
 
+# Builds the program that writes the effect's resource, which runs here whatever it is for, and nothing
+# else into the given build folder.
+build_resource_writer() {
+  say "Building the resource writer"
+  cmake -S . -B "$1" -G Ninja --log-level=WARNING -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_CXX_COMPILER=g++ \
+    -DVITRELL_BUILD_TESTS=OFF -DVITRELL_BUILD_TOOL=OFF -DVITRELL_BUILD_BENCH=OFF
+  cmake --build "$1" --parallel "$jobs" --target write_resource
+}
+
 # Installs what is missing of these packages. A package may be known for other processors, too; it
 # counts when it is there for this one.
 install_packages() {
