@@ -3,20 +3,17 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <iterator>
 #include <new>
-#include <string_view>
 #include <utility>
 
 #include "media/failure.h"
 #include "media/standard_streams.h"
 #include "media/video_input.h"
+#include "media/video_length.h"
 #include "media/video_messages.h"
 
 extern "C" {
-#include <libavutil/avutil.h>
-#include <libavutil/dict.h>
 #include <libavutil/mathematics.h>
 }
 
@@ -26,18 +23,6 @@ namespace {
 constexpr int kMostSide = 30000;  // of the effect's worlds
 
 AVRational Inverse(AVRational ratio) { return {ratio.den, ratio.num}; }
-
-// What Matroska tells of a stream: "00:00:02.000000000". In seconds; 0: nothing.
-double TaggedSeconds(const AVStream& stream) {
-  const AVDictionaryEntry* tag = av_dict_get(stream.metadata, "DURATION", nullptr, 0);
-  int hours = 0;
-  int minutes = 0;
-  double seconds = 0;
-  if (tag == nullptr || std::sscanf(tag->value, "%d:%d:%lf", &hours, &minutes, &seconds) != 3) {
-    return 0;
-  }
-  return hours * 3600.0 + minutes * 60.0 + seconds;
-}
 
 // The file is not to blame.
 void ThrowIfNoMemory(int error) {
@@ -67,14 +52,7 @@ void VideoReader::ThrowIfStopped() const {
 }
 
 std::int64_t VideoReader::ExpectedFrames() const {
-  if (stream_->nb_frames > 0) return stream_->nb_frames;
-  double seconds = TaggedSeconds(*stream_);
-  if (stream_->duration > 0) {
-    seconds = static_cast<double>(stream_->duration) * av_q2d(stream_->time_base);
-  } else if (seconds <= 0 && container_->duration > 0) {
-    seconds = static_cast<double>(container_->duration) / AV_TIME_BASE;
-  }
-  return static_cast<std::int64_t>(seconds * av_q2d(frameRate_) + 0.5);
+  return FramesInHeader(*container_, *stream_, frameRate_);
 }
 
 void VideoReader::UseThreads(int threads) {
@@ -131,10 +109,10 @@ void VideoReader::Feed() {
       Keep(*packet_, others_);
       continue;
     }
-    ++packetsRead_;
-    packetEnd_ = avio_tell(container_->pb);
+    ++read_.packets;
+    read_.fileOffset = avio_tell(container_->pb);
     if (packet_->pts != AV_NOPTS_VALUE) {
-      farthestEnd_ = std::max(farthestEnd_, packet_->pts + packet_->duration);
+      read_.farthestEnd = std::max(read_.farthestEnd, packet_->pts + packet_->duration);
     }
     if ((packet_->flags & AV_PKT_FLAG_CORRUPT) != 0 && HasBegun()) {
       TellDamage("ends too early or is damaged (a frame is not whole)");
@@ -162,7 +140,7 @@ bool VideoReader::Next(AVFrame& frame) {
         TellDamage("is damaged (" + VideoErrorCause(error) + ")");
       }
       if (error != AVERROR_EOF && error != AVERROR(EAGAIN) && !ended_) continue;
-      LookForMissingFrames();
+      TellDamage(ShortageOf(*container_, *stream_, read_));
       return false;
     }
     if (known_ > 0) {
@@ -215,24 +193,6 @@ void VideoReader::Stamp(AVFrame& frame) {
   frame.pts = time;
   lastTime_ = time;
   lastDuration_ = usual;
-}
-
-void VideoReader::LookForMissingFrames() {
-  const std::string_view container = container_->iformat->name;
-  // Frames all have one size, and there is nothing else.
-  if (container == "yuv4mpegpipe" && avio_tell(container_->pb) != packetEnd_) {
-    TellDamage("ends in the middle of a frame");
-  }
-  if (container == "avi" && stream_->duration > 0 && farthestEnd_ < stream_->duration) {
-    TellDamage("ends too early");
-  }
-  // Only this demuxer's index lists what it will read, and not what can be sought.
-  if (container.starts_with("mov,") && packetsRead_ < avformat_index_get_entries_count(stream_)) {
-    TellDamage("ends too early (" + std::to_string(packetsRead_) + " of " +
-               std::to_string(avformat_index_get_entries_count(stream_)) + " frames are there)");
-  }
-  // This demuxer says so, but returns a plain end of the file.
-  if (HasVideoMessage("File ended prematurely")) TellDamage("ends too early");
 }
 
 }  // namespace vitrell::media

@@ -12,6 +12,7 @@
 
 #include "media/video_handles.h"
 #include "media/video_io.h"
+#include "media/video_length.h"
 
 namespace vitrell::media {
 
@@ -62,7 +63,6 @@ class VideoReader {
   static void Keep(const AVPacket& packet, std::vector<PacketHandle>& kept);
   void Stamp(AVFrame& frame);
   bool HasSameSize(const AVFrame& frame);
-  void LookForMissingFrames();
   void TellDamage(const std::string& damage);
 
   std::filesystem::path name_;
@@ -77,12 +77,10 @@ class VideoReader {
   int width_ = 0;
   int height_ = 0;
   bool ended_ = false;
-  std::int64_t packetsRead_ = 0;
-  std::int64_t packetEnd_ = 0;  // in the file
+  ReadLength read_;
   std::int64_t framesRead_ = 0;
   std::int64_t lastTime_ = 0;
   std::int64_t lastDuration_ = 0;
-  std::int64_t farthestEnd_ = AV_NOPTS_VALUE;
   std::vector<PacketHandle> others_;
   // While there may be another decoder: what this one got.
   bool mayChangeDecoder_ = true;

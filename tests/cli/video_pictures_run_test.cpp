@@ -1,8 +1,4 @@
 // Videos into sequences of pictures.
-#include <signal.h>
-#include <sys/mount.h>
-#include <unistd.h>
-
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -10,42 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "cli/video_files.h"
+#include "cli/video_pictures.h"
 
 namespace vitrell::cli {
 namespace {
 
-constexpr const char* kLook = "out/look.####.png";
-
-class VideoPicturesRunTest : public VideoTest {
- protected:
-  VideoPicturesRunTest() { std::filesystem::create_directory(InFolder("out")); }
-
-  // No frame is like another.
-  void MakeVideo(int frames, const std::string& pixels = "bgr0") const {
-    Ffmpeg("-f lavfi -i testsrc2=s=48x32:r=25,noise=alls=40:allf=t -frames:v " +
-           std::to_string(frames) + " -c:v ffv1 -pix_fmt " + pixels + " in.mkv");
-  }
-  ToolResult Render(std::vector<std::string> more, const std::string& output = kLook) const {
-    more.insert(more.begin(), {"render", "in.mkv", output});
-    return Run(more);
-  }
-  std::string Hashes(const std::string& start, int first, const std::string& pixels) const {
-    return Shell("ffmpeg -nostdin -v error -start_number " + std::to_string(first) + " -i " +
-                 start + "%04d.png -pix_fmt " + pixels +
-                 " -f framehash - | grep -v '^#' | cut -d, -f6");
-  }
-  std::string Out() const { return Shell("ls out | tr '\\n' ' '"); }
-};
-
-std::string Files(const std::vector<int>& frames, const std::string& start = "look.") {
-  std::string text;
-  for (const int frame : frames) {
-    const std::string digits = std::to_string(frame);
-    text += start + std::string(4 - digits.size(), '0') + digits + ".png ";
-  }
-  return text;
-}
+class VideoPicturesRunTest : public VideoPicturesTest {};
 
 // With 8, 10 and 16 bits, with and without alpha; deep ones become pictures of 16 bits.
 TEST_F(VideoPicturesRunTest, EveryBitOfEveryFrameIsThere) {
@@ -55,7 +21,7 @@ TEST_F(VideoPicturesRunTest, EveryBitOfEveryFrameIsThere) {
                                        {"gbrap16le", "rgba64be"}}) {
     MakeVideo(4, pixels);
     std::vector<std::string> options = {"--force", "--threads", "4", "--jobs", "3"};
-    const ToolResult run = Neutral("in.mkv", kLook, options);
+    const ToolResult run = Neutral("in.mkv", kPictures, options);
     ASSERT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(Hashes("out/look.", 0, stored), FrameHashes("in.mkv", stored)) << pixels;
     EXPECT_EQ(Probe("out/look.0000.png", "stream=pix_fmt"), "pix_fmt=" + stored + "\n");
@@ -82,8 +48,9 @@ TEST_F(VideoPicturesRunTest, FramesAreThoseOfTheRenderedVideoOnAnyJobs) {
 
 TEST_F(VideoPicturesRunTest, FramesAreChosenAndRenumbered) {
   MakeVideo(10);
-  ASSERT_EQ(Neutral("in.mkv", kLook, {"--frames", "2-8x3", "--frames-out", "1001-"}).exitCode, 0);
-  EXPECT_EQ(Out(), Files({1001, 1002, 1003}));
+  ASSERT_EQ(Neutral("in.mkv", kPictures, {"--frames", "2-8x3", "--frames-out", "1001-"}).exitCode,
+            0);
+  EXPECT_EQ(Out(), PictureNames({1001, 1002, 1003}));
   const std::string all = FrameHashes("in.mkv", "rgb24");
   const std::size_t line = all.size() / 10;
   EXPECT_EQ(Hashes("out/look.", 1001, "rgb24"),
@@ -105,12 +72,12 @@ TEST_F(VideoPicturesRunTest, MissingFramesAreToldHeldOrBlack) {
     std::vector<std::string> options = five;
     options.back() = "--force";
     options.insert(options.end(), {"--missing", missing});
-    return Neutral("in.mkv", kLook, options);
+    return Neutral("in.mkv", kPictures, options);
   };
-  ExpectMessage(Neutral("in.mkv", kLook, five), 1, {"in.mkv: frames 4,5 are not there"});
-  EXPECT_EQ(Out(), Files({2, 3}));
+  ExpectMessage(Neutral("in.mkv", kPictures, five), 1, {"in.mkv: frames 4,5 are not there"});
+  EXPECT_EQ(Out(), PictureNames({2, 3}));
   EXPECT_EQ(render("skip").exitCode, 0);
-  EXPECT_EQ(Out(), Files({2, 3}));
+  EXPECT_EQ(Out(), PictureNames({2, 3}));
   const ToolResult held = render("hold");
   EXPECT_EQ(held.exitCode, 0) << held.err;
   EXPECT_NE(held.err.find("frames from 4 on are not there"), std::string::npos) << held.err;
@@ -135,9 +102,9 @@ TEST_F(VideoPicturesRunTest, WhatIsThereIsKeptIfItIsMadeOfTheSame) {
   EXPECT_EQ(again.exitCode, 0) << again.err;
   EXPECT_NE(again.out.find("3 frames rendered, 1 skipped"), std::string::npos) << again.out;
   EXPECT_NE(again.out.find("3 stale, 2 torn"), std::string::npos) << again.out;
-  EXPECT_EQ(Run({"check", kLook}).exitCode, 0);
+  EXPECT_EQ(Run({"check", kPictures}).exitCode, 0);
   MakeVideo(3);
-  EXPECT_EQ(Run({"check", kLook}).exitCode, 1);
+  EXPECT_EQ(Run({"check", kPictures}).exitCode, 1);
 }
 
 TEST_F(VideoPicturesRunTest, ProgressIsThatOfSequences) {
@@ -164,63 +131,6 @@ TEST_F(VideoPicturesRunTest, APipeIsReadToo) {
         " render - out/look.####.png --set lens.type=none --set fast-blur.visible=off --quiet "
         "<in.mkv");
   EXPECT_EQ(Hashes("out/look.", 0, "rgb24"), FrameHashes("in.mkv", "rgb24"));
-}
-
-TEST_F(VideoPicturesRunTest, ATruncatedVideoGivesTheFramesUpToThere) {
-  MakeVideo(20);
-  const std::string whole = ReadFile("in.mkv");
-  WriteFile("in.mkv", whole.substr(0, whole.size() / 2));
-  ExpectMessage(Neutral("in.mkv", kLook, {"--quiet"}), 1, {"in.mkv: ends "});
-  const std::string out = Out();
-  EXPECT_EQ(out.find(Files({0, 1, 2})), 0U) << out;
-  EXPECT_EQ(out.find("look.0015.png"), std::string::npos) << out;
-}
-
-TEST_F(VideoPicturesRunTest, FailuresAreThoseOfFrames) {
-  MakeVideo(4);
-  const auto work = [&](const std::string& what, std::vector<std::string> more) {
-    more.insert(more.end(), {"--effect", VITRELL_FAKE_EFFECT_PATH, "--set", "test.work=" + what,
-                             "--force", "--jobs", "1"});
-    return Render(more);
-  };
-  const ToolResult one = work("0|=Copy; 2|=Out of Memory; 3|=Copy", {"--keep-going"});
-  EXPECT_NE(one.err.find("1 of 4 frames failed: 2."), std::string::npos) << one.err;
-  EXPECT_EQ(one.exitCode, 75);
-  EXPECT_EQ(Out(), Files({0, 1, 3}));
-  const ToolResult died = work("0|=Copy; 1|=Kill; 2|=Copy", {"--keep-going"});
-  EXPECT_EQ(died.exitCode, 75) << died.err;
-  EXPECT_NE(died.err.find("frame 1 was ended by signal 9"), std::string::npos) << died.err;
-}
-
-TEST_F(VideoPicturesRunTest, SignalsEndTheWorkersAndLeaveNoFiles) {
-  MakeVideo(6);
-  for (const int signal : {SIGINT, SIGTERM}) {
-    std::filesystem::remove(InFolder("rendering"));
-    RunningTool tool({"render", "in.mkv", kLook, "--effect", VITRELL_FAKE_EFFECT_PATH, "--jobs",
-                      "2", "--set", "test.work=wait"},
-                     Folder());
-    for (int i = 0; i < 1500 && !std::filesystem::remove(InFolder("rendering")); ++i) {
-      ::usleep(20000);
-    }
-    tool.Signal(signal);
-    const ToolResult result = tool.Wait();
-    EXPECT_EQ(result.exitCode, signal == SIGINT ? 130 : 143) << result.err;
-    EXPECT_NE(result.err.find("cancelled. "), std::string::npos) << result.err;
-    EXPECT_EQ(Out(), "");
-  }
-}
-
-TEST_F(VideoPicturesRunTest, AFullDiskMayBeTriedAgain) {
-  MakeVideo(6);
-  if (::mount("tmpfs", InFolder("out").c_str(), "tmpfs", 0, "size=16k") != 0) {
-    GTEST_SKIP() << "no right to mount here";
-  }
-  const ToolResult full = Neutral("in.mkv", kLook, {"--keep-going"});
-  const std::string left = Shell("ls -A out | grep -v '^look' | wc -l");
-  ::umount(InFolder("out").c_str());
-  EXPECT_EQ(full.exitCode, 75) << full.err;
-  EXPECT_NE(full.err.find("No space left on device"), std::string::npos) << full.err;
-  EXPECT_EQ(left, "0\n");
 }
 
 }  // namespace
