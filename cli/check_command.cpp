@@ -32,18 +32,40 @@ bool IsWhole(const fs::path& frame) {
   }
 }
 
-// Whether a source file, named relative to the frame's folder, has other contents now. False if it
-// is gone.
-bool HasChanged(const fs::path& frame, const std::string& file, const std::string& hash) {
-  const fs::path there = frame.parent_path() / file;
-  std::error_code ignored;
-  return !file.empty() && fs::exists(there, ignored) && media::HashOfFile(there) != hash;
-}
+// What frames are made of, on one side: their inputs, or their layers. A file that several frames
+// in a row have in common, as all have that come from one video, is hashed once.
+class Sources {
+ public:
+  // Whether a source, named relative to the frame's folder, has other contents now. False if it is
+  // gone.
+  bool HaveChanged(const fs::path& frame, const std::string& file, const std::string& hash) {
+    if (file.empty()) return false;
+    const fs::path there = frame.parent_path() / file;
+    std::error_code ignored;
+    if (!fs::exists(there, ignored)) return false;
+    if (there != hashed_) {
+      hash_ = media::HashOfFile(there);
+      hashed_ = there;
+    }
+    return hash_ != hash;
+  }
 
-bool IsStale(const fs::path& frame, const std::string& effect, media::Sidecar& sidecar) {
+ private:
+  fs::path hashed_;
+  std::string hash_;
+};
+
+struct AllSources {
+  Sources inputs;
+  Sources layers;
+};
+
+bool IsStale(const fs::path& frame, const std::string& effect, media::Sidecar& sidecar,
+             AllSources& sources) {
   const auto found = media::FindFingerprint(frame, sidecar);
-  return !found || found->effect != effect || HasChanged(frame, found->inputFile, found->input) ||
-         HasChanged(frame, found->layerFile, found->layer);
+  return !found || found->effect != effect ||
+         sources.inputs.HaveChanged(frame, found->inputFile, found->input) ||
+         sources.layers.HaveChanged(frame, found->layerFile, found->layer);
 }
 
 struct Verdict {
@@ -55,6 +77,7 @@ struct Verdict {
 Verdict Judge(const media::Sequence& sequence, const media::FrameSet& frames,
               const std::string& effect) {
   media::Sidecar sidecar(sequence);
+  AllSources sources;
   Verdict verdict;
   media::FrameCursor cursor(frames);
   while (const std::optional<std::int64_t> frame = cursor.Next()) {
@@ -64,7 +87,7 @@ Verdict Judge(const media::Sequence& sequence, const media::FrameSet& frames,
       verdict.missing.push_back(*frame);
     } else if (!IsWhole(file)) {
       verdict.torn.push_back(*frame);
-    } else if (IsStale(file, effect, sidecar)) {
+    } else if (IsStale(file, effect, sidecar, sources)) {
       verdict.stale.push_back(*frame);
     }
   }

@@ -1,4 +1,8 @@
 // Videos into sequences of pictures.
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <array>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -12,6 +16,37 @@ namespace vitrell::cli {
 namespace {
 
 class VideoPicturesRunTest : public VideoPicturesTest {};
+
+// Counts how often a file is opened from now on.
+class Openings {
+ public:
+  explicit Openings(const std::filesystem::path& file) {
+    // Events that are alike and follow each other are merged; between two openings it is closed.
+    watched_ = ::inotify_add_watch(notify_, file.c_str(), IN_OPEN | IN_CLOSE) >= 0;
+  }
+  ~Openings() { ::close(notify_); }
+  Openings(const Openings&) = delete;
+  Openings& operator=(const Openings&) = delete;
+
+  // -1: nobody counted.
+  int Count() const {
+    if (!watched_) return -1;
+    int count = 0;
+    alignas(inotify_event) std::array<char, 8192> block{};
+    for (ssize_t size = 0; (size = ::read(notify_, block.data(), block.size())) > 0;) {
+      for (ssize_t at = 0; at < size;) {
+        const auto* event = reinterpret_cast<const inotify_event*>(block.data() + at);
+        if ((event->mask & IN_OPEN) != 0) ++count;
+        at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+      }
+    }
+    return count;
+  }
+
+ private:
+  int notify_ = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  bool watched_ = false;
+};
 
 // With 8, 10 and 16 bits, with and without alpha; deep ones become pictures of 16 bits.
 TEST_F(VideoPicturesRunTest, EveryBitOfEveryFrameIsThere) {
@@ -105,6 +140,22 @@ TEST_F(VideoPicturesRunTest, WhatIsThereIsKeptIfItIsMadeOfTheSame) {
   EXPECT_EQ(Run({"check", kPictures}).exitCode, 0);
   MakeVideo(3);
   EXPECT_EQ(Run({"check", kPictures}).exitCode, 1);
+}
+
+TEST_F(VideoPicturesRunTest, CheckingReadsTheVideoAndTheLayerOnce) {
+  MakeVideo(5);
+  Ffmpeg("-f lavfi -i testsrc2=s=48x32 -frames:v 1 layer.png");
+  ASSERT_EQ(Render({"--set", "lens.type=custom", "--custom-layer", "layer.png"}).exitCode, 0);
+  const Openings video(InFolder("in.mkv"));
+  const Openings layer(InFolder("layer.png"));
+  EXPECT_EQ(Run({"check", kPictures}).exitCode, 0);
+  EXPECT_EQ(video.Count(), 1);
+  EXPECT_EQ(layer.Count(), 1);
+  // Of another layer frames are stale, whose number tells that each was looked at.
+  Ffmpeg("-f lavfi -i mandelbrot=s=48x32 -frames:v 1 layer.png");
+  const ToolResult stale = Run({"check", kPictures});
+  EXPECT_EQ(stale.exitCode, 1);
+  EXPECT_EQ(stale.out, "stale: 0-4\n");
 }
 
 TEST_F(VideoPicturesRunTest, ProgressIsThatOfSequences) {
