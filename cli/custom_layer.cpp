@@ -47,7 +47,7 @@ void PrepareLayer(const std::string& customLayer, look::Settings& settings, Note
   if (custom && path.empty()) {
     notes.Advise(
         "lens.type is custom, but there is no custom layer, so the lens is empty. Give the "
-        "layer with --custom-layer IMAGE.");
+        "layer with --custom-layer FILE.");
   }
   if (!custom && !path.empty()) {
     notes.Advise(path + ": the custom layer is not used. It shows with --set lens.type=custom.");

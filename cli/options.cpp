@@ -111,8 +111,10 @@ void AddLookOptions(CLI::App& command, RenderArguments& arguments) {
   AddSavePreset(command, arguments.savePreset);
   command.add_flag("--fit", arguments.fit, "scale a preset's pixels to the width of INPUT")
       ->group(kLook);
-  command.add_option("--custom-layer", arguments.customLayer, "the picture for lens.type=custom")
-      ->type_name("IMAGE")
+  command
+      .add_option("--custom-layer", arguments.customLayer,
+                  "for lens.type=custom: a picture, a sequence or a video")
+      ->type_name("FILE")
       ->group(kLook);
 }
 

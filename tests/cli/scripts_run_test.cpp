@@ -76,6 +76,8 @@ TEST_F(ScriptsRunTest, HelpGroupsTheOptions) {
     ASSERT_NE(at, std::string::npos) << piece << " is not in its place in\n" << help;
     before = at;
   }
+  EXPECT_NE(help.find("for lens.type=custom: a picture, a sequence or a video"), std::string::npos)
+      << help;
 }
 
 }  // namespace

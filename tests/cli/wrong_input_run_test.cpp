@@ -119,7 +119,7 @@ TEST_F(WrongInputRunTest, CustomLayerWithoutUseIsTold) {
   EXPECT_NE(result.err.find("mask.png: the custom layer is not used"), std::string::npos);
   result = Run({"render", "in.png", "out2.png", "--set", "lens.type=custom"});
   EXPECT_EQ(result.exitCode, 0);
-  EXPECT_NE(result.err.find("--custom-layer IMAGE"), std::string::npos);
+  EXPECT_NE(result.err.find("--custom-layer FILE"), std::string::npos);
   result = Run(
       {"render", "in.png", "out3.png", "--set", "lens.type=custom", "--custom-layer", "mask.png"});
   EXPECT_EQ(result.exitCode, 0);
