@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "media/exchange.h"
-#include "media/sequence.h"
+#include "panel/model/layer_file.h"
 #include "panel/model/mask_settings.h"
 #include "panel/model/world_image.h"
 
@@ -16,18 +16,6 @@ namespace {
 headless::WorldBuffer InDepth(const SourceFrame& layer, bool deep) {
   if (layer.world.Deep() == deep) return layer.world;
   return media::GiveToEffect(*layer.picture, deep).world;
-}
-
-std::filesystem::path LayerFile(const EffectOrder& order) {
-  for (const look::Control& control : order.settings.GetPanel().controls) {
-    if (control.kind != look::ControlKind::kLayer) continue;
-    std::filesystem::path file = std::get<look::LayerValue>(order.settings.ValueOf(control)).path;
-    std::error_code ignored;
-    if (file.empty() || std::filesystem::exists(file, ignored)) return file;
-    const auto sequence = media::Sequence::Find(file);
-    return sequence ? sequence->FileOf(order.frame->number) : file;
-  }
-  return {};
 }
 
 // Every length belongs to the width of the frame.
@@ -60,19 +48,17 @@ QString MessageOf(const headless::RenderResult& result) {
 
 }  // namespace
 
-QSize DividedSize(int width, int height, int divisor) {
-  return {std::max(1, width / divisor), std::max(1, height / divisor)};
-}
+FrameEffect::FrameEffect(std::shared_ptr<const headless::EffectModule> module,
+                         std::shared_ptr<SmallerFrames> smaller)
+    : host_(std::move(module)), smaller_(std::move(smaller)) {}
 
-FrameEffect::FrameEffect(std::shared_ptr<const headless::EffectModule> module)
-    : host_(std::move(module)) {}
+std::shared_ptr<const headless::WorldBuffer> FrameEffect::InputOf(const EffectOrder& order) {
+  if (order.divisor > 1) return smaller_->Of(order.frame, order.divisor);
+  return {order.frame, &order.frame->world};
+}
 
 EffectOutcome FrameEffect::Render(const EffectOrder& order) {
-  return RenderWorld(Smaller(order.frame, order.divisor), order);
-}
-
-void FrameEffect::Prepare(const std::shared_ptr<const SourceFrame>& frame, int divisor) {
-  static_cast<void>(Smaller(frame, divisor));
+  return RenderWorld(*InputOf(order), order);
 }
 
 std::shared_ptr<const headless::WorldBuffer> FrameEffect::RenderMask(const EffectOrder& order) {
@@ -82,7 +68,7 @@ std::shared_ptr<const headless::WorldBuffer> FrameEffect::RenderMask(const Effec
   for (const look::Control& control : settings->GetPanel().controls) {
     mask.settings.SetValue(control, settings->ValueOf(control));
   }
-  return RenderWorld(BlackWorld(Smaller(order.frame, order.divisor)), mask).world;
+  return RenderWorld(BlackWorld(*InputOf(order)), mask).world;
 }
 
 EffectOutcome FrameEffect::RenderWorld(const headless::WorldBuffer& input,
@@ -106,6 +92,11 @@ EffectOutcome FrameEffect::RenderWorld(const headless::WorldBuffer& input,
   headless::RenderOptions options;
   options.threads = 0;
   options.cancel = order.cancel;
+  if (order.latest) {
+    options.progress = [&order](const headless::RenderProgress&) {
+      if (std::chrono::steady_clock::now() > *order.latest) *order.cancel = true;
+    };
+  }
   // Looking for changed pixels costs a good part of a small render.
   options.verifyInputs = order.divisor == 1;
   const headless::RenderResult result = host_.Render(input, *world, layer, options);
@@ -118,19 +109,8 @@ EffectOutcome FrameEffect::RenderWorld(const headless::WorldBuffer& input,
   return outcome;
 }
 
-const headless::WorldBuffer& FrameEffect::Smaller(const std::shared_ptr<const SourceFrame>& frame,
-                                                  int divisor) {
-  if (divisor == 1) return frame->world;
-  if (frame_ != frame) smaller_.clear();
-  frame_ = frame;
-  const auto found = smaller_.find(divisor);
-  if (found != smaller_.end()) return found->second;
-  const QSize size = DividedSize(frame->Width(), frame->Height(), divisor);
-  return smaller_.emplace(divisor, ScaledWorld(frame->world, size)).first->second;
-}
-
 const headless::WorldBuffer* FrameEffect::LayerFor(const EffectOrder& order) {
-  const std::filesystem::path file = LayerFile(order);
+  const std::filesystem::path file = LayerFile(order.settings, order.frame->number);
   if (file.empty()) return nullptr;
   const bool deep = order.frame->world.Deep();
   Layer& layer = ReadLayer(file);

@@ -5,6 +5,7 @@
 #include <QSize>
 #include <QString>
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -13,6 +14,7 @@
 
 #include "headless/effect_host.h"
 #include "look/settings.h"
+#include "panel/model/smaller_frames.h"
 #include "panel/model/source.h"
 
 namespace vitrell::panel {
@@ -22,7 +24,9 @@ struct EffectOrder {
   look::Settings settings;  // standing still
   int divisor = 1;          // of width and height; lengths in pixels are divided, too
   // Once it is true, the effect's abort tells it to stop. May be null.
-  const std::atomic<bool>* cancel = nullptr;
+  std::atomic<bool>* cancel = nullptr;
+  // Afterwards `cancel`, which then is needed, becomes true.
+  std::optional<std::chrono::steady_clock::time_point> latest = {};
 };
 
 struct EffectOutcome {
@@ -36,11 +40,10 @@ struct EffectOutcome {
 class FrameEffect {
  public:
   // Throws headless::HostError if the effect cannot be set up.
-  explicit FrameEffect(std::shared_ptr<const headless::EffectModule> module);
+  explicit FrameEffect(std::shared_ptr<const headless::EffectModule> module,
+                       std::shared_ptr<SmallerFrames> smaller = std::make_shared<SmallerFrames>());
 
   EffectOutcome Render(const EffectOrder& order);
-  // Makes the smaller copy of the frame before it is needed.
-  void Prepare(const std::shared_ptr<const SourceFrame>& frame, int divisor);
   // The lens alone, white on black; null where this effect has no controls to show it, and when it
   // was stopped.
   std::shared_ptr<const headless::WorldBuffer> RenderMask(const EffectOrder& order);
@@ -53,21 +56,16 @@ class FrameEffect {
     std::map<std::pair<int, bool>, headless::WorldBuffer> worlds;  // by divisor and depth
   };
 
-  const headless::WorldBuffer& Smaller(const std::shared_ptr<const SourceFrame>& frame,
-                                       int divisor);
+  std::shared_ptr<const headless::WorldBuffer> InputOf(const EffectOrder& order);
   // Null where the settings name none. Throws media::Failure.
   const headless::WorldBuffer* LayerFor(const EffectOrder& order);
   Layer& ReadLayer(const std::filesystem::path& file);
   EffectOutcome RenderWorld(const headless::WorldBuffer& input, const EffectOrder& order);
 
   headless::EffectHost host_;
-  std::shared_ptr<const SourceFrame> frame_;  // whose smaller copies are kept
-  std::map<int, headless::WorldBuffer> smaller_;
+  std::shared_ptr<SmallerFrames> smaller_;
   std::optional<Layer> layer_;
 };
-
-// By which a frame's width and height are divided, never to nothing.
-QSize DividedSize(int width, int height, int divisor);
 
 }  // namespace vitrell::panel
 

@@ -11,8 +11,14 @@ namespace {
 
 constexpr qsizetype kCostUnit = 1024;  // bytes
 
-// The same text for the same picture of a source, and only for that.
-QString KeyOf(const RenderRequest& request) {
+qsizetype CostOf(const headless::WorldBuffer& world) {
+  const qsizetype pixels = static_cast<qsizetype>(world.Width()) * world.Height();
+  return pixels * static_cast<qsizetype>(world.PixelBytes() + sizeof(QRgb)) / kCostUnit + 1;
+}
+
+}  // namespace
+
+QString FrameStore::KeyOf(const RenderRequest& request) {
   std::string key = std::to_string(request.index);
   for (const look::Control& control : request.settings.GetPanel().controls) {
     key += '\n' + look::FormatValue(control, request.settings.ValueOf(control));
@@ -20,41 +26,49 @@ QString KeyOf(const RenderRequest& request) {
   return QString::fromStdString(key);
 }
 
-}  // namespace
-
 void FrameStore::SetBudget(std::int64_t bytes) {
+  const std::lock_guard lock(mutex_);
   kept_.setMaxCost(static_cast<qsizetype>(bytes) / kCostUnit);
 }
 
-std::shared_ptr<const SourceFrame> FrameStore::Read(const RenderRequest& request) {
-  if (source_ != request.source) kept_.clear();
-  source_ = request.source;
-  std::shared_ptr<const SourceFrame> frame = source_->Read(request.index);
-  if (frame_ != frame) {
-    frame_ = frame;
-    before_ = ImageOf(frame->world);
-    previewed_.clear();
+bool FrameStore::Read(const RenderRequest& request, RenderAnswer& answer) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (source_ != request.source) kept_.clear();
+    source_ = request.source;
   }
-  return frame;
+  answer.frame = request.source->Read(request.index);
+  const bool isOther = frame_ != answer.frame;
+  if (isOther) before_ = ImageOf(answer.frame->world);
+  frame_ = answer.frame;
+  answer.before = before_;
+  return isOther;
 }
 
-const FrameStore::Rendered* FrameStore::Find(const RenderRequest& request) const {
-  return request.source->IsClip() ? kept_.object(KeyOf(request)) : nullptr;
+bool FrameStore::Find(const RenderRequest& request, const QString& key, RenderAnswer& answer) {
+  if (!request.source->IsClip()) return false;
+  const std::lock_guard lock(mutex_);
+  const RenderAnswer* const kept = kept_.object(key);
+  if (kept == nullptr) return false;
+  answer.exact = true;
+  answer.world = kept->world;
+  answer.image = kept->image;
+  answer.layerSize = kept->layerSize;
+  answer.message = kept->message;
+  return true;
 }
 
-void FrameStore::Keep(const RenderRequest& request, const Rendered& rendered) {
+void FrameStore::Keep(const RenderRequest& request, const QString& key,
+                      const RenderAnswer& answer) {
   if (!request.source->IsClip()) return;
-  const qsizetype pixels =
-      static_cast<qsizetype>(rendered.world->Width()) * rendered.world->Height();
-  const qsizetype bytes =
-      pixels * static_cast<qsizetype>(rendered.world->PixelBytes() + sizeof(QRgb));
-  kept_.insert(KeyOf(request), new Rendered(rendered), bytes / kCostUnit + 1);
+  const std::lock_guard lock(mutex_);
+  if (source_ != request.source) return;
+  auto* const kept = new RenderAnswer;
+  kept->world = answer.world;
+  kept->image = answer.image;
+  kept->layerSize = answer.layerSize;
+  kept->message = answer.message;
+  kept_.insert(key, kept, CostOf(*answer.world));
 }
-
-bool FrameStore::IsPreviewed(const RenderRequest& request) const {
-  return KeyOf(request) == previewed_;
-}
-
-void FrameStore::NotePreview(const RenderRequest& request) { previewed_ = KeyOf(request); }
 
 }  // namespace vitrell::panel

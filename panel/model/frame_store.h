@@ -7,41 +7,39 @@
 #include <QString>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 
 #include "panel/model/renderer.h"
 
 namespace vitrell::panel {
 
-// Of one source: a request for another one empties it. Used by one thread.
+// Of one source: reading from another one empties it. One thread reads and finds; any thread keeps.
 class FrameStore {
  public:
-  struct Rendered {
-    std::shared_ptr<const headless::WorldBuffer> world;
-    QImage image;
-  };
+  FrameStore() { SetBudget(kUsualCacheBytes); }
 
-  // Bytes of Rendered that are kept.
+  // The same text for the same result of a source, and only for that.
+  static QString KeyOf(const RenderRequest& request);
+
+  // Bytes of exact frames that are kept; kUsualCacheBytes at first.
   void SetBudget(std::int64_t bytes);
 
-  // The frame that the request is for. Throws media::Failure.
-  std::shared_ptr<const SourceFrame> Read(const RenderRequest& request);
-  // The frame that was read last, as it is shown.
-  const QImage& Before() const { return before_; }
+  // Adds the frame that the request is for, and as it is shown. True if it is another one than
+  // before. Throws media::Failure.
+  bool Read(const RenderRequest& request, RenderAnswer& answer);
 
-  // Exact frames of clips: null if it is not there.
-  const Rendered* Find(const RenderRequest& request) const;
-  void Keep(const RenderRequest& request, const Rendered& rendered);
-
-  // Whether the small frame that was shown last is what the request asks for.
-  bool IsPreviewed(const RenderRequest& request) const;
-  void NotePreview(const RenderRequest& request);
+  // Exact frames of clips, without the lens alone. Makes the answer whole; false if it is not
+  // there.
+  bool Find(const RenderRequest& request, const QString& key, RenderAnswer& answer);
+  void Keep(const RenderRequest& request, const QString& key, const RenderAnswer& answer);
 
  private:
-  std::shared_ptr<Source> source_;
   std::shared_ptr<const SourceFrame> frame_;
   QImage before_;
-  QString previewed_;
-  QCache<QString, Rendered> kept_;  // costs are KiB
+
+  std::mutex mutex_;
+  std::shared_ptr<Source> source_;      // with the lock, like all that follows
+  QCache<QString, RenderAnswer> kept_;  // costs are KiB
 };
 
 }  // namespace vitrell::panel

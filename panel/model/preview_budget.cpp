@@ -7,9 +7,14 @@ namespace vitrell::panel {
 namespace {
 
 // One render may have been disturbed: the budget follows in steps, and down quicker than up.
-constexpr double kMostGrowth = 1.2;
-constexpr double kMostShrinking = 0.3;
+constexpr double kMostGrowth = 1.3;
+constexpr double kMostShrinking = 0.12;
+// A stage that is turned on costs as much as several others.
+constexpr double kShareOfUnknown = 0.25;
+// What was given up may have been far from its end.
+constexpr double kShareOfGivenUp = 0.2;
 constexpr double kFewestPixels = 64.0 * 36.0;
+constexpr double kFewestOfUnknown = 160.0 * 90.0;
 
 }  // namespace
 
@@ -21,10 +26,15 @@ int PreviewBudget::DivisorFor(std::int64_t pixels) const {
 }
 
 void PreviewBudget::Learn(std::int64_t pixels, double seconds, bool finished) {
-  const double fitting = static_cast<double>(pixels) * kTargetSeconds / std::max(seconds, 1e-6);
+  double fitting = static_cast<double>(pixels) * kTargetSeconds / std::max(seconds, 1e-6);
   if (!finished && fitting > pixels_) return;
+  if (!finished) fitting *= kShareOfGivenUp;
   const double step = std::clamp(fitting / pixels_, kMostShrinking, kMostGrowth);
   pixels_ = std::max(kFewestPixels, pixels_ * step);
+}
+
+void PreviewBudget::Forget() {
+  pixels_ = std::max(std::min(pixels_, kFewestOfUnknown), pixels_ * kShareOfUnknown);
 }
 
 }  // namespace vitrell::panel

@@ -3,33 +3,23 @@
 
 #include <utility>
 
-#include "headless/host_error.h"
-#include "panel/model/world_image.h"
+#include "panel/model/answering.h"
+#include "panel/model/module_copy.h"
 
 namespace vitrell::panel {
-namespace {
 
-using std::chrono::milliseconds;
-
-// For so long without a change the hand counts as resting.
-constexpr milliseconds kRest{150};
-
-double SecondsSince(std::chrono::steady_clock::time_point start) {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-}  // namespace
-
-RenderWorker::RenderWorker(std::shared_ptr<const headless::EffectModule> module,
+RenderWorker::RenderWorker(const std::shared_ptr<const headless::EffectModule>& module,
                            std::function<void()> answered)
     : answered_(std::move(answered)),
-      thread_([this, module = std::move(module)] { Run(module); }) {}
+      exact_(module, smaller_, [this](const ExactWorker::Order& order) { TakeExact(order); }),
+      thread_([this, module] { Run(module); }) {}
 
 RenderWorker::~RenderWorker() {
   {
     const std::lock_guard lock(mutex_);
     ends_ = true;
     cancel_ = true;
+    exact_.Stop();
   }
   wake_.notify_all();
   thread_.join();
@@ -39,6 +29,7 @@ std::uint64_t RenderWorker::Put(RenderRequest request) {
   const std::lock_guard lock(mutex_);
   next_.emplace(Job{++newest_, std::move(request)});
   StopIfOutdated();
+  exact_.Stop();
   wake_.notify_all();
   return newest_;
 }
@@ -48,7 +39,7 @@ void RenderWorker::Cancel() {
   next_.reset();
   ++newest_;
   cancel_ = true;
-  wake_.notify_all();
+  exact_.Stop();
 }
 
 bool RenderWorker::StopOutdated() {
@@ -58,14 +49,9 @@ bool RenderWorker::StopOutdated() {
 
 bool RenderWorker::StopIfOutdated() {
   if (!running_ || running_->number == newest_) return false;
-  if (running_->quick && Clock::now() - running_->start < kPatience) return true;
+  if (Clock::now() - running_->start < kPatience) return true;
   cancel_ = true;
   return false;
-}
-
-void RenderWorker::SetCacheBudget(std::int64_t bytes) {
-  const std::lock_guard lock(mutex_);
-  cacheBytes_ = bytes;
 }
 
 std::optional<RenderAnswer> RenderWorker::Take() {
@@ -80,13 +66,7 @@ std::optional<RenderWorker::Job> RenderWorker::WaitForJob() {
   std::unique_lock lock(mutex_);
   wake_.wait(lock, [this] { return ends_ || next_; });
   if (ends_) return {};
-  store_.SetBudget(cacheBytes_);
   return std::exchange(next_, std::nullopt);
-}
-
-bool RenderWorker::IsOutdated(const Job& job, Clock::duration wait) {
-  std::unique_lock lock(mutex_);
-  return wake_.wait_for(lock, wait, [&] { return ends_ || newest_ != job.number; });
 }
 
 void RenderWorker::Give(RenderAnswer answer) {
@@ -97,108 +77,103 @@ void RenderWorker::Give(RenderAnswer answer) {
   answered_();
 }
 
+void RenderWorker::HandOver(ExactWorker::Order order) {
+  const std::lock_guard lock(mutex_);
+  if (newest_ == order.answer.request) exact_.Put(std::move(order));
+}
+
+void RenderWorker::TakeExact(const ExactWorker::Order& order) {
+  if (order.answer.world != nullptr) store_.Keep(order.request, order.key, order.answer);
+  {
+    const std::lock_guard lock(mutex_);
+    if (ends_ || newest_ != order.answer.request) return;
+    answers_.push_back(order.answer);
+  }
+  answered_();
+}
+
 void RenderWorker::Run(std::shared_ptr<const headless::EffectModule> module) {
+  module = LoadAgain(module);
   std::optional<FrameEffect> effect;
   while (const std::optional<Job> job = WaitForJob()) {
     try {
-      if (!effect) effect.emplace(module);
+      if (!effect) effect.emplace(module, smaller_);
       Serve(*effect, *job);
-    } catch (const std::exception& error) {
-      // Above all memory that there is not enough of.
-      RenderAnswer answer;
-      answer.request = job->number;
-      answer.message = QString(
-                           "This could not be rendered: %1. Undo the last change, or open a "
-                           "smaller picture.")
-                           .arg(error.what());
-      Give(std::move(answer));
+    } catch (const std::exception& failure) {
+      Give(AnswerOfFailure(job->number, failure));
     }
   }
 }
 
 void RenderWorker::Serve(FrameEffect& effect, const Job& job) {
-  RenderAnswer answer;
-  answer.request = job.number;
-  if (!ReadFrame(job, answer) || GiveCached(job, answer)) return;
-  const std::int64_t pixels = std::int64_t{answer.frame->Width()} * answer.frame->Height();
-  const int divisor = budget_.DivisorFor(pixels);
-  if (divisor == 1) {
-    static_cast<void>(Render(effect, job, 1, true, std::move(answer)));
-    return;
-  }
-  if (!store_.IsPreviewed(job.request)) {
-    if (!Render(effect, job, divisor, true, answer)) return;
-    store_.NotePreview(job.request);
-  }
-  const bool dragging = job.request.phase == EditPhase::kDragging;
-  if (IsOutdated(job, dragging ? kRest : Clock::duration{})) return;
-  if (Render(effect, job, 1, false, answer)) Prepare(effect, job, answer);
+  ExactWorker::Order order{job.request, {}, FrameStore::KeyOf(job.request)};
+  order.answer.request = job.number;
+  if (!ReadFrame(order.request, order.answer) || GiveKept(order)) return;
+  if (watch_.SeesOther(job.request.settings)) budget_.Forget();
+  if (previewed_ == order.key || GiveSmall(effect, order)) HandOver(std::move(order));
 }
 
-void RenderWorker::Prepare(FrameEffect& effect, const Job& job, const RenderAnswer& answer) {
-  for (const int divisor : PreviewBudget::kDivisors) {
-    if (IsOutdated(job, {})) return;
-    effect.Prepare(answer.frame, divisor);
-  }
-}
-
-bool RenderWorker::ReadFrame(const Job& job, RenderAnswer& answer) {
+bool RenderWorker::ReadFrame(const RenderRequest& request, RenderAnswer& answer) {
   const Clock::time_point start = Clock::now();
   try {
-    answer.frame = store_.Read(job.request);
+    if (store_.Read(request, answer)) previewed_.clear();
   } catch (const media::Failure& failure) {
     answer.message = QString::fromStdString(failure.what());
     Give(answer);
     return false;
   }
-  answer.before = store_.Before();
-  answer.seconds = SecondsSince(start);
+  answer.seconds = std::chrono::duration<double>(Clock::now() - start).count();
   return true;
 }
 
-bool RenderWorker::GiveCached(const Job& job, RenderAnswer answer) {
-  const FrameStore::Rendered* const found = store_.Find(job.request);
-  if (found == nullptr || job.request.wantMask) return false;
-  answer.exact = true;
-  answer.world = found->world;
-  answer.image = found->image;
+bool RenderWorker::GiveKept(const ExactWorker::Order& order) {
+  if (order.request.wantMask) return false;
+  RenderAnswer answer = order.answer;
+  if (!store_.Find(order.request, order.key, answer)) return false;
   Give(std::move(answer));
   return true;
 }
 
-bool RenderWorker::Render(FrameEffect& effect, const Job& job, int divisor, bool quick,
-                          RenderAnswer answer) {
+bool RenderWorker::GiveSmall(FrameEffect& effect, const ExactWorker::Order& order) {
+  const SourceFrame& frame = *order.answer.frame;
+  const std::int64_t pixels = std::int64_t{frame.Width()} * frame.Height();
+  int divisor = budget_.DivisorFor(pixels);
+  Ending ending = Render(effect, order, divisor, true);
+  if (ending == Ending::kTooSlow) {
+    divisor = budget_.DivisorFor(pixels);
+    ending = Render(effect, order, divisor, false);
+  }
+  if (ending != Ending::kAnswered || divisor == 1) return false;
+  previewed_ = order.key;
+  return true;
+}
+
+RenderWorker::Ending RenderWorker::Render(FrameEffect& effect, ExactWorker::Order order,
+                                          int divisor, bool mayBeTooSlow) {
+  RenderAnswer& answer = order.answer;
   const Clock::time_point start = Clock::now();
   {
     const std::lock_guard lock(mutex_);
-    if (ends_ || (newest_ != job.number && !quick)) return false;
+    if (ends_) return Ending::kOutdated;
     cancel_ = false;
-    running_ = {job.number, quick, start};
+    running_ = {answer.request, start};
   }
-  const EffectOrder order{answer.frame, job.request.settings, divisor, &cancel_};
-  const EffectOutcome outcome = effect.Render(order);
+  EffectOrder whole{answer.frame, order.request.settings, divisor, &cancel_};
+  if (mayBeTooSlow) whole.latest = start + PreviewBudget::kMostTime;
+  const bool done = RenderInto(answer, effect, whole, order.request.wantMask);
+  const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+  bool outdated = false;
   {
     const std::lock_guard lock(mutex_);
     running_.reset();
+    outdated = ends_ || newest_ != answer.request;
   }
-  if (outcome.world != nullptr) answer.image = ImageOf(*outcome.world);
   const QSize size = DividedSize(answer.frame->Width(), answer.frame->Height(), divisor);
-  const double seconds = SecondsSince(start);
-  budget_.Learn(std::int64_t{size.width()} * size.height(), seconds, !outcome.stopped);
-  if (outcome.stopped) return false;
-  if (outcome.world != nullptr && job.request.wantMask) {
-    const auto mask = effect.RenderMask(order);
-    if (mask != nullptr) answer.mask = ImageOf(*mask);
-  }
-  answer.exact = divisor == 1;
-  answer.scale = static_cast<double>(size.width()) / answer.frame->Width();
-  answer.layerSize = outcome.layerSize;
-  answer.message = outcome.message;
-  answer.seconds += seconds;
-  if (answer.exact) answer.world = outcome.world;
-  if (answer.world != nullptr) store_.Keep(job.request, {answer.world, answer.image});
+  budget_.Learn(std::int64_t{size.width()} * size.height(), seconds, done);
+  if (!done) return outdated ? Ending::kOutdated : Ending::kTooSlow;
+  if (answer.world != nullptr) store_.Keep(order.request, order.key, answer);
   Give(std::move(answer));
-  return true;
+  return Ending::kAnswered;
 }
 
 }  // namespace vitrell::panel

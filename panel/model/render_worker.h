@@ -1,4 +1,4 @@
-// The thread that renders, and what it does next.
+// The thread that answers while the hand moves.
 #ifndef VITRELL_PANEL_MODEL_RENDER_WORKER_H_
 #define VITRELL_PANEL_MODEL_RENDER_WORKER_H_
 
@@ -12,6 +12,8 @@
 #include <optional>
 #include <thread>
 
+#include "panel/model/control_watch.h"
+#include "panel/model/exact_worker.h"
 #include "panel/model/frame_effect.h"
 #include "panel/model/frame_store.h"
 #include "panel/model/preview_budget.h"
@@ -19,10 +21,11 @@
 
 namespace vitrell::panel {
 
+// Renders frames so small that they are there at once, and hands what remains to an ExactWorker.
 class RenderWorker {
  public:
-  // `answered` is called on the worker's thread after each answer that Take can give.
-  RenderWorker(std::shared_ptr<const headless::EffectModule> module,
+  // `answered` is called on one of the threads after each answer that Take can give.
+  RenderWorker(const std::shared_ptr<const headless::EffectModule>& module,
                std::function<void()> answered);
   ~RenderWorker();
   RenderWorker(const RenderWorker&) = delete;
@@ -36,7 +39,7 @@ class RenderWorker {
   // Stops what runs for an older request, as Put does. True if it may go on for a moment: then this
   // is to be called again.
   bool StopOutdated();
-  void SetCacheBudget(std::int64_t bytes);
+  void SetCacheBudget(std::int64_t bytes) { store_.SetBudget(bytes); }
   // The next answer; nothing if there is none yet.
   std::optional<RenderAnswer> Take();
 
@@ -46,26 +49,24 @@ class RenderWorker {
     std::uint64_t number = 0;
     RenderRequest request;
   };
-  // A render that is under way.
+  // A small frame that is under way.
   struct Running {
-    std::uint64_t number = 0;
-    bool quick = false;
+    std::uint64_t number = 0;  // of its request
     Clock::time_point start;
   };
+  enum class Ending { kAnswered, kOutdated, kTooSlow };
 
   void Run(std::shared_ptr<const headless::EffectModule> module);
   // Nothing when the worker ends.
   std::optional<Job> WaitForJob();
   void Serve(FrameEffect& effect, const Job& job);
-  // While the hand rests: what the next drag would have to make first.
-  void Prepare(FrameEffect& effect, const Job& job, const RenderAnswer& answer);
-  // Whether a newer request came, at the latest after this time.
-  bool IsOutdated(const Job& job, Clock::duration wait);
-  bool ReadFrame(const Job& job, RenderAnswer& answer);
-  bool GiveCached(const Job& job, RenderAnswer answer);
-  // True when the answer was given; false when a newer request came first, for which a quick
-  // render does not stop at once.
-  bool Render(FrameEffect& effect, const Job& job, int divisor, bool quick, RenderAnswer answer);
+  bool ReadFrame(const RenderRequest& request, RenderAnswer& answer);
+  bool GiveKept(const ExactWorker::Order& order);
+  // Whether the exact frame is still to be rendered.
+  bool GiveSmall(FrameEffect& effect, const ExactWorker::Order& order);
+  Ending Render(FrameEffect& effect, ExactWorker::Order order, int divisor, bool mayBeTooSlow);
+  void HandOver(ExactWorker::Order order);
+  void TakeExact(const ExactWorker::Order& order);
   void Give(RenderAnswer answer);
   // StopOutdated, with the lock.
   bool StopIfOutdated();
@@ -77,15 +78,18 @@ class RenderWorker {
   std::deque<RenderAnswer> answers_;
   std::uint64_t newest_ = 0;  // number of a request
   std::optional<Running> running_;
-  std::int64_t cacheBytes_ = kUsualCacheBytes;
   bool ends_ = false;
   std::function<void()> answered_;
   std::atomic<bool> cancel_ = false;  // what the running effect is told
 
   // The worker's own.
   PreviewBudget budget_;
-  FrameStore store_;
+  ControlWatch watch_;
+  QString previewed_;  // key of the small frame that was given last
 
+  FrameStore store_;
+  std::shared_ptr<SmallerFrames> smaller_ = std::make_shared<SmallerFrames>();
+  ExactWorker exact_;
   std::thread thread_;
 };
 

@@ -30,7 +30,7 @@ class Maker {
       : module_(std::move(module)), panel_(panel) {}
 
   Thumbnail Make(const std::shared_ptr<const SourceFrame>& frame,
-                 const std::filesystem::path& preset, const std::atomic<bool>& cancel) {
+                 const std::filesystem::path& preset, std::atomic<bool>& cancel) {
     Thumbnail thumbnail{preset, {}, {}};
     try {
       Prepare(frame);

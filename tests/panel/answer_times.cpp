@@ -1,10 +1,12 @@
 // How long a hand waits: from a change of a slider to the picture that shows it.
 //
-//   panel_answer_times [--width 1920] [--height 1080] [--changes 200]
+//   panel_answer_times [--width 1920] [--height 1080] [--changes 200] [--worst 0]
 //
 // Each slider of the effect is dragged from one end to the other over the default look, change by
-// change, on a window that nobody sees. A change counts as answered once the view has painted it.
-// Prints the table of docs/panel.md; see scripts/bench-panel.sh.
+// change, on a window that nobody sees. Every 20 changes the hand rests for so long that the exact
+// frame is under way when it moves on. A change counts as answered once the view has painted it.
+// Prints the table of docs/panel.md, and as many of the worst answers as wanted, with what they
+// were; see scripts/bench-panel.sh.
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
@@ -12,7 +14,7 @@
 #include <QTest>
 #include <algorithm>
 #include <cstdio>
-#include <numeric>
+#include <string>
 #include <vector>
 
 #include "panel/test_picture.h"
@@ -22,6 +24,19 @@ namespace vitrell::panel {
 namespace {
 
 constexpr int kRestMilliseconds = 500;
+// Rests within a drag: longer than what counts as one, shorter than the exact frame then takes.
+constexpr int kChangesBetweenRests = 20;
+constexpr int kShortRestMilliseconds = 190;
+
+struct Wait {
+  std::string slider;
+  int change = 0;
+  bool rested = false;
+  double milliseconds = 0;  // until it was painted
+  double rendering = 0;     // milliseconds of it
+  double scale = 1;
+  double scaleBefore = 1;
+};
 
 struct Times {
   double median = 0;
@@ -48,23 +63,35 @@ class Hand {
   Times Drag(int control) {
     const look::Control& slider =
         work_.Edited().Panel().controls[static_cast<std::size_t>(control)];
-    std::vector<double> milliseconds;
-    Times times;
+    const std::size_t before = waits_.size();
     for (int i = 0; i < changes_; ++i) {
       const double share = static_cast<double>(i) / std::max(1, changes_ - 1);
       const double value =
           slider.sliderMinimum + share * (slider.sliderMaximum - slider.sliderMinimum);
       if (look::Value(value) == work_.Edited().ValueOf(control)) continue;
-      milliseconds.push_back(Change(control, value));
-      times.smallestScale = std::min(times.smallestScale, answer_.scale);
+      const bool rested = i > 0 && i % kChangesBetweenRests == 0;
+      if (rested) QTest::qWait(kShortRestMilliseconds);
+      waits_.push_back({slider.name, i, rested, 0, 0, 1, answer_.scale});
+      waits_.back().milliseconds = Change(control, value);
+      waits_.back().rendering = answer_.seconds * 1000;
+      waits_.back().scale = answer_.scale;
     }
-    std::sort(milliseconds.begin(), milliseconds.end());
-    times.median = milliseconds[milliseconds.size() / 2];
-    times.worst = milliseconds.back();
     answer_.exact = false;
     work_.Controls().Edited(control, slider.defaultValue, EditPhase::kDone);
     WaitForExact();
-    return times;
+    return TimesSince(before);
+  }
+
+  void PrintWorst(int count) {
+    std::sort(waits_.begin(), waits_.end(),
+              [](const Wait& a, const Wait& b) { return a.milliseconds > b.milliseconds; });
+    waits_.resize(std::min(waits_.size(), static_cast<std::size_t>(std::max(0, count))));
+    for (const Wait& wait : waits_) {
+      std::printf("%.1f ms: %s, change %d%s, %.1f ms in the renderer, %.0f %% after %.0f %%\n",
+                  wait.milliseconds, wait.slider.c_str(), wait.change,
+                  wait.rested ? " after a rest" : "", wait.rendering, wait.scale * 100,
+                  wait.scaleBefore * 100);
+    }
   }
 
  private:
@@ -80,12 +107,26 @@ class Hand {
     return static_cast<double>(clock.nsecsElapsed()) / 1e6;
   }
 
+  Times TimesSince(std::size_t first) const {
+    Times times;
+    std::vector<double> milliseconds;
+    for (std::size_t i = first; i < waits_.size(); ++i) {
+      milliseconds.push_back(waits_[i].milliseconds);
+      times.smallestScale = std::min(times.smallestScale, waits_[i].scale);
+    }
+    std::sort(milliseconds.begin(), milliseconds.end());
+    times.median = milliseconds[milliseconds.size() / 2];
+    times.worst = milliseconds.back();
+    return times;
+  }
+
   Workspace& work_;
   int changes_;
   RenderAnswer answer_;
+  std::vector<Wait> waits_;
 };
 
-void Measure(const QSize& size, int changes) {
+void Measure(const QSize& size, int changes, int worst) {
   Workspace work(
       std::make_shared<const headless::EffectModule>(std::filesystem::path(VITRELL_MODULE_PATH)));
   work.View().resize(1280, 720);
@@ -103,6 +144,7 @@ void Measure(const QSize& size, int changes) {
                 times.worst, times.smallestScale * 100);
     static_cast<void>(std::fflush(stdout));
   }
+  hand.PrintWorst(worst);
 }
 
 }  // namespace
@@ -115,10 +157,11 @@ int main(int argc, char** argv) {
   const QCommandLineOption width("width", "", "pixels", "1920");
   const QCommandLineOption height("height", "", "pixels", "1080");
   const QCommandLineOption changes("changes", "", "number", "200");
-  parser.addOptions({width, height, changes});
+  const QCommandLineOption worst("worst", "", "number", "0");
+  parser.addOptions({width, height, changes, worst});
   parser.addHelpOption();
   parser.process(application);
   vitrell::panel::Measure({parser.value(width).toInt(), parser.value(height).toInt()},
-                          parser.value(changes).toInt());
+                          parser.value(changes).toInt(), parser.value(worst).toInt());
   return 0;
 }

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "headless/fakes/fake_effect.h"
-#include "panel/model/preview_budget.h"
 #include "panel/random_look.h"
 #include "panel/real_module.h"
 #include "panel/test_picture.h"
@@ -158,7 +157,34 @@ TEST_F(RendererTest, ARunningRenderIsCancelledThroughAbort) {
   const std::uint64_t number = Request(With("amount", 55.0));
   ASSERT_TRUE(WaitUntil([&] { return HasExact(number); }));
   EXPECT_EQ(aborted, 1);
-  EXPECT_EQ(answers_.size(), 1U);
+  // A slow machine shows a smaller frame first.
+  EXPECT_EQ(answers_.front().request, number);
+}
+
+// The exact frame of the first request is there only once the second one has been answered.
+TEST_F(RendererTest, ARunningExactFrameDelaysNoSmallerOne) {
+  static std::atomic<bool> begun;
+  static std::atomic<bool> released;
+  begun = released = false;
+  fakes::SetBehaviours({{PF_Cmd_RENDER, [](const fakes::Command& command) -> PF_Err {
+                           if (command.output->width < 1920) return PF_Err_NONE;
+                           begun = true;
+                           for (int i = 0; i < 3000 && !released; ++i) {
+                             std::this_thread::sleep_for(std::chrono::milliseconds(10));
+                           }
+                           return PF_Err_NONE;
+                         }}});
+  Use(fakes::Module());
+  source_ = std::make_shared<NoiseSource>(1920, 1080, false);
+  Request(look::Settings(panel_));
+  ASSERT_TRUE(WaitUntil([] { return begun.load(); }));
+  const std::uint64_t number = Request(With("amount", 55.0), EditPhase::kDragging);
+  EXPECT_TRUE(WaitUntil([&] { return !answers_.empty() && answers_.back().request == number; }));
+  EXPECT_FALSE(answers_.back().exact);
+  released = true;
+  EXPECT_TRUE(WaitUntil([&] { return HasExact(number); }));
+  for (const RenderAnswer& answer : answers_)
+    EXPECT_TRUE(answer.request == number || !answer.exact);
 }
 
 TEST_F(RendererTest, ClosingEndsARunningRender) {
@@ -215,30 +241,6 @@ TEST_F(RendererTest, FramesOfAClipAreRememberedWithinTheBudget) {
   renderer_->SetCacheBudget(2 * 320 * 180 * 8 + 4096);
   for (const std::int64_t index : {0, 1, 2, 3, 0, 1, 2, 3}) show(index);
   EXPECT_GE(renders, 4 + 6);
-}
-
-TEST(PreviewBudgetTest, SlowFramesBecomeSmallerAndQuickOnesLarger) {
-  constexpr std::int64_t kPixels = 1920 * 1080;
-  PreviewBudget budget;
-  const auto shown = [&] {
-    const int divisor = budget.DivisorFor(kPixels);
-    return kPixels / (divisor * divisor);
-  };
-  const auto settle = [&](double secondsOfPixel) {
-    for (int i = 0; i < 20; ++i) {
-      budget.Learn(shown(), secondsOfPixel * static_cast<double>(shown()), true);
-    }
-    return budget.DivisorFor(kPixels);
-  };
-  // A whole frame in 10 ms, in 0.3 s (a sixteenth of that in 19 ms), in 20 s.
-  EXPECT_EQ(settle(0.010 / kPixels), 1);
-  const int slow = settle(0.3 / kPixels);
-  EXPECT_EQ(slow, 4);
-  EXPECT_GT(settle(20.0 / kPixels), slow);
-  // That a render was stopped early does not say that it is quick.
-  const int before = budget.DivisorFor(kPixels);
-  for (int i = 0; i < 20; ++i) budget.Learn(kPixels, 0.001, false);
-  EXPECT_EQ(budget.DivisorFor(kPixels), before);
 }
 
 }  // namespace
