@@ -1,15 +1,36 @@
 // Keys, costs and forgetting.
 #include "panel/model/frame_store.h"
 
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "look/value_text.h"
+#include "media/failure.h"
+#include "panel/model/layer_file.h"
 #include "panel/model/world_image.h"
 
 namespace vitrell::panel {
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr qsizetype kCostUnit = 1024;  // bytes
+
+// Of the layer's file, if there is one; differs once it is written anew.
+std::string LayerState(const RenderRequest& request) {
+  fs::path file;
+  try {
+    file = LayerFile(request.settings, request.source->NumberOf(request.index));
+  } catch (const media::Failure&) {
+    // Rendering tells it.
+  }
+  if (file.empty()) return {};
+  std::error_code ignored;
+  const fs::file_time_type time = fs::last_write_time(file, ignored);
+  return std::to_string(time.time_since_epoch().count()) + ' ' +
+         std::to_string(fs::file_size(file, ignored));
+}
 
 qsizetype CostOf(const headless::WorldBuffer& world) {
   const qsizetype pixels = static_cast<qsizetype>(world.Width()) * world.Height();
@@ -23,7 +44,7 @@ QString FrameStore::KeyOf(const RenderRequest& request) {
   for (const look::Control& control : request.settings.GetPanel().controls) {
     key += '\n' + look::FormatValue(control, request.settings.ValueOf(control));
   }
-  return QString::fromStdString(key);
+  return QString::fromStdString(key + '\n' + LayerState(request));
 }
 
 void FrameStore::SetBudget(std::int64_t bytes) {

@@ -18,7 +18,8 @@ class FrameStore {
  public:
   FrameStore() { SetBudget(kUsualCacheBytes); }
 
-  // The same text for the same result of a source, and only for that.
+  // The same text for the same result of a source, and only for that: a layer's file that was
+  // written anew has another one.
   static QString KeyOf(const RenderRequest& request);
 
   // Bytes of exact frames that are kept; kUsualCacheBytes at first.
