@@ -13,6 +13,7 @@
 #include "cli/preset_width.h"
 #include "cli/render_checks.h"
 #include "cli/video_keys.h"
+#include "cli/video_range.h"
 #include "media/standard_streams.h"
 #include "media/video_colours.h"
 #include "media/video_input.h"
