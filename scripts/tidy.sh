@@ -101,7 +101,8 @@ done
 
 use_ccache
 say "Configuring $build for its compile commands"
-cmake --preset clang -B "$build" -DVITRELL_PCH=OFF -DVITRELL_UNITY=OFF -DVITRELL_BUILD_PANEL=ON --log-level=WARNING
+cmake --preset clang -B "$build" -DVITRELL_PCH=OFF -DVITRELL_UNITY=OFF \
+  -DVITRELL_BUILD_PANEL=ON --log-level=WARNING
 mkdir -p "$cache"
 find "$cache" -type f -mtime +60 -delete
 

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "media/picture_files.h"
+#include "panel/real_module.h"
 #include "panel/test_picture.h"
 
 namespace vitrell::panel {
@@ -45,8 +46,7 @@ class LayerFileTest : public testing::Test {
 
   fs::path folder_ = fs::temp_directory_path() / ("vitrell-layer-" + std::to_string(::getpid()));
   fs::path layer_ = folder_ / "layer.png";
-  std::shared_ptr<const headless::EffectModule> module_ =
-      std::make_shared<const headless::EffectModule>(fs::path(VITRELL_MODULE_PATH));
+  std::shared_ptr<const headless::EffectModule> module_ = RealModule();
   headless::EffectHost host_{module_};
   look::Panel panel_ = look::MakePanel(host_.Parameters());
 };
