@@ -11,6 +11,7 @@ namespace vitrell::bench {
 // Choices of "lens.type".
 inline constexpr double kNone = 1;
 inline constexpr double kCircle = 2;
+inline constexpr double kRectangle = 3;
 inline constexpr double kTriangle = 5;
 inline constexpr double kCustom = 6;
 

@@ -8,7 +8,7 @@
 #   scripts/bench.sh --no-peers       without the other libraries; to the terminal, too
 #   scripts/bench.sh --filter REGEX   the same for the cases of these names only, see --list
 #   scripts/bench.sh --files          only the table of picture files of 24 megapixels; ten minutes
-#   scripts/bench.sh --frames         only the tables of sequences and videos; ten minutes
+#   scripts/bench.sh --frames         only the tables of sequences and videos; twenty minutes
 #   scripts/bench.sh --list           names all cases
 #   scripts/bench.sh --help
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"

@@ -18,7 +18,8 @@ BenchCase Mask(std::string detail, double type) {
 }  // namespace
 
 std::vector<BenchCase> LensMaskCases() {
-  return {Mask("circle", kCircle), Mask("triangle", kTriangle), Mask("custom", kCustom)};
+  return {Mask("circle", kCircle), Mask("rectangle", kRectangle), Mask("triangle", kTriangle),
+          Mask("custom", kCustom)};
 }
 
 }  // namespace vitrell::bench

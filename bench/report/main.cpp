@@ -58,8 +58,16 @@ class Table {
 };
 
 std::string Verdict(const Target& target, std::optional<double> value, bool deep) {
-  if (!value) return "-";
-  return Number(value, 2) + (target.IsReached(*value, deep) ? " reached" : " **not reached**");
+  const auto limit = target.Limit(deep);
+  if (!value || !limit) return Number(value, 2);
+  const bool reached = target.atLeast ? *value >= *limit : *value <= *limit;
+  return Number(value, 2) + (reached ? " reached" : " **not reached**");
+}
+
+std::string LimitText(const Target& target, bool deep) {
+  const auto limit = target.Limit(deep);
+  if (!limit) return "-";
+  return (target.atLeast ? ">= " : "<= ") + Number(limit, 2);
 }
 
 void TargetTable(const Results& results) {
@@ -68,10 +76,8 @@ void TargetTable(const Results& results) {
     const auto plain = target.figure(results, false);
     const auto deep = target.figure(results, true);
     if (!plain && !deep) continue;
-    const std::string bound = target.atLeast ? ">= " : "<= ";
-    table.Row({target.what, target.beside, bound + Number(target.Limit(false), 2),
-               Verdict(target, plain, false), bound + Number(target.Limit(true), 2),
-               Verdict(target, deep, true)});
+    table.Row({target.what, target.beside, LimitText(target, false), Verdict(target, plain, false),
+               LimitText(target, true), Verdict(target, deep, true)});
   }
   table.Print();
 }
@@ -108,7 +114,8 @@ std::string PeersText(const Results& results, const CaseName& what) {
 }
 
 void CaseTable(const Results& results, bool deep) {
-  std::vector<std::string> head = {"Case", "ms", "floor ms", "x floor", "own ms", "own passes"};
+  std::vector<std::string> head = {"Case",   "ms",         "floor ms", "x floor",
+                                   "own ms", "own passes", "own ns/px"};
   head.emplace_back(deep ? "x 8 bit" : "peers: ms (frame : theirs, own : theirs)");
   Table table(deep ? "16 bit, 1080p, one thread" : "8 bit, 1080p, one thread", head);
   for (const CaseName& what : results.Cases()) {
@@ -119,6 +126,7 @@ void CaseTable(const Results& results, bool deep) {
         {Title(what), Number(ms, 1), Number(results.Get(what, setup, "floor_ms"), 1),
          Number(results.Get(what, setup, "x_floor"), 2), Number(OwnMs(results, what, deep), 1),
          Number(OwnPasses(results, what, deep), 1),
+         Number(Ratio(OwnMs(results, what, deep), kPixels.at("1080p") / 1e6), 1),
          deep ? Number(Ratio(ms, results.Get(what, {}, "ms")), 2) : PeersText(results, what)});
   }
   table.Print();

@@ -13,17 +13,14 @@ namespace vitrell::report {
 
 struct Target {
   std::string what;
-  std::string beside;  // The reference that the figure is a multiple of.
-  double limit = 1;
+  std::string beside;               // The reference that the figure is a multiple of.
+  std::optional<double> limit;      // In 8 bits; without one the figure is only told.
+  std::optional<double> deepLimit;  // In 16 bits.
   // Empty if it was not measured.
   std::function<std::optional<double>(const Results&, bool deep)> figure;
-  double deepSlack = 1.5;  // The 16-bit limit is this multiple of the 8-bit one.
-  bool atLeast = false;    // The limit is a minimum, not a maximum.
+  bool atLeast = false;  // The limits are minima, not maxima.
 
-  [[nodiscard]] double Limit(bool deep) const { return deep ? limit * deepSlack : limit; }
-  [[nodiscard]] bool IsReached(double value, bool deep) const {
-    return atLeast ? value >= Limit(deep) : value <= Limit(deep);
-  }
+  [[nodiscard]] std::optional<double> Limit(bool deep) const { return deep ? deepLimit : limit; }
 };
 
 std::vector<Target> AllTargets();

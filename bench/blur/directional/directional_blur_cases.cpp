@@ -4,11 +4,21 @@
 
 namespace vitrell::bench {
 
+namespace {
+
+// Along rows at 0 and along columns at 90 degrees.
+Settings Directed(double amount, double degrees) {
+  return Joined(Alone("directional-blur", amount), {{"directional-blur.direction", degrees}});
+}
+
+}  // namespace
+
 std::vector<BenchCase> DirectionalBlurCases() {
   return {
-      Plain("DirectionalBlur", "20", Alone("directional-blur", 20)),
-      Plain("DirectionalBlur", "200", Alone("directional-blur", 200),
-            Alone("directional-blur", 20)),
+      Plain("DirectionalBlur", "20", Directed(20, 0)),
+      Plain("DirectionalBlur", "200", Directed(200, 0), Directed(20, 0)),
+      Plain("DirectionalBlur", "200-45deg", Directed(200, 45)),
+      Plain("DirectionalBlur", "200-90deg", Directed(200, 90)),
   };
 }
 
