@@ -8,10 +8,6 @@
 namespace vitrell::cli {
 namespace {
 
-// The lens type that shows a layer, as its choice reads.
-constexpr const char* kLensType = "lens.type";
-constexpr const char* kCustomChoice = "Custom";
-
 const look::Control* LayerControl(const look::Panel& panel) {
   for (const look::Control& control : panel.controls) {
     if (control.kind == look::ControlKind::kLayer) return &control;
@@ -40,10 +36,10 @@ void PrepareLayer(const std::string& customLayer, look::Settings& settings, Note
     }
     settings.SetValue(*layer, look::LayerValue{customLayer});
   }
-  const look::Control* type = settings.GetPanel().Find(kLensType);
+  const look::Control* type = settings.GetPanel().Find(look::kLensType);
   if (layer == nullptr || type == nullptr) return;
   const std::string path = LayerPath(settings);
-  const bool custom = look::FormatValue(*type, settings.ValueOf(*type)) == kCustomChoice;
+  const bool custom = look::FormatValue(*type, settings.ValueOf(*type)) == look::kCustomLens;
   if (custom && path.empty()) {
     notes.Advise(
         "lens.type is custom, but there is no custom layer, so the lens is empty. Give the "

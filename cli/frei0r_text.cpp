@@ -12,9 +12,6 @@
 namespace vitrell::cli {
 namespace {
 
-constexpr const char* kLensType = "lens.type";
-constexpr const char* kCustomChoice = "Custom";
-
 void RefusePixels(const look::Settings& settings) {
   for (const look::Control& control : settings.GetPanel().controls) {
     const auto* point = std::get_if<look::PointValue>(&settings.ValueOf(control));
@@ -29,10 +26,10 @@ void RefusePixels(const look::Settings& settings) {
 
 // At any time.
 bool HasCustomLens(const look::Settings& settings) {
-  const look::Control* type = settings.GetPanel().Find(kLensType);
+  const look::Control* type = settings.GetPanel().Find(look::kLensType);
   if (type == nullptr) return false;
   const auto isCustom = [&](const look::Value& value) {
-    return look::FormatValue(*type, value) == kCustomChoice;
+    return look::FormatValue(*type, value) == look::kCustomLens;
   };
   const look::Keys* const keys = settings.KeysOf(*type);
   if (keys == nullptr) return isCustom(settings.ValueOf(*type));

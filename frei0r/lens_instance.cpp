@@ -13,9 +13,6 @@
 namespace vitrell::frei0r {
 namespace {
 
-constexpr const char* kLensType = "lens.type";
-constexpr const char* kCustomChoice = "Custom";
-
 // RGBA in memory to ARGB, and back.
 constexpr int kAlphaFirst = std::endian::native == std::endian::little ? 8 : 24;
 constexpr int kAlphaLast = 32 - kAlphaFirst;
@@ -54,8 +51,8 @@ headless::RenderOptions MakeOptions() {
 }
 
 void ShowCustomLens(look::Settings& settings) {
-  const look::Control* type = settings.GetPanel().Find(kLensType);
-  if (type != nullptr) settings.SetValue(*type, look::ParseValue(*type, kCustomChoice));
+  const look::Control* type = settings.GetPanel().Find(look::kLensType);
+  if (type != nullptr) settings.SetValue(*type, look::ParseValue(*type, look::kCustomLens));
 }
 
 double ReadDouble(const void* value) {

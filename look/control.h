@@ -16,6 +16,10 @@ namespace vitrell::look {
 // The host's angles and positions are signed 16.16 numbers.
 constexpr double kFixedLimit = 32767.0;
 
+// The control that chooses the lens, and its choice that shows a layer as the lens.
+constexpr const char* kLensType = "lens.type";
+constexpr const char* kCustomLens = "Custom";
+
 enum class ControlKind { kNumber, kAngle, kSwitch, kChoice, kPoint, kColour, kLayer };
 
 // One half of a position: pixels from the top left corner, or percent of the picture's size.

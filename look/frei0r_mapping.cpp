@@ -13,9 +13,8 @@
 namespace vitrell::look {
 namespace {
 
-// Half a turn, and what the host's 16.16 numbers hold.
+// Half a turn, in degrees.
 constexpr double kHalfTurn = 180;
-constexpr double kFixedLimit = 32767;
 constexpr double kWhite = 255;
 // Decimals that a value keeps. The largest range, 65536, times 10^9 is well below 2^53, so that the
 // whole number is exact and its quotient is the double that a decimal number is read as. The
