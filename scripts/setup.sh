@@ -2,15 +2,15 @@
 # Installs, with apt, whatever the build and the tests need and this Debian 12 machine lacks.
 # Works as root or with sudo, asks nothing, and does nothing when everything is there.
 #
-#   scripts/setup.sh           all but what the panel program needs
-#   scripts/setup.sh --panel   that, too
+#   scripts/setup.sh [--panel] [--checks]
+#
+#   --panel    also what the panel program needs
+#   --checks   also the second compiler, its sanitizers, and the programs that check format and code
 set -euo pipefail
 
 packages=(
   # sources, compilers, build
-  git g++ clang-14 clang cmake ninja-build pkg-config ccache
-  # checks
-  clang-format-14 clang-tidy-14 libclang-rt-14-dev
+  git g++ cmake ninja-build pkg-config ccache
   # libraries of the command line, the headless host and the tests; the picture library's CMake
   # files also name its tools
   libopenimageio-dev openimageio-tools libwebp-dev libheif-dev libexiv2-dev libopenexr-dev
@@ -20,14 +20,16 @@ packages=(
   libimage-exiftool-perl ffmpeg
 )
 
-case "${1:-}" in
-  "") ;;
-  --panel) packages+=(qt6-base-dev) ;;
-  *)
-    echo "Unknown argument '$1'; there is only --panel." >&2
-    exit 2
-    ;;
-esac
+for argument in "$@"; do
+  case "$argument" in
+    --panel) packages+=(qt6-base-dev) ;;
+    --checks) packages+=(clang-14 clang libclang-rt-14-dev clang-format-14 clang-tidy-14) ;;
+    *)
+      echo "Unknown argument '$argument'; there are --panel and --checks." >&2
+      exit 2
+      ;;
+  esac
+done
 
 missing=()
 own="$(dpkg --print-architecture)" # A package may be known for other processors, too.

@@ -41,6 +41,9 @@ sanitizer_random_renders="${VITRELL_SANITIZER_RANDOM_RENDERS:-60}"
 # For each target, two at a time; a longer search is made by hand (scripts/fuzz.sh --seconds).
 fuzz_seconds="${VITRELL_FUZZ_SECONDS:-60}"
 
+# Whole renders beside the literal one, by each compiler; the quick command takes fewer.
+thorough_literal_renders=12000
+
 # Of each picture format; the quick command takes the tests' own smaller number.
 thorough_damaged_cases=1000
 
@@ -101,13 +104,15 @@ check_packages() { bash scripts/build-packages.sh --test; }
 # Another compiler's optimiser may change a picture, not how files are read: the effect and the
 # headless host alone.
 check_clang() {
-  local configure_options=(-DVITRELL_BUILD_CLI=OFF)
+  local configure_options=(-DVITRELL_BUILD_CLI=OFF -DVITRELL_BUILD_BENCH=OFF)
   run_suite clang -E "${tool_runs%|GoldenSetTest}"
 }
 
 check_release() {
-  [[ -z "$thorough" ]] || export VITRELL_DAMAGED_CASES="$thorough_damaged_cases" \
-    VITRELL_PANEL_COMMANDS="$thorough_panel_commands"
+  # What no test needs is left to the thorough run.
+  local more=OFF
+  [[ -z "$thorough" ]] || more=ON
+  configure_options+=(-DVITRELL_BUILD_BENCH=$more -DVITRELL_LONE_HEADERS=$more)
   run_suite release
 }
 
@@ -154,8 +159,12 @@ if [[ -n "$thorough" ]]; then
   done
 fi
 ((${#parts[@]})) || parts=(release)
+[[ -z "$thorough" ]] || export VITRELL_LITERAL_RENDERS="$thorough_literal_renders" \
+  VITRELL_DAMAGED_CASES="$thorough_damaged_cases" VITRELL_PANEL_COMMANDS="$thorough_panel_commands"
 
-bash scripts/setup.sh --panel
+checks=(--checks)
+[[ "${parts[*]}" != release ]] || checks=()
+bash scripts/setup.sh --panel "${checks[@]}"
 configure_options+=(-DVITRELL_BUILD_PANEL=ON)
 
 failed=()

@@ -148,8 +148,9 @@ TEST_F(ResourcesRunTest, LittleFreeMemoryIsTold) {
   WriteFile("meminfo", "MemTotal: 4000000 kB\nMemFree: 9000 kB\nMemAvailable: 200000 kB\n");
   WriteFile("hollow.png", HollowPng(4000, 3000));
   const std::string command = "cd '" + Folder().string() +
-                              "' && unshare -m sh -c 'mount --bind meminfo /proc/meminfo || exit "
-                              "97; exec \"$0\" render hollow.png out.png' " VITRELL_TOOL_PATH
+                              "' && { unshare -m true 2> said || exit 97; } && "
+                              "unshare -m sh -c 'mount --bind meminfo /proc/meminfo || exit 97; "
+                              "exec \"$0\" render hollow.png out.png' " VITRELL_TOOL_PATH
                               " 2> said";
   // NOLINTNEXTLINE(cert-env33-c,concurrency-mt-unsafe)
   const int status = std::system(command.c_str());

@@ -1,6 +1,7 @@
 // Random whole renders by the module, judged bit for bit by the literal render.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -16,7 +17,7 @@ namespace vitrell::whole {
 namespace {
 
 constexpr int kShards = 8;
-constexpr int kDefaultCases = 12000;
+constexpr int kDefaultCases = 5000;
 constexpr std::uint64_t kDefaultSeed = 20260000;
 constexpr int kReportedCases = 3;  // A shard stops after this many failed cases.
 
@@ -73,12 +74,18 @@ int FailedChecks() {
   return testing::UnitTest::GetInstance()->current_test_info()->result()->total_part_count();
 }
 
+// A thorough run asks for more; VITRELL_RANDOM_RENDERS, which is for all random tests, goes first.
+int RenderCount() {
+  const char* const more = std::getenv("VITRELL_LITERAL_RENDERS");
+  return CaseCount(more == nullptr ? kDefaultCases : std::atoi(more));
+}
+
 class RandomRenderTest : public testing::TestWithParam<int> {};
 
 TEST_P(RandomRenderTest, MatchesTheLiteralRender) {
   const std::uint64_t baseSeed = BaseSeed(kDefaultSeed);
-  const int count = CaseCount(kDefaultCases);
-  ASSERT_GT(count, 0) << "VITRELL_RANDOM_RENDERS must be a positive number";
+  const int count = RenderCount();
+  ASSERT_GT(count, 0) << "VITRELL_RANDOM_RENDERS and VITRELL_LITERAL_RENDERS must be positive";
   const int first = GetParam() * count / kShards;
   const int end = (GetParam() + 1) * count / kShards;
   if (first == end) {
