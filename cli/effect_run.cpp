@@ -29,6 +29,10 @@ double EffectRun::Render(const look::Settings& settings, const headless::WorldBu
   headless::RenderOptions options;
   options.threads = arguments_.threads;
   options.cancel = &InterruptFlag();
+  if (!isThorough_) {
+    options.verifyInputs = false;
+    options.newWorldLayout.fresh = headless::FreshPixels::kUnset;
+  }
   if (bar_.IsOn()) {
     options.progress = [this](const headless::RenderProgress& progress) {
       bar_.Show(progress.pass + 1, progress.rowsTotal > 0

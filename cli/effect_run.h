@@ -25,6 +25,11 @@ class EffectRun {
   // so that their number does not change halfway.
   void Foresee(const look::Settings& settings, bool hasLayer);
 
+  // Whether the host does what costs as much as a stage (default: yes): it looks whether the effect
+  // leaves its input and the layer as they are, and fills the worlds that the effect asks for, so
+  // that pixels which are read before they are written show.
+  void CheckThoroughly(bool check) { isThorough_ = check; }
+
   // The seconds that the effect took. `layer` may be null. Throws Failure, also when interrupted.
   double Render(const look::Settings& settings, const headless::WorldBuffer& picture,
                 const headless::WorldBuffer* layer, headless::WorldBuffer& result);
@@ -40,6 +45,7 @@ class EffectRun {
   ProgressBar& bar_;
   Notes& notes_;
   int stages_ = 2;
+  bool isThorough_ = true;
 };
 
 }  // namespace vitrell::cli

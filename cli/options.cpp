@@ -190,7 +190,9 @@ void AddFileOptions(CLI::App& command, RenderArguments& arguments) {
 }
 
 void AddWorkOptions(CLI::App& command, RenderArguments& arguments) {
-  command.add_option("--threads", arguments.threads, "how many (default: all cores)")
+  command
+      .add_option("--threads", arguments.threads,
+                  "for all work at once, also of codecs (default: all cores)")
       ->check(CLI::Range(0, 1024).description(""))
       ->type_name("N")
       ->group(kWork);

@@ -1,10 +1,11 @@
-// Drawing the progress line.
+// Drawing the progress line, or telling its stages.
 #include "cli/progress_bar.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
+#include <nlohmann/json.hpp>
 
 namespace vitrell::cli {
 namespace {
@@ -32,8 +33,13 @@ std::string ProgressLine(int stage, int stages, double fraction, double elapsedS
   return line;
 }
 
-ProgressBar::ProgressBar(bool on) {
-  const int terminal = on ? ::dup(STDERR_FILENO) : -1;
+std::string StageAsJson(int stage, int stages, double fraction) {
+  const double done = std::round(std::clamp(fraction, 0.0, 1.0) * 1000) / 1000;
+  return nlohmann::ordered_json({{"stage", stage}, {"stages", stages}, {"done", done}}).dump();
+}
+
+ProgressBar::ProgressBar(ProgressForm form) : form_(form) {
+  const int terminal = form != ProgressForm::kNone ? ::dup(STDERR_FILENO) : -1;
   if (terminal >= 0) terminal_ = ::fdopen(terminal, "w");
 }
 
@@ -61,17 +67,30 @@ void ProgressBar::SetPart(int part, int parts) {
 
 void ProgressBar::Show(int stage, double done) {
   course_.Reach(part_ * stages_ + stage, done);
+  if (form_ == ProgressForm::kJson) {
+    if (!IsDue()) return;
+    const std::string line =
+        StageAsJson(course_.Stage(), course_.Stages(), course_.Fraction()) + "\n";
+    std::fputs(line.c_str(), terminal_);
+    std::fflush(terminal_);
+    return;
+  }
   ShowLine([this](double elapsed) {
     return ProgressLine(course_.Stage(), course_.Stages(), course_.Fraction(), elapsed);
   });
 }
 
-void ProgressBar::ShowLine(const std::function<std::string(double)>& line) {
+bool ProgressBar::IsDue() {
   const Clock::time_point now = Clock::now();
-  if (!IsOn() || now - lastDrawn_ < kInterval) return;
-  lastDrawn_ = now;
+  if (!IsOn() || now - lastTold_ < kInterval) return false;
+  lastTold_ = now;
+  return true;
+}
+
+void ProgressBar::ShowLine(const std::function<std::string(double)>& line) {
+  if (!IsDue()) return;
   drawn_ = true;
-  const double elapsed = std::chrono::duration<double>(now - start_).count();
+  const double elapsed = std::chrono::duration<double>(lastTold_ - start_).count();
   std::fprintf(terminal_, "\r%s\033[K", line(elapsed).c_str());
   std::fflush(terminal_);
 }

@@ -1,4 +1,4 @@
-// One line on a terminal that shows how far a render is.
+// How far a render is: one line on a terminal, or lines for a program.
 #ifndef VITRELL_CLI_PROGRESS_BAR_H_
 #define VITRELL_CLI_PROGRESS_BAR_H_
 
@@ -12,6 +12,9 @@ namespace vitrell::cli {
 // "[#######-----------------]  30 %  stage 4 of 13  about 6 s left": what ProgressBar shows.
 // `fraction` is 0 to 1. Time left is told once a tenth is done and a second has passed.
 std::string ProgressLine(int stage, int stages, double fraction, double elapsedSeconds);
+
+// {"stage":4,"stages":13,"done":0.3}: the same for a program.
+std::string StageAsJson(int stage, int stages, double fraction);
 
 // How far the whole work is, 0 to 1. It never goes back, whatever is told of stages and their
 // number: files may be read twice, and the effect may run more passes than were foreseen.
@@ -31,10 +34,17 @@ class ProgressCourse {
   double fraction_ = 0;
 };
 
-// Draws at most ten times a second. Does nothing when it is off. Used by one thread at a time.
+enum class ProgressForm {
+  kNone,
+  kLine,  // that is drawn over and over
+  kJson,  // of stages, each on a line of its own
+};
+
+// Tells at most ten times a second. Does nothing when it is off. Used by one thread at a time.
 class ProgressBar {
  public:
-  explicit ProgressBar(bool on);
+  explicit ProgressBar(bool on) : ProgressBar(on ? ProgressForm::kLine : ProgressForm::kNone) {}
+  explicit ProgressBar(ProgressForm form);
   // Wipes the line.
   ~ProgressBar();
   ProgressBar(const ProgressBar&) = delete;
@@ -53,15 +63,19 @@ class ProgressBar {
  private:
   using Clock = std::chrono::steady_clock;
 
+  // Whether it may tell something again; then the next time is counted from now.
+  bool IsDue();
+
   // A duplicate of standard error, since QuietLibraries redirects the original.
   std::FILE* terminal_ = nullptr;
   bool drawn_ = false;
+  ProgressForm form_;
   ProgressCourse course_;
   int stages_ = 1;
   int part_ = 0;
   int parts_ = 1;
   Clock::time_point start_ = Clock::now();
-  Clock::time_point lastDrawn_{};
+  Clock::time_point lastTold_{};
 };
 
 }  // namespace vitrell::cli

@@ -44,7 +44,7 @@ void RefuseFrameOptions(const FrameArguments& arguments, bool video) {
        {"--keep-going", arguments.keepGoing, false},
        {"--memory", arguments.memory != 0, true},
        {"--status", !arguments.status.empty(), true},
-       {"--progress", arguments.progress == "plain" || arguments.progress == "json", true}}};
+       {"--progress plain", arguments.progress == "plain", true}}};
   for (const Option& option : options) {
     if (!option.isGiven || (video && option.isForVideos)) continue;
     throw Failure(kWrongUsage, std::string(option.name) +
@@ -79,7 +79,7 @@ void RunRender(const RenderArguments& arguments) {
   if (videoFrames) return RenderVideoAsSequence(possible);
   if (sequence && media::IsVideoName(arguments.output) && !IsSequenceName(arguments.output)) {
     RefuseForSequenceVideo(possible.frames);
-    RenderSequenceAsVideo(possible);
+    RenderSequenceAsVideo(possible, CountEncoderThreads(arguments.threads));
     return;
   }
   if (sequence) {
@@ -87,7 +87,7 @@ void RunRender(const RenderArguments& arguments) {
     return;
   }
   RefuseFrameOptions(arguments.frames, video);
-  if (video) return RenderVideo(possible);
+  if (video) return RenderVideo(possible, CountEncoderThreads(arguments.threads));
   RenderStill(possible);
 }
 

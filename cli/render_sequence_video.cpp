@@ -39,8 +39,10 @@ namespace {
 
 class SequenceVideoJob {
  public:
-  explicit SequenceVideoJob(const RenderArguments& arguments)
-      : arguments_(arguments), host_(OpenEffect(arguments.effect.effect)) {
+  SequenceVideoJob(const RenderArguments& arguments, int encoderThreads)
+      : arguments_(arguments),
+        host_(OpenEffect(arguments.effect.effect)),
+        output_(arguments_, encoderThreads, telling_) {
     const std::string& existing = arguments.frames.existing;
     if (!existing.empty()) arguments_.force = existing != "fail";
   }
@@ -163,11 +165,13 @@ class SequenceVideoJob {
   media::BlankVideo blank_{media::ExactRate(arguments_.effect.framesPerSecond)};
   StillShape shape_;
   std::optional<VideoCrew> crew_;
-  VideoOutput output_{arguments_, telling_};
+  VideoOutput output_;
 };
 
 }  // namespace
 
-void RenderSequenceAsVideo(const RenderArguments& arguments) { SequenceVideoJob(arguments).Run(); }
+void RenderSequenceAsVideo(const RenderArguments& arguments, int encoderThreads) {
+  SequenceVideoJob(arguments, encoderThreads).Run();
+}
 
 }  // namespace vitrell::cli

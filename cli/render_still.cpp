@@ -27,6 +27,13 @@
 namespace vitrell::cli {
 namespace {
 
+ProgressForm FormOf(const RenderArguments& arguments) {
+  if (arguments.frames.progress == "json") return ProgressForm::kJson;
+  const bool isShown = !arguments.quiet && !arguments.verbose &&
+                       arguments.frames.progress != "none" && ::isatty(STDERR_FILENO) == 1;
+  return isShown ? ProgressForm::kLine : ProgressForm::kNone;
+}
+
 class StillJob {
  public:
   explicit StillJob(const RenderArguments& arguments)
@@ -110,8 +117,7 @@ class StillJob {
   std::unique_ptr<headless::EffectHost> host_;
   look::Panel panel_;
   look::Settings settings_;
-  ProgressBar bar_{!arguments_.quiet && !arguments_.verbose &&
-                   arguments_.frames.progress != "none" && ::isatty(STDERR_FILENO) == 1};
+  ProgressBar bar_{FormOf(arguments_)};
   Notes notes_{arguments_.quiet, arguments_.strict, bar_};
   Report report_;
   StepClock clock_;

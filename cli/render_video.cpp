@@ -27,8 +27,10 @@ namespace {
 
 class VideoJob {
  public:
-  explicit VideoJob(const RenderArguments& arguments)
-      : arguments_(arguments), host_(OpenEffect(arguments.effect.effect)) {
+  VideoJob(const RenderArguments& arguments, int encoderThreads)
+      : arguments_(arguments),
+        host_(OpenEffect(arguments.effect.effect)),
+        output_(arguments_, encoderThreads, telling_) {
     const std::string& existing = arguments.frames.existing;
     if (!existing.empty()) arguments_.force = existing != "fail";
   }
@@ -120,11 +122,13 @@ class VideoJob {
   VideoRecord record_{arguments_};
   std::optional<VideoShot> shot_;
   std::optional<VideoCrew> crew_;
-  VideoOutput output_{arguments_, telling_};
+  VideoOutput output_;
 };
 
 }  // namespace
 
-void RenderVideo(const RenderArguments& arguments) { VideoJob(arguments).Run(); }
+void RenderVideo(const RenderArguments& arguments, int encoderThreads) {
+  VideoJob(arguments, encoderThreads).Run();
+}
 
 }  // namespace vitrell::cli

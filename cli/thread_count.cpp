@@ -1,6 +1,7 @@
 // Counting threads that can be started.
 #include "cli/thread_count.h"
 
+#include <algorithm>
 #include <future>
 #include <system_error>
 #include <thread>
@@ -22,6 +23,13 @@ int CountPossibleThreads(int wanted) {
   end.set_value();
   for (std::thread& thread : threads) thread.join();
   return static_cast<int>(threads.size()) + 1;
+}
+
+int CountEncoderThreads(int budget) {
+  // More cost quality, since each works on its own part of a frame, or on a frame without knowing
+  // all of those before it.
+  constexpr int kUsual = 4;
+  return CountPossibleThreads(budget > 0 ? std::min(budget, kUsual) : kUsual);
 }
 
 }  // namespace vitrell::cli

@@ -16,9 +16,9 @@ namespace vitrell::cli {
 
 class VideoOutput {
  public:
-  // Both must outlive it.
-  VideoOutput(const RenderArguments& arguments, VideoTelling& telling)
-      : arguments_(arguments), telling_(telling) {}
+  // `encoderThreads`: see CountEncoderThreads. The others must outlive it.
+  VideoOutput(const RenderArguments& arguments, int encoderThreads, VideoTelling& telling)
+      : arguments_(arguments), encoderThreads_(encoderThreads), telling_(telling) {}
 
   // The form depends on the first frame, which need not have pixels; `input` is what the report
   // tells of the other side. Throws Failure.
@@ -31,6 +31,7 @@ class VideoOutput {
 
  private:
   const RenderArguments& arguments_;
+  int encoderThreads_;
   VideoTelling& telling_;
   std::optional<media::VideoWriter> writer_;
 };

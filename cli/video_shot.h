@@ -52,6 +52,9 @@ class VideoShot : public VideoSource {
   // Whether the effect works with 16 bits.
   bool IsDeep() const { return deep_; }
 
+  // Whether the video's frame with this number is the first to be rendered.
+  bool IsFirst(std::int64_t number) const { return number == frames_.Range().first; }
+
   // The file that is the custom layer of the video's frame with this number; empty: there is none.
   std::string LayerOf(std::int64_t number) const { return layers_.FileOf(number); }
   // Of all its files.

@@ -9,6 +9,7 @@
 #include "cli/interrupt.h"
 #include "cli/progress_bar.h"
 #include "cli/report.h"
+#include "cli/still_render.h"
 #include "headless/host_error.h"
 
 namespace vitrell::cli {
@@ -16,10 +17,11 @@ namespace vitrell::cli {
 void VideoWorker::Prepare() {
   if (frames_) return;
   try {
-    frames_.emplace(shot_.Width(), shot_.Height(), shot_.IsDeep(), arguments_.threads);
-  } catch (const headless::HostError& error) {
+    frames_.emplace(shot_.Width(), shot_.Height(), shot_.IsDeep(), arguments_.threads,
+                    AlphaOf(arguments_.alpha));
+  } catch (const headless::HostError&) {
     // The reader refuses sizes that no world has; what is left is memory.
-    throw Failure(kTryLater, shot_.Reader().Name().string() + ": " + error.what());
+    throw std::bad_alloc();
   }
 }
 
@@ -42,6 +44,7 @@ void VideoWorker::RenderOrThrow(const VideoFrameJob& job, Notes& notes, VideoFra
   // The stages of one frame are too short to be told.
   ProgressBar noBar(false);
   EffectRun effect(host_, arguments_, noBar, notes);
+  effect.CheckThoroughly(shot_.IsFirst(job.number));
   answer.effectSeconds = effect.Render(shot_.SettingsAt(job.number, job.seconds), frames_->Given(),
                                        layer_ ? &layer_->world : nullptr, frames_->Result());
   clock.Lap();

@@ -6,8 +6,8 @@
 
 #include "media/exchange.h"
 #include "media/result_rows.h"
+#include "media/video_alpha.h"
 #include "media/video_colours.h"
-#include "media/video_exchange.h"
 
 namespace vitrell::media {
 namespace {

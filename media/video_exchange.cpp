@@ -6,7 +6,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
+#include <new>
 #include <vector>
+
+#include "media/frame_rows.h"
+#include "media/video_alpha.h"
+
+extern "C" {
+#include <libavutil/pixdesc.h>
+}
 
 namespace vitrell::media {
 namespace {
@@ -14,62 +23,42 @@ namespace {
 using headless::WorldBuffer;
 
 constexpr std::uint32_t kHostWhite = 32768;
-constexpr std::uint16_t kFileWhite = 65535;
-constexpr std::size_t kWords = 65536;
+constexpr std::uint32_t kFileWhite = 65535;
 
-using Table = std::vector<std::uint16_t>;
-
-// value * to / from, rounded to the nearest; values above white become white.
-Table MakeTable(std::uint32_t from, std::uint32_t to) {
-  Table table(kWords);
-  for (std::uint32_t value = 0; value < kWords; ++value) {
-    const std::uint32_t limited = std::min(value, from);
-    table[value] = static_cast<std::uint16_t>(
-        (static_cast<std::uint64_t>(limited) * to * 2 + from) / (2ULL * from));
-  }
-  return table;
+// word * 32768 / 65535, rounded to the nearest: of an even word a little more than its half, of an
+// odd one a little more than half a step above it.
+std::uint16_t ToHost(std::uint16_t word) {
+  return static_cast<std::uint16_t>((std::uint32_t{word} + 1) / 2);
 }
 
-const Table& ToHost() {
-  static const Table table = MakeTable(kFileWhite, kHostWhite);
-  return table;
-}
-
-const Table& ToFile() {
-  static const Table table = MakeTable(kHostWhite, kFileWhite);
-  return table;
-}
-
-template <typename Channel>
-Channel* RowOf(const AVFrame& frame, int y) {
-  return reinterpret_cast<Channel*>(frame.data[0] + std::ptrdiff_t{y} * frame.linesize[0]);
-}
-
-// colour * alpha / white, rounded to the nearest.
-template <typename Channel>
-Channel Covered(Channel colour, Channel alpha) {
-  constexpr std::uint32_t kWhite = static_cast<Channel>(-1);
-  return static_cast<Channel>((std::uint32_t{colour} * alpha + kWhite / 2) / kWhite);
-}
-
-bool TakeRow8(const PF_Pixel* result, int width, bool overBlack, std::uint8_t* out) {
-  std::uint8_t least = 255;
-  for (int x = 0; x < width; ++x, out += 4) {
-    const PF_Pixel pixel = result[x];
-    least = std::min<std::uint8_t>(least, pixel.alpha);
-    if (overBlack) {
-      out[0] = 255;
-      out[1] = Covered<std::uint8_t>(pixel.red, pixel.alpha);
-      out[2] = Covered<std::uint8_t>(pixel.green, pixel.alpha);
-      out[3] = Covered<std::uint8_t>(pixel.blue, pixel.alpha);
-    } else {
-      out[0] = pixel.alpha;
-      out[1] = pixel.red;
-      out[2] = pixel.green;
-      out[3] = pixel.blue;
+// The way back, rounded to the nearest; values above white become white.
+const std::vector<std::uint16_t>& ToFile() {
+  static const std::vector<std::uint16_t> table = [] {
+    std::vector<std::uint16_t> words(std::numeric_limits<std::uint16_t>::max() + 1);
+    for (std::uint32_t value = 0; value < words.size(); ++value) {
+      const std::uint32_t limited = std::min(value, kHostWhite);
+      words[value] = static_cast<std::uint16_t>(
+          (std::uint64_t{limited} * kFileWhite * 2 + kHostWhite) / (2 * kHostWhite));
     }
+    return words;
+  }();
+  return table;
+}
+
+// Whether alpha, in its place among the four channels of a pixel, is white in the whole row. Pixels
+// are words here, of which it is known which bits all have in common.
+template <typename Word, typename Channel>
+bool IsOpaque(const Channel* row, int width, std::size_t place) {
+  static_assert(sizeof(Word) == 4 * sizeof(Channel));
+  Word common = std::numeric_limits<Word>::max();
+  for (int x = 0; x < width; ++x, row += 4) {
+    Word pixel = 0;
+    std::memcpy(&pixel, row, sizeof(pixel));
+    common &= pixel;
   }
-  return least < 255;
+  std::array<Channel, 4> channels{};
+  std::memcpy(channels.data(), &common, sizeof(common));
+  return channels.at(place) == std::numeric_limits<Channel>::max();
 }
 
 struct Row16 {
@@ -78,9 +67,13 @@ struct Row16 {
   const PF_Pixel16* result;
 };
 
-bool TakeRow16(const Row16& row, int width, bool overBlack, const Table& toFile,
+void TakeRow16(const Row16& row, int width, const std::vector<std::uint16_t>& toFile,
                std::uint16_t* out) {
-  std::uint16_t least = kFileWhite;
+  const std::size_t bytes = static_cast<std::size_t>(width) * sizeof(PF_Pixel16);
+  if (std::memcmp(row.given, row.result, bytes) == 0) {
+    std::memcpy(out, row.file, bytes);
+    return;
+  }
   for (int x = 0; x < width; ++x, out += 4) {
     const PF_Pixel16& before = row.given[x];
     const PF_Pixel16& after = row.result[x];
@@ -89,97 +82,111 @@ bool TakeRow16(const Row16& row, int width, bool overBlack, const Table& toFile,
     out[1] = before.green == after.green ? file[1] : toFile[after.green];
     out[2] = before.blue == after.blue ? file[2] : toFile[after.blue];
     out[3] = before.alpha == after.alpha ? file[3] : toFile[after.alpha];
-    least = std::min(least, out[3]);
-    if (!overBlack) continue;
-    for (int i = 0; i < 3; ++i) out[i] = Covered<std::uint16_t>(out[i], out[3]);
-    out[3] = kFileWhite;
   }
-  return least < kFileWhite;
+}
+
+// Whether the libraries may convert frames of planar formats right into the world. Elsewhere a
+// vector that they store may end behind the row, as some do anyway of packed formats.
+bool TakesPlanarFrames(const WorldBuffer& world) {
+  constexpr int kWidestVector = 64;
+  return !world.Deep() && world.RowBytes() % kWidestVector == 0;
+}
+
+bool IsPlanar(AVPixelFormat format) {
+  return (av_pix_fmt_desc_get(format)->flags & AV_PIX_FMT_FLAG_PLANAR) != 0;
+}
+
+void KeepWorld(void* /*owner*/, std::uint8_t* /*data*/) {}
+
+// The pixels of an 8-bit world as a frame; valid as long as the world.
+FrameHandle FrameIn(WorldBuffer& world) {
+  FrameHandle frame = MakeFrame();
+  frame->width = world.Width();
+  frame->height = world.Height();
+  frame->format = kRgb8;
+  frame->data[0] = reinterpret_cast<std::uint8_t*>(world.Row(0));
+  frame->linesize[0] = world.RowBytes();
+  // Without a counted buffer the libraries would take memory of their own.
+  frame->buf[0] = av_buffer_create(
+      frame->data[0],
+      static_cast<std::size_t>(world.RowBytes()) * static_cast<std::size_t>(world.Height()),
+      KeepWorld, nullptr, 0);
+  if (frame->buf[0] == nullptr) throw std::bad_alloc();
+  return frame;
 }
 
 }  // namespace
 
-void MakeOpaque(AVFrame& frame) {
-  const bool deep = frame.format == kRgb16;
-  for (int y = 0; y < frame.height; ++y) {
-    if (deep) {
-      std::uint16_t* row = RowOf<std::uint16_t>(frame, y);
-      for (int x = 0; x < frame.width; ++x) row[std::ptrdiff_t{x} * 4 + 3] = kFileWhite;
-    } else {
-      std::uint8_t* row = RowOf<std::uint8_t>(frame, y);
-      for (int x = 0; x < frame.width; ++x) row[std::ptrdiff_t{x} * 4] = 255;
-    }
-  }
-}
-
-void LayOverBlack(AVFrame& frame) {
-  const bool deep = frame.format == kRgb16;
-  for (int y = 0; y < frame.height; ++y) {
-    for (int x = 0; x < frame.width; ++x) {
-      if (deep) {
-        std::uint16_t* pixel = RowOf<std::uint16_t>(frame, y) + std::ptrdiff_t{x} * 4;
-        for (int i = 0; i < 3; ++i) pixel[i] = Covered<std::uint16_t>(pixel[i], pixel[3]);
-        pixel[3] = kFileWhite;
-      } else {
-        std::uint8_t* pixel = RowOf<std::uint8_t>(frame, y) + std::ptrdiff_t{x} * 4;
-        for (int i = 1; i < 4; ++i) pixel[i] = Covered<std::uint8_t>(pixel[i], pixel[0]);
-        pixel[0] = 255;
-      }
-    }
-  }
-}
-
 void GiveFrame(const AVFrame& frame, WorldBuffer& world) {
-  const Table& toHost = ToHost();
   for (int y = 0; y < frame.height; ++y) {
     if (!world.Deep()) {
       // The same bytes in the same order.
-      std::memcpy(world.Row(y), RowOf<std::uint8_t>(frame, y),
+      std::memcpy(world.Row(y), FrameRow<std::uint8_t>(frame, y),
                   static_cast<std::size_t>(frame.width) * sizeof(PF_Pixel));
       continue;
     }
-    const std::uint16_t* in = RowOf<std::uint16_t>(frame, y);
+    const std::uint16_t* in = FrameRow<std::uint16_t>(frame, y);
     auto* out = reinterpret_cast<PF_Pixel16*>(world.Row(y));
     for (int x = 0; x < frame.width; ++x, in += 4) {
-      out[x] = {toHost[in[3]], toHost[in[0]], toHost[in[1]], toHost[in[2]]};
+      out[x] = {ToHost(in[3]), ToHost(in[0]), ToHost(in[1]), ToHost(in[2])};
     }
   }
 }
 
 bool TakeFrame(const AVFrame& frame, const WorldBuffer& given, const WorldBuffer& result,
                const TakeChoice& choice, AVFrame& taken) {
-  const Table& toFile = ToFile();
-  bool transparent = false;
+  bool opaque = true;
   for (int y = 0; y < taken.height; ++y) {
-    bool row = false;
     if (result.Deep()) {
-      row = TakeRow16(
-          {RowOf<std::uint16_t>(frame, y), reinterpret_cast<const PF_Pixel16*>(given.Row(y)),
+      auto* out = FrameRow<std::uint16_t>(taken, y);
+      TakeRow16(
+          {FrameRow<std::uint16_t>(frame, y), reinterpret_cast<const PF_Pixel16*>(given.Row(y)),
            reinterpret_cast<const PF_Pixel16*>(result.Row(y))},
-          taken.width, choice.overBlack, toFile, RowOf<std::uint16_t>(taken, y));
+          taken.width, ToFile(), out);
+      opaque = opaque && IsOpaque<std::uint64_t>(out, taken.width, 3);
     } else {
-      row = TakeRow8(reinterpret_cast<const PF_Pixel*>(result.Row(y)), taken.width,
-                     choice.overBlack, RowOf<std::uint8_t>(taken, y));
+      auto* out = FrameRow<std::uint8_t>(taken, y);
+      std::memcpy(out, result.Row(y), static_cast<std::size_t>(taken.width) * sizeof(PF_Pixel));
+      opaque = opaque && IsOpaque<std::uint32_t>(out, taken.width, 0);
     }
-    transparent = transparent || row;
   }
-  return transparent;
+  if (!opaque && choice.overBlack) LayOverBlack(taken);
+  return !opaque;
 }
 
-FrameExchange::FrameExchange(int width, int height, bool deep, int threads)
+FrameExchange::FrameExchange(int width, int height, bool deep, int threads, AlphaMeaning alpha)
     : converter_(threads),
-      rgb_(MakeFrame(width, height, deep ? kRgb16 : kRgb8)),
+      alpha_(alpha),
       given_(width, height, deep, {.fresh = headless::FreshPixels::kUnset}),
-      result_(width, height, deep, {.fresh = headless::FreshPixels::kUnset}) {}
+      result_(width, height, deep, {.fresh = headless::FreshPixels::kUnset}),
+      inWorld_(TakesPlanarFrames(given_) ? FrameIn(given_) : nullptr) {}
+
+// Most videos need none.
+AVFrame& FrameExchange::OwnFrame() {
+  if (rgb_ == nullptr) {
+    rgb_ = MakeFrame(given_.Width(), given_.Height(), given_.Deep() ? kRgb16 : kRgb8);
+  }
+  return *rgb_;
+}
 
 void FrameExchange::Give(const AVFrame& decoded, const std::filesystem::path& file) {
-  converter_.Convert(decoded, *rgb_, file);
-  if (!HasAlpha(static_cast<AVPixelFormat>(decoded.format))) MakeOpaque(*rgb_);
-  GiveFrame(*rgb_, given_);
+  const auto format = static_cast<AVPixelFormat>(decoded.format);
+  const bool intoWorld = inWorld_ != nullptr && IsPlanar(format);
+  AVFrame& rgb = intoWorld ? *inWorld_ : OwnFrame();
+  converter_.Convert(decoded, rgb, file);
+  // A packed format may store a channel for nothing, as "bgr0" does; what it holds became alpha.
+  const bool mayHoldAnything = !HasAlpha(format) && !IsPlanar(format);
+  if (alpha_ == AlphaMeaning::kIgnored || mayHoldAnything) MakeOpaque(rgb);
+  if (alpha_ == AlphaMeaning::kPremultiplied && HasAlpha(format)) {
+    GiveDividedByAlpha(rgb, given_);
+  } else if (!intoWorld) {
+    GiveFrame(rgb, given_);
+  }
 }
 
 bool FrameExchange::Take(const TakeChoice& choice, AVFrame& taken) {
-  return TakeFrame(*rgb_, given_, result_, choice, taken);
+  // Of 8 bits nothing is taken from the frame that came in.
+  return TakeFrame(rgb_ == nullptr ? *inWorld_ : *rgb_, given_, result_, choice, taken);
 }
 
 }  // namespace vitrell::media

@@ -5,18 +5,13 @@
 #include <filesystem>
 
 #include "headless/world_buffer.h"
+#include "media/picture.h"
 #include "media/video_colours.h"
 #include "media/video_handles.h"
 
 namespace vitrell::media {
 
 // Frames are of the format kRgb8, for worlds of 8 bits, or kRgb16; frame and world have one size.
-
-// Sets alpha to opaque: a format that stores a byte for nothing leaves anything there.
-void MakeOpaque(AVFrame& frame);
-
-// Multiplies the colours by alpha, which becomes opaque.
-void LayOverBlack(AVFrame& frame);
 
 // The frame as the effect gets it: straight ARGB, words of 0..65535 rounded to 0..32768.
 void GiveFrame(const AVFrame& frame, headless::WorldBuffer& world);
@@ -35,7 +30,9 @@ bool TakeFrame(const AVFrame& frame, const headless::WorldBuffer& given,
 // size but for the two ends: a decoded frame, RGB, what the effect gets and gives back, RGB again.
 class FrameExchange {
  public:
-  FrameExchange(int width, int height, bool deep, int threads);
+  // `alpha` says how the colours of decoded frames stand to it; without a word they are straight.
+  FrameExchange(int width, int height, bool deep, int threads,
+                AlphaMeaning alpha = AlphaMeaning::kAsInFile);
 
   // A decoded frame for the effect. `file` is named in a Failure.
   void Give(const AVFrame& decoded, const std::filesystem::path& file);
@@ -45,10 +42,14 @@ class FrameExchange {
   bool Take(const TakeChoice& choice, AVFrame& taken);
 
  private:
+  AVFrame& OwnFrame();
+
   FrameConverter converter_;
-  FrameHandle rgb_;
+  AlphaMeaning alpha_;
   headless::WorldBuffer given_;
   headless::WorldBuffer result_;
+  FrameHandle inWorld_;  // the pixels of given_ as a frame; null where none is converted into it
+  FrameHandle rgb_;      // null until it is needed
 };
 
 }  // namespace vitrell::media

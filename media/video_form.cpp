@@ -239,17 +239,24 @@ VideoForm ChooseVideoForm(const std::filesystem::path& target, const VideoEncodi
   return form;
 }
 
-void SetCodecOptions(const VideoEncoding& encoding, const VideoForm& form, AVDictionary** options) {
+void SetCodecOptions(const VideoEncoding& encoding, const VideoForm& form, int width, int height,
+                     AVDictionary** options) {
   const std::string_view name = form.codec->name;
   if (const Encoder* encoder = EncoderNamed(name); encoder != nullptr && encoder->worst > 0) {
     const int quality = encoding.quality.value_or(kUsualQuality);
     av_dict_set_int(options, "crf", ((100 - quality) * encoder->worst + 50) / 100, 0);
   }
+  // The same bytes on any processor: one would choose by its vectors, the other name them.
+  if (name.starts_with("libx264")) av_dict_set(options, "x264-params", "cpu-independent=1", 0);
+  if (name == "libx265") av_dict_set(options, "x265-params", "info=0", 0);
   if (name == "prores_ks") av_dict_set(options, "profile", "4444", 0);
   if (name == "ffv1") {
-    // The archives' form: slices with checksums, every frame by itself.
-    av_dict_set(options, "level", "3", 0);
-    av_dict_set(options, "slicecrc", "1", 0);
+    // The archives' form: slices with checksums, every frame by itself. The slices of frames with a
+    // shorter side come out empty, or are refused; the first level has none.
+    constexpr int kShortestSide = 3;
+    const bool slices = std::min(width, height) >= kShortestSide;
+    av_dict_set(options, "level", slices ? "3" : "1", 0);
+    if (slices) av_dict_set(options, "slicecrc", "1", 0);
     av_dict_set(options, "g", "1", 0);
   }
   if (name.starts_with("libvpx")) {

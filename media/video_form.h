@@ -47,8 +47,9 @@ void CheckVideoEncoding(const std::filesystem::path& target, const VideoEncoding
 VideoForm ChooseVideoForm(const std::filesystem::path& target, const VideoEncoding& encoding,
                           const VideoContent& content);
 
-// The codec's options for the form: quality, profile.
-void SetCodecOptions(const VideoEncoding& encoding, const VideoForm& form, AVDictionary** options);
+// The codec's options for the form and frames of a size: quality, profile.
+void SetCodecOptions(const VideoEncoding& encoding, const VideoForm& form, int width, int height,
+                     AVDictionary** options);
 
 }  // namespace vitrell::media
 

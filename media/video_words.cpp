@@ -6,22 +6,19 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "media/frame_rows.h"
+
 namespace vitrell::media {
 namespace {
 
 // 65535 to 255 * 256.
 constexpr std::uint32_t kOurs = 257;
 constexpr std::uint32_t kTheirs = 256;
-constexpr std::uint32_t kWhite = 65535;
+constexpr std::uint32_t kWordWhite = 65535;
 constexpr int kWordBits = 16;
 
-template <typename Channel>
-Channel* RowOf(const AVFrame& frame, int y) {
-  return reinterpret_cast<Channel*>(frame.data[0] + std::ptrdiff_t{y} * frame.linesize[0]);
-}
-
 std::uint16_t Widened(std::uint16_t word) {
-  return static_cast<std::uint16_t>(std::min(kWhite, (word * kOurs + kTheirs / 2) / kTheirs));
+  return static_cast<std::uint16_t>(std::min(kWordWhite, (word * kOurs + kTheirs / 2) / kTheirs));
 }
 
 std::uint16_t Narrowed(std::uint16_t word) {
@@ -51,7 +48,7 @@ bool HasExactWords(AVPixelFormat format) {
 
 void WidenWords(AVFrame& frame, int alphaBits) {
   for (int y = 0; y < frame.height; ++y) {
-    std::uint16_t* pixel = RowOf<std::uint16_t>(frame, y);
+    std::uint16_t* pixel = FrameRow<std::uint16_t>(frame, y);
     for (int x = 0; x < frame.width; ++x, pixel += 4) {
       for (int i = 0; i < 3; ++i) pixel[i] = Widened(pixel[i]);
       if (alphaBits > 0) pixel[3] = Repeated(pixel[3], alphaBits);
@@ -61,8 +58,8 @@ void WidenWords(AVFrame& frame, int alphaBits) {
 
 void NarrowWords(const AVFrame& frame, AVFrame& narrowed) {
   for (int y = 0; y < frame.height; ++y) {
-    const std::uint16_t* from = RowOf<std::uint16_t>(frame, y);
-    std::uint16_t* to = RowOf<std::uint16_t>(narrowed, y);
+    const std::uint16_t* from = FrameRow<std::uint16_t>(frame, y);
+    std::uint16_t* to = FrameRow<std::uint16_t>(narrowed, y);
     for (int x = 0; x < frame.width; ++x, from += 4, to += 4) {
       for (int i = 0; i < 3; ++i) to[i] = Narrowed(from[i]);
       to[3] = from[3];
@@ -73,8 +70,8 @@ void NarrowWords(const AVFrame& frame, AVFrame& narrowed) {
 void BytesToWords(const AVFrame& bytes, AVFrame& words) {
   const auto widened = [](std::uint8_t byte) { return static_cast<std::uint16_t>(byte * kOurs); };
   for (int y = 0; y < bytes.height; ++y) {
-    const std::uint8_t* from = RowOf<std::uint8_t>(bytes, y);
-    std::uint16_t* to = RowOf<std::uint16_t>(words, y);
+    const std::uint8_t* from = FrameRow<std::uint8_t>(bytes, y);
+    std::uint16_t* to = FrameRow<std::uint16_t>(words, y);
     for (int x = 0; x < bytes.width; ++x, from += 4, to += 4) {
       to[0] = widened(from[1]);
       to[1] = widened(from[2]);

@@ -18,9 +18,9 @@ extern "C" {
 namespace vitrell::media {
 namespace {
 
-VideoContent ContentOf(const AVFrame& first, bool deep) {
+VideoContent ContentOf(const AVFrame& first, bool deep, const VideoWriteOrder& order) {
   const auto format = static_cast<AVPixelFormat>(first.format);
-  return {format, deep, HasAlpha(format), first.width, first.height};
+  return {format, deep, HasAlpha(format) && !order.dropAlpha, first.width, first.height};
 }
 
 // Frames without stamps of their own, one after the other at the rate.
@@ -47,7 +47,7 @@ VideoWriter::VideoWriter(const VideoOrigin& origin, const AVFrame& first, bool d
     : origin_(origin),
       target_(order.target),
       name_(ShownTarget(order.target)),
-      form_(ChooseVideoForm(order.target, order.encoding, ContentOf(first, deep))),
+      form_(ChooseVideoForm(order.target, order.encoding, ContentOf(first, deep, order))),
       converter_(order.threads) {
   using Purpose = OutputFile::Purpose;
   const bool piped = IsStandardStream(target_) && !order.onlyTry;
@@ -90,7 +90,7 @@ void VideoWriter::OpenEncoder(const AVFrame& first, const VideoWriteOrder& order
       HasOnlyARate(form_) ? AVRational{rate.den, rate.num} : origin_.stream.time_base;
   encoder.sample_aspect_ratio = first.sample_aspect_ratio;
   encoder.field_order = origin_.fieldOrder;
-  encoder.thread_count = order.threads;
+  encoder.thread_count = order.encoderThreads;
   encoder.strict_std_compliance = FF_COMPLIANCE_UNOFFICIAL;
   encoder.flags |= AV_CODEC_FLAG_BITEXACT;
   if ((form_.container->flags & AVFMT_GLOBALHEADER) != 0) {
@@ -98,7 +98,7 @@ void VideoWriter::OpenEncoder(const AVFrame& first, const VideoWriteOrder& order
   }
   SetColours(colours_, encoder);
   Options options;
-  SetCodecOptions(order.encoding, form_, &options.entries);
+  SetCodecOptions(order.encoding, form_, first.width, first.height, &options.entries);
   if (const int error = avcodec_open2(&encoder, form_.codec, &options.entries); error < 0) {
     if (error == AVERROR(ENOMEM)) throw std::bad_alloc();
     throw Failure(kFailed, name_.string() + ": " + form_.codec->name +

@@ -33,8 +33,10 @@ VideoOrigin OriginOf(const VideoReader& reader);
 struct VideoWriteOrder {
   std::filesystem::path target;  // "-": standard output
   bool onlyTry = false;          // nothing is to be written in the end
+  bool dropAlpha = false;        // the frames are opaque, whatever the first one's format says
   VideoEncoding encoding;
-  int threads = 1;
+  int threads = 1;                  // for conversions
+  int encoderThreads = 1;           // the bytes of some codecs depend on it
   std::optional<CarriedSpan> span;  // nothing: all of the input
 };
 

@@ -37,8 +37,8 @@ FileRender::~FileRender() {
   process_.waitForFinished();
 }
 
-void FileRender::Start(QStringList arguments, bool hasFrames) {
-  if (hasFrames) arguments << QStringList{"--progress", "json"};
+void FileRender::Start(QStringList arguments) {
+  arguments << QStringList{"--progress", "json"};
   unread_.clear();
   said_.clear();
   cancelled_ = false;
@@ -63,6 +63,10 @@ void FileRender::ReadProgress() {
 
 void FileRender::TakeLine(const QByteArray& line) {
   const QJsonObject json = QJsonDocument::fromJson(line).object();
+  if (json.contains("stage")) {
+    Q_EMIT Reached(json["done"].toDouble());
+    return;
+  }
   if (!json.contains("finished")) {
     said_ << QString::fromUtf8(line);
     return;

@@ -22,16 +22,17 @@ class FileRender : public QObject {
   FileRender(const FileRender&) = delete;
   FileRender& operator=(const FileRender&) = delete;
 
-  // The arguments are those of RenderArguments. Frames of sequences and videos are counted while
-  // it runs.
-  void Start(QStringList arguments, bool hasFrames);
+  // The arguments are those of RenderArguments.
+  void Start(QStringList arguments);
   // The command line ends without a half-written file; what there is of a video it keeps beside
   // ("out.partial.mkv") and says so. Finished follows.
   void Cancel();
   bool IsRunning() const { return process_.state() != QProcess::NotRunning; }
 
  Q_SIGNALS:
-  // After each frame; `all` is 0 where nobody knows how many there are.
+  // How much of a single picture's work is done, 0 to 1. Not for a sequence or a video.
+  void Reached(double part);
+  // After each frame of those; `all` is 0 where nobody knows how many there are.
   void Progressed(qint64 done, qint64 all);
   // `message` is what the command line said, in the case of a failure cause and remedy.
   void Finished(bool done, const QString& message);

@@ -65,11 +65,9 @@ void MainWindow::RenderTo(const fs::path& output) {
     TellProblem(tr("Another render is still running. Wait for it, or cancel it below."));
     return;
   }
-  const Source& source = *work_->Shown();
   try {
     const QStringList arguments = ArgumentsFor(output) << "--force";
-    strip_->Start(FindTool(), arguments, source.IsClip() || source.IsVideo(),
-                  QString::fromStdString(output.string()));
+    strip_->Start(FindTool(), arguments, QString::fromStdString(output.string()));
   } catch (const media::Failure& failure) {
     TellProblem(QString::fromStdString(failure.what()));
   }

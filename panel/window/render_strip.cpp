@@ -8,6 +8,11 @@
 #include <QPushButton>
 
 namespace vitrell::panel {
+namespace {
+
+constexpr int kPerWhole = 1000;
+
+}  // namespace
 
 RenderStrip::RenderStrip(QWidget* parent)
     : QWidget(parent), name_(new QLabel(this)), bar_(new QProgressBar(this)) {
@@ -26,13 +31,18 @@ RenderStrip::RenderStrip(QWidget* parent)
 }
 
 void RenderStrip::Start(const std::filesystem::path& tool, const QStringList& arguments,
-                        bool hasFrames, const QString& output) {
+                        const QString& output) {
   render_ = std::make_unique<FileRender>(tool);
   name_->setText(tr("Rendering %1").arg(QFileInfo(output).fileName()));
-  // How far a single picture is nobody tells.
+  // Busy until the first line comes.
   bar_->setRange(0, 0);
-  bar_->setFormat(tr("%v of %m frames"));
+  connect(render_.get(), &FileRender::Reached, this, [this](double part) {
+    bar_->setFormat(tr("%p %"));
+    bar_->setRange(0, kPerWhole);
+    bar_->setValue(static_cast<int>(part * kPerWhole));
+  });
   connect(render_.get(), &FileRender::Progressed, this, [this](qint64 done, qint64 all) {
+    bar_->setFormat(tr("%v of %m frames"));
     bar_->setRange(0, static_cast<int>(all));
     bar_->setValue(static_cast<int>(done));
   });
@@ -41,7 +51,7 @@ void RenderStrip::Start(const std::filesystem::path& tool, const QStringList& ar
     Q_EMIT Finished(done, message);
   });
   show();
-  render_->Start(arguments, hasFrames);
+  render_->Start(arguments);
 }
 
 }  // namespace vitrell::panel

@@ -24,7 +24,7 @@ class RenderStrip : public QWidget {
 
   bool IsRunning() const { return render_ != nullptr && render_->IsRunning(); }
   // Not while another one runs.
-  void Start(const std::filesystem::path& tool, const QStringList& arguments, bool hasFrames,
+  void Start(const std::filesystem::path& tool, const QStringList& arguments,
              const QString& output);
 
  Q_SIGNALS:

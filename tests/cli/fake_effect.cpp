@@ -28,6 +28,7 @@ enum Work {
   kVanish,       // takes the folder "out" away
   kKill,         // ends the process as the system does when memory is short
   kKeep,         // checks a parameter out and not in again
+  kScribble,     // writes into its input
 };
 
 PF_Err Add(PF_InData* inData, PF_ParamType type, const char* name) {
@@ -36,8 +37,9 @@ PF_Err Add(PF_InData* inData, PF_ParamType type, const char* name) {
   std::strncpy(def.name, name, sizeof def.name - 1);
   if (type == PF_Param_POPUP) {
     def.u.pd.value = def.u.pd.dephault = kCopy;
-    def.u.pd.num_choices = kKeep;
-    def.u.pd.u.namesptr = "Copy|Wait|Stubborn|Out of Memory|Fade|Redden|Nap|Die|Vanish|Kill|Keep";
+    def.u.pd.num_choices = kScribble;
+    def.u.pd.u.namesptr =
+        "Copy|Wait|Stubborn|Out of Memory|Fade|Redden|Nap|Die|Vanish|Kill|Keep|Scribble";
   }
   return inData->inter.add_param(inData->effect_ref, -1, &def);
 }
@@ -93,6 +95,7 @@ PF_Err Render(PF_InData* inData, PF_ParamDef* params[], PF_LayerDef* output) {
   const PF_Err copied =
       inData->utils->copy(inData->effect_ref, &params[0]->u.ld, output, nullptr, nullptr);
   if (copied != PF_Err_NONE) return copied;
+  if (work == kScribble) *reinterpret_cast<char*>(params[0]->u.ld.data) ^= 1;
   if ((output->world_flags & PF_WorldFlag_DEEP) != 0) {
     Change<PF_Pixel16>(output, work);
   } else {

@@ -22,6 +22,11 @@ TEST(ProgressLineTest, NeverLeavesTheBar) {
   EXPECT_EQ(ProgressLine(1, 9, -0.2, 0.1), "[------------------------------]   0 %  stage 1 of 9");
 }
 
+TEST(ProgressLineTest, ForAProgramItIsJson) {
+  EXPECT_EQ(StageAsJson(4, 13, 3.9 / 13), R"({"stage":4,"stages":13,"done":0.3})");
+  EXPECT_EQ(StageAsJson(9, 9, 1.7), R"({"stage":9,"stages":9,"done":1.0})");
+}
+
 TEST(ProgressCourseTest, NeverGoesBack) {
   ProgressCourse course;
   course.SetStages(10);

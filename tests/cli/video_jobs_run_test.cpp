@@ -114,6 +114,8 @@ TEST_F(VideoJobsRunTest, FailuresAndNotesAreThoseOfOneJob) {
   expectSame("out.mp4", "0|=Copy; 3|=Fade", 1, {"--strict"}, "is laid over black");
   expectSame("out.mkv", "0|=Copy; 3|=Keep", 0, {}, "the effect misbehaved");
   expectSame("out.mkv", "0|=Copy; 3|=Keep", 1, {"--strict"}, "the effect misbehaved");
+  // Looked for with the first frame only.
+  expectSame("out.mkv", "0|=Scribble; 1|=Copy", 0, {}, "which it may only read");
 }
 
 TEST_F(VideoJobsRunTest, ThreadsAndMemoryTellHowMany) {

@@ -55,7 +55,7 @@ class Hand {
   }
 
   // Looks at it for a moment, too.
-  void WaitForExact() {
+  void WaitForExact() const {
     while (!answer_.exact) QApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
     QTest::qWait(kRestMilliseconds);
   }

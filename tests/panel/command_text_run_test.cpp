@@ -4,7 +4,6 @@
 
 #include <QFile>
 #include <QProcess>
-#include <QSignalSpy>
 #include <cstdlib>
 #include <string>
 
@@ -12,7 +11,6 @@
 #include "media/picture_files.h"
 #include "media/picture_writer.h"
 #include "panel/model/command_text.h"
-#include "panel/model/file_render.h"
 #include "panel/random_look.h"
 #include "panel/test_picture.h"
 
@@ -115,45 +113,6 @@ TEST_F(CommandRunTest, NamesOnlyWhatDiffersFromTheDefaults) {
   settings.SetValue(*panel_.Find("fast-blur.amount"), 40.0);
   EXPECT_EQ(Arguments(*source, settings, folder_ / "out.png").filter("=").join("|"),
             "fast-blur.amount=40");
-}
-
-TEST_F(CommandRunTest, AFileRenderTellsWhatFailed) {
-  const std::unique_ptr<Source> source = Picture(OIIO::TypeDesc::UINT8, 3);
-  FileRender render(VITRELL_TOOL_PATH);
-  QSignalSpy finished(&render, &FileRender::Finished);
-  render.Start(Arguments(*source, look::Settings(panel_), "/nowhere/out.png"), false);
-  ASSERT_TRUE(WaitUntil([&] { return finished.count() == 1; }));
-  EXPECT_FALSE(finished[0][0].toBool());
-  EXPECT_TRUE(finished[0][1].toString().contains("/nowhere"));
-}
-
-TEST_F(CommandRunTest, ASequenceTellsItsFramesAndCanBeCancelled) {
-  for (const char* name : {"plate.001.png", "plate.002.png", "plate.003.png"}) {
-    media::WritePictureFile(folder_ / name,
-                            media::NoisePicture(96, 54, 3, OIIO::TypeDesc::UINT8, 5));
-  }
-  EXPECT_EQ(SequenceAround(folder_ / "plate.002.png"), folder_ / "plate.###.png");
-  const std::unique_ptr<Source> source = OpenSource(folder_ / "plate.###.png");
-  ASSERT_EQ(source->FrameCount(), 3);
-  EXPECT_EQ(UsualOutput(*source), folder_ / "plate-vitrell.###.png");
-  look::Settings settings(panel_);
-  settings.Set("fast-blur.amount=1=0; 3=40");
-  FileRender render(VITRELL_TOOL_PATH);
-  QSignalSpy finished(&render, &FileRender::Finished);
-  QSignalSpy progressed(&render, &FileRender::Progressed);
-  render.Start(Arguments(*source, settings, UsualOutput(*source)), true);
-  ASSERT_TRUE(WaitUntil([&] { return finished.count() == 1; }));
-  EXPECT_TRUE(finished[0][0].toBool()) << finished[0][1].toString().toStdString();
-  ASSERT_EQ(progressed.count(), 3);
-  EXPECT_EQ(progressed[2][0].toInt(), 3);
-  EXPECT_EQ(progressed[2][1].toInt(), 3);
-  EXPECT_TRUE(fs::exists(folder_ / "plate-vitrell.003.png"));
-  // Once more, over names that exist: a failure that is told, and no change of mind afterwards.
-  render.Start(Arguments(*source, settings, UsualOutput(*source)), true);
-  render.Cancel();
-  ASSERT_TRUE(WaitUntil([&] { return finished.count() == 2; }));
-  EXPECT_FALSE(finished[1][0].toBool());
-  EXPECT_TRUE(finished[1][1].toString().startsWith("Cancelled."));
 }
 
 TEST_F(CommandRunTest, EasedKeysOfAClipNeedAPreset) {

@@ -33,8 +33,8 @@ class LayerFileTest : public testing::Test {
     settings.SetValue(*panel_.Find("lens.custom-layer"), look::LayerValue{file.string()});
     return settings;
   }
-  RenderAnswer Answer(Renderer& renderer, const std::shared_ptr<Source>& clip,
-                      const look::Settings& settings) {
+  static RenderAnswer Answer(Renderer& renderer, const std::shared_ptr<Source>& clip,
+                             const look::Settings& settings) {
     RenderAnswer last;
     const auto connection = QObject::connect(&renderer, &Renderer::Answered,
                                              [&](const RenderAnswer& answer) { last = answer; });

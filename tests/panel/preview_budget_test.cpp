@@ -12,11 +12,11 @@ namespace {
 // Renders at a steady speed until nothing changes any more.
 class PreviewBudgetTest : public testing::Test {
  protected:
-  static constexpr std::int64_t kPixels = 1920 * 1080;
+  static constexpr std::int64_t kPixels = std::int64_t{1920} * 1080;
 
   std::int64_t Shown() const {
     const int divisor = budget_.DivisorFor(kPixels);
-    return kPixels / (divisor * divisor);
+    return kPixels / (std::int64_t{divisor} * divisor);
   }
   int Settle(double secondsOfFrame) {
     for (int i = 0; i < 40; ++i) {
