@@ -78,7 +78,7 @@ TEST(VideoExchangeTest, ChannelsThatChangeAreConvertedAndOthersKept) {
   for (int y = 0; y < kWordSide; ++y) {
     for (int x = 0; x < kWordSide; ++x) {
       const std::uint16_t* pixel = PixelOf<std::uint16_t>(*taken, x, y);
-      const int green = std::min<int>(result.At16(x, y).green, 32768);
+      const auto green = std::min<std::uint64_t>(result.At16(x, y).green, 32768);
       ASSERT_EQ(pixel[0], WordAt(x, y, 0));
       ASSERT_EQ(pixel[1], y % 2 == 0 ? WordAt(x, y, 1) : Nearest(green, 65535, 32768));
       ASSERT_EQ(pixel[2], WordAt(x, y, 2));
