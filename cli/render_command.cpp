@@ -11,7 +11,7 @@
 #include "cli/render_video.h"
 #include "cli/sequence_plan.h"
 #include "cli/thread_count.h"
-#include "media/video_form.h"
+#include "media/video_containers.h"
 
 namespace vitrell::cli {
 namespace {

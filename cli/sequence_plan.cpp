@@ -8,7 +8,7 @@
 #include "cli/failure.h"
 #include "media/output_file.h"
 #include "media/standard_streams.h"
-#include "media/video_form.h"
+#include "media/video_containers.h"
 
 namespace vitrell::cli {
 namespace {

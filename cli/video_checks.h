@@ -5,7 +5,7 @@
 #include <string>
 
 #include "cli/arguments.h"
-#include "media/video_form.h"
+#include "media/video_encoding.h"
 
 namespace vitrell::cli {
 

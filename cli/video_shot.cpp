@@ -14,8 +14,8 @@
 #include "cli/render_checks.h"
 #include "cli/video_keys.h"
 #include "cli/video_range.h"
+#include "media/pixel_formats.h"
 #include "media/standard_streams.h"
-#include "media/video_colours.h"
 #include "media/video_input.h"
 
 extern "C" {

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "media/failure.h"
+#include "media/pixel_formats.h"
 #include "media/video_messages.h"
 
 extern "C" {

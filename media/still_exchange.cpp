@@ -5,9 +5,9 @@
 #include <cstring>
 
 #include "media/exchange.h"
+#include "media/pixel_formats.h"
 #include "media/result_rows.h"
 #include "media/video_alpha.h"
-#include "media/video_colours.h"
 
 namespace vitrell::media {
 namespace {

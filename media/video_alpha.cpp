@@ -4,8 +4,8 @@
 #include <cstdint>
 
 #include "media/frame_rows.h"
+#include "media/pixel_formats.h"
 #include "media/sample_maths.h"
-#include "media/video_colours.h"
 
 namespace vitrell::media {
 namespace {

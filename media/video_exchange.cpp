@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "media/frame_rows.h"
+#include "media/pixel_formats.h"
 #include "media/video_alpha.h"
 
 extern "C" {
@@ -93,7 +94,7 @@ bool TakesPlanarFrames(const WorldBuffer& world) {
 }
 
 bool IsPlanar(AVPixelFormat format) {
-  return (av_pix_fmt_desc_get(format)->flags & AV_PIX_FMT_FLAG_PLANAR) != 0;
+  return (DescriptorOf(format).flags & AV_PIX_FMT_FLAG_PLANAR) != 0;
 }
 
 void KeepWorld(void* /*owner*/, std::uint8_t* /*data*/) {}

@@ -5,8 +5,8 @@
 #include <filesystem>
 
 #include "headless/world_buffer.h"
+#include "media/frame_converter.h"
 #include "media/picture.h"
-#include "media/video_colours.h"
 #include "media/video_handles.h"
 
 namespace vitrell::media {

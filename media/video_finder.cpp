@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "media/failure.h"
+#include "media/pixel_formats.h"
 
 namespace vitrell::media {
 

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "media/pixel_formats.h"
+
 namespace vitrell::media {
 namespace {
 

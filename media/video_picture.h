@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <utility>
 
+#include "media/frame_converter.h"
 #include "media/picture.h"
-#include "media/video_colours.h"
 #include "media/video_handles.h"
 
 namespace vitrell::media {

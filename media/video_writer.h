@@ -2,9 +2,7 @@
 #ifndef VITRELL_MEDIA_VIDEO_WRITER_H_
 #define VITRELL_MEDIA_VIDEO_WRITER_H_
 
-#include <cstdint>
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,33 +10,17 @@
 
 #include "media/carried_streams.h"
 #include "media/output_file.h"
-#include "media/video_colours.h"
+#include "media/pixel_formats.h"
+#include "media/video_encoder.h"
 #include "media/video_form.h"
 #include "media/video_handles.h"
 #include "media/video_io.h"
 #include "media/video_reader.h"
+#include "media/video_write_order.h"
 
 namespace vitrell::media {
 
-// What a written video comes from: everything but the frames.
-struct VideoOrigin {
-  const AVFormatContext& container;
-  const AVStream& stream;  // of the frames
-  AVRational rate{25, 1};
-  AVFieldOrder fieldOrder = AV_FIELD_UNKNOWN;
-};
-
 VideoOrigin OriginOf(const VideoReader& reader);
-
-struct VideoWriteOrder {
-  std::filesystem::path target;  // "-": standard output
-  bool onlyTry = false;          // nothing is to be written in the end
-  bool dropAlpha = false;        // the frames are opaque, whatever the first one's format says
-  VideoEncoding encoding;
-  int threads = 1;                  // for conversions
-  int encoderThreads = 1;           // the bytes of some codecs depend on it
-  std::optional<CarriedSpan> span;  // nothing: all of the input
-};
 
 // Writes beside the target; see OutputFile. The same frames and orders give the same bytes: no
 // dates, no random numbers. Used by one thread. Any function may throw Failure.
@@ -71,9 +53,9 @@ class VideoWriter {
   std::filesystem::path KeepUnfinished();
 
  private:
-  void OpenEncoder(const AVFrame& first, const VideoWriteOrder& order);
   void Begin();
-  void Encode(const AVFrame* frame);
+  // What the encoder has ready.
+  void SendEncoded();
   void Send(AVPacket& packet);
   void End();
   [[noreturn]] void Fail(int error) const;
@@ -82,17 +64,12 @@ class VideoWriter {
   std::filesystem::path target_;
   std::filesystem::path name_;
   VideoForm form_;
-  VideoColours colours_;
   std::unique_ptr<OutputFile> output_;
   std::unique_ptr<VideoSink> sink_;
   MuxerHandle muxer_;
   std::optional<CarriedStreams> carried_;
-  CodecHandle encoder_;
-  FrameConverter converter_;
+  std::optional<VideoEncoder> encoder_;
   PacketHandle packet_ = MakePacket();
-  std::int64_t framesWritten_ = 0;
-  // Encoders forget how long a frame lasts; by time stamp, for those that are in the encoder.
-  std::map<std::int64_t, std::int64_t> durations_;
   std::vector<std::string> losses_;
 };
 

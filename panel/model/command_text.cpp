@@ -10,7 +10,7 @@
 #include "media/failure.h"
 #include "media/formats.h"
 #include "media/sequence.h"
-#include "media/video_form.h"
+#include "media/video_containers.h"
 #include "panel/model/path_text.h"
 
 namespace vitrell::panel {

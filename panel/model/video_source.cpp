@@ -7,6 +7,7 @@
 #include <thread>
 #include <utility>
 
+#include "media/pixel_formats.h"
 #include "media/video_exchange.h"
 #include "media/video_input.h"
 #include "media/video_reader.h"

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 
+#include "media/pixel_formats.h"
 #include "media/video_messages.h"
 
 extern "C" {
