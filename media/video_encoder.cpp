@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <new>
+#include <utility>
 
 #include "media/failure.h"
 #include "media/video_codecs.h"
@@ -26,10 +27,10 @@ struct Options {
 
 }  // namespace
 
-VideoEncoder::VideoEncoder(const std::filesystem::path& name, const VideoForm& form,
+VideoEncoder::VideoEncoder(std::filesystem::path name, const VideoForm& form,
                            const VideoOrigin& origin, const AVFrame& first,
                            const VideoWriteOrder& order)
-    : name_(name),
+    : name_(std::move(name)),
       form_(form),
       colours_(ColoursForOutput(ColoursOf(first), static_cast<AVPixelFormat>(first.format),
                                 form.pixelFormat, first.width, first.height)),

@@ -18,7 +18,7 @@ namespace vitrell::media {
 class VideoEncoder {
  public:
   // Sizes and tags are those of the first frame. Throws Failure that names the target.
-  VideoEncoder(const std::filesystem::path& name, const VideoForm& form, const VideoOrigin& origin,
+  VideoEncoder(std::filesystem::path name, const VideoForm& form, const VideoOrigin& origin,
                const AVFrame& first, const VideoWriteOrder& order);
 
   const AVCodecContext& Context() const { return *encoder_; }

@@ -23,8 +23,8 @@ namespace {
 
 using headless::WorldBuffer;
 
-constexpr std::uint64_t kHostWhite = 32768;
-constexpr std::uint64_t kFileWhite = 65535;
+constexpr std::uint32_t kHostWhite = 32768;
+constexpr std::uint32_t kFileWhite = 65535;
 
 // word * 32768 / 65535, rounded to the nearest: of an even word a little more than its half, of an
 // odd one a little more than half a step above it.
@@ -36,10 +36,10 @@ std::uint16_t ToHost(std::uint16_t word) {
 const std::vector<std::uint16_t>& ToFile() {
   static const std::vector<std::uint16_t> table = [] {
     std::vector<std::uint16_t> words(std::numeric_limits<std::uint16_t>::max() + 1);
-    for (std::uint64_t value = 0; value < words.size(); ++value) {
-      const std::uint64_t limited = std::min(value, kHostWhite);
-      words[value] =
-          static_cast<std::uint16_t>((limited * kFileWhite * 2 + kHostWhite) / (kHostWhite * 2));
+    for (std::uint32_t value = 0; value < words.size(); ++value) {
+      const std::uint32_t limited = std::min(value, kHostWhite);
+      words[value] = static_cast<std::uint16_t>(
+          (std::uint64_t{limited} * kFileWhite * 2 + kHostWhite) / (std::uint64_t{2} * kHostWhite));
     }
     return words;
   }();
