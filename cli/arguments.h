@@ -50,6 +50,7 @@ struct RenderArguments {
   std::string videoCodec;
   std::string pixelFormat;  // of a video
   int threads = 0;          // 0: all cores
+  int processors = 0;       // that may be used at once: the threads that were given; 0: all
   std::int64_t maxPixels = media::PictureLimits{}.maxPixels;
   std::string channels;            // empty: as the header tells
   std::vector<std::string> parts;  // of the file, and of the frames: as they were given

@@ -72,6 +72,7 @@ void RunRender(const RenderArguments& arguments) {
                                            : static_cast<int>(std::thread::hardware_concurrency());
   RenderArguments possible = arguments;
   possible.threads = CountPossibleThreads(wanted);
+  possible.processors = arguments.threads;
   const bool videoFrames = IsVideoToSequence(possible);
   const bool video = !videoFrames && !IsSequenceName(arguments.input) && IsVideoJob(possible);
   const bool sequence = videoFrames || (!video && MeansSequence(arguments));

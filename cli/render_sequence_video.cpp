@@ -134,7 +134,8 @@ class SequenceVideoJob {
     if (!arguments_.dryRun) {
       const int jobs = CountJobs(arguments_, first.input, plan_->Size());
       telling_.GetReport().jobs = jobs;
-      crew_.emplace(VideoCrew::Order{arguments_.input, shape_.size, jobs, arguments_.threads},
+      crew_.emplace(VideoCrew::Order{arguments_.input, shape_.size, jobs, arguments_.threads,
+                                     arguments_.processors},
                     [this](const std::vector<VideoSlot>& slots, int threads) {
                       RenderArguments own = arguments_;
                       own.threads = threads;

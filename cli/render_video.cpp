@@ -83,13 +83,14 @@ class VideoJob {
       const int jobs = CountJobs(arguments_, shot_->ExpectedFrames(),
                                  [&] { return VideoCrew::BytesOfJob(size); });
       telling_.GetReport().jobs = jobs;
-      crew_.emplace(VideoCrew::Order{shot_->Name(), size, jobs, arguments_.threads},
-                    [this](const std::vector<VideoSlot>& slots, int threads) {
-                      RenderArguments own = arguments_;
-                      own.threads = threads;
-                      const auto worker = std::make_shared<VideoWorker>(own, *host_, *shot_, slots);
-                      return [worker](const VideoFrameJob& job) { return worker->Render(job); };
-                    });
+      crew_.emplace(
+          VideoCrew::Order{shot_->Name(), size, jobs, arguments_.threads, arguments_.processors},
+          [this](const std::vector<VideoSlot>& slots, int threads) {
+            RenderArguments own = arguments_;
+            own.threads = threads;
+            const auto worker = std::make_shared<VideoWorker>(own, *host_, *shot_, slots);
+            return [worker](const VideoFrameJob& job) { return worker->Render(job); };
+          });
     }
     shot_->Reader().UseThreads(arguments_.threads);
     media::SetLibraryThreads(arguments_.threads);

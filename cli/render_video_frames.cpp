@@ -96,7 +96,8 @@ class VideoFramesJob {
     const VideoSize size{shot_->Width(), shot_->Height(), shot_->IsDeep()};
     frames_ = plan_.Size(shot_->Reader().ExpectedFrames());
     jobs_ = CountJobs(arguments_, frames_, [&] { return VideoCrew::BytesOfJob(size); });
-    crew_.emplace(VideoCrew::Order{shot_->Name(), size, jobs_, arguments_.threads, true},
+    crew_.emplace(VideoCrew::Order{shot_->Name(), size, jobs_, arguments_.threads,
+                                   arguments_.processors, true},
                   [this](const std::vector<VideoSlot>& slots, int threads) {
                     RenderArguments own = arguments_;
                     own.threads = threads;

@@ -1,6 +1,7 @@
 // Slots, and the workers that render what is in them.
 #include "cli/video_crew.h"
 
+#include <poll.h>
 #include <sys/wait.h>
 
 #include <csignal>
@@ -21,12 +22,16 @@ constexpr int kSlotsOfJob = 2;
 // How long a signal may wait that comes just before the workers are waited for.
 constexpr int kPatienceMs = 200;
 
+// Until the processors are looked at again.
+constexpr int kMomentMs = 5;
+
 // Of a killed one: so the system ends what takes more memory than there is.
 int ExitCodeOf(int signal) { return signal == SIGKILL ? kTryLater : kFailed; }
 
 }  // namespace
 
-VideoCrew::VideoCrew(Order order, const MakeRender& makeRender) : order_(std::move(order)) {
+VideoCrew::VideoCrew(Order order, const MakeRender& makeRender)
+    : order_(std::move(order)), budget_(order_.processors) {
   const int jobs = order_.jobs;
   const bool alone = jobs <= 1 && !order_.apart;
   const int slots = alone ? 1 : jobs * kSlotsOfJob;
@@ -76,8 +81,14 @@ void VideoCrew::PutIn(VideoFrameJob job, const AVFrame* decoded) {
   if (pool_) HandOut();
 }
 
+bool VideoCrew::HasProcessors() {
+  if (!budget_.IsLimited()) return true;
+  budget_.Account(clock_.Total(), ProcessorSeconds() + (pool_ ? pool_->ProcessorSeconds() : 0));
+  return budget_.HasRoom();
+}
+
 void VideoCrew::HandOut() {
-  while (!stopped_ && !waiting_.empty()) {
+  while (!stopped_ && !waiting_.empty() && HasProcessors()) {
     const std::optional<int> worker = pool_->FindIdle();
     if (!worker) return;
     const int slot = waiting_.front();
@@ -105,7 +116,10 @@ VideoFrameAnswer VideoCrew::AnswerOf(const WorkerPool::Result& result,
 }
 
 void VideoCrew::Wait(int milliseconds) {
-  if (!pool_) return;
+  if (!pool_) {
+    ::poll(nullptr, 0, milliseconds);
+    return;
+  }
   for (const WorkerPool::Result& result : pool_->Wait(milliseconds)) {
     Place& place =
         places_.at(static_cast<std::size_t>(slotOf_.at(static_cast<std::size_t>(result.worker))));
@@ -117,11 +131,16 @@ void VideoCrew::Wait(int milliseconds) {
 }
 
 VideoCrew::Turn VideoCrew::NextTurn(bool moreFrames) {
+  if (!stopped_ && (moreFrames || !used_.empty()) && !HasProcessors()) {
+    Wait(kMomentMs);
+    return Turn::kWaited;
+  }
   const bool mayRead = moreFrames && HasRoom();
   const bool starves = mayRead && WantsFrames();
   if (!starves && IsOldestDone()) return Turn::kTakeOldest;
   if (mayRead) return Turn::kPutIn;
   if (used_.empty()) return Turn::kEnd;
+  if (pool_) HandOut();
   Wait(kPatienceMs);
   return Turn::kWaited;
 }

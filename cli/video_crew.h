@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/processor_budget.h"
+#include "cli/report.h"
 #include "cli/video_frame.h"
 #include "cli/worker_pool.h"
 
@@ -33,6 +35,7 @@ class VideoCrew {
     VideoSize size;
     int jobs = 1;
     int threads = 1;     // of all
+    int processors = 0;  // that all together may use, codecs too; 0: no limit
     bool apart = false;  // one job has a process of its own, too
   };
 
@@ -51,7 +54,7 @@ class VideoCrew {
   // Waits for any frame, for so long.
   void Wait(int milliseconds);
   // What comes next: the workers first, then the answers, then frames ahead of them. Has waited a
-  // moment where there is nothing to do yet.
+  // moment where there is nothing to do yet, and where the processors are used up.
   enum class Turn { kTakeOldest, kPutIn, kWaited, kEnd };
   Turn NextTurn(bool moreFrames);
   struct Done {
@@ -79,6 +82,8 @@ class VideoCrew {
   // Whether a worker would find nothing to do.
   bool WantsFrames() const { return waiting_.empty(); }
   void HandOut();
+  // Whether the processors that may be used leave room for more work.
+  bool HasProcessors();
   VideoFrameAnswer AnswerOf(const WorkerPool::Result& result, const VideoFrameJob& job) const;
 
   Order order_;
@@ -90,6 +95,8 @@ class VideoCrew {
   Render alone_;
   std::optional<WorkerPool> pool_;
   std::vector<int> slotOf_;  // by worker
+  ProcessorBudget budget_;
+  StepClock clock_;
   bool stopped_ = false;
 };
 

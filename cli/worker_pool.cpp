@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <filesystem>
 #include <iterator>
 #include <stdexcept>
@@ -55,6 +56,14 @@ std::optional<std::string> Receive(int socket) {
   return message;
 }
 
+// 0 for a process that has ended.
+double SecondsOf(clockid_t clock) {
+  timespec time{};
+  if (::clock_gettime(clock, &time) != 0) return 0;
+  constexpr double kNanosecond = 1e-9;
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * kNanosecond;
+}
+
 bool HasOtherThreads() {
   std::error_code error;
   const std::filesystem::directory_iterator threads("/proc/self/task", error);
@@ -80,6 +89,16 @@ void WorkerPool::StartAll() {
 int WorkerPool::Busy() const {
   return static_cast<int>(std::count_if(workers_.begin(), workers_.end(),
                                         [](const Worker& worker) { return worker.busy; }));
+}
+
+double WorkerPool::ProcessorSeconds() const {
+  double seconds = 0;
+  for (const Worker& worker : workers_) {
+    clockid_t clock{};
+    if (worker.process < 0 || ::clock_getcpuclockid(worker.process, &clock) != 0) continue;
+    seconds += SecondsOf(clock);
+  }
+  return seconds;
 }
 
 std::optional<int> WorkerPool::FindIdle() const {

@@ -46,6 +46,8 @@ class WorkerPool {
   void StartAll();
   int Size() const { return static_cast<int>(workers_.size()); }
   int Busy() const;
+  // What the workers that run now have used of all processors.
+  double ProcessorSeconds() const;
   // A worker without a job; nothing if all have one.
   std::optional<int> FindIdle() const;
   // Starts the worker if need be. Throws Failure (try later) when the system gives no process.

@@ -21,6 +21,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
+double SecondsOf(const timeval& time) {
+  constexpr double kMicrosecond = 1e-6;
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * kMicrosecond;
+}
+
 struct Ends {
   int read = -1;
   int write = -1;
@@ -164,6 +169,7 @@ ToolResult RunningTool::Wait() {
   rusage usage{};
   ::wait4(process_, &status, 0, &usage);
   result.maxKilobytes = usage.ru_maxrss;
+  result.processorSeconds = SecondsOf(usage.ru_utime) + SecondsOf(usage.ru_stime);
   if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
   waited_ = true;
   return result;

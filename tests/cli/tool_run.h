@@ -13,8 +13,9 @@
 namespace vitrell::cli {
 
 struct ToolResult {
-  int exitCode = -1;      // -1: ended by a signal
-  long maxKilobytes = 0;  // of memory, at the most
+  int exitCode = -1;            // -1: ended by a signal
+  long maxKilobytes = 0;        // of memory, at the most
+  double processorSeconds = 0;  // with the processes that it started
   std::string out;
   std::string err;
 };

@@ -3,8 +3,11 @@
 #include <sched.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <filesystem>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "cli/video_files.h"
 
@@ -50,6 +53,30 @@ TEST_F(VideoThreadsRunTest, TheBytesDoNotDependOnTheCoresOfTheMachine) {
 TEST_F(VideoThreadsRunTest, TheBytesDoNotTellTheProcessor) {
   ASSERT_EQ(Neutral("in.mkv", "out.mkv", {"--video-codec", "hevc"}).exitCode, 0);
   EXPECT_EQ(ReadFile("out.mkv").find("cpuid"), std::string::npos);
+}
+
+// Two jobs, a decoder and an encoder would use all that there is; they get one processor.
+TEST_F(VideoThreadsRunTest, ThreadsAreTheProcessorsOfAllTogether) {
+  if (std::thread::hardware_concurrency() < 2) GTEST_SKIP() << "there is one processor anyway";
+  Ffmpeg("-f lavfi -i testsrc2=s=640x360:r=25:d=4 -c:v libx264 -preset ultrafast long.mkv");
+  const std::vector<std::string> look = {"--set", "directional-blur.amount=100", "--quiet"};
+  const auto render = [&](const std::string& out, const std::vector<std::string>& options) {
+    std::vector<std::string> arguments = {"render", "long.mkv", out};
+    arguments.insert(arguments.end(), look.begin(), look.end());
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const auto begin = std::chrono::steady_clock::now();
+    const ToolResult run = Run(arguments);
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    // What a rest allows, and the frames that were in work when the last second was used up.
+    const double ahead = 0.3;
+    EXPECT_GT(run.processorSeconds, 2 * ahead) << "too little work to tell anything";
+    EXPECT_LT(run.processorSeconds, seconds + ahead) << out;
+  };
+  render("two.mkv", {"--threads", "1", "--jobs", "2"});
+  render("one.mp4", {"--threads", "1", "--jobs", "2"});
+  render("frame.####.jpg", {"--threads", "1", "--jobs", "2"});
 }
 
 // One process that may have no other beside it, and no second thread.
