@@ -33,7 +33,9 @@ struct Wait {
   int change = 0;
   bool rested = false;
   double milliseconds = 0;  // until it was painted
+  double asking = 0;        // milliseconds of it until the change was made and its frame asked for
   double rendering = 0;     // milliseconds of it
+  double painting = 0;      // milliseconds of it
   double scale = 1;
   double scaleBefore = 1;
 };
@@ -49,14 +51,18 @@ class Hand {
  public:
   Hand(Workspace& work, int changes) : work_(work), changes_(changes) {
     QObject::connect(&work, &Workspace::Answered, [this](const RenderAnswer& answer) {
+      const double delivered = Passed();
       work_.View().repaint();
+      painting_ = Passed() - delivered;
       answer_ = answer;
+      loop_.quit();
     });
+    clock_.start();
   }
 
   // Looks at it for a moment, too.
-  void WaitForExact() const {
-    while (!answer_.exact) QApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+  void WaitForExact() {
+    while (!answer_.exact) loop_.exec();
     QTest::qWait(kRestMilliseconds);
   }
 
@@ -71,10 +77,10 @@ class Hand {
       if (look::Value(value) == work_.Edited().ValueOf(control)) continue;
       const bool rested = i > 0 && i % kChangesBetweenRests == 0;
       if (rested) QTest::qWait(kShortRestMilliseconds);
-      waits_.push_back({slider.name, i, rested, 0, 0, 1, answer_.scale});
-      waits_.back().milliseconds = Change(control, value);
-      waits_.back().rendering = answer_.seconds * 1000;
-      waits_.back().scale = answer_.scale;
+      Wait wait = {.slider = slider.name, .change = i, .rested = rested};
+      wait.scaleBefore = answer_.scale;
+      Change(control, value, wait);
+      waits_.push_back(wait);
     }
     answer_.exact = false;
     work_.Controls().Edited(control, slider.defaultValue, EditPhase::kDone);
@@ -87,25 +93,33 @@ class Hand {
               [](const Wait& a, const Wait& b) { return a.milliseconds > b.milliseconds; });
     waits_.resize(std::min(waits_.size(), static_cast<std::size_t>(std::max(0, count))));
     for (const Wait& wait : waits_) {
-      std::printf("%.1f ms: %s, change %d%s, %.1f ms in the renderer, %.0f %% after %.0f %%\n",
-                  wait.milliseconds, wait.slider.c_str(), wait.change,
-                  wait.rested ? " after a rest" : "", wait.rendering, wait.scale * 100,
-                  wait.scaleBefore * 100);
+      std::printf(
+          "%.1f ms: %s, change %d%s; asking %.1f, rendering %.1f, painting %.1f, on the way %.1f; "
+          "%.0f %% after %.0f %%\n",
+          wait.milliseconds, wait.slider.c_str(), wait.change, wait.rested ? " after a rest" : "",
+          wait.asking, wait.rendering, wait.painting,
+          wait.milliseconds - wait.asking - wait.rendering - wait.painting, wait.scale * 100,
+          wait.scaleBefore * 100);
     }
   }
 
  private:
-  // As the widget's signal makes it.
-  double Change(int control, double value) {
+  // As the widget's signal makes it. Sleeps until the answer comes, as the program does: a wait
+  // that looks again and again takes a processor from the renderer.
+  void Change(int control, double value, Wait& wait) {
     const std::uint64_t before = answer_.request;
-    QElapsedTimer clock;
-    clock.start();
+    clock_.start();
     work_.Controls().Edited(control, value, EditPhase::kDragging);
-    while (answer_.request == before) {
-      QApplication::processEvents(QEventLoop::WaitForMoreEvents, 1);
-    }
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+    wait.asking = Passed();
+    while (answer_.request == before) loop_.exec();
+    wait.milliseconds = Passed();
+    wait.rendering = answer_.seconds * 1000;
+    wait.painting = painting_;
+    wait.scale = answer_.scale;
   }
+
+  // Milliseconds since the change.
+  double Passed() const { return static_cast<double>(clock_.nsecsElapsed()) / 1e6; }
 
   Times TimesSince(std::size_t first) const {
     Times times;
@@ -123,6 +137,9 @@ class Hand {
   Workspace& work_;
   int changes_;
   RenderAnswer answer_;
+  QEventLoop loop_;
+  QElapsedTimer clock_;
+  double painting_ = 0;  // milliseconds of the last answer's
   std::vector<Wait> waits_;
 };
 
