@@ -44,7 +44,8 @@ int Run(const QApplication& application) {
   const Wishes wishes = ReadArguments(application);
   const std::filesystem::path module = vitrell::panel::FindEffect(wishes.effect.toStdString());
   MainWindow window({std::make_shared<const vitrell::headless::EffectModule>(module),
-                     wishes.effect.toStdString(), vitrell::panel::Recovery::UsualFolder()});
+                     wishes.effect.toStdString(), vitrell::panel::Recovery::UsualFolder(),
+                     vitrell::panel::ShippedPresets()});
   DesktopColours colours;
   colours.Follow();
   window.show();

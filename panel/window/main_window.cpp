@@ -140,7 +140,7 @@ void MainWindow::ShowTitle() {
 }
 
 void MainWindow::ShowPresets() {
-  presets_->ShowFolders({ShippedPresets(), OwnPresets()});
+  presets_->ShowFolders({order_.shippedPresets, OwnPresets()});
   if (work_->ShownFrame() != nullptr) {
     thumbnails_.Make(work_->ShownFrame(), presets_->Presets());
   }

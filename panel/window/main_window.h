@@ -24,8 +24,9 @@ namespace vitrell::panel {
 
 struct WindowOrder {
   std::shared_ptr<const headless::EffectModule> module;
-  std::filesystem::path effect;         // as the user named it; empty: the usual one
-  std::filesystem::path sessionFolder;  // where Recovery keeps its files
+  std::filesystem::path effect;          // as the user named it; empty: the usual one
+  std::filesystem::path sessionFolder;   // where Recovery keeps its files
+  std::filesystem::path shippedPresets;  // those that come with the program; empty: there are none
 };
 
 class MainWindow : public QMainWindow {

@@ -88,7 +88,7 @@ bool MainWindow::SavePreset(const fs::path& file) {
 // The shipped ones stay as they are.
 void MainWindow::SaveOrAsk() {
   const fs::path file = work_->Edited().PresetFile();
-  if (file.empty() || file.parent_path() == ShippedPresets()) return AskAndSave();
+  if (file.empty() || file.parent_path() == order_.shippedPresets) return AskAndSave();
   SavePreset(file);
 }
 

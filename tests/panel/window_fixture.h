@@ -5,8 +5,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QFileDialog>
+#include <QKeySequence>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
@@ -44,7 +46,8 @@ class WindowTest : public testing::Test {
   }
 
   std::unique_ptr<MainWindow> MakeWindow() const {
-    return std::make_unique<MainWindow>(WindowOrder{module_, {}, folder_ / "sessions"});
+    return std::make_unique<MainWindow>(
+        WindowOrder{module_, {}, folder_ / "sessions", VITRELL_PRESET_FOLDER});
   }
   Document& Edited() { return window_->Work().Edited(); }
   int At(const char* name) { return PositionOf(Edited().Panel(), name); }
@@ -55,6 +58,12 @@ class WindowTest : public testing::Test {
   QAction* ActionOf(const QString& text) {
     for (QAction* action : window_->findChildren<QAction*>()) {
       if (action->text().remove('&').remove("\u2026").startsWith(text)) return action;
+    }
+    return nullptr;
+  }
+  QAction* ActionWith(const QKeySequence& key) {
+    for (QAction* action : window_->findChildren<QAction*>()) {
+      if (action->shortcuts().contains(key)) return action;
     }
     return nullptr;
   }

@@ -21,7 +21,7 @@ class WindowRunTest : public WindowTest {
   }
   std::unique_ptr<MainWindow> MakeWindowWithEffect() const {
     return std::make_unique<MainWindow>(
-        WindowOrder{module_, VITRELL_MODULE_PATH, folder_ / "sessions"});
+        WindowOrder{module_, VITRELL_MODULE_PATH, folder_ / "sessions", VITRELL_PRESET_FOLDER});
   }
   void TriggerAndChoose(const char* action, const fs::path& file) {
     InDialog<QFileDialog>([&](QFileDialog& dialog) { Choose(dialog, file); });
