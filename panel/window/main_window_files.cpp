@@ -93,9 +93,12 @@ void MainWindow::SaveOrAsk() {
 }
 
 void MainWindow::AskAndSave() {
-  const QString file = QFileDialog::getSaveFileName(
-      this, tr("Save Preset"), Text(OwnPresets() / "look.json"), tr("Presets (*.json)"));
-  if (!file.isEmpty()) SavePreset(file.toStdString());
+  QFileDialog dialog(this, tr("Save Preset"), Text(OwnPresets()), tr("Presets (*.json)"));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  // Before it asks whether a file is to be replaced; the browser shows no others.
+  dialog.setDefaultSuffix("json");
+  dialog.selectFile("look.json");
+  if (dialog.exec() == QDialog::Accepted) SavePreset(dialog.selectedFiles().first().toStdString());
 }
 
 void MainWindow::OfferLostSession() {
