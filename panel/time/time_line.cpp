@@ -38,6 +38,7 @@ TimeLine::TimeLine(const look::Panel& panel, QWidget* parent)
     : QWidget(parent),
       panel_(panel),
       ruler_(new TimeRuler(this)),
+      rows_(new QScrollArea(this)),
       tracks_(new KeyTracks(panel, this)),
       curve_(new CurveView(this)) {
   auto* const buttons = new QHBoxLayout;
@@ -45,19 +46,20 @@ TimeLine::TimeLine(const look::Panel& panel, QWidget* parent)
   MakeRangeButtons(buttons);
   buttons->addStretch(1);
   MakeKeyButtons(buttons);
-  auto* const scroll = new QScrollArea(this);
-  scroll->setWidget(tracks_);
-  scroll->setWidgetResizable(true);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setMinimumHeight(kLeastTracksHeight);
+  rows_->setWidget(tracks_);
+  rows_->setWidgetResizable(true);
+  rows_->setFrameShape(QFrame::NoFrame);
+  rows_->setMinimumHeight(kLeastTracksHeight);
+  // The keyboard is for the marks, and the row that they choose is scrolled to.
+  rows_->setFocusPolicy(Qt::NoFocus);
   // The marks stand below the ruler's ticks only as long as no bar takes width from them.
-  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  rows_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(2);
   layout->addLayout(buttons);
   layout->addWidget(ruler_);
-  layout->addWidget(scroll, 1);
+  layout->addWidget(rows_, 1);
   layout->addWidget(curve_, 1);
 
   connect(ruler_, &TimeRuler::FrameChosen, this, &TimeLine::Go);
@@ -117,9 +119,13 @@ void TimeLine::ShowKeys(int control, const look::Keys& keys) {
 }
 
 void TimeLine::Choose(int control) {
+  const bool isOther = control != chosen_;
   chosen_ = control;
   tracks_->Choose(control);
   const auto keys = keys_.find(control);
+  if (isOther && keys != keys_.end()) {
+    rows_->ensureVisible(0, static_cast<int>(tracks_->PlaceOf(control, 0).y()));
+  }
   if (control < 0 || keys == keys_.end()) return curve_->ShowKeys(nullptr, {}, base_);
   curve_->ShowKeys(&panel_.controls.at(static_cast<std::size_t>(control)), keys->second, base_);
 }

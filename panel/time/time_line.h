@@ -14,6 +14,7 @@
 #include "panel/edit_phase.h"
 
 class QLabel;
+class QScrollArea;
 class QSpinBox;
 class QToolButton;
 class QHBoxLayout;
@@ -89,6 +90,7 @@ class TimeLine : public QWidget {
   QSpinBox* field_ = nullptr;
   QLabel* time_ = nullptr;
   TimeRuler* ruler_;
+  QScrollArea* rows_;
   KeyTracks* tracks_;
   CurveView* curve_;
 };

@@ -45,6 +45,9 @@ AngleEditor::AngleEditor(const look::Control& control, const QString& spokenName
   layout->addWidget(dial_);
   layout->addStretch(1);
   setFocusProxy(field_);
+  // Coming from outside, Tab goes to the field and from there on: what was made before it would be
+  // left out.
+  setTabOrder(field_, dial_);
 
   connect(dial_, &QDial::valueChanged, this, &AngleEditor::DialTurned);
   connect(dial_, &QDial::sliderReleased, this,

@@ -45,6 +45,9 @@ ColourEditor::ColourEditor(const look::Control& control, const QString& spokenNa
   layout->addWidget(well_);
   layout->addStretch(1);
   setFocusProxy(field_);
+  // Coming from outside, Tab goes to the field and from there on: what was made before it would be
+  // left out.
+  setTabOrder(field_, well_);
   connect(well_, &QToolButton::clicked, this, &ColourEditor::OpenDialog);
   connect(field_, &QLineEdit::editingFinished, this, &ColourEditor::ReadText);
 }

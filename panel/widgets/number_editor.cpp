@@ -43,6 +43,9 @@ NumberEditor::NumberEditor(const look::Control& control, const QString& spokenNa
   layout->addWidget(field_);
   layout->addWidget(slider_, 1);
   setFocusProxy(field_);
+  // Coming from outside, Tab goes to the field and from there on: what was made before it would be
+  // left out.
+  setTabOrder(field_, slider_);
 
   connect(slider_, &QSlider::valueChanged, this, &NumberEditor::SliderChanged);
   connect(slider_, &QSlider::sliderReleased, this,

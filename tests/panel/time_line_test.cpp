@@ -9,6 +9,7 @@
 #include <QTest>
 #include <QToolButton>
 #include <cmath>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,6 +41,7 @@ class TimeLineTest : public testing::Test {
                        edits_.push_back(edited.name + ": " +
                                         (keys.empty() ? "none" : look::FormatKeys(edited, keys)) +
                                         (phase == EditPhase::kDragging ? "..." : ""));
+                       shown_[control] = keys;
                        line_.ShowKeys(control, keys);
                      });
     line_.SetClip({.framesPerSecond = 25, .length = 101});
@@ -66,6 +68,7 @@ class TimeLineTest : public testing::Test {
   TimeLine line_{EffectPanel()};
   std::vector<std::pair<int, EditPhase>> frames_;
   std::vector<std::string> edits_;
+  std::map<int, look::Keys> shown_;  // after an edit
 };
 
 TEST_F(TimeLineTest, TheRulerIsScrubbed) {
@@ -151,6 +154,38 @@ TEST_F(TimeLineTest, KeysAreStretchedAndDeletedByKeyboardAndButtons) {
   QTest::keyClick(Tracks(), Qt::Key_Right, Qt::ControlModifier);
   Click("Delete");
   EXPECT_EQ(edits_.back(), "lens.scale: none");
+}
+
+TEST_F(TimeLineTest, KeysAreStretchedByEveryButton) {
+  line_.Choose(ControlOf("lens.scale"));
+  Tracks()->setFocus();
+  QTest::keyClick(Tracks(), Qt::Key_Right, Qt::ControlModifier);
+  const auto stretchAfter = [this](const char* button) {
+    Click(button);
+    return shown_.at(ControlOf("lens.scale")).front().stretch;
+  };
+  EXPECT_EQ(stretchAfter("Smooth"), look::Stretch::kSmooth);
+  EXPECT_EQ(stretchAfter("Hold"), look::Stretch::kHold);
+  EXPECT_EQ(stretchAfter("Eased"), look::Stretch::kEased);
+  EXPECT_EQ(stretchAfter("Linear"), look::Stretch::kLinear);
+}
+
+TEST_F(TimeLineTest, ARowThatIsChosenIsScrolledTo) {
+  for (const look::Control& control : EffectPanel().controls) {
+    if (control.kind == look::ControlKind::kNumber) Show(control.name.c_str(), "0=1; 5=2");
+  }
+  line_.setFixedHeight(260);
+  QApplication::processEvents();
+  const auto isVisible = [this](const char* name) {
+    return Tracks()->visibleRegion().contains(Key(name, 0).toPoint());
+  };
+  line_.Choose(ControlOf("lens.feather"));
+  EXPECT_TRUE(isVisible("lens.feather"));
+  EXPECT_FALSE(isVisible("intensity"));
+  Tracks()->setFocus();
+  for (int i = 0; i < 20; ++i) QTest::keyClick(Tracks(), Qt::Key_Down);
+  EXPECT_TRUE(isVisible("intensity"));
+  EXPECT_FALSE(isVisible("lens.feather"));
 }
 
 TEST_F(TimeLineTest, TheButtonsGoFromKeyToKey) {
