@@ -157,8 +157,8 @@ void LoadPreset(const std::filesystem::path& file, Settings& settings) {
   settings.SetRestMadeFor(width);
 }
 
-std::vector<std::string> SavePreset(const std::filesystem::path& file, const Settings& settings,
-                                    double pictureWidth) {
+std::string PresetText(const std::filesystem::path& file, const Settings& settings,
+                       double pictureWidth) {
   std::error_code ignored;
   const std::filesystem::path folder = std::filesystem::absolute(file, ignored).parent_path();
   Json json = Json::object();
@@ -175,8 +175,12 @@ std::vector<std::string> SavePreset(const std::filesystem::path& file, const Set
         keys != nullptr ? JsonOfKeys(control, *keys) : JsonFromValue(control, value);
   }
   // File names need not be UTF-8; what is not is replaced rather than refused.
-  return media::WriteTextFile(file,
-                              json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n");
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::vector<std::string> SavePreset(const std::filesystem::path& file, const Settings& settings,
+                                    double pictureWidth) {
+  return media::WriteTextFile(file, PresetText(file, settings, pictureWidth));
 }
 
 }  // namespace vitrell::look

@@ -19,9 +19,13 @@ namespace vitrell::look {
 // key, and then leaves the settings unspecified.
 void LoadPreset(const std::filesystem::path& file, Settings& settings);
 
-// Every control with its value, in the panel's order, as LoadPreset reads it back, and the width of
-// the picture, if that is not 0. Written beside
-// and renamed. Returns what a replaced file loses, in whole sentences. Throws Failure.
+// Every control with its value, in the panel's order, as LoadPreset reads it back from this file,
+// and the width of the picture, if that is not 0.
+std::string PresetText(const std::filesystem::path& file, const Settings& settings,
+                       double pictureWidth = 0);
+
+// Writes PresetText beside the file and renames. Returns what a replaced file loses, in whole
+// sentences. Throws Failure.
 std::vector<std::string> SavePreset(const std::filesystem::path& file, const Settings& settings,
                                     double pictureWidth = 0);
 

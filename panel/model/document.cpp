@@ -137,6 +137,10 @@ void Document::WriteCopy(const std::filesystem::path& file) const {
   static_cast<void>(look::SavePreset(file, settings_, Width()));
 }
 
+std::string Document::TextOfCopy(const std::filesystem::path& file) const {
+  return look::PresetText(file, settings_, Width());
+}
+
 void Document::TakeCopy(const std::filesystem::path& file) {
   std::vector<std::string> notes;
   TakeSettings(ReadPreset(file, notes), tr("Restoring"));

@@ -57,6 +57,8 @@ class Document : public QObject {
   // The same without becoming the preset that is being edited: for what the program keeps for
   // itself. What is taken from a copy counts as a change.
   void WriteCopy(const std::filesystem::path& file) const;
+  // What WriteCopy writes.
+  std::string TextOfCopy(const std::filesystem::path& file) const;
   void TakeCopy(const std::filesystem::path& file);
 
   QUndoStack& Undo() { return undo_; }

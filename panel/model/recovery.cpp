@@ -4,13 +4,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <QStandardPaths>
 #include <QUuid>
+#include <QtConcurrentRun>
 #include <utility>
 
-#include "look/preset.h"
-#include "media/failure.h"
-#include "media/output_file.h"
 #include "panel/model/path_text.h"
 
 namespace vitrell::panel {
@@ -30,6 +29,14 @@ fs::path ReadName(const fs::path& file) {
   return text.readAll().toStdString();
 }
 
+// What was there stays until all of the new content is on the disk.
+bool WriteWhole(const fs::path& file, const std::string& content) {
+  QSaveFile output(Text(file));
+  return output.open(QIODevice::WriteOnly) &&
+         output.write(QByteArray::fromStdString(content)) == static_cast<qint64>(content.size()) &&
+         output.commit();
+}
+
 }  // namespace
 
 Recovery::Recovery(Document& document, fs::path folder, QObject* parent)
@@ -41,11 +48,12 @@ Recovery::Recovery(Document& document, fs::path folder, QObject* parent)
   lock_->tryLock(0);
   timer_.setSingleShot(true);
   timer_.setInterval(kDelayMilliseconds);
-  connect(&timer_, &QTimer::timeout, this, &Recovery::WriteNow);
+  connect(&timer_, &QTimer::timeout, this, &Recovery::WriteAside);
   connect(&document_, &Document::Changed, &timer_, qOverload<>(&QTimer::start));
 }
 
 Recovery::~Recovery() {
+  writing_.waitForFinished();
   Drop({preset_, {}});
   lock_->unlock();
 }
@@ -56,15 +64,26 @@ void Recovery::SetSource(const fs::path& source) {
   timer_.start();
 }
 
+Recovery::Files Recovery::FilesNow() const {
+  return {preset_, document_.TextOfCopy(preset_), source_.string()};
+}
+
+// A full disk is told where the user saves.
+void Recovery::Write(const Files& files) {
+  if (!WriteWhole(files.preset, files.text)) return;
+  static_cast<void>(WriteWhole(WithEnding(files.preset, kSource), files.source));
+}
+
 void Recovery::WriteNow() {
   timer_.stop();
-  if (!document_.IsChanged() && source_.empty()) return;
-  try {
-    document_.WriteCopy(preset_);
-    static_cast<void>(media::WriteTextFile(WithEnding(preset_, kSource), source_.string()));
-  } catch (const media::Failure&) {
-    // A full disk is told where the user saves.
-  }
+  writing_.waitForFinished();
+  if (HasAnything()) Write(FilesNow());
+}
+
+void Recovery::WriteAside() {
+  if (!HasAnything()) return;
+  if (writing_.isRunning()) return timer_.start();
+  writing_ = QtConcurrent::run([files = FilesNow()] { Write(files); });
 }
 
 std::optional<LostSession> Recovery::FindLost(const fs::path& folder) {

@@ -2,6 +2,7 @@
 #ifndef VITRELL_PANEL_MODEL_RECOVERY_H_
 #define VITRELL_PANEL_MODEL_RECOVERY_H_
 
+#include <QFuture>
 #include <QLockFile>
 #include <QObject>
 #include <QTimer>
@@ -20,8 +21,8 @@ struct LostSession {
   std::filesystem::path source;  // what was open; empty: nothing
 };
 
-// Writes a preset kDelay after the last change. Several programs may run side by side: each has
-// files of its own and a lock on them.
+// Writes a preset kDelay after the last change, aside: to be sure that a file is on the disk may
+// take long. Several programs may run side by side: each has files of its own and a lock on them.
 class Recovery : public QObject {
   Q_OBJECT
 
@@ -36,7 +37,7 @@ class Recovery : public QObject {
   Recovery& operator=(const Recovery&) = delete;
 
   void SetSource(const std::filesystem::path& source);
-  // Without waiting. Failures are left alone: nothing depends on it while the program runs.
+  // Here and without delay. Failures are left alone: nothing depends on it while the program runs.
   void WriteNow();
 
   // The newest one that no running program owns. It stays until it is dropped.
@@ -46,11 +47,23 @@ class Recovery : public QObject {
   static std::filesystem::path UsualFolder();
 
  private:
+  struct Files {
+    std::filesystem::path preset;
+    std::string text;
+    std::string source;
+  };
+
+  static void Write(const Files& files);
+  bool HasAnything() const { return document_.IsChanged() || !source_.empty(); }
+  Files FilesNow() const;
+  void WriteAside();
+
   Document& document_;
   std::filesystem::path preset_;
   std::filesystem::path source_;
   std::unique_ptr<QLockFile> lock_;
   QTimer timer_;
+  QFuture<void> writing_;
 };
 
 }  // namespace vitrell::panel

@@ -5,8 +5,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QSemaphore>
+#include <QTest>
+#include <QThreadPool>
 #include <csignal>
 #include <memory>
+#include <optional>
 
 #include "panel/random_look.h"
 #include "panel/test_picture.h"
@@ -26,6 +30,14 @@ class RecoveryTest : public testing::Test {
   double Amount(const Document& document) const {
     return std::get<double>(document.ValueOf(PositionOf(document.Panel(), "fast-blur.amount")));
   }
+
+  std::optional<fs::path> FirstPreset() const {
+    for (const auto& file : fs::directory_iterator(folder_)) {
+      if (file.path().extension() == ".json") return file.path();
+    }
+    return {};
+  }
+  bool HasPreset() const { return FirstPreset().has_value(); }
 
   fs::path folder_ = fs::temp_directory_path() / ("vitrell-recovery-" + std::to_string(::getpid()));
   std::shared_ptr<const headless::EffectModule> module_ =
@@ -59,16 +71,35 @@ TEST_F(RecoveryTest, AKilledProgramLeavesItsLastState) {
 
 TEST_F(RecoveryTest, ChangesAreWrittenAMomentLater) {
   const Recovery recovery(document_, folder_);
-  const auto presets = [this] {
-    int count = 0;
-    for (const auto& file : fs::directory_iterator(folder_)) {
-      if (file.path().extension() == ".json") ++count;
-    }
-    return count;
-  };
   Change(document_, 12.0);
-  EXPECT_EQ(presets(), 0);
-  EXPECT_TRUE(WaitUntil([&] { return presets() == 1; }));
+  EXPECT_FALSE(HasPreset());
+  EXPECT_TRUE(WaitUntil([this] { return HasPreset(); }));
+  // And once more.
+  const fs::path preset = *FirstPreset();
+  const auto written = [&] {
+    Document copy(module_);
+    copy.TakeCopy(preset);
+    return Amount(copy);
+  };
+  EXPECT_EQ(written(), 12.0);
+  Change(document_, 13.0);
+  EXPECT_TRUE(WaitUntil([&] { return written() == 13.0; }));
+}
+
+// All that writes aside is held up, as by a disk that is busy.
+TEST_F(RecoveryTest, NobodyWaitsForTheDisk) {
+  QThreadPool& pool = *QThreadPool::globalInstance();
+  const int threads = pool.maxThreadCount();
+  pool.setMaxThreadCount(1);
+  QSemaphore disk;
+  pool.start([&disk] { disk.acquire(); });
+  const Recovery recovery(document_, folder_);
+  Change(document_, 12.0);
+  QTest::qWait(2 * Recovery::kDelayMilliseconds);
+  EXPECT_FALSE(HasPreset());
+  disk.release();
+  EXPECT_TRUE(WaitUntil([this] { return HasPreset(); }));
+  pool.setMaxThreadCount(threads);
 }
 
 TEST_F(RecoveryTest, ARunningProgramIsNotOfferedAndAClosedOneLeavesNothing) {
