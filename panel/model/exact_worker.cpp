@@ -19,8 +19,10 @@ constexpr int kNiceness = 5;
 
 // Of this thread and those that it starts.
 void YieldToOthers() {
-  // A system that refuses it only answers later.
-  static_cast<void>(::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), kNiceness));
+  const auto thread = static_cast<id_t>(::gettid());
+  // Of a program that itself yields, too. A system that refuses it only answers later.
+  static_cast<void>(
+      ::setpriority(PRIO_PROCESS, thread, ::getpriority(PRIO_PROCESS, thread) + kNiceness));
 }
 
 }  // namespace
