@@ -7,6 +7,7 @@
 #include "look/preset.h"
 #include "look/value_text.h"
 #include "panel/model/change_command.h"
+#include "panel/model/complaint_text.h"
 
 namespace vitrell::panel {
 namespace {
@@ -30,6 +31,13 @@ Document::Document(std::shared_ptr<const headless::EffectModule> module, QObject
       settings_(panel_),
       greyed_(panel_.controls.size()) {
   AskPanelProcedure({});
+  isMade_ = true;
+}
+
+void Document::Complain(const QString& message) {
+  if (message.isEmpty()) return;
+  const auto tell = [this, message] { Q_EMIT Complained(message); };
+  isMade_ ? tell() : static_cast<void>(QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection));
 }
 
 const look::Control& Document::ControlAt(int control) const {
@@ -176,10 +184,12 @@ void Document::AskPanelProcedure(const std::vector<int>& changed) {
   const auto error = changed.size() == 1 ? host_->UserChangedParam(ControlAt(changed.front()).index)
                                          : host_->UpdatePanel();
   if (error != 0) {
-    Q_EMIT Complained(tr("The effect could not update its panel: %1. What is greyed may be out of "
-                         "date; all values are kept.")
-                          .arg(QString::fromStdString(headless::DescribeError(error))));
+    Complain(tr("The effect could not update its panel: %1. What is greyed may be out of "
+                "date; all values are kept.")
+                 .arg(QString::fromStdString(headless::DescribeError(error))));
   }
+  Complain(ComplaintText(host_->Complaints()));
+  host_->ClearComplaints();
   std::vector<bool> greyed;
   for (const look::Control& control : panel_.controls) {
     greyed.push_back(host_->Parameters().at(static_cast<std::size_t>(control.index)).Greyed());

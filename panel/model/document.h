@@ -72,7 +72,8 @@ class Document : public QObject {
   // After all values of one step.
   void Changed();
   void GreyedChanged();
-  // The effect's panel procedure failed; whole sentences.
+  // The effect's panel procedure failed, or did what an effect must not; whole sentences. What is
+  // wrong from the start comes once events are handled, when somebody can listen.
   void Complained(const QString& message);
 
  private:
@@ -90,6 +91,7 @@ class Document : public QObject {
   // What the undo steps do.
   void Restore(const std::vector<ControlChange>& changes, bool toNew);
   void AskPanelProcedure(const std::vector<int>& changed);
+  void Complain(const QString& message);
 
   std::unique_ptr<headless::EffectHost> host_;
   look::Panel panel_;
@@ -101,6 +103,7 @@ class Document : public QObject {
   QUndoStack undo_;
   int drag_ = 0;  // number of the drag that goes on or comes next
   std::filesystem::path presetFile_;
+  bool isMade_ = false;  // the constructor has ended
 };
 
 }  // namespace vitrell::panel

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "media/exchange.h"
+#include "panel/model/complaint_text.h"
 #include "panel/model/layer_file.h"
 #include "panel/model/mask_settings.h"
 #include "panel/model/world_image.h"
@@ -39,11 +40,7 @@ QString MessageOf(const headless::RenderResult& result) {
                           ? " Use a smaller picture or smaller amounts."
                           : " Undo the last change, or reset the control.");
   }
-  QString complaints;
-  for (const std::string& complaint : result.complaints) {
-    complaints += QString("The effect misbehaved: %1. ").arg(QString::fromStdString(complaint));
-  }
-  return complaints.trimmed();
+  return ComplaintText(result.complaints);
 }
 
 }  // namespace

@@ -232,5 +232,36 @@ TEST(DocumentOfAnyEffectTest, AFailingProcedureIsToldAndLosesNothing) {
   EXPECT_EQ(document.ValueOf(0), look::Value(60.0));
 }
 
+// A suite that it acquires and never releases.
+PF_Err LeakSuite(const headless::fakes::Command& command) {
+  static_cast<void>(headless::fakes::Acquire<void>(command, kPFAnsiSuite, 1));
+  return PF_Err_NONE;
+}
+
+TEST(DocumentOfAnyEffectTest, AMisbehavingProcedureIsTold) {
+  headless::fakes::SetBehaviours({{PF_Cmd_USER_CHANGED_PARAM, LeakSuite}});
+  Document document(headless::fakes::Module());
+  QSignalSpy complaints(&document, &Document::Complained);
+  document.SetValue(0, 60.0, EditPhase::kDone);
+  ASSERT_EQ(complaints.count(), 1);
+  EXPECT_TRUE(complaints[0][0].toString().startsWith("The effect misbehaved: "))
+      << complaints[0][0].toString().toStdString();
+  EXPECT_EQ(document.ValueOf(0), look::Value(60.0));
+}
+
+// Nobody can listen while the document is made.
+TEST(DocumentOfAnyEffectTest, WhatIsWrongFromTheStartIsToldOnceSomebodyListens) {
+  namespace fakes = headless::fakes;
+  fakes::SetBehaviours({{PF_Cmd_GLOBAL_SETUP, LeakSuite},
+                        {PF_Cmd_UPDATE_PARAMS_UI,
+                         [](const fakes::Command&) { return PF_Err{PF_Err_OUT_OF_MEMORY}; }}});
+  Document document(fakes::Module());
+  QSignalSpy complaints(&document, &Document::Complained);
+  QCoreApplication::processEvents();
+  ASSERT_EQ(complaints.count(), 2);
+  EXPECT_TRUE(complaints[0][0].toString().contains("PF_Err_OUT_OF_MEMORY (4)"));
+  EXPECT_TRUE(complaints[1][0].toString().startsWith("The effect misbehaved: "));
+}
+
 }  // namespace
 }  // namespace vitrell::panel
