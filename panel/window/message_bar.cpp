@@ -34,21 +34,34 @@ MessageBar::MessageBar(QWidget* parent)
   hide();
 }
 
-void MessageBar::ShowProblem(const QString& text) { Show(text, true, {}); }
+void MessageBar::ShowProblem(const QString& text) { Show(text, true); }
 
-void MessageBar::ShowNote(const QString& text) { Show(text, false, {}); }
+void MessageBar::ShowNote(const QString& text) { Show(text, false); }
 
 void MessageBar::Ask(const QString& text, const std::vector<Choice>& choices) {
-  Show(text, false, choices);
+  hide();
+  Show(text, false);
+  question_ = text;
+  ReplaceChoices(choices);
 }
 
 QString MessageBar::Text() const { return isHidden() ? QString() : text_->text(); }
 
-void MessageBar::Show(const QString& text, bool isProblem, const std::vector<Choice>& choices) {
+void MessageBar::Show(const QString& text, bool isProblem) {
+  if (isHidden()) {
+    question_.clear();
+    ReplaceChoices({});
+  }
   const auto icon = isProblem ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
   const int size = style()->pixelMetric(QStyle::PM_SmallIconSize);
   icon_->setPixmap(style()->standardIcon(icon).pixmap(size));
-  text_->setText(text);
+  text_->setText(question_.isEmpty() ? text : text + '\n' + question_);
+  show();
+  QAccessibleEvent alert(this, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
+}
+
+void MessageBar::ReplaceChoices(const std::vector<Choice>& choices) {
   while (QLayoutItem* item = buttons_->takeAt(0)) {
     item->widget()->deleteLater();
     delete item;
@@ -61,9 +74,6 @@ void MessageBar::Show(const QString& text, bool isProblem, const std::vector<Cho
     });
     buttons_->addWidget(button);
   }
-  show();
-  QAccessibleEvent alert(this, QAccessible::Alert);
-  QAccessible::updateAccessibility(&alert);
 }
 
 }  // namespace vitrell::panel

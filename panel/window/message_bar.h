@@ -13,7 +13,8 @@ class QLabel;
 
 namespace vitrell::panel {
 
-// Shows one message, until it is closed or another one comes.
+// Shows one message, until it is closed or another one comes. A question stays below what comes
+// until it is answered.
 class MessageBar : public QFrame {
   Q_OBJECT
 
@@ -31,11 +32,13 @@ class MessageBar : public QFrame {
   QString Text() const;
 
  private:
-  void Show(const QString& text, bool isProblem, const std::vector<Choice>& choices);
+  void Show(const QString& text, bool isProblem);
+  void ReplaceChoices(const std::vector<Choice>& choices);
 
   QLabel* icon_;
   QLabel* text_;
   QHBoxLayout* buttons_;
+  QString question_;  // that waits for an answer, unless the bar is hidden
 };
 
 }  // namespace vitrell::panel

@@ -80,6 +80,21 @@ TEST_F(WindowFilesTest, LostSettingsComeBackWithoutTheirPicture) {
   EXPECT_NE(Message().find("gone.png"), std::string::npos) << Message();
 }
 
+// Another message must not take the question away.
+TEST_F(WindowFilesTest, ALostSessionIsOfferedUntilItIsAnswered) {
+  LoseSession({});
+  window_->OfferLostSession();
+  std::ofstream(folder_ / "broken.png") << "no picture";
+  window_->Open(folder_ / "broken.png");
+  ASSERT_TRUE(WaitUntil([this] { return Message().find("broken.png") != std::string::npos; }));
+  EXPECT_NE(Message().find("last session"), std::string::npos) << Message();
+  Answer("&Restore");
+  EXPECT_EQ(Position(), Pixels(12, 9));
+  EXPECT_EQ(Message(), "");
+  window_->Messages().ShowNote("Another one.");
+  EXPECT_EQ(Message(), "Another one.");
+}
+
 TEST_F(WindowFilesTest, ADiscardedSessionIsGone) {
   LoseSession({});
   window_->OfferLostSession();
