@@ -3,14 +3,12 @@
 #include <QCommandLineParser>
 #include <QMessageBox>
 #include <exception>
-#include <memory>
 
-#include "headless/effect_module.h"
 #include "media/video_messages.h"
 #include "panel/model/places.h"
 #include "panel/window/desktop_colours.h"
-#include "panel/window/main_window.h"
 #include "panel/window/program_icon.h"
+#include "panel/window/window_start.h"
 
 namespace {
 
@@ -40,18 +38,17 @@ Wishes ReadArguments(const QApplication& application) {
 
 int Run(const QApplication& application) {
   using vitrell::panel::DesktopColours;
-  using vitrell::panel::MainWindow;
   const Wishes wishes = ReadArguments(application);
-  const std::filesystem::path module = vitrell::panel::FindEffect(wishes.effect.toStdString());
-  MainWindow window({std::make_shared<const vitrell::headless::EffectModule>(module),
-                     wishes.effect.toStdString(), vitrell::panel::Recovery::UsualFolder(),
-                     vitrell::panel::ShippedPresets()});
+  const auto window = vitrell::panel::StartWindow({nullptr, wishes.effect.toStdString(),
+                                                   vitrell::panel::Recovery::UsualFolder(),
+                                                   vitrell::panel::ShippedPresets()});
+  if (window == nullptr) return 1;
   DesktopColours colours;
   colours.Follow();
-  window.show();
-  window.OfferLostSession();
-  if (!wishes.file.isEmpty()) window.Open(wishes.file.toStdString());
-  if (!wishes.preset.isEmpty()) window.LoadPreset(wishes.preset.toStdString());
+  window->show();
+  window->OfferLostSession();
+  if (!wishes.file.isEmpty()) window->Open(wishes.file.toStdString());
+  if (!wishes.preset.isEmpty()) window->LoadPreset(wishes.preset.toStdString());
   return QApplication::exec();
 }
 
@@ -71,7 +68,7 @@ int main(int argc, char** argv) {
   try {
     return Run(application);
   } catch (const std::exception& error) {
-    // There is no window yet that could tell it.
+    // Whatever it is, the terminal may not be seen.
     QMessageBox::critical(nullptr, "Vitrell", error.what());
     return 1;
   }
