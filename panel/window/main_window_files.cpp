@@ -160,6 +160,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
+  // Now: what ends with the window waits for other renders first, and the file would be written.
+  strip_->Cancel();
   if (!SaveBeforeClosing()) {
     event->ignore();
     return;

@@ -19,15 +19,17 @@ RenderStrip::RenderStrip(QWidget* parent)
   bar_->setAccessibleName(tr("Progress of the render"));
   auto* cancel = new QPushButton(tr("Cancel"), this);
   cancel->setAccessibleName(tr("Cancel the render"));
-  connect(cancel, &QPushButton::clicked, this, [this] {
-    if (IsRunning()) render_->Cancel();
-  });
+  connect(cancel, &QPushButton::clicked, this, &RenderStrip::Cancel);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(name_);
   layout->addWidget(bar_);
   layout->addWidget(cancel);
   hide();
+}
+
+void RenderStrip::Cancel() {
+  if (IsRunning()) render_->Cancel();
 }
 
 void RenderStrip::Start(const std::filesystem::path& tool, const QStringList& arguments,

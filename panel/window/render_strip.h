@@ -23,6 +23,7 @@ class RenderStrip : public QWidget {
   explicit RenderStrip(QWidget* parent = nullptr);
 
   bool IsRunning() const { return render_ != nullptr && render_->IsRunning(); }
+  void Cancel();
   // Not while another one runs.
   void Start(const std::filesystem::path& tool, const QStringList& arguments,
              const QString& output);

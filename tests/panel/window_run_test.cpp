@@ -4,6 +4,7 @@
 #include <QMessageBox>
 #include <QProcess>
 #include <QProgressBar>
+#include <QPushButton>
 
 #include "panel/model/places.h"
 #include "panel/window_fixture.h"
@@ -62,6 +63,70 @@ TEST_F(WindowRunTest, RendersTheClipThatIsOpenAndAsksBeforeFramesAreReplaced) {
   renderAgain(QMessageBox::Yes);
   ASSERT_TRUE(WaitUntil([this] { return !Message().empty(); }));
   EXPECT_TRUE(fs::exists(folder_ / "out.2.png")) << Message();
+}
+
+// Of a render that takes seconds.
+class WindowCancelTest : public WindowRunTest {
+ protected:
+  void StartLongRender() {
+    window_ = MakeWindowWithEffect();
+    window_->show();
+    const fs::path large = folder_ / "large.png";
+    media::WritePictureFile(large, media::NoisePicture(960, 540, 3, OIIO::TypeDesc::UINT8, 5));
+    window_->Open(large);
+    ASSERT_TRUE(WaitUntil([this] { return window_->Work().Shown() != nullptr; }));
+    Edited().SetValue(At("realistic-blur.visible"), true, EditPhase::kDone);
+    Edited().SetValue(At("realistic-blur.amount"), 400.0, EditPhase::kDone);
+    window_->RenderTo(output_);
+    EXPECT_TRUE(Bar()->isVisible());
+  }
+  QProgressBar* Bar() { return window_->findChild<QProgressBar*>(); }
+  void CloseAnswering(QMessageBox::StandardButton answer) {
+    bool asked = false;
+    InDialog<QMessageBox>([&](QMessageBox& box) {
+      if (!box.text().contains("still being rendered"))
+        return box.button(QMessageBox::Discard)->click();
+      asked = true;
+      if (answer == QMessageBox::Yes) {
+        InDialog<QMessageBox>(
+            [](QMessageBox& next) { next.button(QMessageBox::Discard)->click(); });
+      }
+      box.button(answer)->click();
+    });
+    window_->close();
+    EXPECT_TRUE(asked);
+  }
+
+  fs::path output_ = folder_ / "out.png";
+};
+
+TEST_F(WindowCancelTest, TheButtonCancelsAndLeavesNoFile) {
+  StartLongRender();
+  for (QPushButton* const button : window_->findChildren<QPushButton*>()) {
+    if (button->accessibleName() == "Cancel the render") button->click();
+  }
+  ASSERT_TRUE(WaitUntil([this] { return !Message().empty(); }));
+  EXPECT_EQ(Message().rfind("Cancelled.", 0), 0U) << Message();
+  EXPECT_FALSE(Bar()->isVisible());
+  EXPECT_FALSE(fs::exists(output_));
+}
+
+TEST_F(WindowCancelTest, ASecondRenderIsRefusedMeanwhile) {
+  StartLongRender();
+  window_->RenderTo(folder_ / "second.png");
+  EXPECT_NE(Message().find("Another render is still running"), std::string::npos) << Message();
+  EXPECT_TRUE(Bar()->isVisible());
+}
+
+TEST_F(WindowCancelTest, ClosingAsksAndCancels) {
+  StartLongRender();
+  CloseAnswering(QMessageBox::No);
+  EXPECT_TRUE(window_->isVisible());
+  EXPECT_TRUE(Bar()->isVisible());
+  CloseAnswering(QMessageBox::Yes);
+  EXPECT_FALSE(window_->isVisible());
+  window_.reset();
+  EXPECT_FALSE(fs::exists(output_));
 }
 
 }  // namespace
