@@ -3,13 +3,20 @@
 
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <variant>
+
+#include "media/exchange.h"
+#include "media/result_rows.h"
 
 namespace vitrell::panel {
 namespace {
 
 enum class Numbers { kBytes, kWords, kFloats };
 
+// What a result is written as; any float shows all that half ones hold.
+constexpr std::array kTypes = {media::SampleType::kByte, media::SampleType::kWord,
+                               media::SampleType::kFloat};
 constexpr double kWhite16 = 32768;
 constexpr const char* kNames[] = {"R", "G", "B", "A"};
 using Rgba = std::array<double, 4>;
@@ -20,6 +27,18 @@ Numbers NumbersOf(const SourceFrame& frame) {
   if (std::holds_alternative<std::vector<uint8_t>>(samples)) return Numbers::kBytes;
   return std::holds_alternative<std::vector<uint16_t>>(samples) ? Numbers::kWords
                                                                 : Numbers::kFloats;
+}
+
+double NumberAt(const void* samples, std::size_t at, Numbers numbers) {
+  switch (numbers) {
+    case Numbers::kBytes:
+      return static_cast<const std::uint8_t*>(samples)[at];
+    case Numbers::kWords:
+      return static_cast<const std::uint16_t*>(samples)[at];
+    case Numbers::kFloats:
+      break;
+  }
+  return static_cast<double>(static_cast<const float*>(samples)[at]);
 }
 
 template <typename Pixel>
@@ -40,16 +59,20 @@ Rgba OfWorld(const headless::WorldBuffer& world, int x, int y, Numbers numbers) 
   return rgba;
 }
 
+// Whether the frame comes from a file that holds this pixel.
+bool IsInFile(const SourceFrame& frame, int x, int y) {
+  if (frame.picture == nullptr) return false;
+  const media::Window data = frame.picture->Data();
+  return x >= data.x && y >= data.y && x < data.Right() && y < data.Bottom();
+}
+
 // What the file itself holds, which may be brighter than white; the world's where it holds nothing.
 Rgba OfFile(const SourceFrame& frame, int x, int y, Numbers numbers) {
-  if (frame.picture == nullptr) return OfWorld(frame.world, x, y, numbers);
+  if (!IsInFile(frame, x, y)) return OfWorld(frame.world, x, y, numbers);
   const media::Picture& picture = *frame.picture;
   const media::Window data = picture.Data();
   const int column = x - data.x;
   const int row = y - data.y;
-  if (column < 0 || row < 0 || column >= data.width || row >= data.height) {
-    return OfWorld(frame.world, x, y, numbers);
-  }
   const std::size_t begin = (static_cast<std::size_t>(row) * static_cast<std::size_t>(data.width) +
                              static_cast<std::size_t>(column)) *
                             picture.Channels();
@@ -64,6 +87,30 @@ Rgba OfFile(const SourceFrame& frame, int x, int y, Numbers numbers) {
   };
   const media::ChannelLayout& layout = picture.layout;
   return {sample(layout.red), sample(layout.green), sample(layout.blue), sample(layout.alpha)};
+}
+
+// As a file of the same kind gets it, by the code that writes one: what the effect left as it was
+// keeps the file's number.
+Rgba OfResult(const SourceFrame& frame, const headless::WorldBuffer& result, int x, int y,
+              Numbers numbers) {
+  if (!IsInFile(frame, x, y)) return OfWorld(result, x, y, numbers);
+  const media::Picture& picture = *frame.picture;
+  const media::ChannelLayout& layout = picture.layout;
+  media::OutputForm form{.type = kTypes.at(static_cast<std::size_t>(numbers)),
+                         .straight = picture.straight,
+                         .channels = {{media::Role::kRed, layout.red},
+                                      {media::Role::kGreen, layout.green},
+                                      {media::Role::kBlue, layout.blue}}};
+  if (layout.HasAlpha()) form.channels.push_back({media::Role::kAlpha, layout.alpha});
+  const media::Window data = picture.Data();
+  media::ResultRows rows(picture, frame.world, result, form);
+  const void* row = rows.Take(y - data.y, y - data.y + 1);
+  const std::size_t begin = static_cast<std::size_t>(x - data.x) * form.channels.size();
+  Rgba rgba{};
+  for (std::size_t i = 0; i < form.channels.size(); ++i) {
+    rgba[i] = NumberAt(row, begin + i, numbers);
+  }
+  return rgba;
 }
 
 QString TextOf(const Rgba& rgba, bool hasAlpha, Numbers numbers) {
@@ -86,7 +133,7 @@ QString ProbeText(const SourceFrame& frame, const headless::WorldBuffer* result,
   text += TextOf(OfFile(frame, x, y, numbers), hasAlpha, numbers);
   if (result == nullptr) return text;
   return text + QString("   \u2192   ") +
-         TextOf(OfWorld(*result, x, y, numbers), hasAlpha, numbers);
+         TextOf(OfResult(frame, *result, x, y, numbers), hasAlpha, numbers);
 }
 
 }  // namespace vitrell::panel

@@ -39,6 +39,16 @@ TEST(ProbeTest, WordsReachTheirWhite) {
                     "R 65535  G 32768  B 0  A 65535"));
 }
 
+// The effect knows only half as many values as the file.
+TEST(ProbeTest, WhatTheEffectLeftKeepsTheFilesNumber) {
+  const SourceFrame frame = FrameOf<uint16_t>({47490, 40000, 3, 65534}, OIIO::TypeDesc::UINT16);
+  headless::WorldBuffer result = frame.world;
+  result.At16(1, 0).green = 16384;
+  EXPECT_EQ(ProbeText(frame, &result, 1, 0),
+            QString("1, 0   R 47490  G 40000  B 3  A 65534   \u2192   "
+                    "R 47490  G 32768  B 3  A 65534"));
+}
+
 TEST(ProbeTest, FloatsMayBeBrighterThanWhite) {
   const SourceFrame frame = FrameOf<float>({0.25F, 3.5F, 0, 1}, OIIO::TypeDesc::FLOAT);
   headless::WorldBuffer result = frame.world;

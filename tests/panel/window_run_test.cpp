@@ -1,11 +1,16 @@
 // Rendering from the window's menu, by the built command line.
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTest>
+#include <utility>
+#include <vector>
 
+#include "panel/hand.h"
 #include "panel/model/places.h"
 #include "panel/window_fixture.h"
 
@@ -127,6 +132,42 @@ TEST_F(WindowCancelTest, ClosingAsksAndCancels) {
   EXPECT_FALSE(window_->isVisible());
   window_.reset();
   EXPECT_FALSE(fs::exists(output_));
+}
+
+// Of a file with 16 bits: its own numbers, and those of the file that is rendered from it.
+TEST_F(WindowRunTest, TheNumbersUnderThePointerAreThoseOfBothFiles) {
+  window_ = MakeWindowWithEffect();
+  window_->show();
+  const fs::path deep = folder_ / "deep.png";
+  media::WritePictureFile(deep, media::NoisePicture(96, 54, 3, OIIO::TypeDesc::UINT16, 5));
+  bool exact = false;
+  QObject::connect(&window_->Work(), &Workspace::Answered,
+                   [&](const RenderAnswer& answer) { exact = answer.exact; });
+  window_->Open(deep);
+  ASSERT_TRUE(WaitUntil([&] { return exact; }));
+  exact = false;
+  Edited().SetValue(At("lightness.amount"), 37.0, EditPhase::kDone);
+  ASSERT_TRUE(WaitUntil([&] { return exact; }));
+  window_->RenderTo(folder_ / "out.png");
+  ASSERT_TRUE(WaitUntil([this] { return !Message().empty(); }));
+  const auto numbersAt = [](const fs::path& file, int x, int y) {
+    auto input = OIIO::ImageInput::open(file.string());
+    std::vector<uint16_t> samples(3 * 96 * 54);
+    EXPECT_TRUE(input->read_image(0, 0, 0, 3, OIIO::TypeDesc::UINT16, samples.data()));
+    const std::size_t at = 3 * static_cast<std::size_t>(y * 96 + x);
+    return QString("R %1  G %2  B %3").arg(samples[at]).arg(samples[at + 1]).arg(samples[at + 2]);
+  };
+  PictureView& view = window_->Work().View();
+  QTest::keyClick(&view, Qt::Key_H);
+  for (const auto& [x, y] : {std::pair(48, 30), std::pair(2, 50)}) {
+    MoveMouse(&view, view.Transform().ToView().map(QPointF(x + 0.5, y + 0.5)), Qt::NoButton);
+    const QString wanted = QString("%1, %2   ").arg(x).arg(y) + numbersAt(deep, x, y) +
+                           QString("   \u2192   ") + numbersAt(folder_ / "out.png", x, y);
+    QStringList shown;
+    for (const QLabel* label : view.findChildren<QLabel*>()) shown << label->text();
+    EXPECT_TRUE(shown.contains(wanted)) << wanted.toStdString() << "\ninstead of\n"
+                                        << shown.join('\n').toStdString();
+  }
 }
 
 }  // namespace
