@@ -258,6 +258,22 @@ TEST_F(ControlPanelTest, StopwatchesShowWhatMoves) {
   EXPECT_THAT(signals_, ElementsAre("stopwatch " + std::to_string(ControlOf("lens.scale"))));
 }
 
+// A layer's file is no value between two others.
+TEST_F(ControlPanelTest, EveryControlButALayerHasAStopwatch) {
+  for (const look::Control& control : EffectPanel().controls) {
+    panel_.Choose(ControlOf(control.name));
+    QToolButton* stopwatch = nullptr;
+    for (auto* const button : Row(control.name.c_str())->findChildren<QToolButton*>()) {
+      if (button->accessibleName().endsWith("stopwatch")) stopwatch = button;
+    }
+    ASSERT_NE(stopwatch, nullptr) << control.name;
+    EXPECT_EQ(stopwatch->isVisible(), control.kind != look::ControlKind::kLayer) << control.name;
+    signals_.clear();
+    stopwatch->click();
+    EXPECT_THAT(signals_, ElementsAre("stopwatch " + std::to_string(ControlOf(control.name))));
+  }
+}
+
 TEST_F(ControlPanelTest, ShowingAValueEmitsNothing) {
   for (const look::Control& control : EffectPanel().controls) {
     Show(control.name.c_str(), control.defaultValue, false);

@@ -6,7 +6,9 @@
 #include <QToolButton>
 #include <atomic>
 #include <chrono>
+#include <set>
 #include <thread>
+#include <vector>
 
 #include "headless/fakes/fake_effect.h"
 #include "panel/workspace_fixture.h"
@@ -31,6 +33,31 @@ TEST_F(WorkspaceTest, AChosenLensIsEditedGreysAndIsRendered) {
   Edited().Undo().undo();
   EXPECT_TRUE(Row("lens.feather")->Editor()->isEnabled());
   EXPECT_EQ(type->currentIndex(), 1);
+}
+
+// What a fresh host's panel procedure greys after the same choice.
+TEST_F(WorkspaceTest, EveryLensTypeGreysWhatThePanelProcedureSays) {
+  Use(RealModule());
+  headless::EffectHost host(module_);
+  auto* const type = In<QComboBox>("lens.type");
+  ASSERT_EQ(type->count(), 6);
+  std::set<std::vector<bool>> seen;
+  for (int choice = 1; choice <= type->count(); ++choice) {
+    QTest::keyClick(type, Qt::Key_Home);
+    for (int i = 1; i < choice; ++i) QTest::keyClick(type, Qt::Key_Down);
+    ASSERT_EQ(Edited().ValueOf(At("lens.type")), look::Value(look::ChoiceValue{choice}));
+    const int index = Named("lens.type").index;
+    host.SetPopup(index, choice);
+    ASSERT_EQ(host.UserChangedParam(index), PF_Err_NONE);
+    std::vector<bool> greyed;
+    for (const look::Control& control : Edited().Panel().controls) {
+      greyed.push_back(host.Parameters()[static_cast<std::size_t>(control.index)].Greyed());
+      EXPECT_EQ(Row(control.name.c_str())->Editor()->isEnabled(), !greyed.back())
+          << control.name << " with " << type->currentText().toStdString();
+    }
+    seen.insert(greyed);
+  }
+  EXPECT_GE(seen.size(), 3U);
 }
 
 TEST_F(WorkspaceTest, AStopwatchAndAnEditAtAnotherFrameMakeKeysThatShowAsMarks) {
