@@ -2,8 +2,9 @@
 # Builds dist/Vitrell.aex, the module for 64-bit Windows, on Debian 12.
 #
 #   scripts/build-windows.sh           builds and inspects the module
-#   scripts/build-windows.sh --test    also builds it a second time, which must give the same bytes,
-#                                      and runs the tests, built for Windows, under Wine
+#   scripts/build-windows.sh --test    also tries the inspection on wrong modules, builds the module a
+#                                      second time, which must give the same bytes, and runs the
+#                                      tests, built for Windows, under Wine
 #   scripts/build-windows.sh --help
 #
 # The module is refused when it exports more than its entry point, imports from other libraries than
@@ -65,9 +66,51 @@ inspect_module() {
   echo "$file: $size bytes"
 }
 
+# Links a small module with one thing that must not be, or with none.
+link_trial() {
+  local file="$1" stamp=--no-insert-timestamp
+  [[ "$2" != TIME_STAMP ]] || stamp=--insert-timestamp
+  x86_64-w64-mingw32-g++-win32 -shared -static-libgcc -s -O1 "-Wl,$stamp" -D"$2" -x c++ - -o "$file" \
+    -luser32 <<'END'
+extern "C" {
+#ifdef FOREIGN_IMPORT
+__declspec(dllimport) void* __stdcall GetDesktopWindow();
+#else
+static void* GetDesktopWindow() { return nullptr; }
+#endif
+#ifdef SECOND_EXPORT
+__declspec(dllexport) int AnotherFunc() { return 0; }
+#endif
+__declspec(dllexport) int EntryPointFunc() {
+#ifdef ALIGNED_MOVE
+  __asm__ volatile("vmovaps %%ymm0, (%%rsp)" ::: "memory");
+#endif
+  return GetDesktopWindow() != nullptr;
+}
+}
+END
+}
+
+# The inspection passes a module with nothing wrong, and names the one thing that is.
+try_inspection() {
+  local trial="$work/trial.aex" wrong said
+  local -A finding=([SECOND_EXPORT]="exported functions" [FOREIGN_IMPORT]="libraries"
+    [TIME_STAMP]="time stamps" [ALIGNED_MOVE]="aligned moves of wide vectors")
+  link_trial "$trial" NOTHING
+  (inspect_module "$trial") >/dev/null || fail "A module with nothing wrong is refused."
+  for wrong in "${!finding[@]}"; do
+    link_trial "$trial" "$wrong"
+    ! said="$( (inspect_module "$trial") 2>&1 >/dev/null)" || fail "A module with $wrong passes."
+    [[ "$said" == "${finding[$wrong]}: "* ]] || fail "A module with $wrong is refused for: $said"
+  done
+  rm "$trial"
+  echo "Refused: ${finding[*]}."
+}
+
 # The tests are built by the compiler whose standard library has threads; the module they load is
 # the finished one. Every program of tests is one test, as each takes Wine a moment to start.
 run_tests() {
+  try_inspection
   build_module again -DCMAKE_CXX_COMPILER_LAUNCHER=
   cmp "$work/again/src/Vitrell.aex" "$module" || fail "A second build differs."
   echo "A second build gives the same bytes."
