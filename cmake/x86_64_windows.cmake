@@ -16,3 +16,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # Nothing but the system's own libraries is needed at run time.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_MODULE_LINKER_FLAGS_INIT "-static")
+# In this file format the compiler takes an inline function for the very one that it just compiled,
+# and keeps values in registers that this one leaves alone. The linker may take another file's,
+# compiled with other options, that does not.
+set(CMAKE_CXX_FLAGS_INIT "-fno-ipa-ra")
