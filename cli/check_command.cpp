@@ -4,15 +4,14 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "cli/commands.h"
 #include "cli/effect_finder.h"
 #include "cli/failure.h"
 #include "cli/frame_fingerprint.h"
+#include "cli/gathered_frames.h"
 #include "cli/interrupt.h"
 #include "cli/printable.h"
-#include "cli/sequence_tally.h"
 #include "media/fingerprint.h"
 #include "media/picture.h"
 #include "media/sequence.h"
@@ -69,9 +68,9 @@ bool IsStale(const fs::path& frame, const std::string& effect, media::Sidecar& s
 }
 
 struct Verdict {
-  std::vector<std::int64_t> missing;
-  std::vector<std::int64_t> torn;
-  std::vector<std::int64_t> stale;
+  GatheredFrames missing;
+  GatheredFrames torn;
+  GatheredFrames stale;
 };
 
 Verdict Judge(const media::Sequence& sequence, const media::FrameSet& frames,
@@ -84,21 +83,20 @@ Verdict Judge(const media::Sequence& sequence, const media::FrameSet& frames,
     const fs::path file = sequence.FileOf(*frame);
     std::error_code ignored;
     if (!fs::exists(file, ignored)) {
-      verdict.missing.push_back(*frame);
+      verdict.missing.Add(*frame);
     } else if (!IsWhole(file)) {
-      verdict.torn.push_back(*frame);
+      verdict.torn.Add(*frame);
     } else if (IsStale(file, effect, sidecar, sources)) {
-      verdict.stale.push_back(*frame);
+      verdict.stale.Add(*frame);
     }
   }
   return verdict;
 }
 
-void Tell(const char* what, const std::vector<std::int64_t>& frames,
-          std::vector<std::int64_t>& all) {
-  if (frames.empty()) return;
-  std::printf("%s: %s\n", what, TextOfFrames(frames).c_str());
-  all.insert(all.end(), frames.begin(), frames.end());
+void Tell(const char* what, const GatheredFrames& frames, GatheredFrames& all) {
+  if (frames.IsEmpty()) return;
+  std::printf("%s: %s\n", what, frames.Text().c_str());
+  all.AddAll(frames);
 }
 
 }  // namespace
@@ -114,15 +112,15 @@ void RunCheck(const CheckArguments& arguments) {
                                      : media::FrameSet::Parse(arguments.frames);
   const std::string effect = EffectVersion(*OpenEffect(arguments.effect.effect));
   const Verdict verdict = Judge(*sequence, frames, effect);
-  std::vector<std::int64_t> all;
+  GatheredFrames all;
   Tell("missing", verdict.missing, all);
   Tell("torn", verdict.torn, all);
   Tell("stale", verdict.stale, all);
   const std::string size = std::to_string(frames.Size());
-  if (!all.empty()) {
+  if (!all.IsEmpty()) {
     static_cast<void>(std::fflush(stdout));
-    throw Failure(kFailed, std::to_string(all.size()) + " of " + size +
-                               " frames are not as they should be: " + TextOfFrames(all) + ".");
+    throw Failure(kFailed, std::to_string(all.Size()) + " of " + size +
+                               " frames are not as they should be: " + all.Text() + ".");
   }
   std::printf("%s: %s frames are whole\n", Printable(arguments.sequence).c_str(), size.c_str());
 }

@@ -13,6 +13,7 @@
 #include "cli/failure.h"
 #include "cli/frame_fingerprint.h"
 #include "cli/frame_worker.h"
+#include "cli/gathered_frames.h"
 #include "cli/interrupt.h"
 #include "cli/job_count.h"
 #include "cli/preset_width.h"
@@ -77,13 +78,13 @@ class SequenceJob {
       media::CheckTarget(arguments_.report, arguments_.force);
     }
     if (MayReplaceFrames(arguments_)) return;
-    std::vector<std::int64_t> existing;
+    GatheredFrames existing;
     while (const std::optional<FrameJob> job = plan.Next()) {
       std::error_code ignored;
-      if (fs::exists(job->output, ignored)) existing.push_back(job->frame);
+      if (fs::exists(job->output, ignored)) existing.Add(job->frame);
     }
     plan.Rewind();
-    RefuseExisting(arguments_, existing.empty() ? "" : TextOfFrames(existing));
+    RefuseExisting(arguments_, existing.Text());
   }
 
   void RefuseMissing(const SequencePlan& plan) {

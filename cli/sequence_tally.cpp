@@ -1,7 +1,6 @@
 // Counting frames, and telling of them together.
 #include "cli/sequence_tally.h"
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "cli/failure.h"
@@ -31,26 +30,19 @@ const char* ResultName(int exitCode) {
 
 }  // namespace
 
-std::string TextOfFrames(std::vector<std::int64_t> frames) {
-  std::sort(frames.begin(), frames.end());
-  media::FrameSet set;
-  for (const std::int64_t frame : frames) set.Add(frame);
-  return set.Text();
-}
-
 std::vector<Note> SequenceTally::Add(
     const FrameJob& job, const FrameAnswer& answer,
     const std::vector<std::pair<std::string, std::string>>& names) {
   rendered_ += answer.state == FrameState::kRendered ? 1 : 0;
   skipped_ += answer.state == FrameState::kSkipped ? 1 : 0;
-  if (answer.state == FrameState::kCancelled) cancelled_.push_back(job.frame);
+  if (answer.state == FrameState::kCancelled) cancelled_.Add(job.frame);
   if (answer.state == FrameState::kFailed) {
-    failed_.push_back(job.frame);
+    failed_.Add(job.frame);
     allUsage_ = allUsage_ && answer.exitCode == kWrongUsage;
     allLater_ = allLater_ && answer.exitCode == kTryLater;
   }
   if (answer.state == FrameState::kRendered && !answer.again.empty()) {
-    again_[answer.again].push_back(job.frame);
+    again_[answer.again].Add(job.frame);
   }
   if (reports_ && !answer.report.empty()) frameReports_.emplace_back(job.frame, answer.report);
   std::vector<Note> fresh;
@@ -64,12 +56,12 @@ std::vector<Note> SequenceTally::Add(
 }
 
 void SequenceTally::AddMissing(std::int64_t frame) {
-  failed_.push_back(frame);
+  failed_.Add(frame);
   allUsage_ = allLater_ = false;
 }
 
 int SequenceTally::ExitCode() const {
-  if (failed_.empty()) return kDone;
+  if (failed_.IsEmpty()) return kDone;
   if (allLater_) return kTryLater;
   return allUsage_ && rendered_ + skipped_ == 0 ? kWrongUsage : kFailed;
 }
@@ -77,22 +69,22 @@ int SequenceTally::ExitCode() const {
 std::string SequenceTally::RenderedAgain() const {
   std::string text;
   for (const auto& [why, frames] : again_) {
-    text += (text.empty() ? "" : ", ") + TextOfFrames(frames) + " " + why;
+    text += (text.empty() ? "" : ", ") + frames.Text() + " " + why;
   }
   return text;
 }
 
 std::string SequenceTally::Summary(std::int64_t frames) const {
   std::string text;
-  if (!failed_.empty()) {
-    text = std::to_string(failed_.size()) + " of " + std::to_string(frames) +
-           " frames failed: " + TextOfFrames(failed_) + ".";
+  if (!failed_.IsEmpty()) {
+    text = std::to_string(failed_.Size()) + " of " + std::to_string(frames) +
+           " frames failed: " + failed_.Text() + ".";
   }
-  std::vector<std::int64_t> rest = cancelled_;
-  rest.insert(rest.end(), notBegun_.begin(), notBegun_.end());
-  if (!rest.empty()) {
-    text += (text.empty() ? "" : " ") + std::to_string(rest.size()) +
-            " frames are left: " + TextOfFrames(rest) + ".";
+  GatheredFrames rest = cancelled_;
+  rest.AddAll(notBegun_);
+  if (!rest.IsEmpty()) {
+    text += (text.empty() ? "" : " ") + std::to_string(rest.Size()) +
+            " frames are left: " + rest.Text() + ".";
   }
   return text;
 }
@@ -103,12 +95,9 @@ std::string SequenceTally::ReportAsJson(int exitCode, const std::string& error, 
                       {"result", ResultName(exitCode)},
                       {"exitCode", exitCode}};
   if (!error.empty()) json["error"] = error;
-  json["frames"] = {{"rendered", rendered_},
-                    {"skipped", skipped_},
-                    {"again", RenderedAgain()},
-                    {"failed", TextOfFrames(failed_)},
-                    {"cancelled", TextOfFrames(cancelled_)},
-                    {"notBegun", TextOfFrames(notBegun_)}};
+  json["frames"] = {{"rendered", rendered_},          {"skipped", skipped_},
+                    {"again", RenderedAgain()},       {"failed", failed_.Text()},
+                    {"cancelled", cancelled_.Text()}, {"notBegun", notBegun_.Text()}};
   json["effect"] = {{"jobs", jobs}, {"threads", threads}};
   json["seconds"] = {{"total", seconds}};
   json["notes"] = OrderedJson::array();

@@ -9,13 +9,10 @@
 #include <vector>
 
 #include "cli/frame_job.h"
+#include "cli/gathered_frames.h"
 #include "cli/notes.h"
-#include "media/frame_set.h"
 
 namespace vitrell::cli {
-
-// Frames in the order of their numbers, written as a set that can be given to --frames.
-std::string TextOfFrames(std::vector<std::int64_t> frames);
 
 class SequenceTally {
  public:
@@ -28,14 +25,13 @@ class SequenceTally {
                         const std::vector<std::pair<std::string, std::string>>& names);
   // Frames that got no job.
   void AddMissing(std::int64_t frame);
-  void AddNotBegun(std::int64_t frame) { notBegun_.push_back(frame); }
+  void AddNotBegun(std::int64_t frame) { notBegun_.Add(frame); }
   // A note about all of them.
   void AddNote(const Note& note) { notes_[{note.kind, note.text}]; }
 
   std::int64_t Rendered() const { return rendered_; }
   std::int64_t Skipped() const { return skipped_; }
-  const std::vector<std::int64_t>& Failed() const { return failed_; }
-  bool AnyFailed() const { return !failed_.empty(); }
+  bool AnyFailed() const { return !failed_.IsEmpty(); }
   // 0 if none failed; 75 if every failure is temporary.
   int ExitCode() const;
   // "1005 torn, 1007-1009 stale": those that were there and had to be rendered again.
@@ -52,13 +48,13 @@ class SequenceTally {
   bool reports_;
   std::int64_t rendered_ = 0;
   std::int64_t skipped_ = 0;
-  std::vector<std::int64_t> failed_;
-  std::map<std::string, std::vector<std::int64_t>> again_;
-  std::vector<std::int64_t> cancelled_;
-  std::vector<std::int64_t> notBegun_;
+  GatheredFrames failed_;
+  std::map<std::string, GatheredFrames> again_;
+  GatheredFrames cancelled_;
+  GatheredFrames notBegun_;
   bool allUsage_ = true;
   bool allLater_ = true;
-  std::map<NoteKey, media::FrameSet> notes_;
+  std::map<NoteKey, GatheredFrames> notes_;
   std::vector<std::pair<std::int64_t, std::string>> frameReports_;
 };
 

@@ -1,6 +1,7 @@
-// Sequences on the command line: frames, holes, renumbering, failed frames, parts.
+// Sequences on the command line: every frame as the still, failed and existing frames, notes.
 #include <nlohmann/json.hpp>
-#include <sstream>
+#include <string>
+#include <vector>
 
 #include "cli/sequence_files.h"
 #include "media/picture_files.h"
@@ -28,69 +29,6 @@ TEST_F(SequenceRunTest, EveryFrameIsTheStillAtItsNumber) {
     }
     EXPECT_NE(Pixels(Name("out/look.", 8)), Pixels("plate.0008.png"));
   }
-}
-
-TEST_F(SequenceRunTest, ChoosesAndRenumbersFrames) {
-  MakePlate(1, 9);
-  EXPECT_EQ(Render({"--frames", "9-1x4"}).exitCode, 0);
-  EXPECT_EQ(Out(), Looks({1, 5, 9}));
-  EXPECT_EQ(Render({"--frames", "9-7", "--frames-out", "101-"}, "plate.@@@@.png", "out/b%04d.png")
-                .exitCode,
-            0);
-  EXPECT_EQ(Pixels("out/b0101.png").size(), Pixels("plate.0009.png").size());
-  EXPECT_EQ(Run({"render", "plate.0009.png", "nine.png"}).exitCode, 0);
-  EXPECT_EQ(Pixels("out/b0101.png"), Pixels("nine.png"));
-  ExpectMessage(Render({"--frames", "1-3", "--frames-out", "1-2"}), 2, {"--frames-out", "1-"});
-}
-
-TEST_F(SequenceRunTest, OnePictureServesAllFrames) {
-  MakePlate(1, 1);
-  EXPECT_EQ(Render({"--frames=-1-1", "--set", "intensity=0=0; 1=100"}, "plate.0001.png").exitCode,
-            0);
-  EXPECT_EQ(Out(), (std::vector<std::string>{"look.-001.png", "look.0000.png", "look.0001.png"}));
-  const std::vector<std::string> still = {"render", "plate.0001.png", "s.png", "--set",
-                                          "intensity=0"};
-  EXPECT_EQ(Run(still).exitCode, 0);
-  EXPECT_EQ(Pixels("out/look.-001.png"), Pixels("s.png"));
-  EXPECT_NE(Pixels("out/look.0001.png"), Pixels("plate.0001.png"));
-}
-
-TEST_F(SequenceRunTest, WrongNamesAreWrongUsage) {
-  MakePlate(1, 2);
-  ExpectMessage(Render({}, kPlate, "out.png"), 2, {"out.png", "no place for a frame's number"});
-  ExpectMessage(Render({}, "p##_##.png"), 2, {"p##_##.png", "several places"});
-  ExpectMessage(Render({}, kPlate, "o#_#.png"), 2, {"several places"});
-  ExpectMessage(Render({"--frames", "1-x"}), 2, {"1-x", "no set of frames"});
-  ExpectMessage(Render({}, kPlate, "plate.@@@@.png"), 2, {"same sequence as INPUT"});
-  ExpectMessage(Render({"--at", "3"}), 2, {"--at"});
-  ExpectMessage(Render({"--part", "3/2"}), 2, {"--part 3/2"});
-  ExpectMessage(Render({"--existing", "skip"}, "plate.0001.png", "still.png"), 2,
-                {"--existing", "sequences"});
-  ExpectMessage(Render({}, "none.####.png"), 1, {"none.####.png", "no frame of this name"});
-  EXPECT_TRUE(Out().empty());
-}
-
-TEST_F(SequenceRunTest, MissingFramesAreToldSkippedHeldOrBlack) {
-  MakePlate(1, 2);
-  MakePlate(5, 5);
-  ExpectMessage(Render({"--frames", "1-6"}), 1, {kPlate, "frames 3,4,6 are not there"});
-  EXPECT_TRUE(Out().empty());
-  ToolResult run = Render({});
-  EXPECT_EQ(run.exitCode, 0);
-  EXPECT_TRUE(Holds(run.err, "frames 3,4 are not there and are left out")) << run.err;
-  EXPECT_EQ(Out(), Looks({1, 2, 5}));
-  run = Render({"--frames", "0-6", "--missing", "hold"}, kPlate, "out/hold.####.png");
-  EXPECT_EQ(run.exitCode, 0) << run.err;
-  EXPECT_EQ(Pixels("out/hold.0004.png"), Pixels("out/look.0002.png"));
-  EXPECT_EQ(Pixels("out/hold.0006.png"), Pixels("out/look.0005.png"));
-  EXPECT_EQ(Pixels("out/hold.0000.png"), Pixels("out/look.0001.png"));
-  EXPECT_EQ(Render({"--missing", "black"}, kPlate, "out/black.####.png").exitCode, 0);
-  const std::vector<uint16_t> black = Pixels("out/black.0004.png");
-  ASSERT_EQ(black.size(), 24U * 16 * 3 + 24U * 16);
-  for (std::size_t i = 0; i < black.size(); ++i) ASSERT_EQ(black[i], i % 4 == 3 ? 255 : 0);
-  EXPECT_EQ(Pixels("out/black.0005.png"), Pixels("out/look.0005.png"));
-  EXPECT_EQ(Render({"--frames", "1-6", "--missing", "skip"}, kPlate, "out/s.####.png").exitCode, 0);
-  EXPECT_FALSE(std::filesystem::exists(InFolder("out/s.0003.png")));
 }
 
 TEST_F(SequenceRunTest, AFailedFrameStopsTheRunUnlessItKeepsGoing) {
@@ -153,28 +91,6 @@ TEST_F(SequenceRunTest, NoFileThatIsReadIsReplaced) {
   EXPECT_EQ(Names(), before);
   EXPECT_TRUE(ReadFile("plate.0002.png") == plate);
   EXPECT_EQ(Out().size(), 0U);
-}
-
-TEST_F(SequenceRunTest, PartsTogetherAreTheWhole) {
-  MakePlate(1, 7);
-  std::vector<std::string> all;
-  for (int part = 1; part <= 3; ++part) {
-    const ToolResult run =
-        Render({"--part", std::to_string(part) + "/3", "--status", "status.json", "--quiet"});
-    EXPECT_EQ(run.exitCode, 0) << run.err;
-  }
-  EXPECT_EQ(Out(), Looks({1, 2, 3, 4, 5, 6, 7}));
-  std::istringstream lines(ReadFile("status.2-of-3.json"));
-  std::vector<int> frames;
-  for (std::string line; std::getline(lines, line);) {
-    const auto json = nlohmann::json::parse(line);
-    EXPECT_EQ(json["state"], "done");
-    EXPECT_EQ(json["frames"], 2);
-    EXPECT_GE(json["ms"], 0);
-    frames.push_back(json["frame"]);
-  }
-  std::sort(frames.begin(), frames.end());
-  EXPECT_EQ(frames, (std::vector<int>{3, 4}));
 }
 
 TEST_F(SequenceRunTest, ProgressIsPlainOrJson) {
@@ -268,7 +184,6 @@ TEST_F(SequenceRunTest, SkipsOnlyWhatIsWholeAndMadeOfTheSame) {
   }
 }
 
-// VITRELL_KILLS sets how often; each time at another moment.
 TEST_F(SequenceRunTest, WorkersStartBeforeTheLibrariesHaveThreads) {
   MakePlate(1, 4);
   for (const char* out : {"out/a.####.exr", "out/a.####.tif", "out/a.####.jpg"}) {
