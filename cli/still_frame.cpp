@@ -90,6 +90,7 @@ StillFrames::StillFrames(RenderArguments arguments, headless::EffectHost& host,
       host_(host),
       settings_(settings),
       size_(size),
+      followsFirst_(arguments_.depth == "auto"),
       slots_(slots),
       firstFrame_(firstFrame),
       layers_(arguments_) {
@@ -102,15 +103,27 @@ std::string StillFrames::Shown(std::string text, const FrameJob& job) const {
   return text;
 }
 
-void StillFrames::Take(const media::Picture& picture, const media::Given& given,
-                       const headless::WorldBuffer& result, const VideoFrameJob& job,
-                       VideoFrameAnswer& answer) const {
+void StillFrames::CheckShape(const media::Picture& picture, const headless::WorldBuffer& result,
+                             std::int64_t frame) const {
+  const std::string has = arguments_.input + ": frame " + std::to_string(frame) + " has ";
   if (result.Width() != size_.width || result.Height() != size_.height) {
-    throw Failure(kFailed, arguments_.input + ": frame " + std::to_string(job.still.frame) +
-                               " has " + SizeText(result.Width(), result.Height()) +
+    throw Failure(kFailed, has + SizeText(result.Width(), result.Height()) +
                                ", those before have " + SizeText(size_.width, size_.height) +
                                "; a video has one size. Make them equal, or render a sequence.");
   }
+  if (followsFirst_ && picture.IsDeep() != size_.deep) {
+    const std::string more = "more than 8";
+    throw Failure(kFailed, has + (size_.deep ? "8" : more) +
+                               " bits in a channel, those before have " +
+                               (size_.deep ? more : "8") +
+                               "; a video has one depth. Choose it with --depth 8 or 16.");
+  }
+}
+
+void StillFrames::Take(const media::Picture& picture, const media::Given& given,
+                       const headless::WorldBuffer& result, const VideoFrameJob& job,
+                       VideoFrameAnswer& answer) const {
+  CheckShape(picture, result, job.still.frame);
   const VideoSlot& slot = slots_.at(static_cast<std::size_t>(job.slot));
   const media::FrameHandle rendered = slot.rendered.As(media::RgbForm(size_.deep));
   answer.transparent = media::TakeStill(picture, given.world, result, job.overBlack, *rendered);

@@ -43,6 +43,9 @@ class StillFrames {
 
  private:
   void RenderOrThrow(const VideoFrameJob& job, Notes& notes, VideoFrameAnswer& answer);
+  // Throws Failure over a picture that is not as those before.
+  void CheckShape(const media::Picture& picture, const headless::WorldBuffer& result,
+                  std::int64_t frame) const;
   void Take(const media::Picture& picture, const media::Given& given,
             const headless::WorldBuffer& result, const VideoFrameJob& job,
             VideoFrameAnswer& answer) const;
@@ -53,6 +56,7 @@ class StillFrames {
   headless::EffectHost& host_;
   const look::Settings& settings_;
   VideoSize size_;
+  bool followsFirst_;  // the depth is that of the first picture
   const std::vector<VideoSlot>& slots_;
   std::int64_t firstFrame_;
   LayerFrames layers_;

@@ -87,6 +87,21 @@ TEST_F(SequenceVideoRunTest, OneSizeIsNeeded) {
   EXPECT_FALSE(std::filesystem::exists(InFolder("out.mkv")));
 }
 
+TEST_F(SequenceVideoRunTest, OneDepthIsNeededUnlessItIsChosen) {
+  MakePlate(2);
+  Ffmpeg("-f lavfi -i testsrc2=s=48x32,format=rgb48be -frames:v 1 " + Frame("plate", 3));
+  ExpectMessage(Render("out.mkv", {"--fps", "25"}), 1,
+                {"plate.####.png: frame 3 has more than 8 bits in a channel, those before have 8;",
+                 "--depth", "the first 2 frames are kept as out.partial.mkv"});
+  ExpectMessage(Render("down.mkv", {"--fps", "25", "--frames", "3-1"}), 1,
+                {"frame 2 has 8 bits in a channel, those before have more than 8;"});
+  for (const std::string depth : {"8", "16"}) {
+    const std::string out = "chosen" + depth + ".mkv";
+    EXPECT_EQ(Render(out, {"--fps", "25", "--depth", depth}).exitCode, 0);
+    EXPECT_EQ(Probe(out, "stream=nb_read_frames", "-count_frames"), "nb_read_frames=3\n");
+  }
+}
+
 TEST_F(SequenceVideoRunTest, HolesAndDamageAreTold) {
   MakePlate(5);
   std::filesystem::remove(InFolder(Frame("plate", 2)));
