@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/video_pictures.h"
@@ -23,6 +24,17 @@ TEST_F(VideoPicturesFaultsRunTest, ATruncatedVideoGivesTheFramesUpToThere) {
   const std::string out = Out();
   EXPECT_EQ(out.find(PictureNames({0, 1, 2})), 0U) << out;
   EXPECT_EQ(out.find("look.0015.png"), std::string::npos) << out;
+}
+
+TEST_F(VideoPicturesFaultsRunTest, AChangeOfSizeGivesTheFramesUpToThere) {
+  for (const auto& [name, size] : {std::pair{"a.m2v", "64x48"}, std::pair{"b.m2v", "96x80"}}) {
+    Ffmpeg("-f lavfi -i testsrc2=s=" + std::string(size) +
+           ":r=25:d=0.2 -c:v mpeg2video -flags low_delay -bf 0 -f mpeg2video " + name);
+  }
+  WriteFile("in.m2v", ReadFile("a.m2v") + ReadFile("b.m2v"));
+  ExpectMessage(Neutral("in.m2v", kPictures, {"--quiet"}), 1,
+                {"in.m2v: changes its size at frame 5 from 64 x 48 to 96 x 80"});
+  EXPECT_EQ(Out(), PictureNames({0, 1, 2, 3, 4}));
 }
 
 TEST_F(VideoPicturesFaultsRunTest, FailuresAreThoseOfFrames) {
