@@ -18,8 +18,8 @@ namespace vitrell::cli {
 // Whether the name has a place for a frame's number and is not itself the name of a file.
 bool IsSequenceName(const std::string& name);
 
-// Whether the arguments are for a sequence: one of the names has a place for the frame's number
-// and is not itself the name of a file, or frames are asked for.
+// Whether the arguments are for a sequence: INPUT has a place for the frame's number and is not
+// itself the name of a file, or frames are asked for. A still may have any name as OUTPUT.
 bool MeansSequence(const RenderArguments& arguments);
 
 // The Kth of N: of --part K/N.
