@@ -15,6 +15,9 @@ namespace {
 // The longest delay of a signal that arrives just before the wait for answers.
 constexpr int kPatience = 200;
 
+// Until the processors are looked at again.
+constexpr int kMoment = 5;
+
 }  // namespace
 
 void SequenceRun::Run() {
@@ -26,15 +29,23 @@ void SequenceRun::Run() {
     }
     HandOut();
     if (pool_.Busy() == 0) break;
-    for (const WorkerPool::Result& result : pool_.Wait(kPatience)) Take(result);
+    const bool mayHandOut = !stopping_ && pool_.FindIdle() && budget_.IsLimited();
+    for (const auto& result : pool_.Wait(mayHandOut ? kMoment : kPatience)) Take(result);
   }
   while (const std::optional<FrameJob> left = plan_.Next()) tally_.AddNotBegun(left->frame);
+}
+
+bool SequenceRun::HasProcessors() {
+  if (!budget_.IsLimited()) return true;
+  budget_.Account(clock_.Total(), ProcessorSeconds() + pool_.ProcessorSeconds());
+  // One worker alone has no more threads than it may.
+  return budget_.HasRoom() || pool_.Busy() == 0;
 }
 
 void SequenceRun::HandOut() {
   while (!stopping_) {
     const std::optional<int> worker = pool_.FindIdle();
-    if (!worker) return;
+    if (!worker || !HasProcessors()) return;
     const std::optional<FrameJob> job = plan_.Next();
     if (!job) return;
     pool_.Give(*worker, Pack(*job));

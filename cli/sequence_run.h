@@ -9,6 +9,8 @@
 
 #include "cli/arguments.h"
 #include "cli/frame_job.h"
+#include "cli/processor_budget.h"
+#include "cli/report.h"
 #include "cli/sequence_plan.h"
 #include "cli/sequence_progress.h"
 #include "cli/sequence_tally.h"
@@ -27,7 +29,8 @@ class SequenceRun {
         plan_(plan),
         pool_(pool),
         progress_(progress),
-        tally_(tally) {}
+        tally_(tally),
+        budget_(arguments.processors) {}
 
   // Until all frames are done, or one failed and nobody wants to keep going, or a signal came;
   // then waits for those that are being rendered. Throws Failure only where no worker can start.
@@ -38,6 +41,8 @@ class SequenceRun {
 
  private:
   void HandOut();
+  // Whether the processors that may be used leave room for more work.
+  bool HasProcessors();
   void Take(const WorkerPool::Result& result);
   FrameAnswer AnswerOf(const WorkerPool::Result& result, const FrameJob& job) const;
   void TellFailure(const FrameAnswer& answer);
@@ -51,6 +56,8 @@ class SequenceRun {
   SequenceProgress& progress_;
   SequenceTally& tally_;
   std::map<int, FrameJob> jobs_;  // of the workers
+  ProcessorBudget budget_;
+  StepClock clock_;
   bool stopping_ = false;
   int signals_ = 0;
   int width_ = 0;
