@@ -30,14 +30,14 @@ Document::Document(std::shared_ptr<const headless::EffectModule> module, QObject
       panel_(look::MakePanel(host_->Parameters())),
       settings_(panel_),
       greyed_(panel_.controls.size()) {
+  connect(this, &Document::ComplainedEarly, this, &Document::Complained, Qt::QueuedConnection);
   AskPanelProcedure({});
   isMade_ = true;
 }
 
 void Document::Complain(const QString& message) {
   if (message.isEmpty()) return;
-  const auto tell = [this, message] { Q_EMIT Complained(message); };
-  isMade_ ? tell() : static_cast<void>(QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection));
+  isMade_ ? Q_EMIT Complained(message) : Q_EMIT ComplainedEarly(message);
 }
 
 const look::Control& Document::ControlAt(int control) const {

@@ -75,6 +75,8 @@ class Document : public QObject {
   // The effect's panel procedure failed, or did what an effect must not; whole sentences. What is
   // wrong from the start comes once events are handled, when somebody can listen.
   void Complained(const QString& message);
+  // Of the constructor, for itself: becomes Complained.
+  void ComplainedEarly(const QString& message);
 
  private:
   friend class ChangeCommand;
