@@ -23,11 +23,24 @@ QImage Checkerboard() {
   return tiles;
 }
 
+void DrawCheckerboard(QPainter& painter, const QRectF& place) {
+  static const QBrush kCheckerboard(Checkerboard());
+  painter.setBrushOrigin(place.topLeft());
+  painter.fillRect(place, kCheckerboard);
+}
+
 void DrawImage(QPainter& painter, const QImage& image, const QRectF& place) {
   if (image.isNull()) return;
   painter.setRenderHint(QPainter::SmoothPixmapTransform,
                         place.width() < image.width() * kPixelsShow);
   painter.drawImage(place, image);
+}
+
+// Behind an opaque picture nobody sees the checkerboard. Qt shares it out among threads, for all of
+// which the window would wait.
+void DrawBacked(QPainter& painter, const QImage& image, const QRectF& place) {
+  if (image.isNull() || image.hasAlphaChannel()) DrawCheckerboard(painter, place);
+  DrawImage(painter, image, place);
 }
 
 }  // namespace
@@ -49,17 +62,13 @@ QImage MaskOverlay(const QImage& mask) {
 
 void PaintPicture(QPainter& painter, const PictureLayers& layers, const QRectF& place,
                   double dividerX) {
-  static const QBrush kCheckerboard(Checkerboard());
   painter.save();
-  painter.setBrushOrigin(place.topLeft());
-  painter.fillRect(place, kCheckerboard);
-  DrawImage(painter, layers.result.isNull() ? layers.before : layers.result, place);
+  DrawBacked(painter, layers.result.isNull() ? layers.before : layers.result, place);
   DrawImage(painter, layers.maskOverlay, place);
   const double left = std::clamp(dividerX, place.left(), place.right());
   if (left > place.left()) {
     painter.setClipRect(QRectF(place.topLeft(), QPointF(left, place.bottom())));
-    painter.fillRect(place, kCheckerboard);
-    DrawImage(painter, layers.before, place);
+    DrawBacked(painter, layers.before, place);
   }
   painter.restore();
 }
