@@ -152,7 +152,7 @@ TEST_F(WindowRunTest, TheNumbersUnderThePointerAreThoseOfBothFiles) {
   ASSERT_TRUE(WaitUntil([this] { return !Message().empty(); }));
   const auto numbersAt = [](const fs::path& file, int x, int y) {
     auto input = OIIO::ImageInput::open(file.string());
-    std::vector<uint16_t> samples(3 * 96 * 54);
+    std::vector<uint16_t> samples(std::size_t{3} * 96 * 54);
     EXPECT_TRUE(input->read_image(0, 0, 0, 3, OIIO::TypeDesc::UINT16, samples.data()));
     const std::size_t at = 3 * static_cast<std::size_t>(y * 96 + x);
     return QString("R %1  G %2  B %3").arg(samples[at]).arg(samples[at + 1]).arg(samples[at + 2]);
