@@ -139,8 +139,8 @@ std::vector<Target> OtherBlurs() {
   };
   return {
       directional("20", {2, 3}, "20"),
-      directional("200, along rows", {4, {}}, "200"),
-      directional("200, along columns", {4, {}}, "200-90deg"),
+      directional("200, along columns", {4, {}}, "200"),
+      directional("200, along rows", {4, {}}, "200-90deg"),
       directional("200, along diagonals", {4, {}}, "200-45deg"),
       Peer("Trail 30", "GEGL's zooming blur 0.05", Usual(1), {"Trail", "30"},
            "gegl/motion-blur-zoom/0.05"),

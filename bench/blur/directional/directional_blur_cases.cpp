@@ -6,7 +6,7 @@ namespace vitrell::bench {
 
 namespace {
 
-// Along rows at 0 and along columns at 90 degrees.
+// Down columns at 0 and along rows at 90 degrees.
 Settings Directed(double amount, double degrees) {
   return Joined(Alone("directional-blur", amount), {{"directional-blur.direction", degrees}});
 }
