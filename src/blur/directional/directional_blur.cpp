@@ -1,11 +1,14 @@
 // Directional blur: averages each pixel inside the lens along a straight line through it.
 #include "blur/directional/directional_blur.h"
 
+#include <type_traits>
+
 #include "base/depth_traits.h"
 #include "base/numeric.h"
 #include "base/pixel_access.h"
 #include "blur/directional/line_strips.h"
 #include "blur/directional/line_taps.h"
+#include "blur/directional/running_line_strips.h"
 #include "host/result.h"
 #include "host/world.h"
 #include "lens/lens_mask.h"
@@ -45,14 +48,36 @@ class LineSum {
   double weight_ = 0;
 };
 
+// Rows of a strip. A slower engine has lower strips, which threads share more evenly.
+template <typename Pixel>
+constexpr std::int32_t kStripRows =
+    std::is_same_v<Pixel, PF_Pixel> ? RunningLineStrips::kStripRows : 16;
+
 // The mask only switches the blur on per pixel; its strength does not follow the mask.
 template <typename Pixel>
-struct DirectionalStage : StripsOfRows<Pixel, LineStrips<Pixel>::kStripRows> {
+struct DirectionalStage : StripsOfRows<Pixel, kStripRows<Pixel>> {
   DirBlurRefcon refcon;
   LensMaskView mask;
   LineStrips<Pixel> tables;
+  RunningLineStrips runningTables;  // Instead of the others, where they have strips.
+
+  PF_Err Prepare(const LineTaps& taps) {
+    const PF_LayerDef& src = *refcon.io->src;
+    if constexpr (std::is_same_v<Pixel, PF_Pixel>) {
+      RETURN_IF_ERROR(runningTables.Prepare(src, mask, taps));
+    }
+    return runningTables.HasStrips() ? PF_Err_NONE : tables.Prepare(src, mask, taps);
+  }
+
+  bool HasStrips() const { return runningTables.HasStrips() || tables.HasStrips(); }
 
   bool FillStrip(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const {
+    if constexpr (std::is_same_v<Pixel, PF_Pixel>) {
+      if (runningTables.HasStrips()) {
+        runningTables.FillStrip(firstRow, endRow, out);
+        return true;
+      }
+    }
     tables.FillStrip(firstRow, endRow, out);
     return true;
   }
@@ -83,11 +108,11 @@ PF_Err RunPass(const StageCall& call, const LineTaps& taps) {
   const PF_LayerDef& src = *call.io.src;
   const PF_LayerDef& dst = *call.io.dst;
   StripPass<DirectionalStage<Pixel>> pass = {
-      {{}, {&call.io, taps.begin(), taps.count(), taps.weightSum()}, LensMaskView(dst), {}}, {}};
+      {{}, {&call.io, taps.begin(), taps.count(), taps.weightSum()}, LensMaskView(dst), {}, {}},
+      {}};
   if (IsDeep(src) == IsDeep(dst)) {
-    LineStrips<Pixel>& tables = pass.stage.tables;
-    RETURN_IF_ERROR(tables.Prepare(src, pass.stage.mask, taps));
-    if (tables.HasStrips() && !pass.strips.Reset(src.width, src.height)) {
+    RETURN_IF_ERROR(pass.stage.Prepare(taps));
+    if (pass.stage.HasStrips() && !pass.strips.Reset(src.width, src.height)) {
       return PF_Err_OUT_OF_MEMORY;
     }
   }

@@ -87,6 +87,14 @@ bool LineStrips<Pixel>::PrepareRows(std::int64_t firstTapRow, std::int64_t endTa
 
 template <typename Pixel>
 void LineStrips<Pixel>::FillStrip(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const {
+  for (std::int32_t row = firstRow; row < endRow; row += kBlockRows) {
+    FillBlocks(row, std::min(row + kBlockRows, endRow),
+               out + std::ptrdiff_t{row - firstRow} * src_.width);
+  }
+}
+
+template <typename Pixel>
+void LineStrips<Pixel>::FillBlocks(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const {
   Block block;
   for (std::int32_t column = 0; column < src_.width; column += engine_->lanes) {
     SumBlock(firstRow, endRow, column, &block);
@@ -123,7 +131,7 @@ void LineStrips<Pixel>::SumBlock(std::int32_t firstRow, std::int32_t endRow, std
     const LineView view = {planes_.Opacity(), rows_.data() + firstRow, column, planes_.count()};
     SumRows(engine_->sumWide, view, endRow - firstRow, 0.0, *block, block->weights);
   } else {
-    std::fill_n(&block->weights[0][0], kStripRows * kMaxLineLanes, weightSum_);
+    std::fill_n(&block->weights[0][0], kBlockRows * kMaxLineLanes, weightSum_);
   }
 }
 
@@ -135,7 +143,7 @@ void LineStrips<Pixel>::SumRows(SumFunction sum, const LineView& firstView, std:
                                 Value zero, const Block& block,
                                 Value (*sums)[kMaxLineLanes]) const {
   constexpr std::size_t kTapsAtOnce = 96;
-  std::fill_n(&sums[0][0], kStripRows * kMaxLineLanes, zero);
+  std::fill_n(&sums[0][0], kBlockRows * kMaxLineLanes, zero);
   for (std::size_t first = 0; first < tapCount_; first += kTapsAtOnce) {
     const LineSumTap* const begin = taps_.data() + first;
     const LineSumTap* const end = begin + std::min(kTapsAtOnce, tapCount_ - first);

@@ -28,21 +28,22 @@ class LineStrips {
 
   bool HasStrips() const { return engine_ != nullptr; }
 
-  // Writes the blurred pixels of up to kStripRows rows of the source, row-major.
+  // Writes the blurred pixels of these rows of the source, row-major.
   void FillStrip(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const;
 
-  static constexpr std::int32_t kStripRows = 16;
-
  private:
-  // The sums of one block: all rows of a strip, and as many columns as there are lanes.
+  static constexpr std::int32_t kBlockRows = 16;
+
+  // The sums of one block: these rows, and as many columns as there are lanes.
   struct Block {
-    bool isInLens[kStripRows];  // Rows without a pixel in the lens are not summed.
-    alignas(64) float colors[kColorCount][kStripRows][kMaxLineLanes];
-    alignas(64) double weights[kStripRows][kMaxLineLanes];
+    bool isInLens[kBlockRows];  // Rows without a pixel in the lens are not summed.
+    alignas(64) float colors[kColorCount][kBlockRows][kMaxLineLanes];
+    alignas(64) double weights[kBlockRows][kMaxLineLanes];
   };
 
   [[nodiscard]] bool PrepareTaps(const LineTaps& line, std::int64_t firstTapRow);
   [[nodiscard]] bool PrepareRows(std::int64_t firstTapRow, std::int64_t endTapRow);
+  void FillBlocks(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const;
   void SumBlock(std::int32_t firstRow, std::int32_t endRow, std::int32_t column,
                 Block* block) const;
   template <typename SumFunction, typename Value>
