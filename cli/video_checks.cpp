@@ -14,6 +14,8 @@
 #include "cli/video_range.h"
 #include "media/formats.h"
 #include "media/standard_streams.h"
+#include "media/video_containers.h"
+#include "media/video_form.h"
 
 namespace vitrell::cli {
 namespace {
