@@ -43,8 +43,8 @@ class VideoJob {
  private:
   void RunOrThrow() {
     CheckVideoOptions(arguments_);
-    shot_.emplace(arguments_, ParseVideoRange(arguments_.frames.frames), panel_,
-                  telling_.GetNotes());
+    const media::VideoRange range = ParseVideoRange(arguments_.frames.frames);
+    shot_.emplace(arguments_, range, range.last, panel_, telling_.GetNotes());
     const auto madeOf = [this] {
       return VideoFingerprintOf(arguments_, shot_->Settings(),
                                 {media::HashOfFile(arguments_.input), shot_->HashOfLayer()},

@@ -33,12 +33,12 @@
 namespace vitrell::cli {
 namespace {
 
-// The first frame that is wanted: all before are decoded and nothing else.
+// From the first frame of all parts on, with which the keys begin.
 media::VideoRange RangeOf(VideoFramePlan& plan) {
-  const std::optional<FrameJob> first = plan.Next();
+  const bool isEmpty = !plan.Next();
   plan.Rewind();
-  if (!first) throw Failure(kFailed, "there are no frames in this part.");
-  return {first->frame, media::VideoRange::kEnd};
+  if (isEmpty) throw Failure(kFailed, "there are no frames in this part.");
+  return {plan.FirstFrame(), media::VideoRange::kEnd};
 }
 
 class VideoFramesJob {
@@ -48,7 +48,7 @@ class VideoFramesJob {
 
   void Run() {
     CheckTargets();
-    shot_.emplace(arguments_, RangeOf(plan_), panel_, notes_);
+    shot_.emplace(arguments_, RangeOf(plan_), plan_.LastFrame(), panel_, notes_);
     HashInput();
     effectVersion_ = EffectVersion(*host_);
     sidecar_.emplace(plan_.Output());

@@ -20,7 +20,7 @@ struct VideoSlot {
 struct VideoFrameJob {
   int slot = 0;
   std::int64_t number = 0;  // of the video's frame, from 0
-  double seconds = 0;       // since the video's first one
+  double seconds = 0;       // since the first one of the range
   bool overBlack = false;   // the output stores no transparency
   media::FrameForm form;    // of the decoded frame; no format: none
   FrameJob still;           // what is rendered in its place

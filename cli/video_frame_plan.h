@@ -25,6 +25,10 @@ class VideoFramePlan {
   std::optional<FrameJob> Next();
   // From the first one again.
   void Rewind();
+  // The first frame and the last one of all parts; the last one of a set that goes to the video's
+  // end is beyond all frames.
+  std::int64_t FirstFrame() const { return frames_.Smallest(); }
+  std::int64_t LastFrame() const { return openFrames_ ? kOpen : frames_.Largest(); }
   // Whether the last one is the last of the video.
   bool IsOpen() const { return end_ == kOpen; }
   // How many there are of a video with so many frames; 0: nobody knows.

@@ -95,7 +95,7 @@ void VideoFramesRun::FillMissing() {
   FrameJob job = *wanted_;
   job.black = arguments_.frames.missing == "black";
   frame_.job.number = job.frame;
-  frame_.job.seconds = static_cast<double>(job.frame) / arguments_.effect.framesPerSecond;
+  frame_.job.seconds = shot_.SecondsOf(job.frame);
   PutIn(job, last_.get());
   wanted_ = plan_.Next();
 }

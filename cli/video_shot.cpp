@@ -25,8 +25,6 @@ extern "C" {
 namespace vitrell::cli {
 namespace {
 
-// More than any video has, where nobody asks for an end.
-
 media::VideoReader OpenReader(const RenderArguments& arguments) {
   return media::VideoReader(arguments.input,
                             media::VideoReadOptions{arguments.maxPixels, &InterruptFlag()});
@@ -40,7 +38,7 @@ look::Settings SettingsFor(const media::VideoReader& reader, const look::Panel& 
 
 }  // namespace
 
-VideoShot::VideoShot(RenderArguments& arguments, const media::VideoRange& range,
+VideoShot::VideoShot(RenderArguments& arguments, const media::VideoRange& range, std::int64_t last,
                      const look::Panel& panel, Notes& notes)
     : arguments_(arguments),
       reader_(OpenReader(arguments)),
@@ -52,7 +50,9 @@ VideoShot::VideoShot(RenderArguments& arguments, const media::VideoRange& range,
   CheckFit(arguments, settings_);
   // A pipe cannot be gone through twice.
   if (settings_.CountsFromEnd() && !media::IsStandardStream(arguments.input)) {
-    arguments.effect.length = static_cast<double>(media::CountVideoFrames(arguments.input));
+    const std::int64_t end = std::min(last, media::CountVideoFrames(arguments.input) - 1) + 1;
+    // A range behind the end is told when its first frame is read.
+    arguments.effect.length = static_cast<double>(std::max<std::int64_t>(end - range.first, 1));
   }
   timeBase_ = TimeBaseOf(settings_, arguments.effect);
 }
@@ -102,7 +102,7 @@ bool VideoShot::Next(VideoSourceFrame& frame) {
   if (!isFirst && !frames_.Next(*next_)) return false;
   frame.decoded = isFirst ? first_.get() : next_.get();
   frame.job.number = frames_.Number();
-  frame.job.seconds = static_cast<double>(frame.decoded->pts - frames_.VideoBegin()) *
+  frame.job.seconds = static_cast<double>(frame.decoded->pts - frames_.Begin()) *
                       av_q2d(reader_.Stream().time_base);
   frame.job.still.layer = LayerOf(frame.job.number);
   frame.marks = media::MakeFrame();
@@ -111,8 +111,13 @@ bool VideoShot::Next(VideoSourceFrame& frame) {
   return true;
 }
 
+double VideoShot::SecondsOf(std::int64_t number) const {
+  return static_cast<double>(number - frames_.Range().first) / timeBase_.framesPerSecond;
+}
+
 look::Settings VideoShot::SettingsAt(std::int64_t number, double seconds) const {
-  return SettingsOfFrame(settings_, timeBase_, static_cast<double>(number), seconds);
+  const std::int64_t index = number - frames_.Range().first;
+  return SettingsOfFrame(settings_, timeBase_, static_cast<double>(index), seconds);
 }
 
 }  // namespace vitrell::cli

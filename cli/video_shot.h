@@ -21,11 +21,12 @@ namespace vitrell::cli {
 
 class VideoShot : public VideoSource {
  public:
-  // Opens INPUT, whose rate and length take the place of --fps and --length in the arguments, and
-  // checks names and settings. Frames outside the range are not given. The arguments must outlive
-  // it. Throws Failure.
-  VideoShot(RenderArguments& arguments, const media::VideoRange& range, const look::Panel& panel,
-            Notes& notes);
+  // Opens INPUT, whose rate takes the place of --fps in the arguments, and the length of what is
+  // rendered that of --length, and checks names and settings. Frames outside the range are not
+  // given; of those that are, `last` is the last one that is rendered (or the video's own). The
+  // arguments must outlive it. Throws Failure.
+  VideoShot(RenderArguments& arguments, const media::VideoRange& range, std::int64_t last,
+            const look::Panel& panel, Notes& notes);
 
   // Decodes the first frame to render, on which size, depth and fitted presets depend. Throws
   // Failure, also where there is none.
@@ -60,7 +61,10 @@ class VideoShot : public VideoSource {
   // Of all its files.
   std::string HashOfLayer() const { return layers_.Hash(); }
 
-  // The values at the video's frame with this number, from 0, so many seconds after the first.
+  // How long after the first frame of the range one with this number is shown at a constant rate.
+  double SecondsOf(std::int64_t number) const;
+  // The values at the video's frame with this number, shown so many seconds after the first frame
+  // of the range, which is frame 0 of the keys.
   look::Settings SettingsAt(std::int64_t number, double seconds) const;
 
  private:

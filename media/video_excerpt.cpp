@@ -37,7 +37,6 @@ bool VideoExcerpt::Next(AVFrame& frame) {
 
 bool VideoExcerpt::SkipToFirst(AVFrame& frame) {
   if (!reader_.Next(frame)) return false;
-  videoBegin_ = frame.pts;
   while (number_ + 1 < range_.first) {
     ++number_;
     DropPacketsBefore(frame.pts);

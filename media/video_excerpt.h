@@ -38,9 +38,7 @@ class VideoExcerpt {
   bool Next(AVFrame& frame);
   // Of the frame that Next gave last.
   std::int64_t Number() const { return number_; }
-  // When the video's first frame is shown, and the first one of the range, in the video's time
-  // base; known with the first frame.
-  std::int64_t VideoBegin() const { return videoBegin_; }
+  // When the first frame of the range is shown, in the video's time base; known with that frame.
   std::int64_t Begin() const { return begin_; }
 
   // The packets of other streams that come before the frame that Next gives next, or behind the
@@ -61,7 +59,6 @@ class VideoExcerpt {
   VideoReader& reader_;
   VideoRange range_;
   std::int64_t number_ = -1;
-  std::int64_t videoBegin_ = 0;
   std::int64_t begin_ = 0;
   std::int64_t reached_ = 0;  // packets before this time can be handed on
   bool ended_ = false;

@@ -46,11 +46,10 @@ class VideoFramesRunTest : public VideoTest {
 
 TEST_F(VideoFramesRunTest, TheyAreThoseOfTheWholeVideo) {
   MakeVideo("in.mkv", "-c:v ffv1 -pix_fmt bgr0 -c:a pcm_s16le");
-  const std::vector<std::string> moving = {"--set", "lens.type=none", "--set",
-                                           "fast-blur.amount=0s=0; 1s=20"};
+  const std::vector<std::string> look = {"--set", "lens.type=none", "--set", "fast-blur.amount=5"};
   const auto render = [&](const std::string& output, const std::vector<std::string>& frames) {
     std::vector<std::string> arguments = {"render", "in.mkv", output, "--quiet"};
-    arguments.insert(arguments.end(), moving.begin(), moving.end());
+    arguments.insert(arguments.end(), look.begin(), look.end());
     arguments.insert(arguments.end(), frames.begin(), frames.end());
     return Run(arguments).exitCode;
   };
@@ -75,6 +74,30 @@ TEST_F(VideoFramesRunTest, TheyAreThoseOfTheWholeVideo) {
   expect("25-29", 25, 5);
   ASSERT_EQ(render("all.mkv", {"--frames", "0-"}), 0);
   EXPECT_TRUE(ReadFile("all.mkv") == ReadFile("whole.mkv"));
+}
+
+// Frame 0 is the first one that is rendered, and frame -1 the last one.
+TEST_F(VideoFramesRunTest, KeysBeginAndEndWithWhatIsRendered) {
+  MakeVideo("in.mkv", "-c:v ffv1 -pix_fmt bgr0 -c:a pcm_s16le");
+  const auto render = [&](const std::string& output, const std::string& keys,
+                          const std::vector<std::string>& options) {
+    std::vector<std::string> arguments = {"render", "in.mkv", output, "--quiet", "--force"};
+    arguments.insert(arguments.end(), {"--set", "lens.type=none", "--set", keys});
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return Run(arguments).exitCode;
+  };
+  ASSERT_EQ(render("whole.mkv", "fast-blur.amount=10=0; 15=20; 19=5", {}), 0);
+  const std::string whole = FrameHashes("whole.mkv", "bgr0");
+  const std::size_t line = whole.size() / 30;
+  const std::string expected = whole.substr(10 * line, 10 * line);
+  const std::vector<std::string> range = {"--frames", "10-19"};
+  for (const char* keys : {"fast-blur.amount=0=0; 5=20; 9=5", "fast-blur.amount=0s=0; 0.2s=20; 9=5",
+                           "fast-blur.amount=-10=0; -5=20; -1=5"}) {
+    ASSERT_EQ(render("out.mkv", keys, range), 0) << keys;
+    EXPECT_EQ(FrameHashes("out.mkv", "bgr0"), expected) << keys;
+  }
+  ASSERT_EQ(render("out.mkv", "fast-blur.amount=0=0; -15=20; -11=5", {"--frames", "10-"}), 0);
+  EXPECT_EQ(FrameHashes("out.mkv", "bgr0").substr(0, 10 * line), expected);
 }
 
 TEST_F(VideoFramesRunTest, ChaptersAndTimecodeMoveAlong) {

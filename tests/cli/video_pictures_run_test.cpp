@@ -100,6 +100,29 @@ TEST_F(VideoPicturesRunTest, FramesAreChosenAndRenumbered) {
   ExpectMessage(Render({"--channels", "R"}), 2, {"--channels"});
 }
 
+// Frame 0 is the first one of all parts, and frame -1 the last one.
+TEST_F(VideoPicturesRunTest, KeysBeginAndEndWithWhatIsRendered) {
+  MakeVideo(10);
+  const auto render = [&](const std::string& output, const std::string& keys,
+                          const std::vector<std::string>& more) {
+    std::vector<std::string> options = {"--force", "--set", "fast-blur.amount=" + keys};
+    options.insert(options.end(), more.begin(), more.end());
+    return Render(options, output).exitCode;
+  };
+  ASSERT_EQ(render("out/whole.####.png", "3=0; 5=20; 8=5", {}), 0);
+  const std::string whole = Hashes("out/whole.", 0, "rgb24");
+  const std::size_t line = whole.size() / 10;
+  const std::string expected = whole.substr(3 * line, 6 * line);
+  for (const char* keys : {"0=0; 2=20; 5=5", "0s=0; 0.08s=20; 5=5", "-6=0; -4=20; -1=5"}) {
+    for (const char* part : {"1/3", "2/3", "3/3"}) {
+      ASSERT_EQ(render("out/part.####.png", keys, {"--frames", "3-8", "--part", part}), 0) << keys;
+    }
+    EXPECT_EQ(Hashes("out/part.", 3, "rgb24"), expected) << keys;
+  }
+  ASSERT_EQ(render("out/open.####.png", "0=0; 2=20; -2=5", {"--frames", "3-", "--part", "2/2"}), 0);
+  EXPECT_EQ(Hashes("out/open.", 6, "rgb24"), whole.substr(6 * line, 4 * line));
+}
+
 TEST_F(VideoPicturesRunTest, MissingFramesAreToldHeldOrBlack) {
   MakeVideo(4);
   const std::vector<std::string> five = {"--frames", "2-5", "--quiet"};
