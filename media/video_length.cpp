@@ -1,7 +1,7 @@
 // Headers, indices and the ends of files.
 #include "media/video_length.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <string_view>
 
 #include "media/video_messages.h"
@@ -9,21 +9,21 @@
 extern "C" {
 #include <libavutil/avutil.h>
 #include <libavutil/dict.h>
+#include <libavutil/parseutils.h>
 }
 
 namespace vitrell::media {
 namespace {
 
+// A header that tells more is wrong.
+constexpr double kMostFrames = 1e15;
+
 // What Matroska tells of a stream: "00:00:02.000000000". In seconds; 0: nothing.
 double TaggedSeconds(const AVStream& stream) {
   const AVDictionaryEntry* tag = av_dict_get(stream.metadata, "DURATION", nullptr, 0);
-  int hours = 0;
-  int minutes = 0;
-  double seconds = 0;
-  if (tag == nullptr || std::sscanf(tag->value, "%d:%d:%lf", &hours, &minutes, &seconds) != 3) {
-    return 0;
-  }
-  return hours * 3600.0 + minutes * 60.0 + seconds;
+  std::int64_t microseconds = 0;
+  if (tag == nullptr || av_parse_time(&microseconds, tag->value, 1) < 0) return 0;
+  return static_cast<double>(microseconds) / AV_TIME_BASE;
 }
 
 }  // namespace
@@ -37,7 +37,9 @@ std::int64_t FramesInHeader(const AVFormatContext& container, const AVStream& st
   } else if (seconds <= 0 && container.duration > 0) {
     seconds = static_cast<double>(container.duration) / AV_TIME_BASE;
   }
-  return static_cast<std::int64_t>(seconds * av_q2d(frameRate) + 0.5);
+  const double frames = seconds * av_q2d(frameRate);
+  if (!(frames > 0)) return 0;
+  return static_cast<std::int64_t>(std::min(frames, kMostFrames) + 0.5);
 }
 
 std::string ShortageOf(const AVFormatContext& container, const AVStream& stream,

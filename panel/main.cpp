@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QMessageBox>
+#include <clocale>
 #include <exception>
 
 #include "media/video_messages.h"
@@ -57,6 +58,9 @@ int Run(const QApplication& application) {
 int main(int argc, char** argv) {
   QApplication::setStyle(kStyle);
   const QApplication application(argc, argv);
+  // Qt has taken the desktop's locale, whose decimal comma the libraries of pictures and videos
+  // would read and write, too.
+  std::setlocale(LC_NUMERIC, "C");
   QApplication::setOrganizationName("vitrell");
   QApplication::setApplicationName("vitrell-panel");
   QApplication::setApplicationDisplayName("Vitrell");

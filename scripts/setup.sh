@@ -18,6 +18,8 @@ packages=(
   frei0r-plugins-dev libavformat-dev libavcodec-dev libavutil-dev libswscale-dev
   # what the tests compare metadata and videos with
   libimage-exiftool-perl ffmpeg
+  # a locale with a decimal comma
+  locales
 )
 
 for argument in "$@"; do
