@@ -83,10 +83,10 @@ check_tsan() { run_sanitized_suite tsan "$one_thread"; }
 check_aarch64() {
   install_packages g++-aarch64-linux-gnu googletest qemu-user-static || return 1
   build_preset aarch64 platform_hash_test lane_sums_test line_sums_test running_line_sums_test \
-    weighted_lines_test bilinear_samples_test blend_modes_test || return 1
+    box_lines_test weighted_lines_test bilinear_samples_test blend_modes_test || return 1
   say "Testing build/aarch64"
   ctest --test-dir build/aarch64 --parallel "$jobs" --no-tests=error --output-on-failure \
-    -R '^PlatformHashTest|(LaneEngines|LineEngines|RunningSums|WeightedLines|BilinearSamples|BlendPass)Test'
+    -R '^PlatformHashTest|(LaneEngines|LineEngines|RunningSums|BoxLines|WeightedLines|BilinearSamples|BlendPass)Test'
 }
 
 check_bundle() { bash scripts/build-macos.sh --test; }

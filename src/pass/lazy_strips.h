@@ -51,8 +51,7 @@ class LazyStrips {
   // The same with the pixels in rows of the caller's, at least `width` long; of memory only the
   // strips' states are used.
   [[nodiscard]] bool Reset(std::int32_t width, std::int32_t height, const StripRows<Pixel>& rows,
-                           StripMemory<Pixel>* memory) requires(kStripSize == 1 &&
-                                                                kLines == StripLines::kRows) {
+                           StripMemory<Pixel>* memory) requires(kLines == StripLines::kRows) {
     return ResetStates(width, height, rows, memory);
   }
 
@@ -73,8 +72,9 @@ class LazyStrips {
 
   // The pixel at (column, row); if no thread has claimed its strip, the strip is computed first by
   // fill(firstLine, endLine, address of the first pixel of firstLine), with rows one image width
-  // apart. Null outside the image and while another thread is computing the strip. If fill returns
-  // false, the strip stays unclaimed and a later pixel tries again.
+  // apart, or as far as the caller's own. Null outside the image and while another thread is
+  // computing the strip. If fill returns false, the strip stays unclaimed and a later pixel tries
+  // again.
   template <typename FillStrip>
   const Pixel* PixelOrFill(std::int32_t column, std::int32_t row, const FillStrip& fill) {
     if (!Contains(column, row)) {
@@ -135,11 +135,11 @@ class LazyStrips {
   static std::size_t StripOf(std::int32_t column, std::int32_t row) {
     return static_cast<std::uint32_t>(kIsRows ? row : column) / kStripSize;
   }
-  std::size_t PlaceInStrip(std::int32_t column, std::int32_t row) const {
+  std::ptrdiff_t PlaceInStrip(std::int32_t column, std::int32_t row) const {
     const auto x = static_cast<std::uint32_t>(column);
     const auto y = static_cast<std::uint32_t>(row);
-    return kIsRows ? std::size_t{y % kStripSize} * width_ + x
-                   : std::size_t{y} * width_ + x % kStripSize;
+    return kIsRows ? std::ptrdiff_t{y % kStripSize} * rows_.pitch + x
+                   : std::ptrdiff_t{y} * rows_.pitch + x % kStripSize;
   }
 
   std::uint32_t width_ = 0;

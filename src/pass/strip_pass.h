@@ -21,8 +21,8 @@ concept StripStage = requires(Stage& stage, const typename Stage::Pixel& in,
   { Stage::kStripLines } -> std::convertible_to<StripLines>;
 
   // Computes the lines from the first number up to, but not including, the second. out is the
-  // address of the first line's first pixel; rows are one strip width apart. False if it cannot be
-  // done now and has to be tried again.
+  // address of the first line's first pixel; rows are one strip width apart, or as far as those
+  // that the strips were given. False if it cannot be done now and has to be tried again.
   { stage.FillStrip(number, number, out) } -> std::same_as<bool>;
 
   // The definition: computes the pixel at layer position (x, y) alone. Used outside the strips and

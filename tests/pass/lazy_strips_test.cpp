@@ -117,7 +117,8 @@ TEST(LazyStripsTest, MemoryIsHandedOnWithoutItsStrips) {
 }
 
 // Bottom up, with a gap between rows, and not a pixel more than the rows.
-TEST(LazyStripsTest, RowsOfTheCallers) {
+template <std::int32_t kStripSize>
+void ExpectRowsOfTheCallers() {
   constexpr std::int32_t kWidth = 3;
   constexpr std::int32_t kHeight = 4;
   constexpr std::ptrdiff_t kPitch = 5;
@@ -125,11 +126,14 @@ TEST(LazyStripsTest, RowsOfTheCallers) {
   std::vector<PF_Pixel> image(kPitch * kHeight, untouched);
   PF_Pixel* const lastRow = image.data() + kPitch * (kHeight - 1);
   StripMemory<PF_Pixel> memory;
-  LazyStrips<PF_Pixel, 1> strips;
+  LazyStrips<PF_Pixel, kStripSize> strips;
   ASSERT_TRUE(strips.Reset(kWidth, kHeight, {lastRow, -kPitch}, &memory));
-  const auto fill = [](std::int32_t row, std::int32_t, PF_Pixel* out) {
-    for (std::int32_t x = 0; x < kWidth; ++x) {
-      out[x] = {1, static_cast<A_u_char>(x), static_cast<A_u_char>(row), 0};
+  const auto fill = [](std::int32_t first, std::int32_t end, PF_Pixel* out) {
+    for (std::int32_t row = first; row < end; ++row) {
+      for (std::int32_t x = 0; x < kWidth; ++x) {
+        (out - kPitch * (row - first))[x] = {1, static_cast<A_u_char>(x),
+                                             static_cast<A_u_char>(row), 0};
+      }
     }
     return true;
   };
@@ -146,6 +150,11 @@ TEST(LazyStripsTest, RowsOfTheCallers) {
     EXPECT_EQ(image[i].alpha, i % kPitch < kWidth ? 1 : untouched.alpha) << i;
   }
   EXPECT_EQ(memory.pixels.size(), 0U);
+}
+
+TEST(LazyStripsTest, RowsOfTheCallers) {
+  ExpectRowsOfTheCallers<1>();
+  ExpectRowsOfTheCallers<3>();
 }
 
 }  // namespace

@@ -12,7 +12,6 @@
 #include <type_traits>
 
 #include "base/numeric.h"
-#include "host/host_api.h"
 #include "simd/pixel_lanes.h"
 
 namespace vitrell {
@@ -22,40 +21,17 @@ inline constexpr std::int32_t kMaxRadiusOfSingleMeans = 4096;
 // Up to this radius, sums of 16-bit channels stay below 2^31.
 inline constexpr std::int32_t kMaxRadiusOf32BitSums = 16383;
 
-// For 8-bit pixels and a radius up to kMaxRadiusOfSingleMeans.
-class SingleMeans {
- public:
-  using Sums = U32Lanes;
-  explicit SingleMeans(std::int32_t radiusPx)
-      : inverseTaps_(1.0F / (2.0F * static_cast<float>(radiusPx) + 1.0F)) {}
+// What turns 32-bit sums into means: 8-bit ones up to kMaxRadiusOfSingleMeans in single precision,
+// all others up to kMaxRadiusOf32BitSums in double precision.
+struct BoxScale {
+  explicit BoxScale(std::int32_t radiusPx = 0)
+      : inverseTaps(1.0 / (2.0 * radiusPx + 1.0)),
+        single(1.0F / (2.0F * static_cast<float>(radiusPx) + 1.0F)),
+        isSingle(radiusPx <= kMaxRadiusOfSingleMeans) {}
 
-  template <typename Pixel>
-  void Store(const Sums& sums, const Pixel& alphaOf, Pixel* out) const {
-    const F32Lanes values =
-        __builtin_convertvector(reinterpret_cast<I32Lanes>(sums), F32Lanes) * inverseTaps_ + 0.5F;
-    StoreColors(TruncateLanes(values), alphaOf, out);
-  }
-
- private:
-  float inverseTaps_;
-};
-
-// For both depths and a radius up to kMaxRadiusOf32BitSums.
-class DoubleMeans {
- public:
-  using Sums = U32Lanes;
-  explicit DoubleMeans(std::int32_t radiusPx) : inverseTaps_(1.0 / (2.0 * radiusPx + 1.0)) {}
-
-  template <typename Pixel>
-  void Store(const Sums& sums, const Pixel& alphaOf, Pixel* out) const {
-    F64Pair low;
-    F64Pair high;
-    WidenLanes(sums, &low, &high);
-    StoreColors(TruncateLanes(low * inverseTaps_ + 0.5, high * inverseTaps_ + 0.5), alphaOf, out);
-  }
-
- private:
-  double inverseTaps_;
+  double inverseTaps;
+  float single;
+  bool isSingle;  // Of 8-bit pixels.
 };
 
 // Four 64-bit sums, for radii beyond the range of every slider.
@@ -82,35 +58,19 @@ struct WideSums {
   }
 };
 
-// For both depths and any radius.
-class WideMeans {
- public:
-  using Sums = WideSums;
-  explicit WideMeans(std::int32_t radiusPx) : inverseTaps_(1.0 / (2.0 * radiusPx + 1.0)) {}
-
-  template <typename Pixel>
-  void Store(const Sums& sums, const Pixel& alphaOf, Pixel* out) const {
-    const auto mean = [&](int i) {
-      return TruncateToInt32(static_cast<double>(sums.lane[i]) * inverseTaps_ + 0.5);
-    };
-    StoreColors(I32Lanes{0, mean(1), mean(2), mean(3)}, alphaOf, out);
-  }
-
- private:
-  double inverseTaps_;
-};
-
+// A pixel's four channels, in memory order.
 template <typename Sums, typename Pixel>
-inline Sums LoadSums(const Pixel* pixel) {
+Sums ChannelSums(const Pixel& pixel) {
   if constexpr (std::is_same_v<Sums, U32Lanes>) {
-    return LoadLanes(pixel);
+    return LoadLanes(&pixel);
   } else {
-    return {{pixel->alpha, pixel->red, pixel->green, pixel->blue}};
+    return {{pixel.alpha, pixel.red, pixel.green, pixel.blue}};
   }
 }
 
+// A factor is a number of times in two's complement.
 template <typename Sums>
-inline Sums ScaleSums(const Sums& sums, std::uint64_t factor) {
+Sums Times(const Sums& sums, std::uint64_t factor) {
   if constexpr (std::is_same_v<Sums, U32Lanes>) {
     return sums * static_cast<std::uint32_t>(factor);
   } else {
@@ -118,15 +78,9 @@ inline Sums ScaleSums(const Sums& sums, std::uint64_t factor) {
   }
 }
 
-// sums, negated if sign is the two's complement of -1.
-template <typename Sums>
-inline Sums SignSums(const Sums& sums, std::uint64_t sign) {
-  if constexpr (std::is_same_v<Sums, U32Lanes>) {
-    const auto mask = static_cast<std::uint32_t>(sign == 1 ? 0 : -1);
-    return (sums ^ mask) - mask;
-  } else {
-    return sums * sign;
-  }
+// The mean of a 64-bit sum, for both depths and any radius.
+inline std::int32_t WideMean(std::uint64_t sum, double inverseTaps) {
+  return TruncateToInt32(static_cast<double>(sum) * inverseTaps + 0.5);
 }
 
 }  // namespace vitrell

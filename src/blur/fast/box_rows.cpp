@@ -22,14 +22,32 @@ Sums FirstWindow(const Pixel* row, std::int64_t width, std::int64_t radiusPx) {
   Sums sums = {};
   if (wholePeriods > 0) {
     for (std::int64_t column = 0; column < width; ++column) {
-      sums = sums + LoadSums<Sums>(row + column);
+      sums = sums + ChannelSums<Sums>(row[column]);
     }
-    sums = ScaleSums(sums + sums - LoadSums<Sums>(row), static_cast<std::uint64_t>(wholePeriods));
+    sums = Times(sums + sums - ChannelSums<Sums>(row[0]), static_cast<std::uint64_t>(wholePeriods));
   }
   for (std::int64_t tap = wholePeriods * period; tap < taps; ++tap) {
-    sums = sums + LoadSums<Sums>(row + FoldCoordinate(tap - radiusPx, width));
+    sums = sums + ChannelSums<Sums>(row[FoldCoordinate(tap - radiusPx, width)]);
   }
   return sums;
+}
+
+// A prefix sum of the columns: a stored one, and the rows between.
+struct PrefixSum {
+  std::int64_t stored;  // Index of the stored sum.
+  std::int64_t first;   // Rows that are added to it,
+  std::int64_t last;
+  bool isBeyond;  // or subtracted, since the stored sum has them already.
+};
+
+// The sum of the first `end` of so many rows.
+PrefixSum NearestPrefixSum(std::int64_t end, std::int64_t height) {
+  const std::int64_t above = end / kSumSpacing;
+  const std::int64_t next = std::min((above + 1) * kSumSpacing, height);
+  if (next - end < end - above * kSumSpacing) {
+    return {above + 1, end, next, true};
+  }
+  return {above, above * kSumSpacing, end, false};
 }
 
 }  // namespace
@@ -43,23 +61,12 @@ bool BoxRows<Pixel>::Prepare(BoxAxis axis, const PF_LayerDef& src, std::int32_t 
   if (empty) {
     return true;
   }
-  if (axis == BoxAxis::kColumns) {
-    return radiusPx <= kMaxRadiusOf32BitSums ? PrepareColumnSums<DoubleMeans>()
-                                             : PrepareColumnSums<WideMeans>();
+  scale_ = BoxScale(radiusPx);
+  if (axis == BoxAxis::kRows) {
+    return PrepareRowSteps();
   }
-  const auto width = static_cast<std::size_t>(src.width);
-  if ((entering_.size() < width && !entering_.Allocate(width)) ||
-      (leaving_.size() < width && !leaving_.Allocate(width))) {
-    return false;
-  }
-  for (std::int64_t column = 0; column < src.width; ++column) {
-    const auto fold = [&](std::int64_t position) {
-      return static_cast<std::uint32_t>(FoldCoordinate(position, src.width));
-    };
-    entering_[static_cast<std::size_t>(column)] = fold(column + radiusPx);
-    leaving_[static_cast<std::size_t>(column)] = fold(column - 1 - radiusPx);
-  }
-  return true;
+  return radiusPx <= kMaxRadiusOf32BitSums ? PrepareColumnSums(&sums_)
+                                           : PrepareColumnSums(&wideSums_);
 }
 
 template <typename Pixel>
@@ -68,160 +75,166 @@ const Pixel* BoxRows<Pixel>::SourceRow(std::int64_t row) const {
 }
 
 template <typename Pixel>
-void BoxRows<Pixel>::FillRow(std::int32_t row, Pixel* out) const {
-  const auto fill = [&]<typename Means>(Means*) {
-    return axis_ == BoxAxis::kRows ? FillAlongRow<Means>(row, out)
-                                   : FillDownColumns<Means>(row, out);
-  };
-  if (std::is_same_v<Pixel, PF_Pixel> && radiusPx_ <= kMaxRadiusOfSingleMeans) {
-    fill(static_cast<SingleMeans*>(nullptr));
-  } else if (radiusPx_ <= kMaxRadiusOf32BitSums) {
-    fill(static_cast<DoubleMeans*>(nullptr));
+template <typename Sums>
+const BoxEngine<Pixel, Sums>& BoxRows<Pixel>::Engine() const {
+  if constexpr (std::is_same_v<Sums, WideSums>) {
+    return WideBoxEngine<Pixel>();
   } else {
-    fill(static_cast<WideMeans*>(nullptr));
+    return *engine_;
   }
 }
 
 template <typename Pixel>
-template <typename Means>
-void BoxRows<Pixel>::FillAlongRow(std::int32_t row, Pixel* out) const {
-  using Sums = typename Means::Sums;
-  const Means means(radiusPx_);
-  const Pixel* const source = SourceRow(row);
-  Sums sums = FirstWindow<Sums>(source, src_.width, radiusPx_);
-  means.Store(sums, source[0], out);
-  for (std::int32_t column = 1; column < src_.width; ++column) {
-    sums = sums + LoadSums<Sums>(source + entering_[static_cast<std::size_t>(column)]) -
-           LoadSums<Sums>(source + leaving_[static_cast<std::size_t>(column)]);
-    means.Store(sums, source[column], out + column);
+void BoxRows<Pixel>::FillRows(std::int32_t firstRow, std::int32_t endRow, Pixel* out,
+                              std::ptrdiff_t pitch) const {
+  if (radiusPx_ <= kMaxRadiusOf32BitSums) {
+    Fill(sums_.data(), firstRow, endRow, out, pitch);
+  } else {
+    Fill(wideSums_.data(), firstRow, endRow, out, pitch);
   }
 }
 
 template <typename Pixel>
-template <typename Means>
-bool BoxRows<Pixel>::PrepareColumnSums() {
-  using Sums = typename Means::Sums;
-  const std::int64_t width = src_.width;
-  const std::int64_t stored = (src_.height + kSumSpacing - 1) / kSumSpacing + 1;
-  auto& buffer = [this]() -> Buffer<Sums>& {
-    if constexpr (std::is_same_v<Sums, WideSums>) {
-      return wideSums_;
-    } else {
-      return sums_;
-    }
-  }();
-  const auto count = static_cast<std::size_t>(stored * width);
-  if (buffer.size() < count && !buffer.Allocate(count)) {
+template <typename Sums>
+void BoxRows<Pixel>::Fill(const Sums* stored, std::int32_t firstRow, std::int32_t endRow,
+                          Pixel* out, std::ptrdiff_t pitch) const {
+  if (axis_ == BoxAxis::kColumns) {
+    FillDownColumns(stored, firstRow, endRow, out, pitch);
+    return;
+  }
+  for (std::int32_t row = firstRow; row < endRow; ++row) {
+    FillAlongRow<Sums>(row, out + (row - firstRow) * pitch);
+  }
+}
+
+template <typename Pixel>
+bool BoxRows<Pixel>::PrepareRowSteps() {
+  const auto width = static_cast<std::size_t>(src_.width);
+  if ((entering_.size() < width && !entering_.Allocate(width)) ||
+      (leaving_.size() < width && !leaving_.Allocate(width))) {
     return false;
   }
-  Sums* above = buffer.data();
-  for (std::int64_t column = 0; column < width; ++column) {
-    above[column] = Sums{};
+  for (std::int64_t column = 0; column < src_.width; ++column) {
+    const auto fold = [&](std::int64_t position) {
+      return static_cast<std::uint32_t>(FoldCoordinate(position, src_.width));
+    };
+    entering_[static_cast<std::size_t>(column)] = fold(column + radiusPx_);
+    leaving_[static_cast<std::size_t>(column)] = fold(column - 1 - radiusPx_);
   }
+  return true;
+}
+
+template <typename Pixel>
+template <typename Sums>
+void BoxRows<Pixel>::FillAlongRow(std::int32_t row, Pixel* out) const {
+  const BoxEngine<Pixel, Sums>& engine = Engine<Sums>();
+  const Pixel* const source = SourceRow(row);
+  const auto entering = [&](std::int32_t column) {
+    return source + entering_[static_cast<std::size_t>(column)];
+  };
+  const auto leaving = [&](std::int32_t column) {
+    return source + leaving_[static_cast<std::size_t>(column)];
+  };
+  // Where no pixel that enters or leaves is reflected, both move on with the window.
+  const std::int64_t plainBegin = std::int64_t{radiusPx_} + 1;
+  const std::int64_t plainEnd = std::int64_t{src_.width} - radiusPx_;
+  Sums window = FirstWindow<Sums>(source, src_.width, radiusPx_) - ChannelSums<Sums>(*entering(0)) +
+                ChannelSums<Sums>(*leaving(0));
+  for (std::int32_t first = 0; first < src_.width; first += kBoxBlock) {
+    const std::int32_t end = std::min(src_.width, first + kBoxBlock);
+    Sums sums[kBoxBlock];
+    for (std::int32_t column = first; column < end;) {
+      const bool isPlain = column >= plainBegin && column < plainEnd;
+      const std::int32_t count =
+          isPlain ? static_cast<std::int32_t>(std::min<std::int64_t>(end, plainEnd)) - column : 1;
+      engine.slide(entering(column), leaving(column), count, &window, sums + (column - first));
+      column += count;
+    }
+    engine.means(sums, end - first, scale_, out + first);
+  }
+}
+
+template <typename Pixel>
+template <typename Sums>
+bool BoxRows<Pixel>::PrepareColumnSums(Buffer<Sums>* buffer) {
+  const BoxEngine<Pixel, Sums>& engine = Engine<Sums>();
+  const std::int64_t width = src_.width;
+  const std::int64_t stored = (src_.height + kSumSpacing - 1) / kSumSpacing + 1;
+  const auto count = static_cast<std::size_t>(stored * width);
+  if (buffer->size() < count && !buffer->Allocate(count)) {
+    return false;
+  }
+  Sums* above = buffer->data();
+  std::fill_n(above, width, Sums{});
   for (std::int64_t row = 0; row < src_.height; row += kSumSpacing) {
     Sums* const below = above + width;
-    const std::int64_t rows = std::min(kSumSpacing, src_.height - row);
-    for (std::int64_t column = 0; column < width; ++column) {
-      Sums sums = above[column];
-      for (std::int64_t i = 0; i < rows; ++i) {
-        sums = sums + LoadSums<Sums>(SourceRow(row + i) + column);
+    const std::int64_t endRow = std::min(row + kSumSpacing, std::int64_t{src_.height});
+    for (std::int32_t first = 0; first < src_.width; first += kBoxBlock) {
+      const std::int32_t pixels = std::min(src_.width - first, kBoxBlock);
+      std::copy_n(above + first, pixels, below + first);
+      for (std::int64_t i = row; i < endRow; ++i) {
+        engine.add(SourceRow(i) + first, pixels, below + first);
       }
-      below[column] = sums;
     }
     above = below;
   }
   return true;
 }
 
-// The sum of a window down the columns, expressed by stored prefix sums and single rows.
-template <typename Pixel, typename Sums>
-struct ColumnWindow {
-  const Sums* high;
-  const Sums* low;
-  std::uint64_t highFactor;
-  std::uint64_t lowFactor;
-  const Pixel* added[kSumSpacing];
-  const Pixel* taken[kSumSpacing];
-  int addedCount = 0;
-  int takenCount = 0;
-};
-
+// Sums of the windows around neighbouring pixels of one row.
 template <typename Pixel>
-template <typename Means>
-void BoxRows<Pixel>::FillDownColumns(std::int32_t row, Pixel* out) const {
-  using Sums = typename Means::Sums;
-  const Means means(radiusPx_);
-  const BoxWindow window = MakeBoxWindow(src_.height, row, radiusPx_);
-  ColumnWindow<Pixel, Sums> terms;
-  const auto locate = [&](std::int64_t end, std::uint64_t factor) {
-    const bool plus = factor == 1;
-    const auto use = [&](std::int64_t first, std::int64_t last, bool add) {
-      for (std::int64_t i = first; i < last; ++i) {
-        (add ? terms.added[terms.addedCount++] : terms.taken[terms.takenCount++]) = SourceRow(i);
-      }
-    };
-    const std::int64_t above = end / kSumSpacing;
-    const std::int64_t next = std::min<std::int64_t>((above + 1) * kSumSpacing, src_.height);
-    const bool fromBelow = next - end < end - above * kSumSpacing;
-    use(above * kSumSpacing, fromBelow ? above * kSumSpacing : end, plus);
-    use(end, fromBelow ? next : end, !plus);
-    return StoredSums<Sums>() + (fromBelow ? above + 1 : above) * src_.width;
-  };
-  terms.high = locate(window.high, window.highSign);
-  terms.low = locate(window.low, window.lowSign);
-  terms.highFactor = window.highSign;
-  terms.lowFactor = window.lowSign;
-  const Sums* const whole =
-      StoredSums<Sums>() + (src_.height + kSumSpacing - 1) / kSumSpacing * src_.width;
-  const Pixel* const firstRow = SourceRow(0);
-  const Pixel* const source = SourceRow(row);
-  // A window that extends beyond each edge by less than one reflection needs no multiplication.
-  const bool isFoldedBelow = window.wholeFactor == 2;
-  const bool isFoldedAbove = window.firstFactor == static_cast<std::uint64_t>(-1);
-  const bool isFoldedOnce = !window.inside && (isFoldedBelow || window.wholeFactor == 0) &&
-                            (isFoldedAbove || window.firstFactor == 0);
-  const auto store = [&](std::int64_t column, Sums sums) {
-    sums = sums + SignSums(terms.high[column], terms.highFactor) +
-           SignSums(terms.low[column], terms.lowFactor);
-    if (isFoldedOnce) {
-      const Sums twice = whole[column] + whole[column];
-      sums = isFoldedBelow ? sums + twice : sums;
-      sums = isFoldedAbove ? sums - LoadSums<Sums>(firstRow + column) : sums;
-    } else if (!window.inside) {
-      sums = sums + ScaleSums(whole[column], window.wholeFactor) +
-             ScaleSums(LoadSums<Sums>(firstRow + column), window.firstFactor);
+template <typename Sums>
+void BoxRows<Pixel>::SumWindows(const Sums* stored, const BoxWindow& window, std::int32_t column,
+                                std::int32_t count, Sums* sums) const {
+  const BoxEngine<Pixel, Sums>& engine = Engine<Sums>();
+  const std::int64_t width = src_.width;
+  const std::int64_t height = src_.height;
+  std::fill_n(sums, count, Sums{});
+  const auto addPrefixSum = [&](std::int64_t end, bool isAdded) {
+    const PrefixSum prefix = NearestPrefixSum(end, height);
+    const Sums* const nearest = stored + prefix.stored * width + column;
+    for (std::int32_t i = 0; i < count; ++i) {
+      sums[i] = isAdded ? sums[i] + nearest[i] : sums[i] - nearest[i];
     }
-    means.Store(sums, source[column], out + column);
-  };
-  std::int64_t column = 0;
-  if constexpr (std::is_same_v<Sums, U32Lanes>) {
-    for (; column + PixelGroup::kPixels <= src_.width; column += PixelGroup::kPixels) {
-      const PixelGroup group =
-          SumRowGroups(terms.added, terms.addedCount, terms.taken, terms.takenCount, column);
-      for (int i = 0; i < PixelGroup::kPixels; ++i) {
-        store(column + i, group.lanes[i]);
-      }
+    const auto move = isAdded != prefix.isBeyond ? engine.add : engine.subtract;
+    for (std::int64_t row = prefix.first; row < prefix.last; ++row) {
+      move(SourceRow(row) + column, count, sums);
     }
+  };
+  addPrefixSum(window.high, window.highSign == 1);
+  addPrefixSum(window.low, window.lowSign == 1);
+  if (window.inside) {
+    return;
   }
-  for (; column < src_.width; ++column) {
-    Sums sums = {};
-    for (int i = 0; i < terms.addedCount; ++i) {
-      sums = sums + LoadSums<Sums>(terms.added[i] + column);
-    }
-    for (int i = 0; i < terms.takenCount; ++i) {
-      sums = sums - LoadSums<Sums>(terms.taken[i] + column);
-    }
-    store(column, sums);
+  const Sums* const whole = stored + (height + kSumSpacing - 1) / kSumSpacing * width + column;
+  const Pixel* const top = SourceRow(0) + column;
+  for (std::int32_t i = 0; i < count; ++i) {
+    sums[i] = sums[i] + Times(whole[i], window.wholeFactor) +
+              Times(ChannelSums<Sums>(top[i]), window.firstFactor);
   }
 }
 
 template <typename Pixel>
 template <typename Sums>
-const Sums* BoxRows<Pixel>::StoredSums() const {
-  if constexpr (std::is_same_v<Sums, WideSums>) {
-    return wideSums_.data();
-  } else {
-    return sums_.data();
+void BoxRows<Pixel>::FillDownColumns(const Sums* stored, std::int32_t firstRow, std::int32_t endRow,
+                                     Pixel* out, std::ptrdiff_t pitch) const {
+  const BoxEngine<Pixel, Sums>& engine = Engine<Sums>();
+  const BoxWindow window = MakeBoxWindow(src_.height, firstRow, radiusPx_);
+  const Pixel* entering[kBoxStripRows];
+  const Pixel* leaving[kBoxStripRows];
+  for (std::int64_t row = firstRow; row < endRow; ++row) {
+    entering[row - firstRow] = SourceRow(FoldCoordinate(row + radiusPx_, src_.height));
+    leaving[row - firstRow] = SourceRow(FoldCoordinate(row - 1 - radiusPx_, src_.height));
+  }
+  for (std::int32_t column = 0; column < src_.width; column += kBoxBlock) {
+    const std::int32_t count = std::min(src_.width - column, kBoxBlock);
+    Sums sums[kBoxBlock];
+    SumWindows(stored, window, column, count, sums);
+    engine.means(sums, count, scale_, out + column);
+    for (std::int32_t i = 1; i < endRow - firstRow; ++i) {
+      engine.advance(entering[i] + column, leaving[i] + column, count, scale_, sums,
+                     out + i * pitch + column);
+    }
   }
 }
 

@@ -15,11 +15,12 @@ namespace {
 
 // The plain box blur: rows of the source's pixels, along either axis.
 template <BoxAxis kAxis, typename Pixel>
-struct PlainBoxStage : StripsOfRows<Pixel, 1> {
+struct PlainBoxStage : StripsOfRows<Pixel, kAxis == BoxAxis::kRows ? 1 : kBoxStripRows> {
   const BoxBlurRefcon& box;
   const BoxRows<Pixel>& rows;
   std::int32_t left;
   std::int32_t top;
+  std::ptrdiff_t pitch;  // Of the strips' rows, in pixels.
 
   // Strips are indexed by memory position. In a world whose extent does not begin at (0, 0) that
   // differs from the layer position, so that a stored pixel's alpha would be another pixel's.
@@ -29,8 +30,8 @@ struct PlainBoxStage : StripsOfRows<Pixel, 1> {
   std::int32_t ColumnOf(std::int32_t x) const { return WrappingSubtract(x, left); }
   std::int32_t RowOf(std::int32_t y) const { return WrappingSubtract(y, top); }
 
-  bool FillStrip(std::int32_t firstRow, std::int32_t /*endRow*/, Pixel* out) const {
-    rows.FillRow(firstRow, out);
+  bool FillStrip(std::int32_t firstRow, std::int32_t endRow, Pixel* out) const {
+    rows.FillRows(firstRow, endRow, out, pitch);
     return true;
   }
 
@@ -52,7 +53,7 @@ struct BoxPass {
       : box(settings),
         mask(*settings.io->dst),
         ones(mask.Ones()),
-        plain{{{}, box, rows, 0, 0}, {}},
+        plain{{{}, box, rows, 0, 0, 0}, {}},
         weighted{{box, mask}, {}} {}
   BoxPass(const BoxPass&) = delete;
   BoxPass& operator=(const BoxPass&) = delete;
@@ -62,6 +63,7 @@ struct BoxPass {
     plain.stage.left = source.extent_hint.left;
     plain.stage.top = source.extent_hint.top;
     const StripRows<Pixel> spare = SpareRows(source);
+    plain.stage.pitch = spare.first != nullptr ? spare.pitch : source.width;
     StripMemory<Pixel>* const memory = &scratch->blurredRows;
     if (spare.first != nullptr ? !plain.strips.Reset(source.width, source.height, spare, memory)
                                : !plain.strips.Reset(source.width, source.height, memory)) {
