@@ -113,7 +113,7 @@ void ExpectMeans(const BoxEngine<Pixel>& engine) {
       Sum sums = rows.NoiseSums(count, Rows<Pixel>::kMax * taps + 1);
       for (std::size_t i = 0; i < sums.size(); i += 2) {
         for (int channel = 0; channel < 4; ++channel) {
-          sums[i][channel] = rows.Below(Rows<Pixel>::kMax) * taps + radius + rows.Below(2);
+          sums[i][channel] = rows.Below(Rows<Pixel>::kMax) * taps + taps / 2 + rows.Below(2);
         }
       }
       std::vector<Pixel> out = rows.Noise(count);
