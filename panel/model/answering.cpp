@@ -12,11 +12,12 @@ bool RenderInto(RenderAnswer& answer, FrameEffect& effect, const EffectOrder& or
   const auto start = std::chrono::steady_clock::now();
   const EffectOutcome outcome = effect.Render(order);
   if (outcome.stopped) return false;
+  EffectOutcome mask;
+  if (outcome.world != nullptr && wantMask) mask = effect.RenderMask(order);
+  // Without it nobody would ask for it again.
+  if (mask.stopped) return false;
   if (outcome.world != nullptr) answer.image = ImageOf(*outcome.world);
-  if (outcome.world != nullptr && wantMask) {
-    const auto mask = effect.RenderMask(order);
-    if (mask != nullptr) answer.mask = ImageOf(*mask);
-  }
+  if (mask.world != nullptr) answer.mask = ImageOf(*mask.world);
   const int width = order.frame->Width();
   answer.scale = static_cast<double>(DividedSize(width, 1, order.divisor).width()) / width;
   answer.exact = order.divisor == 1;

@@ -58,14 +58,14 @@ EffectOutcome FrameEffect::Render(const EffectOrder& order) {
   return RenderWorld(*InputOf(order), order);
 }
 
-std::shared_ptr<const headless::WorldBuffer> FrameEffect::RenderMask(const EffectOrder& order) {
+EffectOutcome FrameEffect::RenderMask(const EffectOrder& order) {
   const std::optional<look::Settings> settings = MaskSettings(order.settings);
-  if (!settings) return nullptr;
+  if (!settings) return {};
   EffectOrder mask = order;
   for (const look::Control& control : settings->GetPanel().controls) {
     mask.settings.SetValue(control, settings->ValueOf(control));
   }
-  return RenderWorld(BlackWorld(*InputOf(order)), mask).world;
+  return RenderWorld(BlackWorld(*InputOf(order)), mask);
 }
 
 EffectOutcome FrameEffect::RenderWorld(const headless::WorldBuffer& input,

@@ -44,9 +44,9 @@ class FrameEffect {
                        std::shared_ptr<SmallerFrames> smaller = std::make_shared<SmallerFrames>());
 
   EffectOutcome Render(const EffectOrder& order);
-  // The lens alone, white on black; null where this effect has no controls to show it, and when it
-  // was stopped.
-  std::shared_ptr<const headless::WorldBuffer> RenderMask(const EffectOrder& order);
+  // The lens alone, white on black; without a world also where this effect has no controls to show
+  // it.
+  EffectOutcome RenderMask(const EffectOrder& order);
 
  private:
   struct Layer {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "headless/fakes/fake_effect.h"
+#include "panel/model/answering.h"
 #include "panel/model/module_copy.h"
 #include "panel/test_picture.h"
 
@@ -46,6 +47,35 @@ TEST(FrameEffectTest, WhatTakesTooLongIsGivenUp) {
   EXPECT_FALSE(effect.Render(order).stopped);
   order.latest = std::chrono::steady_clock::now();
   EXPECT_TRUE(effect.Render(order).stopped);
+}
+
+// Stopped at whatever moment: there is all of it or nothing.
+TEST(FrameEffectTest, AnAnswerHasTheMaskThatWasAskedFor) {
+  FrameEffect effect(RealModule());
+  const look::Panel panel = [] {
+    headless::EffectHost host(RealModule());
+    return look::MakePanel(host.Parameters());
+  }();
+  const auto frame = NoiseSource(160, 90, false).Read(0);
+  std::atomic<bool> cancel = false;
+  EffectOrder order{frame, look::Settings(panel), 1, &cancel, {}};
+  const auto start = std::chrono::steady_clock::now();
+  RenderAnswer whole;
+  ASSERT_TRUE(RenderInto(whole, effect, order, true));
+  ASSERT_FALSE(whole.mask.isNull());
+  const auto time = std::chrono::steady_clock::now() - start;
+  constexpr int kSteps = 60;
+  int stopped = 0;
+  for (int i = 0; i < kSteps; ++i) {
+    RenderAnswer answer;
+    cancel = false;
+    order.latest = std::chrono::steady_clock::now() + time * i / (kSteps / 2);
+    const bool done = RenderInto(answer, effect, order, true);
+    stopped += done ? 0 : 1;
+    EXPECT_EQ(answer.image.isNull(), !done) << i;
+    EXPECT_EQ(answer.mask.isNull(), !done) << i;
+  }
+  EXPECT_GT(stopped, 0);
 }
 
 }  // namespace
