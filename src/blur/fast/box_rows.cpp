@@ -12,14 +12,27 @@ namespace {
 // Distance in rows between stored prefix sums of the columns.
 constexpr std::int64_t kSumSpacing = 8;
 
-// The sum of the window around column 0: whole mirror periods at once, the remaining taps one by
-// one.
+// The sum of the window around column 0. A reflected pixel counts twice, but for column 0; of a
+// window beyond both edges whole mirror periods are added at once, the remaining taps one by one.
 template <typename Sums, typename Pixel>
-Sums FirstWindow(const Pixel* row, std::int64_t width, std::int64_t radiusPx) {
-  const std::int64_t taps = 2 * radiusPx + 1;
+Sums FirstWindow(const BoxEngine<Pixel, Sums>& engine, const Pixel* row, std::int32_t width,
+                 std::int32_t radiusPx) {
+  Sums sums = {};
+  if (radiusPx < width) {
+    Sums parts[kBoxBlock];
+    const std::int32_t partCount = std::min(radiusPx, kBoxBlock);
+    std::fill_n(parts, partCount, Sums{});
+    for (std::int32_t done = 0; done < radiusPx; done += partCount) {
+      engine.add(row + 1 + done, std::min(partCount, radiusPx - done), parts);
+    }
+    for (std::int32_t i = 0; i < partCount; ++i) {
+      sums = sums + parts[i];
+    }
+    return sums + sums + ChannelSums<Sums>(row[0]);
+  }
+  const std::int64_t taps = 2 * std::int64_t{radiusPx} + 1;
   const std::int64_t period = MirrorPeriod(width);
   const std::int64_t wholePeriods = taps / period;
-  Sums sums = {};
   if (wholePeriods > 0) {
     for (std::int64_t column = 0; column < width; ++column) {
       sums = sums + ChannelSums<Sums>(row[column]);
@@ -138,17 +151,23 @@ void BoxRows<Pixel>::FillAlongRow(std::int32_t row, Pixel* out) const {
   // Where no pixel that enters or leaves is reflected, both move on with the window.
   const std::int64_t plainBegin = std::int64_t{radiusPx_} + 1;
   const std::int64_t plainEnd = std::int64_t{src_.width} - radiusPx_;
-  Sums window = FirstWindow<Sums>(source, src_.width, radiusPx_) - ChannelSums<Sums>(*entering(0)) +
-                ChannelSums<Sums>(*leaving(0));
+  Sums window = FirstWindow(engine, source, src_.width, radiusPx_) -
+                ChannelSums<Sums>(*entering(0)) + ChannelSums<Sums>(*leaving(0));
   for (std::int32_t first = 0; first < src_.width; first += kBoxBlock) {
     const std::int32_t end = std::min(src_.width, first + kBoxBlock);
     Sums sums[kBoxBlock];
     for (std::int32_t column = first; column < end;) {
-      const bool isPlain = column >= plainBegin && column < plainEnd;
-      const std::int32_t count =
-          isPlain ? static_cast<std::int32_t>(std::min<std::int64_t>(end, plainEnd)) - column : 1;
-      engine.slide(entering(column), leaving(column), count, &window, sums + (column - first));
-      column += count;
+      if (column >= plainBegin && column < plainEnd) {
+        const auto count =
+            static_cast<std::int32_t>(std::min<std::int64_t>(end, plainEnd) - column);
+        engine.slide(entering(column), leaving(column), count, &window, sums + (column - first));
+        column += count;
+      } else {
+        window =
+            window + ChannelSums<Sums>(*entering(column)) - ChannelSums<Sums>(*leaving(column));
+        sums[column - first] = window;
+        ++column;
+      }
     }
     engine.means(sums, end - first, scale_, out + first);
   }
