@@ -1,4 +1,4 @@
-// One pixel in four lanes: the vector type of the box blur's row kernels.
+// One pixel in four lanes.
 //
 // Lanes are the channels in memory order: alpha, red, green, blue. 16-byte vectors are the baseline
 // of both architectures, so that each kernel exists once.
@@ -66,11 +66,6 @@ inline void WidenLanes(I32Lanes lanes, F64Pair* low, F64Pair* high) {
   *low = F64Pair{static_cast<double>(lanes[0]), static_cast<double>(lanes[1])};
   *high = F64Pair{static_cast<double>(lanes[2]), static_cast<double>(lanes[3])};
 #endif
-}
-
-// Converts four lanes, each below 2^31, to double precision.
-inline void WidenLanes(U32Lanes lanes, F64Pair* low, F64Pair* high) {
-  WidenLanes(reinterpret_cast<I32Lanes>(lanes), low, high);
 }
 
 // Stores three colours, which must fit the channel, with the alpha of another pixel.

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <vector>
 
 #include "headless/fakes/fake_effect.h"
@@ -15,6 +17,11 @@ namespace {
 
 std::shared_ptr<const headless::EffectModule> RealModule() {
   return std::make_shared<const headless::EffectModule>(std::filesystem::path(VITRELL_MODULE_PATH));
+}
+
+look::Panel RealPanel() {
+  headless::EffectHost host(RealModule());
+  return look::MakePanel(host.Parameters());
 }
 
 TEST(ModuleCopyTest, AnEffectLoadedAgainIsAnotherOneAndRendersTheSame) {
@@ -37,10 +44,7 @@ TEST(ModuleCopyTest, AnEffectLoadedAgainIsAnotherOneAndRendersTheSame) {
 
 TEST(FrameEffectTest, WhatTakesTooLongIsGivenUp) {
   FrameEffect effect(RealModule());
-  const look::Panel panel = [] {
-    headless::EffectHost host(RealModule());
-    return look::MakePanel(host.Parameters());
-  }();
+  const look::Panel panel = RealPanel();
   const auto frame = NoiseSource(160, 90, false).Read(0);
   std::atomic<bool> cancel = false;
   EffectOrder order{frame, look::Settings(panel), 1, &cancel, {}};
@@ -52,10 +56,7 @@ TEST(FrameEffectTest, WhatTakesTooLongIsGivenUp) {
 // Stopped at whatever moment: there is all of it or nothing.
 TEST(FrameEffectTest, AnAnswerHasTheMaskThatWasAskedFor) {
   FrameEffect effect(RealModule());
-  const look::Panel panel = [] {
-    headless::EffectHost host(RealModule());
-    return look::MakePanel(host.Parameters());
-  }();
+  const look::Panel panel = RealPanel();
   const auto frame = NoiseSource(160, 90, false).Read(0);
   std::atomic<bool> cancel = false;
   EffectOrder order{frame, look::Settings(panel), 1, &cancel, {}};
