@@ -24,7 +24,7 @@ inline constexpr std::int32_t kMaxRadiusOf32BitSums = 16383;
 // What turns 32-bit sums into means: 8-bit ones up to kMaxRadiusOfSingleMeans in single precision,
 // all others up to kMaxRadiusOf32BitSums in double precision.
 struct BoxScale {
-  explicit BoxScale(std::int32_t radiusPx = 0)
+  explicit BoxScale(std::int32_t radiusPx)
       : inverseTaps(1.0 / (2.0 * radiusPx + 1.0)),
         single(1.0F / (2.0F * static_cast<float>(radiusPx) + 1.0F)),
         isSingle(radiusPx <= kMaxRadiusOfSingleMeans) {}

@@ -151,6 +151,7 @@ void BoxRows<Pixel>::FillAlongRow(std::int32_t row, Pixel* out) const {
   // Where no pixel that enters or leaves is reflected, both move on with the window.
   const std::int64_t plainBegin = std::int64_t{radiusPx_} + 1;
   const std::int64_t plainEnd = std::int64_t{src_.width} - radiusPx_;
+  // Before the step to column 0.
   Sums window = FirstWindow(engine, source, src_.width, radiusPx_) -
                 ChannelSums<Sums>(*entering(0)) + ChannelSums<Sums>(*leaving(0));
   for (std::int32_t first = 0; first < src_.width; first += kBoxBlock) {
